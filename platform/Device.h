@@ -1,0 +1,46 @@
+// The machine that this runs on.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Geometry.h"
+#include "platform/Shared.h"
+
+namespace platform {
+
+enum class InterfaceIdiom : int { Phone = 0, Tablet = 1 };
+
+class Device : public Shared<Device> {
+ public:
+  static Device& standard();
+  virtual ~Device() = default;
+
+  /// The product's name, from the device tree or the firmware; "Linux" when neither tells.
+  virtual std::string model() const = 0;
+  /// Dotted numbers, from os-release or else the kernel's.
+  virtual std::string systemVersion() const = 0;
+  /// Stable for this machine, user and application, different for any other; it reveals none of
+  /// them. The machine's own id never leaves this class.
+  virtual std::string uniqueIdentifier() const = 0;
+  /// The hardware name that `uname` gives, such as x86_64.
+  virtual std::string machine() const = 0;
+  /// None when it cannot be told.
+  virtual std::optional<InterfaceIdiom> userInterfaceIdiom() const = 0;
+  /// The person's languages, most wanted first, as "en" or "pt-PT"; empty when none is set.
+  virtual std::vector<std::string> preferredLanguages() const = 0;
+};
+
+class Screen : public Shared<Screen> {
+ public:
+  static Screen& standard();
+  virtual ~Screen() = default;
+
+  /// Pixels a point; none when it cannot be told.
+  virtual std::optional<double> scale() const = 0;
+  /// The part of the screen that is the application's: the window's content without the status bar.
+  virtual Rect applicationFrame() const = 0;
+};
+
+}  // namespace platform

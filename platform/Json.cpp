@@ -1,0 +1,99 @@
+#include "platform/Json.h"
+
+#include <boost/json.hpp>
+#include <cmath>
+
+namespace platform {
+namespace {
+
+namespace json = boost::json;
+
+constexpr int kDeepest = 512;
+constexpr double kLargestWholeDouble = 9007199254740992.0;
+
+Value valueFrom(const json::value& source) {
+  switch (source.kind()) {
+    case json::kind::null: return nullptr;
+    case json::kind::bool_: return source.get_bool();
+    case json::kind::int64: return source.get_int64();
+    case json::kind::uint64: return static_cast<double>(source.get_uint64());
+    case json::kind::double_: return source.get_double();
+    case json::kind::string: return std::string_view(source.get_string());
+    case json::kind::array: {
+      Array array;
+      array.reserve(source.get_array().size());
+      for (const json::value& element : source.get_array()) array.push_back(valueFrom(element));
+      return array;
+    }
+    case json::kind::object: break;
+  }
+  Dictionary dictionary;
+  for (const auto& [key, element] : source.get_object()) dictionary.set(key, valueFrom(element));
+  return dictionary;
+}
+
+/// False when the value cannot be written.
+bool convert(const Value& source, json::value& target, int depth);
+
+bool convertNumber(double number, json::value& target) {
+  if (!std::isfinite(number)) return false;
+  if (std::trunc(number) == number && std::abs(number) < kLargestWholeDouble) {
+    target = static_cast<std::int64_t>(number);
+  } else {
+    target = number;
+  }
+  return true;
+}
+
+bool convertArray(const Array& source, json::value& target, int depth) {
+  json::array& array = target.emplace_array();
+  array.reserve(source.size());
+  for (const Value& element : source) {
+    if (!convert(element, array.emplace_back(nullptr), depth)) return false;
+  }
+  return true;
+}
+
+bool convertDictionary(const Dictionary& source, json::value& target, int depth) {
+  json::object& object = target.emplace_object();
+  object.reserve(source.size());
+  for (const Dictionary::Entry& entry : source) {
+    if (!convert(entry.value, object[entry.key], depth)) return false;
+  }
+  return true;
+}
+
+bool convert(const Value& source, json::value& target, int depth) {
+  switch (source.kind()) {
+    case Value::Kind::Null: target = nullptr; return true;
+    case Value::Kind::Boolean: target = source.booleanValue(); return true;
+    case Value::Kind::Integer: target = source.integerValue(); return true;
+    case Value::Kind::Double: return convertNumber(source.doubleValue(), target);
+    case Value::Kind::Text: target = json::string_view(*source.text()); return true;
+    case Value::Kind::Date: return convertNumber(source.date()->secondsSince1970(), target);
+    case Value::Kind::Array:
+      return depth < kDeepest && convertArray(*source.array(), target, depth + 1);
+    case Value::Kind::Dictionary:
+      return depth < kDeepest && convertDictionary(*source.dictionary(), target, depth + 1);
+  }
+  return false;
+}
+
+}  // namespace
+
+std::optional<Value> parseJson(std::string_view text) {
+  json::parse_options options;
+  options.max_depth = kDeepest;
+  json::error_code error;
+  const json::value parsed = json::parse(text, error, {}, options);
+  if (error) return std::nullopt;
+  return valueFrom(parsed);
+}
+
+std::optional<std::string> writeJson(const Value& value) {
+  json::value converted;
+  if (!convert(value, converted, 0)) return std::nullopt;
+  return json::serialize(converted);
+}
+
+}  // namespace platform

@@ -1,0 +1,39 @@
+// An address, kept as the text that it was made from.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// A valid URL (RFC 3986 URI reference). The text stays as it was given: nothing is normalised,
+/// scheme and host keep their letter case. A missing URL is an empty optional.
+class URL {
+ public:
+  /// The URL that the text is, or none when it is empty, over 2 MiB or not valid as it stands.
+  static std::optional<URL> parse(std::string_view text);
+  /// The same for text from a web page: characters that are illegal in a URL are percent-encoded
+  /// first (as UTF-8), and so is a "%" that begins no escape.
+  static std::optional<URL> fromPage(std::string_view text);
+  static URL fileURL(const std::string& path);
+
+  const std::string& absoluteString() const { return text_; }
+  /// Without the ":"; empty when there is none.
+  std::string scheme() const;
+  std::string lowercaseScheme() const;
+  /// Without user, password and port; empty when there is none. As written.
+  std::string host() const;
+  /// As written, with its leading "/".
+  std::string path() const;
+  /// Without the "?"; none when the URL has no "?".
+  std::optional<std::string> query() const;
+
+  bool operator==(const URL&) const = default;
+
+ private:
+  explicit URL(std::string text) : text_(std::move(text)) {}
+  std::string text_;
+};
+
+}  // namespace platform

@@ -1,0 +1,39 @@
+// The toolkit's side of a view: one widget that places its children by their frames.
+#pragma once
+
+#include "platform/Geometry.h"
+
+namespace Gtk {
+class Widget;
+}
+
+namespace platform {
+
+class View;
+
+/// Owned by its view. Children are, from the bottom up: the content widget, then the subviews.
+class NativeView {
+ public:
+  explicit NativeView(View& view);
+  ~NativeView();
+  NativeView(const NativeView&) = delete;
+  NativeView& operator=(const NativeView&) = delete;
+
+  Gtk::Widget& widget();
+
+  /// A toolkit widget that fills the view's bounds beneath its subviews; null takes it away. The
+  /// caller keeps it alive for as long as it is set.
+  void setContent(Gtk::Widget* content);
+
+  // What the view tells.
+  void insertOnTop(NativeView& subview);
+  void remove(NativeView& subview);
+  void frameChanged();
+  void appearanceChanged();
+
+ private:
+  class Container;
+  Container* container_;
+};
+
+}  // namespace platform

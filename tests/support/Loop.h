@@ -1,0 +1,14 @@
+// Turning the real main loop from a test.
+#pragma once
+
+#include <functional>
+
+namespace quorbel_tests {
+
+/// Turns the main loop until `done` says yes; false when `seconds` pass first.
+bool runUntil(const std::function<bool()>& done, double seconds = 10);
+
+/// Turns the main loop for as long.
+void runFor(double seconds);
+
+}  // namespace quorbel_tests

@@ -1,0 +1,28 @@
+// Runs the tests of one program with folders of its own, so that no test reads or writes the
+// person's state. The toolkit is started when there is a display; tests that need one say so.
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <gtkmm/init.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+int main(int argc, char** argv) {
+  ::testing::InitGoogleTest(&argc, argv);
+
+  std::string folder = (std::filesystem::temp_directory_path() / "quorbel-tests-XXXXXX").string();
+  if (!mkdtemp(folder.data())) return 1;
+  for (const char* variable : {"XDG_STATE_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME",
+                               "XDG_DATA_HOME", "XDG_DOCUMENTS_DIR"}) {
+    setenv(variable, (folder + "/" + variable).c_str(), 1);
+  }
+  setenv("GTK_A11Y", "none", 0);
+  setenv("GSETTINGS_BACKEND", "memory", 0);
+  if (gtk_init_check()) Gtk::init_gtkmm_internals();
+
+  const int result = RUN_ALL_TESTS();
+  std::error_code ignored;
+  std::filesystem::remove_all(folder, ignored);
+  return result;
+}
