@@ -88,9 +88,11 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   virtual void layoutSubviews() {}
 
  private:
+  friend class Window;
   void resizeSubviews(Size before);
 
   Rect frame_;
+  Window* owner_ = nullptr;  // of a window's outermost view
   unsigned autoresizingMask_ = kNoResizing;
   bool autoresizesSubviews_ = true;
   bool hidden_ = false;

@@ -1,6 +1,8 @@
 // The toolkit's side of a view: one widget that places its children by their frames.
 #pragma once
 
+#include <memory>
+
 #include "platform/Geometry.h"
 
 namespace Gtk {
@@ -25,6 +27,11 @@ class NativeView {
   /// caller keeps it alive for as long as it is set.
   void setContent(Gtk::Widget* content);
 
+  /// While covered, the view is neither drawn nor reached by touches and keys, and keeps its frame.
+  void setCovered(bool covered);
+  /// Moves the keyboard's focus into the view.
+  void focus();
+
   // What the view tells.
   void insertOnTop(NativeView& subview);
   void remove(NativeView& subview);
@@ -33,7 +40,8 @@ class NativeView {
 
  private:
   class Container;
-  Container* container_;
+  View& view_;
+  std::unique_ptr<Container> container_;
 };
 
 }  // namespace platform

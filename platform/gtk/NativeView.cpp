@@ -1,0 +1,143 @@
+#include "platform/gtk/NativeView.h"
+
+#include <gtkmm/accessible.h>
+#include <gtkmm/snapshot.h>
+#include <gtkmm/widget.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/View.h"
+
+namespace platform {
+
+/// The widget. It asks for no size: its view's frame, or the window, says how large it is.
+class NativeView::Container final : public Gtk::Widget {
+ public:
+  explicit Container(View& view) : view_(view) { set_name("platform-view"); }
+
+  ~Container() override {
+    while (Gtk::Widget* child = get_first_child()) child->unparent();
+  }
+
+  void setContent(Gtk::Widget* content) {
+    if (content_) content_->unparent();
+    content_ = content;
+    if (content_) content_->insert_at_start(*this);
+    queue_allocate();
+  }
+
+  void changed() {
+    if (allocating_) return;
+    if (Gtk::Widget* parent = get_parent()) parent->queue_allocate();
+    queue_allocate();
+  }
+
+ protected:
+  Gtk::SizeRequestMode get_request_mode_vfunc() const override {
+    return Gtk::SizeRequestMode::CONSTANT_SIZE;
+  }
+
+  void measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural, int& minimumBaseline,
+                     int& naturalBaseline) const override {
+    minimum = natural = 0;
+    minimumBaseline = naturalBaseline = -1;
+  }
+
+  void size_allocate_vfunc(int width, int height, int) override {
+    allocating_ = true;
+    if (!view_.superview()) {
+      const Rect& frame = view_.frame();
+      view_.setFrame({frame.x, frame.y, double(width), double(height)});
+    }
+    if (content_ && content_->get_visible())
+      allocate(*content_, {0, 0, double(width), double(height)});
+    for (const auto& subview : view_.subviews()) {
+      Gtk::Widget& child = subview->native().widget();
+      if (child.get_visible()) allocate(child, subview->frame());
+    }
+    allocating_ = false;
+  }
+
+  void snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) override {
+    const Color color = view_.backgroundColor();
+    if (color.alpha > 0) {
+      Gdk::RGBA paint;
+      paint.set_rgba(float(color.red), float(color.green), float(color.blue), float(color.alpha));
+      snapshot->append_color(paint, Gdk::Rectangle(0, 0, get_width(), get_height()));
+    }
+    Gtk::Widget::snapshot_vfunc(snapshot);
+  }
+
+ private:
+  /// A child never gets less than it needs, which the toolkit would complain about.
+  static void allocate(Gtk::Widget& child, const Rect& frame) {
+    int minimum = 0;
+    int natural = 0;
+    int ignored = 0;
+    child.measure(Gtk::Orientation::HORIZONTAL, -1, minimum, natural, ignored, ignored);
+    const int width = std::max(minimum, static_cast<int>(std::lround(frame.width)));
+    child.measure(Gtk::Orientation::VERTICAL, width, minimum, natural, ignored, ignored);
+    const int height = std::max(minimum, static_cast<int>(std::lround(frame.height)));
+    child.size_allocate(Gtk::Allocation(static_cast<int>(std::lround(frame.x)),
+                                        static_cast<int>(std::lround(frame.y)), width, height),
+                        -1);
+  }
+
+  View& view_;
+  Gtk::Widget* content_ = nullptr;
+  bool allocating_ = false;
+};
+
+NativeView::NativeView(View& view) : view_(view), container_(std::make_unique<Container>(view)) {
+  appearanceChanged();
+}
+
+NativeView::~NativeView() {
+  if (container_->get_parent()) container_->unparent();
+}
+
+Gtk::Widget& NativeView::widget() {
+  return *container_;
+}
+
+void NativeView::setContent(Gtk::Widget* content) {
+  container_->setContent(content);
+}
+
+void NativeView::setCovered(bool covered) {
+  container_->set_child_visible(!covered);
+}
+
+void NativeView::focus() {
+  if (!container_->child_focus(Gtk::DirectionType::TAB_FORWARD)) container_->grab_focus();
+}
+
+void NativeView::insertOnTop(NativeView& subview) {
+  subview.container_->insert_at_end(*container_);
+  container_->changed();
+}
+
+void NativeView::remove(NativeView& subview) {
+  if (subview.container_->get_parent() == container_.get()) subview.container_->unparent();
+}
+
+void NativeView::frameChanged() {
+  container_->changed();
+}
+
+void NativeView::appearanceChanged() {
+  container_->set_visible(!view_.isHidden());
+  container_->set_can_target(view_.isUserInteractionEnabled());
+  container_->set_can_focus(view_.isUserInteractionEnabled());
+  container_->set_overflow(view_.clipsToBounds() ? Gtk::Overflow::HIDDEN : Gtk::Overflow::VISIBLE);
+  if (!view_.accessibilityLabel().empty()) {
+    Glib::Value<Glib::ustring> label;
+    label.init(Glib::Value<Glib::ustring>::value_type());
+    label.set(view_.accessibilityLabel());
+    container_->update_property(Gtk::Accessible::Property::LABEL, label);
+  }
+  container_->queue_draw();
+}
+
+}  // namespace platform
