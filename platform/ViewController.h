@@ -2,6 +2,8 @@
 // rotation.
 #pragma once
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -41,9 +43,12 @@ class ViewController : public virtual Trackable,
   void setView(std::shared_ptr<View> view) { view_ = std::move(view); }
   /// The frame that the view is to have when it is loaded.
   void setInitialFrame(const Rect& frame) { initialFrame_ = frame; }
-  /// The name of the interface file (without its ".ui") that `loadView` reads; empty for a plain
-  /// view.
-  void setInterfaceName(std::string name) { interfaceName_ = std::move(name); }
+  /// The interface file (without its ".ui") that `loadView` reads, and the id of its outermost
+  /// object; an empty name, as at first, is for a plain view.
+  void setInterface(std::string name, std::string object);
+  /// What the controls of the interface file do, by the action that they name. Set before the view
+  /// is loaded.
+  void setAction(std::string name, std::function<void()> action);
 
   virtual void loadView();
   virtual void viewDidLoad() {}
@@ -75,23 +80,24 @@ class ViewController : public virtual Trackable,
   /// The screen that this one presents, or null.
   const std::shared_ptr<ViewController>& modalViewController() const { return modal_; }
   /// The screen that presents this one, or null.
-  ViewController* presentingViewController() const { return presenting_; }
+  ViewController* presentingViewController() const { return presenting_.get(); }
 
   /// The window that shows this screen (also while it is covered), or null.
   Window* window() const { return window_.get(); }
   void becomeFirstResponder();
 
  private:
-  friend class ModalStack;
   friend class Window;
 
   std::shared_ptr<View> view_;
   Rect initialFrame_{0, 0, 320, 480};
   std::string interfaceName_;
+  std::string interfaceObject_;
+  std::map<std::string, std::function<void()>> actions_;
   ModalTransitionStyle transitionStyle_ = ModalTransitionStyle::CoverVertical;
   ModalPresentationStyle presentationStyle_ = ModalPresentationStyle::FullScreen;
   std::shared_ptr<ViewController> modal_;
-  ViewController* presenting_ = nullptr;
+  WeakPtr<ViewController> presenting_;
   WeakPtr<Window> window_;
 };
 

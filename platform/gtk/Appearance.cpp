@@ -1,0 +1,91 @@
+#include "platform/gtk/Appearance.h"
+
+#include <gdkmm/display.h>
+#include <giomm/dbusproxy.h>
+#include <gtkmm/cssprovider.h>
+#include <gtkmm/settings.h>
+#include <gtkmm/stylecontext.h>
+
+namespace platform {
+namespace {
+
+constexpr const char* kPortal = "org.freedesktop.portal.Desktop";
+constexpr const char* kPortalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* kSettings = "org.freedesktop.portal.Settings";
+constexpr const char* kAppearance = "org.freedesktop.appearance";
+
+/// The portal wraps values in one or two variants, by its version.
+guint32 numberIn(Glib::VariantBase value) {
+  while (value.is_of_type(Glib::VariantType("v"))) {
+    value = Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::VariantBase>>(value).get();
+  }
+  if (!value.is_of_type(Glib::VariantType("u"))) return 0;
+  return Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get();
+}
+
+void apply(const Glib::ustring& key, guint32 value) {
+  const auto settings = Gtk::Settings::get_default();
+  if (key == "color-scheme") settings->property_gtk_application_prefer_dark_theme() = value == 1;
+  if (key == "contrast" && value == 1) settings->property_gtk_theme_name() = "Default-hc";
+}
+
+/// Asked without waiting: a desktop without a portal must not delay the window.
+class Portal {
+ public:
+  void connect() {
+    Gio::DBus::Proxy::create_for_bus(
+        Gio::DBus::BusType::SESSION, kPortal, kPortalPath, kSettings,
+        [this](const Glib::RefPtr<Gio::AsyncResult>& result) { connected(result); }, {},
+        Gio::DBus::ProxyFlags::DO_NOT_LOAD_PROPERTIES | Gio::DBus::ProxyFlags::DO_NOT_AUTO_START);
+  }
+
+ private:
+  void connected(const Glib::RefPtr<Gio::AsyncResult>& result) {
+    try {
+      proxy_ = Gio::DBus::Proxy::create_for_bus_finish(result);
+    } catch (const Glib::Error&) {
+      return;
+    }
+    proxy_->signal_signal().connect([](const Glib::ustring&, const Glib::ustring& signal,
+                                       const Glib::VariantContainerBase& parameters) {
+      if (signal != "SettingChanged" || parameters.get_n_children() != 3) return;
+      Glib::Variant<Glib::ustring> group;
+      Glib::Variant<Glib::ustring> key;
+      Glib::VariantBase value;
+      parameters.get_child(group, 0);
+      parameters.get_child(key, 1);
+      parameters.get_child(value, 2);
+      if (group.get() == kAppearance) apply(key.get(), numberIn(value));
+    });
+    read("color-scheme");
+    read("contrast");
+  }
+
+  void read(const Glib::ustring& key) {
+    const auto arguments =
+        Glib::Variant<std::tuple<Glib::ustring, Glib::ustring>>::create({kAppearance, key});
+    proxy_->call(
+        "Read",
+        [this, key](const Glib::RefPtr<Gio::AsyncResult>& result) {
+          try {
+            Glib::VariantBase value;
+            proxy_->call_finish(result).get_child(value, 0);
+            apply(key, numberIn(value));
+          } catch (const Glib::Error&) {
+            // No portal, or one that does not know the key: the toolkit's own theme stands.
+          }
+        },
+        arguments);
+  }
+
+  Glib::RefPtr<Gio::DBus::Proxy> proxy_;
+};
+
+}  // namespace
+
+void followAppearance() {
+  static Portal portal;
+  portal.connect();
+}
+
+}  // namespace platform

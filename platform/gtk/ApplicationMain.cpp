@@ -1,0 +1,227 @@
+#include "platform/ApplicationMain.h"
+
+#include <glib-unix.h>
+#include <gtk/gtk.h>
+#include <gtkmm/application.h>
+#include <gtkmm/builder.h>
+
+#include <csignal>
+#include <cstdio>
+
+#include "platform/Bundle.h"
+#include "platform/InterfaceView.h"
+#include "platform/Log.h"
+#include "platform/NotificationCenter.h"
+#include "platform/RunLoop.h"
+#include "platform/gtk/Appearance.h"
+#include "platform/gtk/LinuxApplication.h"
+#include "platform/gtk/NativeWindow.h"
+
+namespace platform {
+namespace {
+
+constexpr Size kPhoneSize{360, 640};
+constexpr Size kTabletSize{1024, 768};
+
+class Runner;
+Runner* theRunner = nullptr;
+
+/// One run of an application, from start-up to the exit status.
+class Runner : public Trackable {
+ public:
+  explicit Runner(const ApplicationDescription& description) : description_(description) {
+    const auto flags =
+        description.alone ? Gio::Application::Flags::NON_UNIQUE : Gio::Application::Flags::NONE;
+    application_ = Gtk::Application::create(description.identifier, flags);
+    application_->set_resource_base_path(description.resourceBase);
+    application_->signal_activate().connect([this] { activate(); });
+    theRunner = this;
+  }
+
+  ~Runner() { theRunner = nullptr; }
+
+  int run() {
+    const int status = application_->run();
+    return status_ ? status_ : status;
+  }
+
+  void terminate(int status) {
+    if (terminating_) return;
+    terminating_ = true;
+    status_ = status;
+    auto& system = LinuxApplication::instance();
+    if (window_) window_->native().window().set_visible(false);
+    system.enterBackground();
+    tell(&ApplicationDelegate::applicationWillTerminate);
+    NotificationCenter::defaultCenter().postNotificationName(kApplicationWillTerminate,
+                                                             &Application::shared());
+    // What is under way in the background gets the time that it was granted.
+    system.setIdleHandler([this] { quit(); });
+    if (system.backgroundTaskCount() == 0) quit();
+  }
+
+ private:
+  void activate() {
+    if (window_) {
+      window_->makeKeyAndVisible();
+      return;
+    }
+    if (!launch()) {
+      status_ = 1;
+      return;
+    }
+    if (description_.started) RunLoop::shared().performAfterDelay(*this, 0, description_.started);
+  }
+
+  bool launch() {
+    const InterfaceIdiom idiom = description_.idiom.value_or(
+        Device::shared().userInterfaceIdiom().value_or(InterfaceIdiom::Phone));
+    InterfaceView::setResourceBase(description_.resourceBase);
+    followAppearance();
+    const std::string file = idiom == InterfaceIdiom::Tablet ? "tablet" : "phone";
+    std::shared_ptr<ViewController> screen = screenOf(file);
+    if (!screen) return false;
+    openWindow(idiom);
+    delegate_ = description_.makeDelegate();
+    delegate_->setWindow(window_);
+    delegate_->setViewController(std::move(screen));
+    relayNotices();
+    if (!delegate_->applicationDidFinishLaunching()) return false;
+    NotificationCenter::defaultCenter().postNotificationName(kApplicationDidFinishLaunching,
+                                                             &Application::shared());
+    application_->add_window(window_->native().window());
+    return true;
+  }
+
+  /// A screen of the class that the main interface file names: the id of its outermost object.
+  std::shared_ptr<ViewController> screenOf(const std::string& file) const {
+    const std::string resource = description_.resourceBase + "/" + file + ".ui";
+    try {
+      const auto text = Gio::Resource::lookup_data_global(resource);
+      gsize length = 0;
+      const auto* const bytes = static_cast<const char*>(text->get_data(length));
+      const std::string_view content(bytes, length);
+      for (const auto& [name, make] : description_.screens) {
+        if (content.find("id=\"" + name + "\"") == std::string_view::npos) continue;
+        std::shared_ptr<ViewController> screen = make();
+        screen->setInterface(file, name);
+        return screen;
+      }
+    } catch (const Glib::Error& error) {
+      std::fprintf(stderr, "%s: the interface file cannot be read: %s\n", description_.name.c_str(),
+                   error.what());
+      return nullptr;
+    }
+    std::fprintf(stderr, "%s: the interface file \"%s.ui\" names no screen.\n",
+                 description_.name.c_str(), file.c_str());
+    return nullptr;
+  }
+
+  void openWindow(InterfaceIdiom idiom) {
+    Size size = idiom == InterfaceIdiom::Tablet ? kTabletSize : kPhoneSize;
+    if (description_.landscape && *description_.landscape != (size.width > size.height)) {
+      size = {size.height, size.width};
+    }
+    window_ = std::make_shared<Window>(size);
+    window_->setTitle(description_.name);
+    Gtk::Window& window = window_->native().window();
+    window.signal_close_request().connect(
+        [this] {
+          terminate(0);
+          return true;
+        },
+        false);
+    window.signal_realize().connect([this] { watchState(); });
+    LinuxApplication::instance().setInhibitor([this](bool inhibited) { inhibitIdle(inhibited); });
+  }
+
+  /// Minimised counts as the background, and back again as the foreground.
+  void watchState() {
+    GdkSurface* const surface = window_->native().window().get_surface()->gobj();
+    g_signal_connect(surface, "notify::state", G_CALLBACK(+[](GdkToplevel* toplevel) {
+                       if (gdk_toplevel_get_state(toplevel) & GDK_TOPLEVEL_STATE_MINIMIZED) {
+                         LinuxApplication::instance().enterBackground();
+                       } else {
+                         LinuxApplication::instance().enterForeground();
+                       }
+                     }),
+                     nullptr);
+  }
+
+  void inhibitIdle(bool inhibited) {
+    if (inhibitCookie_) application_->uninhibit(inhibitCookie_);
+    inhibitCookie_ = inhibited ? application_->inhibit(window_->native().window(),
+                                                       Gtk::Application::InhibitFlags::IDLE,
+                                                       "A full-screen page is shown")
+                               : 0;
+  }
+
+  void relayNotices() {
+    relay(kApplicationWillResignActive, &ApplicationDelegate::applicationWillResignActive);
+    relay(kApplicationDidEnterBackground, &ApplicationDelegate::applicationDidEnterBackground);
+    relay(kApplicationWillEnterForeground, &ApplicationDelegate::applicationWillEnterForeground);
+    relay(kApplicationDidBecomeActive, &ApplicationDelegate::applicationDidBecomeActive);
+  }
+
+  void relay(const char* notice, void (ApplicationDelegate::*hook)()) {
+    NotificationCenter::defaultCenter().addObserver(
+        *this, notice, [this, hook](const Notification&) { tell(hook); });
+  }
+
+  void tell(void (ApplicationDelegate::*hook)()) {
+    if (delegate_) (delegate_.get()->*hook)();
+  }
+
+  void quit() {
+    inhibitIdle(false);
+    LinuxApplication::instance().setIdleHandler({});
+    LinuxApplication::instance().setInhibitor({});
+    if (window_) application_->remove_window(window_->native().window());
+    delegate_.reset();
+    if (window_) window_->setRootViewController(nullptr);
+    window_.reset();
+    application_->quit();
+  }
+
+  const ApplicationDescription& description_;
+  Glib::RefPtr<Gtk::Application> application_;
+  std::unique_ptr<ApplicationDelegate> delegate_;
+  std::shared_ptr<Window> window_;
+  guint inhibitCookie_ = 0;
+  int status_ = 0;
+  bool terminating_ = false;
+};
+
+gboolean endBySignal(gpointer) {
+  terminateApplication(0);
+  return G_SOURCE_CONTINUE;
+}
+
+}  // namespace
+
+bool hasDisplay() {
+  return gtk_init_check();
+}
+
+int applicationMain(const ApplicationDescription& description) {
+  Bundle::main().setIdentifier(description.identifier);
+  Bundle::main().setVersion(description.version);
+  if (!hasDisplay()) {
+    std::fprintf(stderr,
+                 "%s: there is no display to open a window on. Start it in a desktop session, or "
+                 "set DISPLAY or WAYLAND_DISPLAY.\n",
+                 description.name.c_str());
+    return 1;
+  }
+  g_set_application_name(description.name.c_str());
+  Runner runner(description);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+    g_unix_signal_add(signal, endBySignal, nullptr);
+  return runner.run();
+}
+
+void terminateApplication(int status) {
+  if (theRunner) theRunner->terminate(status);
+}
+
+}  // namespace platform

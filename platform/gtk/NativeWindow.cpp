@@ -1,0 +1,162 @@
+#include "platform/gtk/NativeWindow.h"
+
+#include <gdkmm/frameclock.h>
+#include <gtk/gtk.h>
+#include <gtkmm/eventcontrollerlegacy.h>
+#include <gtkmm/headerbar.h>
+#include <gtkmm/settings.h>
+#include <gtkmm/window.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/View.h"
+#include "platform/gtk/NativeView.h"
+
+namespace platform {
+namespace {
+
+constexpr int kNarrowest = 280;
+constexpr int kLowest = 200;
+
+/// Tells the views of each touch before the toolkit delivers it.
+void watchTouches(Gtk::Window& window, View& stage) {
+  auto controller = Gtk::EventControllerLegacy::create();
+  controller->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
+  controller->signal_event().connect(
+      [&window, &stage](const Glib::RefPtr<const Gdk::Event>& event) {
+        const auto type = event->get_event_type();
+        if (type != Gdk::Event::Type::BUTTON_PRESS && type != Gdk::Event::Type::TOUCH_BEGIN) {
+          return false;
+        }
+        double x = 0;
+        double y = 0;
+        double shadowX = 0;
+        double shadowY = 0;
+        GtkWidget* const top = GTK_WIDGET(window.gobj());
+        GtkWidget* const content = GTK_WIDGET(stage.native().widget().gobj());
+        if (!gdk_event_get_position(const_cast<GdkEvent*>(event->gobj()), &x, &y)) return false;
+        gtk_native_get_surface_transform(GTK_NATIVE(top), &shadowX, &shadowY);
+        double stageX = 0;
+        double stageY = 0;
+        if (gtk_widget_translate_coordinates(top, content, x - shadowX, y - shadowY, &stageX,
+                                             &stageY)) {
+          stage.hitTest({stageX, stageY}, EventType::Touches);
+        }
+        return false;
+      },
+      false);
+  window.add_controller(controller);
+}
+
+}  // namespace
+
+struct NativeWindow::Widgets {
+  Gtk::Window window;
+  Gtk::HeaderBar statusBar;
+  guint animation = 0;
+};
+
+NativeWindow::NativeWindow(Size size, View& stage) : widgets_(std::make_unique<Widgets>()) {
+  Gtk::Window& window = widgets_->window;
+  window.set_titlebar(widgets_->statusBar);
+  window.set_default_size(static_cast<int>(size.width), static_cast<int>(size.height));
+  window.set_size_request(kNarrowest, kLowest);
+  window.set_child(stage.native().widget());
+  watchTouches(window, stage);
+}
+
+NativeWindow::~NativeWindow() {
+  stopAnimation();
+  widgets_->window.unset_child();
+}
+
+Gtk::Window& NativeWindow::window() {
+  return widgets_->window;
+}
+
+void NativeWindow::show() {
+  widgets_->window.present();
+}
+
+void NativeWindow::setTitle(const std::string& title) {
+  widgets_->window.set_title(title);
+}
+
+void NativeWindow::resize(Size size) {
+  widgets_->window.set_default_size(std::max(kNarrowest, static_cast<int>(std::lround(size.width))),
+                                    std::max(kLowest, static_cast<int>(std::lround(size.height))));
+}
+
+Size NativeWindow::size() const {
+  Gtk::Window& window = widgets_->window;
+  if (window.get_width() > 0) return {double(window.get_width()), double(window.get_height())};
+  int width = 0;
+  int height = 0;
+  window.get_default_size(width, height);
+  return {double(width), double(height)};
+}
+
+bool NativeWindow::isStatusBarHidden() const {
+  return !widgets_->statusBar.get_visible();
+}
+
+void NativeWindow::setStatusBarHidden(bool hidden) {
+  widgets_->statusBar.set_visible(!hidden);
+}
+
+double NativeWindow::statusBarHeight() const {
+  if (isStatusBarHidden()) return 0;
+  if (widgets_->statusBar.get_height() > 0) return widgets_->statusBar.get_height();
+  int minimum = 0;
+  int natural = 0;
+  int ignored = 0;
+  widgets_->statusBar.measure(Gtk::Orientation::VERTICAL, -1, minimum, natural, ignored, ignored);
+  return natural;
+}
+
+bool NativeWindow::savePicture(const std::string& path) {
+  GtkWidget* const widget = GTK_WIDGET(widgets_->window.gobj());
+  GskRenderer* const renderer = gtk_native_get_renderer(GTK_NATIVE(widget));
+  const int width = gtk_widget_get_width(widget);
+  const int height = gtk_widget_get_height(widget);
+  if (!renderer || width <= 0 || height <= 0) return false;
+  GdkPaintable* const paintable = gtk_widget_paintable_new(widget);
+  GtkSnapshot* const snapshot = gtk_snapshot_new();
+  gdk_paintable_snapshot(paintable, snapshot, width, height);
+  g_object_unref(paintable);
+  GskRenderNode* const node = gtk_snapshot_free_to_node(snapshot);
+  if (!node) return false;
+  const graphene_rect_t area = GRAPHENE_RECT_INIT(0, 0, float(width), float(height));
+  GdkTexture* const texture = gsk_renderer_render_texture(renderer, node, &area);
+  gsk_render_node_unref(node);
+  const bool written = gdk_texture_save_to_png(texture, path.c_str());
+  g_object_unref(texture);
+  return written;
+}
+
+void NativeWindow::animate(double seconds, std::function<void(double progress)> step) {
+  stopAnimation();
+  const auto settings = Gtk::Settings::get_for_display(widgets_->window.get_display());
+  if (!settings->property_gtk_enable_animations() || !widgets_->window.get_mapped()) {
+    step(1);
+    return;
+  }
+  const auto begun = std::make_shared<gint64>(0);
+  widgets_->animation = widgets_->window.add_tick_callback(
+      [this, seconds, begun, step = std::move(step)](const Glib::RefPtr<Gdk::FrameClock>& clock) {
+        if (*begun == 0) *begun = clock->get_frame_time();
+        const double passed = static_cast<double>(clock->get_frame_time() - *begun) / 1e6;
+        const double progress = std::min(1.0, passed / seconds);
+        if (progress >= 1) widgets_->animation = 0;
+        step(progress);
+        return progress < 1;
+      });
+}
+
+void NativeWindow::stopAnimation() {
+  if (widgets_->animation) widgets_->window.remove_tick_callback(widgets_->animation);
+  widgets_->animation = 0;
+}
+
+}  // namespace platform
