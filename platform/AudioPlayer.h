@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/WeakPtr.h"
 
@@ -13,6 +14,7 @@ class AudioPlayer;
 /// Told about a player's end, when it wants to be.
 class AudioPlayerDelegate : public virtual Trackable {
  public:
+  /// The clip was heard to its end, or the sound server was lost (`successfully` false).
   virtual void audioPlayerDidFinishPlaying(AudioPlayer&, bool /*successfully*/) {}
 
  protected:
@@ -25,15 +27,21 @@ class AudioPlayer {
  public:
   virtual ~AudioPlayer() = default;
 
-  /// A player for the clip, or null, with one log line, when there is no such file or it holds no
-  /// sound that can be decoded.
+  /// A player for the clip (at most its first minute), or null, with one log line, when there is no
+  /// such file or it holds no sound that can be decoded.
   static std::unique_ptr<AudioPlayer> withContentsOfFile(const std::string& path);
+
+  /// Decodes the clips and connects to the sound server ahead of the first press, without waiting
+  /// for either.
+  static void prepare(std::vector<std::string> paths);
 
   /// Not owned.
   virtual void setDelegate(WeakPtr<AudioPlayerDelegate> delegate) = 0;
-  /// Starts from the beginning or where `stop` left off. False, with one log line, when the sound
-  /// server cannot be reached; the next call tries again. Never waits for the server.
+  /// Starts from the beginning, or where `stop` left off. True when the clip is on its way. Never
+  /// waits for the sound server: when that turns out to be out of reach, one log line says so and
+  /// `isPlaying` becomes false.
   virtual bool play() = 0;
+  /// Silences the clip at once, without a click.
   virtual void stop() = 0;
   virtual bool isPlaying() const = 0;
 };

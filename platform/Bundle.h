@@ -9,9 +9,9 @@ namespace platform {
 
 class Bundle {
  public:
-  /// The running application's bundle. Its resources are looked for in QUORBEL_RESOURCES when that
-  /// variable is set, beside the executable, in ../share/quorbel from there, and in the build's own
-  /// source folder, in this order.
+  /// The running application's bundle. Its resources are looked for in the folder that was set, in
+  /// QUORBEL_RESOURCES when that variable is set, in "resources" beside the executable, and in
+  /// "../share/quorbel" from there, in this order.
   static Bundle& main();
 
   /// The path of the resource, or none when there is no such file. Names with a "/" or ".." find

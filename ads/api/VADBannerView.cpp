@@ -1,0 +1,73 @@
+#include "ads/api/VADBannerView.h"
+
+#include "ads/api/VADDelegateManager.h"
+#include "ads/loading/VADObjectPrivate.h"
+#include "ads/support/VADPrivateUtilities.h"
+#include "platform/Log.h"
+#include "platform/NotificationCenter.h"
+
+namespace valdren {
+
+VADBannerView::VADBannerView(const platform::Rect& frame) : View(frame) {
+  commonInitializer();
+}
+
+void VADBannerView::commonInitializer() {
+  setBackgroundColor(platform::Color::clear());
+  VADPrivateUtilities::setPrivateObject(VADObjectPrivate::initWithView(*this), this);
+}
+
+VADBannerView::~VADBannerView() {
+  invalidateWeakReferences();
+  loader()->cancelPendingActions();
+  platform::NotificationCenter::defaultCenter().removeObserver(*this);
+  VADPrivateUtilities::removePrivateObjectForKey(this);
+}
+
+std::shared_ptr<VADObjectPrivate> VADBannerView::loader() const {
+  return VADPrivateUtilities::privateObjectForKey<VADObjectPrivate>(this);
+}
+
+std::string VADBannerView::adUnitID() const {
+  return loader()->adUnitID();
+}
+
+void VADBannerView::setAdUnitID(const std::string& adUnitID) {
+  loader()->setAdUnitID(adUnitID);
+}
+
+platform::ViewController* VADBannerView::rootViewController() const {
+  return loader()->rootViewController();
+}
+
+void VADBannerView::setRootViewController(platform::ViewController* controller) {
+  loader()->setRootViewController(controller);
+}
+
+VADBannerViewDelegate* VADBannerView::delegate() const {
+  return loader()->delegateManager()->bannerDelegate();
+}
+
+void VADBannerView::setDelegate(VADBannerViewDelegate* delegate) {
+  loader()->delegateManager()->setBannerDelegate(delegate);
+  loader()->delegateManager()->setAdView(this);
+}
+
+bool VADBannerView::hasAutoRefreshed() const {
+  return loader()->hasAutoRefreshed();
+}
+
+void VADBannerView::loadRequest(const std::shared_ptr<VADRequest>& request) {
+  if (rootViewController()) {
+    loader()->loadRequest(request);
+    return;
+  }
+  platform::log(
+      "<Valdren> Must set the rootViewController property of VADBannerView before calling "
+      "loadRequest:");
+  const std::shared_ptr<VADDelegateManager> manager = loader()->delegateManager();
+  manager->didFailToReceiveAdWithError(
+      VADRequestError::errorWithCode(kVADErrorInvalidRequest, request.get()));
+}
+
+}  // namespace valdren

@@ -1,0 +1,47 @@
+// Why a request failed.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/Value.h"
+
+namespace valdren {
+
+class VADRequest;
+
+inline constexpr const char* kVADErrorDomain = "com.valdren.ads";
+inline constexpr const char* kVADLocalizedDescriptionKey = "NSLocalizedDescription";
+inline constexpr const char* kVADLocalizedFailureReasonErrorKey = "NSLocalizedFailureReason";
+
+enum VADErrorCode : std::int32_t {
+  kVADErrorInvalidRequest = 0,
+  kVADErrorNoFill = 1,
+  kVADErrorNetworkError = 2,
+  kVADErrorServerError = 3,
+  kVADErrorOSVersionTooLow = 4,
+  /// Never raised here; for publishers' own use.
+  kVADErrorTimeout = 5,
+};
+
+class VADRequestError {
+ public:
+  /// `request` may be null; it is only read here, and only for code 0.
+  static VADRequestError errorWithCode(std::int32_t code, const VADRequest* request);
+  VADRequestError(std::int32_t code, const VADRequest* request);
+
+  /// "Request Error: " and the code's text; an unknown code reads like code 0.
+  static std::string localizedStringForErrorCode(std::int32_t code);
+
+  std::string domain() const { return kVADErrorDomain; }
+  std::int32_t code() const { return code_; }
+  const std::string& localizedDescription() const;
+  /// The message under both of its keys; for code 0 also what the request sent.
+  const platform::Dictionary& userInfo() const { return userInfo_; }
+
+ private:
+  std::int32_t code_;
+  platform::Dictionary userInfo_;
+};
+
+}  // namespace valdren

@@ -1,0 +1,35 @@
+// The command line.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "platform/Device.h"
+#include "platform/URL.h"
+
+namespace quorbel {
+
+enum class Command { Run, Tour, PrintRequest, Help, Version };
+
+struct Options {
+  Command command = Command::Run;
+  std::optional<platform::InterfaceIdiom> idiom;
+  std::optional<bool> landscape;
+  std::optional<platform::URL> adServer;
+  std::optional<platform::URL> scriptHost;
+  /// Where the tour leaves its pictures.
+  std::string tourFolder;
+};
+
+/// What is wrong with a command line, in one sentence.
+struct UsageError {
+  std::string message;
+};
+
+std::variant<Options, UsageError> parseOptions(int argc, const char* const* argv);
+
+/// What `--help` prints.
+extern const char* const kHelp;
+
+}  // namespace quorbel

@@ -1,0 +1,117 @@
+#include "app/SoundScreen.h"
+
+#include <algorithm>
+
+#include "platform/Bundle.h"
+#include "platform/Log.h"
+#include "platform/RunLoop.h"
+
+namespace quorbel {
+namespace {
+
+constexpr const char* kAdUnitID = "a19d27c3b40e6f5";
+constexpr double kBannerWidth = 320;
+constexpr double kBannerHeight = 50;
+
+/// How often a button asks whether its clip still plays, in seconds.
+constexpr double kFollowInterval = 0.1;
+
+}  // namespace
+
+const std::vector<Sound>& sounds() {
+  static const std::vector<Sound> all = {
+      {"wikipedia", "wikipedia"},
+      {"family", "gresh-family"},
+      {"shoot", "shoot-gresh"},
+      {"retards", "retards"},
+      {"proudest", "proudest-moment"},
+      {"presents", "presents"},
+      {"dorvan", "i-am-dorvan"},
+      {"happy", "happy-bday-ardo"},
+      {"friends", "friends-with-everybody"},
+      {"fear", "fear-or-love"},
+      {"collar", "collar-blind"},
+      {"candy", "candy"},
+      {"babies", "babies"},
+      {"arabs", "arabs"},
+  };
+  return all;
+}
+
+SoundScreen::SoundScreen() {
+  for (const Sound& sound : sounds()) {
+    setAction(sound.action, [this, action = std::string(sound.action)] { play(action); });
+  }
+  setAction("stop", [this] { stop(); });
+}
+
+void SoundScreen::viewDidLoad() {
+  platform::ViewController::viewDidLoad();
+  placeBanner();
+}
+
+void SoundScreen::placeBanner() {
+  const platform::Rect frame = view()->frame();
+  bannerView_ = std::make_shared<valdren::VADBannerView>(
+      platform::Rect{0, frame.height - kBannerHeight, kBannerWidth, kBannerHeight});
+  // A desktop's window changes its size at will; the banner stays on its bottom edge.
+  bannerView_->setAutoresizingMask(platform::kFlexibleTopMargin);
+  bannerView_->setAdUnitID(kAdUnitID);
+  bannerView_->setRootViewController(this);
+  view()->addSubview(bannerView_);
+
+  const auto request = valdren::VADRequest::request();
+  request->setTesting(true);
+  bannerView_->loadRequest(request);
+}
+
+void SoundScreen::play(const std::string& action) {
+  const auto sound = std::find_if(sounds().begin(), sounds().end(),
+                                  [&](const Sound& each) { return each.action == action; });
+  if (sound == sounds().end()) return;
+  const auto path = platform::Bundle::main().pathForResource(sound->resource, kClipType);
+  theAudio.reset();
+  if (path) {
+    theAudio = platform::AudioPlayer::withContentsOfFile(*path);
+  } else {
+    platform::logWarning(std::string("The clip \"") + sound->resource + "." + kClipType +
+                         "\" is missing.");
+  }
+  if (theAudio) {
+    theAudio->setDelegate(this);
+    theAudio->play();
+  }
+  mark(theAudio && theAudio->isPlaying() ? action : "");
+}
+
+void SoundScreen::stop() {
+  if (theAudio) theAudio->stop();
+  mark("");
+}
+
+platform::InterfaceView* SoundScreen::controls() {
+  return dynamic_cast<platform::InterfaceView*>(view().get());
+}
+
+void SoundScreen::mark(const std::string& action) {
+  platform::InterfaceView* const buttons = controls();
+  if (!buttons) return;
+  if (!marked_.empty()) buttons->setSelected(marked_, false);
+  marked_ = action;
+  platform::RunLoop::shared().cancelPerformRequests(*this);
+  if (marked_.empty()) return;
+  buttons->setSelected(marked_, true);
+  followPlayer();
+}
+
+void SoundScreen::followPlayer() {
+  platform::RunLoop::shared().performAfterDelay(*this, kFollowInterval, [this] {
+    if (theAudio && theAudio->isPlaying()) {
+      followPlayer();
+    } else {
+      mark("");
+    }
+  });
+}
+
+}  // namespace quorbel

@@ -1,0 +1,55 @@
+// What the phone's and the tablet's screen have in common: fourteen sounds, a stop button, a
+// banner.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ads/api/VADBannerView.h"
+#include "platform/AudioPlayer.h"
+#include "platform/InterfaceView.h"
+#include "platform/ViewController.h"
+
+namespace quorbel {
+
+/// One sound button: the action that it triggers and the clip's resource name.
+struct Sound {
+  const char* action;
+  const char* resource;
+};
+
+/// The sounds, in the order of the interface files.
+const std::vector<Sound>& sounds();
+/// The type of every clip.
+inline constexpr const char* kClipType = "m4a";
+
+class SoundScreen : public platform::ViewController, public platform::AudioPlayerDelegate {
+ public:
+  SoundScreen();
+
+  void viewDidLoad() override;
+
+  /// Plays the action's clip from its beginning, cutting off the one before it. Unknown actions are
+  /// ignored.
+  void play(const std::string& action);
+  /// Silences the clip that plays, if any.
+  void stop();
+
+  /// The player of the clip started last; null before the first, and when that clip is missing.
+  const platform::AudioPlayer* player() const { return theAudio.get(); }
+  const valdren::VADBannerView& banner() const { return *bannerView_; }
+  /// The view with the buttons; null when the interface file could not be read.
+  platform::InterfaceView* controls();
+
+ private:
+  void placeBanner();
+  void mark(const std::string& action);
+  void followPlayer();
+
+  std::shared_ptr<valdren::VADBannerView> bannerView_;
+  std::unique_ptr<platform::AudioPlayer> theAudio;
+  std::string marked_;  // the action whose button shows that its clip plays
+};
+
+}  // namespace quorbel

@@ -1,0 +1,28 @@
+// Puts the soundboard's screen into the window at launch.
+#pragma once
+
+#include <memory>
+
+#include "platform/ApplicationMain.h"
+
+namespace quorbel {
+
+class quorbelAppDelegate final : public platform::ApplicationDelegate {
+ public:
+  const std::shared_ptr<platform::Window>& window() const { return window_; }
+  void setWindow(std::shared_ptr<platform::Window> window) override { window_ = std::move(window); }
+  const std::shared_ptr<platform::ViewController>& viewController() const {
+    return viewController_;
+  }
+  void setViewController(std::shared_ptr<platform::ViewController> viewController) override {
+    viewController_ = std::move(viewController);
+  }
+
+  bool applicationDidFinishLaunching() override;
+
+ private:
+  std::shared_ptr<platform::Window> window_;
+  std::shared_ptr<platform::ViewController> viewController_;
+};
+
+}  // namespace quorbel

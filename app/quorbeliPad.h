@@ -1,0 +1,16 @@
+// The soundboard on a tablet.
+#pragma once
+
+#include "app/SoundScreen.h"
+
+namespace quorbel {
+
+class quorbeliPad final : public SoundScreen {
+ public:
+  void viewDidUnload() override { platform::ViewController::viewDidUnload(); }
+  bool shouldAutorotateToInterfaceOrientation(platform::InterfaceOrientation) override {
+    return true;
+  }
+};
+
+}  // namespace quorbel

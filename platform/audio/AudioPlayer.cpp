@@ -1,0 +1,67 @@
+#include "platform/AudioPlayer.h"
+
+#include "platform/Log.h"
+#include "platform/RunLoop.h"
+#include "platform/audio/AudioOutput.h"
+#include "platform/audio/ClipCache.h"
+
+namespace platform {
+namespace {
+
+/// How often a delegate's player looks whether its clip has ended, in seconds.
+constexpr double kWatchInterval = 0.1;
+
+class ClipPlayer final : public AudioPlayer, public Trackable {
+ public:
+  explicit ClipPlayer(std::shared_ptr<const DecodedClip> clip) : clip_(std::move(clip)) {}
+  ~ClipPlayer() override { stop(); }
+
+  void setDelegate(WeakPtr<AudioPlayerDelegate> delegate) override { delegate_ = delegate; }
+
+  bool play() override {
+    if (isPlaying()) return true;
+    const bool atEnd = !voice_ || voice_->position >= clip_->frameCount();
+    voice_ = AudioOutput::shared().start(clip_, atEnd ? 0 : voice_->position.load());
+    if (delegate_) watch();
+    return true;
+  }
+
+  void stop() override {
+    if (voice_) voice_->stopping = true;
+    RunLoop::shared().cancelPerformRequests(*this);
+  }
+
+  bool isPlaying() const override { return voice_ && !voice_->stopping && !voice_->ended; }
+
+ private:
+  void watch() {
+    RunLoop::shared().performAfterDelay(*this, kWatchInterval, [this] {
+      if (isPlaying()) {
+        watch();
+      } else if (AudioPlayerDelegate* const delegate = delegate_.get()) {
+        delegate->audioPlayerDidFinishPlaying(*this, voice_->position >= clip_->frameCount());
+      }
+    });
+  }
+
+  std::shared_ptr<const DecodedClip> clip_;
+  std::shared_ptr<Voice> voice_;
+  WeakPtr<AudioPlayerDelegate> delegate_;
+};
+
+}  // namespace
+
+std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& path) {
+  std::string problem;
+  auto clip = ClipCache::shared().clip(path, problem);
+  if (clip) return std::make_unique<ClipPlayer>(std::move(clip));
+  logWarning("The clip \"" + path + "\" cannot be played: " + problem + ".");
+  return nullptr;
+}
+
+void AudioPlayer::prepare(std::vector<std::string> paths) {
+  AudioOutput::shared().prepare();
+  ClipCache::shared().prepare(std::move(paths));
+}
+
+}  // namespace platform

@@ -1,0 +1,82 @@
+#include "platform/audio/ClipCache.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+namespace platform {
+namespace {
+
+constexpr std::size_t kMostBytes = 64 * 1024 * 1024;
+
+}  // namespace
+
+ClipCache& ClipCache::shared() {
+  static ClipCache cache;
+  return cache;
+}
+
+ClipCache::~ClipCache() = default;
+
+bool ClipCache::versionOf(const std::string& path, Version& version, std::string& problem) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) {
+    problem = std::generic_category().message(errno);
+    return false;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    problem = "it is no file";
+    return false;
+  }
+  version.size = std::uint64_t(status.st_size);
+  version.changed = std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
+  return true;
+}
+
+std::shared_ptr<const DecodedClip> ClipCache::clip(const std::string& path, std::string& problem) {
+  Version version;
+  if (!versionOf(path, version, problem)) return nullptr;
+  if (auto kept = find(path, version)) return kept;
+  auto clip = decodeClip(path, problem);
+  if (clip) keep({path, version, clip});
+  return clip;
+}
+
+std::shared_ptr<const DecodedClip> ClipCache::find(const std::string& path,
+                                                   const Version& version) {
+  const std::lock_guard lock(mutex_);
+  const auto found = std::find_if(kept_.begin(), kept_.end(), [&](const Kept& each) {
+    return each.path == path && each.version == version;
+  });
+  if (found == kept_.end()) return nullptr;
+  kept_.splice(kept_.begin(), kept_, found);
+  return found->clip;
+}
+
+void ClipCache::keep(Kept kept) {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(kept_, [&](const Kept& each) { return each.path == kept.path; });
+  kept_.push_front(std::move(kept));
+  std::size_t bytes = 0;
+  for (auto each = kept_.begin(); each != kept_.end(); ++each) {
+    bytes += each->clip->samples.size() * sizeof(float);
+    if (bytes > kMostBytes && each != kept_.begin()) {
+      kept_.erase(each, kept_.end());
+      return;
+    }
+  }
+}
+
+void ClipCache::prepare(std::vector<std::string> paths) {
+  preparing_ = std::jthread([this, paths = std::move(paths)](const std::stop_token& stop) {
+    for (const std::string& path : paths) {
+      std::string problem;  // said when the clip is asked for
+      if (stop.stop_requested()) return;
+      clip(path, problem);
+    }
+  });
+}
+
+}  // namespace platform

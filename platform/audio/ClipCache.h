@@ -1,0 +1,50 @@
+// Decoded clips, kept in memory so that a press need not decode.
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/audio/ClipDecoder.h"
+
+namespace platform {
+
+/// Keeps the clips used last, up to 64 MiB. A file that has changed is decoded again. May be used
+/// on any thread.
+class ClipCache {
+ public:
+  static ClipCache& shared();
+  ~ClipCache();
+
+  /// The clip of the file, decoded now unless it is kept. Null, with what is wrong in `problem`.
+  std::shared_ptr<const DecodedClip> clip(const std::string& path, std::string& problem);
+
+  /// Decodes the files ahead of their use, on a thread of its own.
+  void prepare(std::vector<std::string> paths);
+
+ private:
+  struct Version {
+    std::uint64_t size = 0;
+    std::int64_t changed = 0;
+    bool operator==(const Version&) const = default;
+  };
+  struct Kept {
+    std::string path;
+    Version version;
+    std::shared_ptr<const DecodedClip> clip;
+  };
+
+  static bool versionOf(const std::string& path, Version& version, std::string& problem);
+  std::shared_ptr<const DecodedClip> find(const std::string& path, const Version& version);
+  void keep(Kept kept);
+
+  std::mutex mutex_;
+  std::list<Kept> kept_;  // the one used last comes first; guarded by mutex_
+  std::jthread preparing_;
+};
+
+}  // namespace platform

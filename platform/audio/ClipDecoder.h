@@ -1,0 +1,25 @@
+// Reads a sound file into samples.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+/// The form of every decoded clip and of the output stream.
+inline constexpr std::uint32_t kSampleRate = 48000;
+inline constexpr std::uint32_t kChannels = 2;
+
+/// Interleaved samples, -1 to 1.
+struct DecodedClip {
+  std::vector<float> samples;
+  std::size_t frameCount() const { return samples.size() / kChannels; }
+};
+
+/// The first minute of the file's first audio stream. Null, with what is wrong in `problem`, when
+/// the file cannot be read or holds no sound that can be decoded. May be called on any thread.
+std::shared_ptr<const DecodedClip> decodeClip(const std::string& path, std::string& problem);
+
+}  // namespace platform
