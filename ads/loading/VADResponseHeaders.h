@@ -1,0 +1,34 @@
+// What an ad server's response headers ask for.
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "platform/URLConnection.h"
+
+namespace valdren {
+
+inline constexpr std::string_view kVADHeaderTrackingURLs = "X-Urvo-Tracking-Urls";
+inline constexpr std::string_view kVADHeaderClickTrackingURLs = "X-Urvo-Click-Tracking-Urls";
+inline constexpr std::string_view kVADHeaderOrientation = "X-Urvo-Orientation";
+inline constexpr std::string_view kVADHeaderInterstitialTimeout = "X-Urvo-Interstitial-Timeout";
+inline constexpr std::string_view kVADHeaderRefreshRate = "X-Urvo-Refresh-Rate";
+
+/// A list of tracking URLs takes no more than this; what is beyond is left out, so that no server
+/// can make a client fire pings without end.
+inline constexpr std::size_t kVADMostTrackingURLs = 200;
+
+/// The header's value; none when it is missing or empty.
+std::optional<std::string_view> nonEmptyHeader(const platform::Headers& headers,
+                                               std::string_view name);
+
+/// Appends the URLs in the header, which stand between blanks. What is no URL is left out.
+void appendURLsFromHeader(std::vector<platform::URL>& urls, const platform::Headers& headers,
+                          std::string_view name);
+
+/// Keeps the time-out that the headers set for interstitials in the user defaults, under
+/// "applicationTimeout", in seconds.
+void storeInterstitialTimeout(const platform::Headers& headers);
+
+}  // namespace valdren

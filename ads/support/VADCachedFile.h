@@ -1,0 +1,105 @@
+// A local copy of one HTTP resource, kept in the caches folder and revalidated with the server.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Date.h"
+#include "platform/URLConnection.h"
+#include "platform/WeakPtr.h"
+
+namespace valdren {
+
+class VADCachedFile;
+
+/// Told how a fetch ends, and asked at each redirect. It may let go of the file in any of these.
+class VADCachedFileDelegate : public virtual platform::Trackable {
+ public:
+  /// The local file is good: freshly written, or unchanged on the server.
+  virtual void cachedFileDownloadDidEnd(VADCachedFile& file) = 0;
+  /// The fetch failed. Without an error the server answered with a status other than 200 and 304,
+  /// or the URL cannot be fetched.
+  virtual void cachedFileDownloadDidFail(VADCachedFile& file,
+                                         const std::optional<platform::Error>& error) = 0;
+  /// None follows the redirect; an error refuses it and becomes the fetch's failure.
+  virtual std::optional<platform::Error> cachedFileShouldRedirectToURL(
+      VADCachedFile& file, const platform::URL& url) = 0;
+
+ protected:
+  ~VADCachedFileDelegate() = default;
+};
+
+/// At most one fetch is under way at a time; each tells its delegate about its end once. The local
+/// file outlives the object. Main thread only; nothing is logged but debug lines.
+class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
+                            private platform::URLConnectionDelegate {
+ public:
+  /// The delegate is not owned. No file is read and nothing is fetched yet.
+  static std::shared_ptr<VADCachedFile> initWithDelegate(
+      platform::WeakPtr<VADCachedFileDelegate> delegate, const platform::URL& url);
+  ~VADCachedFile();
+  VADCachedFile(const VADCachedFile&) = delete;
+  VADCachedFile& operator=(const VADCachedFile&) = delete;
+
+  VADCachedFileDelegate* delegate() const { return delegate_.get(); }
+  void setDelegate(platform::WeakPtr<VADCachedFileDelegate> delegate) { delegate_ = delegate; }
+
+  /// Fetches the resource unless the local copy is still good. Nothing while a fetch is under way.
+  void validate();
+  /// The same, past every cache on the way: the request's query gets the present time.
+  void validateWithCacheBuster();
+  /// Stops the fetch under way without a word to the delegate.
+  void cancel();
+  /// The same, and deletes the local file.
+  void invalidate();
+
+  bool hasContent() const;
+  /// The local file's text; none when there is no file, or when it is not UTF-8.
+  std::optional<std::string> content() const;
+  /// Where the local file is or will be; none when the user has no caches folder. Stays within the
+  /// caches folder whatever the URL's host is, and is another one for each host and URL.
+  const std::optional<std::string>& filePath() const;
+  /// The local file's time as HTTP writes it, but without a zone; none when there is no file.
+  std::optional<std::string> fileModificationDate() const;
+
+  const platform::URL& sourceURL() const { return sourceURL_; }
+  /// The URL last asked for: the source, or where redirects have led.
+  const platform::URL& httpDestinationURL() const { return httpDestinationURL_; }
+  /// Of the last response that was no redirect; 0 before any.
+  int httpStatusCode() const { return httpStatusCode_; }
+  /// Of the last response, redirects included.
+  const platform::Headers& httpHeaders() const { return httpHeaders_; }
+
+  std::string description() const;
+
+ private:
+  VADCachedFile(platform::WeakPtr<VADCachedFileDelegate> delegate, const platform::URL& url);
+
+  void beginFetchWithCacheBuster(bool cacheBuster);
+  void cleanUpConnection();
+  void finishWith(const std::optional<platform::Error>& error);
+  void writeReceivedData();
+
+  void connectionWillSendRequest(platform::URLConnection&, const platform::URLRequest& request,
+                                 const platform::URLResponse* redirectResponse) override;
+  void connectionDidReceiveResponse(platform::URLConnection&,
+                                    const platform::URLResponse& response) override;
+  void connectionDidReceiveData(platform::URLConnection&, std::string_view data) override;
+  void connectionDidFinishLoading(platform::URLConnection&) override;
+  void connectionDidFail(platform::URLConnection&, const platform::Error& error) override;
+
+  platform::WeakPtr<VADCachedFileDelegate> delegate_;
+  platform::URL sourceURL_;
+  mutable std::optional<std::string> filePath_;
+  std::unique_ptr<platform::URLConnection> connection_;
+  std::string receivedData_;
+  std::string receivedModificationDate_;
+  platform::URL httpDestinationURL_;
+  int httpStatusCode_ = 0;
+  platform::Headers httpHeaders_;
+};
+
+}  // namespace valdren
