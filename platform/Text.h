@@ -1,0 +1,17 @@
+// UTF-8 text.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+bool isUTF8(std::string_view text);
+/// The text with every stretch that is not UTF-8 replaced by U+FFFD.
+std::string repairedUTF8(std::string_view text);
+/// The text in lower case by Unicode's rules; bytes that are not UTF-8 stay.
+std::string lowercase(std::string_view text);
+/// The text without white space and line breaks at its ends.
+std::string_view trimmed(std::string_view text);
+
+}  // namespace platform
