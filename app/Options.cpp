@@ -64,7 +64,6 @@ const std::map<std::string, Option, std::less<>>& optionsWithValue() {
 std::optional<Command> commandNamed(std::string_view argument) {
   if (argument == "--help" || argument == "-h") return Command::Help;
   if (argument == "--version") return Command::Version;
-  if (argument == "--print-request") return Command::PrintRequest;
   return std::nullopt;
 }
 
@@ -109,7 +108,6 @@ const char* const kHelp =
     "  --ad-server URL                   fetch ads from there, not from the built-in ad network\n"
     "  --script-host URL                 fetch the ad engine script from there\n"
     "  --tour FOLDER                     walk through the application and leave pictures there\n"
-    "  --print-request                   print what an ad request would carry now, as JSON\n"
     "  --help, --version                 say this, or the version, and end\n"
     "\n"
     "Keys: 1 to 9, 0, Q, W, E and R play; Escape stops.\n"

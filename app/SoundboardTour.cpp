@@ -1,0 +1,77 @@
+// The tour's way through the soundboard: every button, then stop.
+#include "app/SoundScreen.h"
+#include "app/Tour.h"
+
+namespace quorbel {
+namespace {
+
+SoundScreen* screen() {
+  platform::Window* const window = platform::Window::keyWindow();
+  return window ? dynamic_cast<SoundScreen*>(window->rootViewController().get()) : nullptr;
+}
+
+bool overlap(const platform::Rect& first, const platform::Rect& second) {
+  return first.x < second.x + second.width && second.x < first.x + first.width &&
+         first.y < second.y + second.height && second.y < first.y + first.height;
+}
+
+std::string screenProblem() {
+  SoundScreen* const shown = screen();
+  if (!shown || !shown->controls()) return "the sound screen is not shown";
+  platform::InterfaceView& controls = *shown->controls();
+  if (controls.controls().size() != sounds().size() + 1) return "buttons are missing";
+  for (const std::string& control : controls.controls()) {
+    const platform::Rect frame = controls.frameOfControl(control);
+    if (frame.width < 44 || frame.height < 44) {
+      return "the button \"" + control + "\" is too small to be pressed";
+    }
+  }
+  if (overlap(controls.frameOfControl("stop"), shown->banner().frame())) {
+    return "the banner covers the stop button";
+  }
+  return "";
+}
+
+std::string playingProblem(const std::string& action) {
+  SoundScreen* const shown = screen();
+  if (!shown || !shown->controls()) return "the sound screen is not shown";
+  if (!shown->player() || !shown->player()->isPlaying()) return "no clip plays";
+  for (const Sound& sound : sounds()) {
+    const bool selected = shown->controls()->isSelected(sound.action);
+    if (selected == (sound.action == action)) continue;
+    return std::string("the button \"") + sound.action + "\" shows the wrong state";
+  }
+  return "";
+}
+
+std::string silenceProblem() {
+  SoundScreen* const shown = screen();
+  if (!shown || !shown->controls()) return "the sound screen is not shown";
+  if (shown->player() && shown->player()->isPlaying()) return "a clip still plays";
+  for (const Sound& sound : sounds()) {
+    if (shown->controls()->isSelected(sound.action)) return "a button still shows a playing clip";
+  }
+  return "";
+}
+
+void press(const std::string& control) {
+  if (SoundScreen* const shown = screen(); shown && shown->controls()) {
+    shown->controls()->press(control);
+  }
+}
+
+}  // namespace
+
+std::vector<TourStep> soundboardSteps() {
+  std::vector<TourStep> steps;
+  steps.push_back({"the screen", {}, screenProblem});
+  for (const Sound& sound : sounds()) {
+    const std::string action = sound.action;
+    steps.push_back({"press " + action, [action] { press(action); },
+                     [action] { return playingProblem(action); }});
+  }
+  steps.push_back({"stop", [] { press("stop"); }, silenceProblem});
+  return steps;
+}
+
+}  // namespace quorbel

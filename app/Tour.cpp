@@ -1,0 +1,87 @@
+#include "app/Tour.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/Clock.h"
+#include "platform/RunLoop.h"
+
+namespace quorbel {
+namespace {
+
+constexpr double kPatience = 10;        // seconds until a step has failed
+constexpr double kLookInterval = 0.02;  // seconds between two looks
+constexpr double kSettling = 0.15;      // seconds until what was done is also drawn
+
+}  // namespace
+
+Tour::Tour(std::string folder, std::vector<TourStep> steps,
+           std::function<void(int failed)> finished)
+    : folder_(std::move(folder)), steps_(std::move(steps)), finished_(std::move(finished)) {}
+
+bool Tour::begin() {
+  std::error_code error;
+  std::filesystem::create_directories(folder_, error);
+  if (error || !std::ofstream(folder_ + "/tour.txt")) {
+    std::fprintf(stderr, "quorbel: the folder \"%s\" cannot be written.\n", folder_.c_str());
+    return false;
+  }
+  beginStep();
+  return true;
+}
+
+void Tour::beginStep() {
+  if (current_ == steps_.size()) {
+    report_ += std::to_string(steps_.size()) + " steps, " + std::to_string(failed_) + " failed\n";
+    std::ofstream(folder_ + "/tour.txt") << report_;
+    std::fputs(report_.c_str(), stdout);
+    finished_(failed_);
+    return;
+  }
+  stepBegan_ = platform::Clock::shared().monotonicSeconds();
+  if (steps_[current_].act) steps_[current_].act();
+  watchStep();
+}
+
+void Tour::watchStep() {
+  platform::RunLoop::shared().performAfterDelay(*this, kLookInterval, [this] {
+    const std::string problem = steps_[current_].problem();
+    const double waited = platform::Clock::shared().monotonicSeconds() - stepBegan_;
+    if (!problem.empty() && waited < kPatience) {
+      watchStep();
+      return;
+    }
+    platform::RunLoop::shared().performAfterDelay(*this, kSettling,
+                                                  [this, problem] { endStep(problem); });
+  });
+}
+
+void Tour::endStep(const std::string& problem) {
+  const std::string picture = pictureName();
+  platform::Window* const window = platform::Window::keyWindow();
+  std::string trouble = problem;
+  if (!window || !window->savePicture(folder_ + "/" + picture)) {
+    trouble += std::string(trouble.empty() ? "" : "; ") + "no picture could be taken";
+  }
+  if (!trouble.empty()) ++failed_;
+  report_ += picture + "  " + steps_[current_].title + ": " +
+             (trouble.empty() ? "as it should be" : "FAILED: " + trouble) + "\n";
+  ++current_;
+  beginStep();
+}
+
+std::string Tour::pictureName() const {
+  std::string name;
+  for (const char character : steps_[current_].title) {
+    const bool plain = (character >= 'a' && character <= 'z') ||
+                       (character >= 'A' && character <= 'Z') ||
+                       (character >= '0' && character <= '9');
+    name += plain ? character : '-';
+  }
+  char number[16];
+  std::snprintf(number, sizeof number, "%02zu-", current_ + 1);
+  return number + name + ".png";
+}
+
+}  // namespace quorbel

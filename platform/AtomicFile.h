@@ -1,0 +1,16 @@
+// Files that hold their old or their new content, whenever the process or the machine stops.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// Writes a file in place of a former one, making its folders. Gives what went wrong, or an empty
+/// text.
+std::string writeFileAtomically(const std::string& path, std::string_view content);
+
+/// Removes a file for good; one that is not there is no error.
+std::string removeFileDurably(const std::string& path);
+
+}  // namespace platform

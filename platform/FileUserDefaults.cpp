@@ -1,0 +1,148 @@
+#include "platform/FileUserDefaults.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "platform/AtomicFile.h"
+#include "platform/Folders.h"
+#include "platform/Json.h"
+#include "platform/Log.h"
+
+namespace platform {
+namespace {
+
+// JSON knows neither dates nor the difference between 1 and 1.0; these stand for them in the files.
+constexpr const char* kDateKey = "$date";
+constexpr const char* kDoubleKey = "$double";
+
+std::string exact(double number) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%a", number);
+  return text;
+}
+
+Value encoded(const Value& value) {
+  switch (value.kind()) {
+    case Value::Kind::Date: return Dictionary{{kDateKey, exact(value.date()->secondsSince1970())}};
+    case Value::Kind::Double: return Dictionary{{kDoubleKey, exact(value.doubleValue())}};
+    case Value::Kind::Array: {
+      Array array;
+      for (const Value& element : *value.array()) array.push_back(encoded(element));
+      return array;
+    }
+    case Value::Kind::Dictionary: {
+      Dictionary dictionary;
+      for (const auto& entry : *value.dictionary()) dictionary.set(entry.key, encoded(entry.value));
+      return dictionary;
+    }
+    default: return value;
+  }
+}
+
+Value decoded(const Value& value) {
+  if (const Array* const array = value.array()) {
+    Array result;
+    for (const Value& element : *array) result.push_back(decoded(element));
+    return result;
+  }
+  const Dictionary* const dictionary = value.dictionary();
+  if (!dictionary) return value;
+  if (dictionary->size() == 1) {
+    if (const auto* text = dictionary->text(kDateKey)) {
+      return Date(std::strtod(text->c_str(), nullptr));
+    }
+    if (const auto* text = dictionary->text(kDoubleKey)) {
+      return std::strtod(text->c_str(), nullptr);
+    }
+  }
+  Dictionary result;
+  for (const auto& entry : *dictionary) result.set(entry.key, decoded(entry.value));
+  return result;
+}
+
+/// A key as a file name: other characters than these become %XX.
+std::string fileName(std::string_view key) {
+  std::string name;
+  for (const char character : key) {
+    const auto code = static_cast<unsigned char>(character);
+    if (std::isalnum(code) || character == '_' || character == '-') {
+      name += character;
+    } else {
+      char escape[4];
+      std::snprintf(escape, sizeof escape, "%%%02X", code);
+      name += escape;
+    }
+  }
+  return name + ".json";
+}
+
+}  // namespace
+
+UserDefaults& UserDefaults::standard() {
+  static FileUserDefaults defaults([] {
+    auto folder = stateFolder();
+    if (folder) *folder += "/defaults";
+    return folder;
+  }());
+  return defaults;
+}
+
+std::string FileUserDefaults::pathFor(std::string_view key) const {
+  return *folder_ + "/" + fileName(key);
+}
+
+const std::optional<Value>& FileUserDefaults::kept(std::string_view key) const {
+  const auto found = kept_.find(key);
+  if (found != kept_.end()) return found->second;
+  return kept_.emplace(key, folder_ ? read(pathFor(key)) : std::nullopt).first->second;
+}
+
+std::optional<Value> FileUserDefaults::read(const std::string& path) const {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return std::nullopt;
+  const std::string content{std::istreambuf_iterator<char>(file), {}};
+  if (auto value = parseJson(content)) return decoded(*value);
+  std::error_code error;
+  std::filesystem::rename(path, path + ".damaged", error);
+  logWarning("The kept state in \"" + path + "\" is damaged; it was set aside.");
+  return std::nullopt;
+}
+
+std::optional<Value> FileUserDefaults::objectForKey(std::string_view key) const {
+  return kept(key);
+}
+
+void FileUserDefaults::setObject(std::string_view key, Value value) {
+  if (kept(key) == value && kept(key)->kind() == value.kind()) return;
+  kept_.insert_or_assign(std::string(key), std::move(value));
+  changed_.emplace(key);
+}
+
+void FileUserDefaults::removeObject(std::string_view key) {
+  if (!kept(key)) return;
+  kept_.insert_or_assign(std::string(key), std::nullopt);
+  changed_.emplace(key);
+}
+
+bool FileUserDefaults::synchronize() {
+  std::string problem = folder_ ? "" : "there is no state folder";
+  for (auto key = changed_.begin(); key != changed_.end() && problem.empty();) {
+    const std::optional<Value>& value = kept(*key);
+    const std::optional<std::string> text = value ? writeJson(encoded(*value)) : std::nullopt;
+    // What cannot be written as text would not come back either; it stays in memory alone.
+    const bool writes = text.has_value();
+    problem = writes ? writeFileAtomically(pathFor(*key), *text) : removeFileDurably(pathFor(*key));
+    if (problem.empty()) key = changed_.erase(key);
+  }
+  if (!problem.empty() && !complained_) {
+    logWarning("The state cannot be kept: " + problem + ".");
+  }
+  complained_ = !problem.empty();
+  return problem.empty();
+}
+
+}  // namespace platform

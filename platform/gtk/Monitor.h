@@ -1,0 +1,18 @@
+// The monitor that the application is shown on.
+#pragma once
+
+#include <optional>
+
+#include "platform/Geometry.h"
+
+namespace platform {
+
+struct Monitor {
+  Size size;         // points
+  double scale = 1;  // pixels a point
+};
+
+/// None without a display.
+std::optional<Monitor> primaryMonitor();
+
+}  // namespace platform
