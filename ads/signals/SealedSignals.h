@@ -1,0 +1,23 @@
+// How signals travel: sealed, and as one query item.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Value.h"
+
+namespace valdren {
+
+/// The query keys of the signals of a request and of a click.
+inline constexpr const char* kRequestSignalsKey = "ms";
+inline constexpr const char* kClickSignalsKey = "cs";
+
+/// The values as JSON, encrypted and authenticated, in letters that need no escape in a query. None
+/// when that fails.
+std::optional<std::string> sealSignals(const platform::Dictionary& signals);
+
+/// For the receiving side: the values, or none when the text was not sealed by this client.
+std::optional<platform::Dictionary> openSignals(std::string_view sealed);
+
+}  // namespace valdren

@@ -1,0 +1,25 @@
+// What the person did inside the ad, handed to the ad network sealed. docs/signals.md says exactly
+// what is sent.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace valdren {
+
+/// Notes that an ad of this request type is about to be shown by a client of this version. Not 0.
+int vad_gig(int requestType, std::string_view sdkVersion);
+
+/// Fills `text` with the signals for an ad request, one "key=value" pair. 0, and an untouched text,
+/// when nothing has been noted yet or sealing fails.
+int vad_gmrs(std::string& text);
+
+/// Fills `text` with the signals for a click on the ad with this identifier, one ready-made query
+/// item. 0, and an untouched text, when sealing fails.
+int vad_gmcs(std::string_view adIdentifier, std::string& text);
+
+/// Notes a touch inside the ad: its place and duration as the ad's script tells them, -1 for what
+/// it does not tell. Not 0.
+int vad_htg(int x, int y, int duration);
+
+}  // namespace valdren

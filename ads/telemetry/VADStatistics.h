@@ -1,0 +1,103 @@
+// What the user did with earlier ads, for the next request.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "ads/telemetry/VADStatisticsCore.h"
+#include "ads/telemetry/VADTimingManager.h"
+#include "platform/URL.h"
+
+namespace valdren {
+
+// Statistics keys; each is also the name of a request parameter.
+inline constexpr const char* kVADParameterSessionID = "session_id";
+inline constexpr const char* kVADParameterTotalAdRequests = "preqs";
+inline constexpr const char* kVADParameterPriorClickCount = "pcc";
+inline constexpr const char* kVADParameterPriorLandingPageNavCount = "plpnc";
+inline constexpr const char* kVADParameterPriorLandingPageSSLNavCount = "plpsnc";
+inline constexpr const char* kVADParameterPriorClickBackgroundedApp = "pclb";
+inline constexpr const char* kVADParameterPriorClickBreakOut = "pcbo";
+inline constexpr const char* kVADParameterAppOpenInterstitialTimedOut = "aoi_timedout";
+inline constexpr const char* kVADParameterAppOpenInterstitialNoFill = "aoi_nofill";
+inline constexpr const char* kVADParameterPriorRequestLatency = "prl";
+inline constexpr const char* kVADParameterPriorClickLatency = "pcl";
+inline constexpr const char* kVADParameterPriorClickString = "pai";
+inline constexpr const char* kVADParameterPriorImpressionTicketString = "pit";
+inline constexpr const char* kVADParameterPriorPreClickLatency = "ppcl";
+inline constexpr const char* kVADParameterPriorClickRedirectLatency = "pcrl";
+inline constexpr const char* kVADParameterPriorLandingPageLoad = "plpl";
+inline constexpr const char* kVADParameterPriorLandingPageDuration = "plpd";
+inline constexpr const char* kVADParameterTimeSinceFirstRequest = "ptime";
+
+/// Counters and flags persist in the user defaults, latencies as named timings. Main thread only.
+class VADStatistics {
+ public:
+  static VADStatistics& sharedStatistics();
+  static void releaseSharedStatistics();
+  VADStatistics();
+  VADStatistics(const VADStatistics&) = delete;
+  VADStatistics& operator=(const VADStatistics&) = delete;
+
+  std::uint32_t sessionId() const { return sessionId_; }
+  /// The session number that a result of `random()` (0 to 2147483647) gives.
+  static std::uint32_t sessionIdFromRandom(long random);
+
+  // Counters. The increments give nothing but `incrementAdRequestCount`, which gives the new count.
+  void incrementClickCount();
+  void resetClickCount();
+  void incrementPageNavigationCount();
+  void resetPageNavigationCount();
+  void incrementSSLPageNavigationCount();
+  void resetSSLPageNavigationCount();
+  std::int32_t incrementAdRequestCount();
+  void setAdRequestCount(std::int32_t count);
+  std::int32_t adRequestCount() const;
+
+  // Flags.
+  void setFlagWithParameterName(const char* name);
+  void resetFlagWithParameterName(const char* name);
+  void setClickBackgroundedApp();
+  void resetClickBackgroundedApp();
+  void setBreakOutToSafari();
+  void resetBreakOutToSafari();
+  void setAppOpenInterstitialTimeOut();
+  void resetAppOpenInterstitialTimeOut();
+  void setAppOpenInterstitialNoFill();
+  void resetAppOpenInterstitialNoFill();
+
+  // Timings, by name. What is not there is left alone.
+  static const std::vector<std::string>& allTimingNames();
+  void startTimingNamed(const char* name);
+  void endTimingNamed(const char* name);
+  void removeTimingNamed(const char* name);
+  std::shared_ptr<VADTiming> timingNamed(const char* name) const;
+  /// Whether a click is being timed.
+  bool isTimingClick() const;
+
+  /// Notes the ticket of a completed ping to the ad network's own hosts.
+  void addClickTrackingURL(const platform::URL& url);
+  /// The domain that `addClickTrackingURL` knows as the ad network's own: a host counts when it is
+  /// this domain or ends with a "." and it. "ads.valdren.example" at first.
+  static void setAdNetworkDomain(std::string domain);
+
+  /// Keeps everything now.
+  void synchronize();
+  /// What the next request is to carry. Clears most of it, as it travels once.
+  platform::Dictionary parameters();
+  /// Counts and times a click on the URL; the URL to go on with.
+  platform::URL urlForClick(const platform::URL& url);
+
+ private:
+  platform::Dictionary takeTimings();
+  void putCounters(platform::Dictionary& parameters) const;
+  void resetCounters();
+  std::uint32_t millisecondsSinceClick(const VADTiming& click) const;
+
+  std::uint32_t sessionId_;
+  VADStatisticsCore statistics_{"shared"};
+  VADTimingManager timingMgr_{"shared"};
+};
+
+}  // namespace valdren
