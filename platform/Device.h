@@ -30,6 +30,9 @@ class Device : public Shared<Device> {
   virtual std::optional<InterfaceIdiom> userInterfaceIdiom() const = 0;
   /// The person's languages, most wanted first, as "en" or "pt-PT"; empty when none is set.
   virtual std::vector<std::string> preferredLanguages() const = 0;
+  /// Whether this process has the superuser's rights, so that nothing on the machine is out of its
+  /// reach.
+  virtual bool hasSuperuserRights() const { return false; }
 };
 
 class Screen : public Shared<Screen> {

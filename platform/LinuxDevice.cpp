@@ -156,6 +156,10 @@ std::vector<std::string> LinuxDevice::preferredLanguages() const {
                        std::getenv("LANG"));
 }
 
+bool LinuxDevice::hasSuperuserRights() const {
+  return geteuid() == 0;
+}
+
 std::vector<std::string> languagesFrom(const char* language, const char* all, const char* messages,
                                        const char* lang) {
   std::string locale;

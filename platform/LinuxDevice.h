@@ -22,6 +22,7 @@ class LinuxDevice final : public Device {
   std::string machine() const override;
   std::optional<InterfaceIdiom> userInterfaceIdiom() const override;
   std::vector<std::string> preferredLanguages() const override;
+  bool hasSuperuserRights() const override;
 
   /// Decides the idiom instead of the monitor's size.
   void setIdiom(std::optional<InterfaceIdiom> idiom) { idiom_ = idiom; }

@@ -1,15 +1,31 @@
 #include "ads/api/VADRequestError.h"
 
 #include "ads/api/VADRequest.h"
+#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/loading/VADRequestPrivate.h"
 
 namespace valdren {
 namespace {
+
+constexpr int kMinimumMajor = 3;
+constexpr int kMinimumMinor = 0;
+
+std::string versionTooLow() {
+  int major = 0;
+  int minor = 0;
+  int bugFix = 0;
+  VADIdentifierUtilities::getOSMajor(&major, &minor, &bugFix);
+  return "This device's OS is " + std::to_string(major) + "." + std::to_string(minor) + "." +
+         std::to_string(bugFix) + ".  It is below the minimum of " + std::to_string(kMinimumMajor) +
+         "." + std::to_string(kMinimumMinor) + ".";
+}
 
 std::string messageFor(std::int32_t code) {
   switch (code) {
     case kVADErrorNoFill: return "No ad to show.";
     case kVADErrorNetworkError: return "A network error occurred.";
     case kVADErrorServerError: return "Server error processing the request.";
+    case kVADErrorOSVersionTooLow: return versionTooLow();
     case kVADErrorTimeout:
       return "The Valdren Ad request was unable to be fulfilled before a timeout occurred.";
     default: return "Invalid ad request parameter(s).  Check the Xcode console for details.";
@@ -22,10 +38,12 @@ VADRequestError VADRequestError::errorWithCode(std::int32_t code, const VADReque
   return VADRequestError(code, request);
 }
 
-VADRequestError::VADRequestError(std::int32_t code, const VADRequest*) : code_(code) {
+VADRequestError::VADRequestError(std::int32_t code, const VADRequest* request) : code_(code) {
   const std::string message = localizedStringForErrorCode(code);
   userInfo_.set(kVADLocalizedDescriptionKey, message);
   userInfo_.set(kVADLocalizedFailureReasonErrorKey, message);
+  const auto* const sent = dynamic_cast<const VADRequestPrivate*>(request);
+  if (code == kVADErrorInvalidRequest && sent) userInfo_.merge(sent->parameters());
 }
 
 std::string VADRequestError::localizedStringForErrorCode(std::int32_t code) {

@@ -1,7 +1,10 @@
 // A request as the loader keeps it: the publisher's options and the parameters made of them.
 #pragma once
 
+#include <string_view>
+
 #include "ads/api/VADRequest.h"
+#include "ads/loading/VADLocation.h"
 
 namespace valdren {
 
@@ -59,6 +62,10 @@ class VADRequestPrivate final : public VADRequest {
   platform::Dictionary spamSignals() const;
 
  private:
+  bool isForTestDevice() const;
+  void putTestSettings(platform::Dictionary& parameters) const;
+  void putTargeting(platform::Dictionary& parameters) const;
+
   std::optional<std::vector<std::string>> testDevices_;
   bool testing_ = false;
   std::optional<platform::Dictionary> additionalParameters_;

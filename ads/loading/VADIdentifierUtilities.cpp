@@ -1,0 +1,207 @@
+#include "ads/loading/VADIdentifierUtilities.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <limits>
+#include <tuple>
+
+#include "ads/loading/VADJsonSafe.h"
+#include "ads/support/VADNumberUtilities.h"
+#include "platform/Application.h"
+#include "platform/AudioSession.h"
+#include "platform/Bundle.h"
+#include "platform/Crypto.h"
+#include "platform/Device.h"
+#include "platform/Folders.h"
+#include "platform/PropertyList.h"
+#include "platform/Text.h"
+
+namespace valdren {
+namespace {
+
+constexpr const char* kMetadataFile = "iTunesMetadata.plist";
+constexpr const char* kTabletModel = "iPad";
+
+constexpr int kRouteSpeaker = 1;
+constexpr int kRouteHeadphones = 2;
+constexpr int kRouteNone = 3;
+constexpr int kRouteOther = 5;
+
+/// Removes and gives the number before the next ".", 0 when there is none.
+int takeVersionPart(std::string_view& version) {
+  const std::size_t end = std::min(version.find('.'), version.size());
+  const std::int64_t number = platform::Value(version.substr(0, end)).integerValue();
+  version.remove_prefix(std::min(end + 1, version.size()));
+  using Limits = std::numeric_limits<int>;
+  return static_cast<int>(std::clamp<std::int64_t>(number, Limits::min(), Limits::max()));
+}
+
+std::string upperCaseHexadecimal(const std::array<std::uint8_t, 16>& digest) {
+  constexpr const char* kDigits = "0123456789ABCDEF";
+  std::string text;
+  for (const std::uint8_t byte : digest) {
+    text += kDigits[byte >> 4];
+    text += kDigits[byte & 15];
+  }
+  return text;
+}
+
+std::string applicationName() {
+  const platform::Bundle& bundle = platform::Bundle::main();
+  const std::string version = bundle.version() ? *bundle.version() + "." : "";
+  return platform::repairedUTF8(version + "iphone." + bundle.identifier());
+}
+
+bool canOpen(const char* text) {
+  const auto url = platform::URL::parse(text);
+  return url && platform::Application::shared().canOpenURL(*url);
+}
+
+/// One bit for each known application that reads books.
+int bookApplications() {
+  return (canOpen("itms-books://") ? 1 : 0) | (canOpen("kindle://home") ? 2 : 0);
+}
+
+platform::Value number(double value) {
+  return VADNumberUtilities::stringWithFloat(static_cast<float>(value));
+}
+
+}  // namespace
+
+VADIdentifierUtilities& VADIdentifierUtilities::standard() {
+  static VADIdentifierUtilities instance;
+  return instance;
+}
+
+VADIdentifierUtilities::VADIdentifierUtilities()
+    : isPhoneIdiom_(platform::Device::shared().userInterfaceIdiom().value_or(
+                        platform::InterfaceIdiom::Phone) == platform::InterfaceIdiom::Phone),
+      isJailbroken_(checkIsJailbroken()) {}
+
+bool VADIdentifierUtilities::checkIsJailbroken() {
+  // The owner of a Linux machine may always become its superuser, which says nothing. An
+  // application that runs as the superuser is another matter: nothing stands between it and the
+  // rest of the machine.
+  return platform::Device::shared().hasSuperuserRights();
+}
+
+double VADIdentifierUtilities::screenDensity() const {
+  return platform::Screen::shared().scale().value_or(1.0);
+}
+
+bool VADIdentifierUtilities::isOrientationLandscape() const {
+  return platform::isLandscape(platform::Application::shared().statusBarOrientation());
+}
+
+platform::Size VADIdentifierUtilities::screenSize() const {
+  const platform::Application& application = platform::Application::shared();
+  platform::Size size = platform::Screen::shared().applicationFrame().size();
+  if (!application.isStatusBarHidden()) size.height += application.statusBarHeight();
+  return size;
+}
+
+std::string VADIdentifierUtilities::deviceModel() const {
+  return platform::Device::shared().model();
+}
+
+std::string VADIdentifierUtilities::osVersion() const {
+  return platform::Device::shared().systemVersion();
+}
+
+void VADIdentifierUtilities::getOSMajor(int* major, int* minor, int* bugFix) {
+  const std::string text = platform::Device::shared().systemVersion();
+  std::string_view version = text;
+  for (int* const part : {major, minor, bugFix}) {
+    const int number = takeVersionPart(version);
+    if (part) *part = number;
+  }
+}
+
+bool VADIdentifierUtilities::isOSAtLeastMajor(int major, int minor, int bug) {
+  int osMajor = 0;
+  int osMinor = 0;
+  int osBug = 0;
+  getOSMajor(&osMajor, &osMinor, &osBug);
+  return std::tie(osMajor, osMinor, osBug) >= std::tie(major, minor, bug);
+}
+
+platform::Dictionary VADIdentifierUtilities::readITunesMetadataFileAt(const std::string& path) {
+  const std::optional<platform::Value> content = platform::readPropertyList(path);
+  if (!content || !content->dictionary()) return {};
+  return jsonSafe(*content->dictionary());
+}
+
+const platform::Dictionary& VADIdentifierUtilities::iTunesMetadata() {
+  if (!iTunesMetadata_) {
+    iTunesMetadata_.emplace();
+    if (const auto documents = platform::documentsFolder()) {
+      const auto path = std::filesystem::path(*documents) / ".." / kMetadataFile;
+      iTunesMetadata_ = readITunesMetadataFileAt(path.lexically_normal().string());
+    }
+  }
+  return *iTunesMetadata_;
+}
+
+const std::optional<std::string>& VADIdentifierUtilities::locale() {
+  if (!locale_) {
+    const std::vector<std::string> languages = platform::Device::shared().preferredLanguages();
+    if (!languages.empty()) locale_ = platform::lowercase(languages.front());
+  }
+  return locale_;
+}
+
+const std::string& VADIdentifierUtilities::deviceIdentifier() {
+  if (!deviceIdentifier_) {
+    const std::string identifier = platform::Device::shared().uniqueIdentifier();
+    deviceIdentifier_ = upperCaseHexadecimal(platform::md5(identifier));
+  }
+  return *deviceIdentifier_;
+}
+
+const std::string& VADIdentifierUtilities::deviceSubmodel() {
+  if (!deviceSubmodel_) deviceSubmodel_ = platform::Device::shared().machine();
+  return *deviceSubmodel_;
+}
+
+int VADIdentifierUtilities::audioRoute() const {
+  platform::AudioSession& session = platform::AudioSession::shared();
+  const int initialized = session.initialize();
+  if (initialized != 0 && initialized != platform::AudioSession::kAlreadyInitialized) {
+    return kRouteSpeaker;
+  }
+  const platform::AudioSession::Route route = session.route();
+  if (route.status > 0 || !route.name) return kRouteSpeaker;
+  if (route.name->empty()) return kRouteNone;
+  if (*route.name == "Headphone" || *route.name == "Headset") return kRouteHeadphones;
+  return *route.name == "Speaker" ? kRouteSpeaker : kRouteOther;
+}
+
+platform::Dictionary VADIdentifierUtilities::canOpenURLs(
+    const std::vector<std::string>& urls) const {
+  platform::Dictionary answers;
+  for (const std::string& url : urls) answers.set(url, canOpen(url.c_str()));
+  return answers;
+}
+
+platform::Dictionary VADIdentifierUtilities::parameters() {
+  const std::string model = deviceModel();
+  platform::Dictionary parameters;
+  if (model == kTabletModel && isPhoneIdiom()) parameters.set("ios_ipadc", "1");
+  parameters.set("ios_metadata", iTunesMetadata());
+  parameters.set("app_name", applicationName());
+  if (isJailbroken()) parameters.set("ios_jb", "1");
+  parameters.set("isu", deviceIdentifier());
+  parameters.set("platform", model);
+  parameters.set("submodel", deviceSubmodel());
+  parameters.setIfPresent("hl", locale());
+  parameters.set("u_audio", std::to_string(audioRoute()));
+  parameters.set("u_so", isOrientationLandscape() ? "l" : "p");
+  parameters.set("u_sd", number(screenDensity()));
+  const platform::Size size = screenSize();
+  parameters.set("u_w", number(size.width));
+  parameters.set("u_h", number(size.height));
+  if (const int applications = bookApplications()) parameters.set("cap_bs", applications);
+  return parameters;
+}
+
+}  // namespace valdren
