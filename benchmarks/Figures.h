@@ -1,0 +1,63 @@
+// Measuring, and saying what was measured. Header only, shared by the benchmarks.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <vector>
+
+namespace benchmarks {
+
+using Clock = std::chrono::steady_clock;
+
+/// Seconds since some instant, never going back.
+inline double seconds() {
+  return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
+}
+
+/// Keeps a result from being optimised away.
+template <class T>
+inline void keep(const T& value) {
+  asm volatile("" : : "g"(&value) : "memory");
+}
+
+/// A set of measurements in one unit.
+class Figures {
+ public:
+  void add(double value) { values_.push_back(value); }
+  std::size_t count() const { return values_.size(); }
+  double median() const { return quantile(0.5); }
+  /// The value below which this share (0 to 1) of the measurements lies; 0 without any.
+  double quantile(double share) const {
+    if (values_.empty()) return 0;
+    std::vector<double> sorted = values_;
+    const auto place = static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1));
+    std::nth_element(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(place),
+                     sorted.end());
+    return sorted[place];
+  }
+  /// One line: what, median, the 10th and 95th percentile, how many.
+  void print(const char* what, const char* unit) const {
+    std::printf("%-44s %10.3f %-6s (p10 %.3f, p95 %.3f, n=%zu)\n", what, median(), unit,
+                quantile(0.1), quantile(0.95), count());
+  }
+
+ private:
+  std::vector<double> values_;
+};
+
+/// Runs `work` `rounds` times after a tenth as many to warm up; seconds a run.
+template <class Work>
+Figures measure(std::size_t rounds, Work work) {
+  for (std::size_t round = 0; round < rounds / 10 + 1; ++round) work();
+  Figures figures;
+  for (std::size_t round = 0; round < rounds; ++round) {
+    const double began = seconds();
+    work();
+    figures.add(seconds() - began);
+  }
+  return figures;
+}
+
+}  // namespace benchmarks

@@ -1,0 +1,62 @@
+// A machine that is what a test says it is: device, screen and sound route.
+#pragma once
+
+#include "platform/AudioSession.h"
+#include "platform/Device.h"
+
+namespace quorbel_tests {
+
+/// In force while it lives. Every answer is a member that the test may change.
+class FakeDevice final : public platform::Device {
+ public:
+  std::string modelName = "TestPhone";
+  std::string version = "12.4.1";
+  std::string identifier = "0f7a52a0-test-device";
+  std::string machineName = "x86_64";
+  std::optional<platform::InterfaceIdiom> idiom = platform::InterfaceIdiom::Phone;
+  std::vector<std::string> languages = {"pt-PT", "en"};
+  bool superuser = false;
+
+  std::string model() const override { return modelName; }
+  std::string systemVersion() const override { return version; }
+  std::string uniqueIdentifier() const override { return identifier; }
+  std::string machine() const override { return machineName; }
+  std::optional<platform::InterfaceIdiom> userInterfaceIdiom() const override { return idiom; }
+  std::vector<std::string> preferredLanguages() const override { return languages; }
+  bool hasSuperuserRights() const override { return superuser; }
+
+ private:
+  platform::Device::Replacement replacement_{*this};
+};
+
+/// In force while it lives.
+class FakeScreen final : public platform::Screen {
+ public:
+  std::optional<double> scaleFactor = 2.0;
+  platform::Rect frame = {0, 20, 320, 460};
+
+  std::optional<double> scale() const override { return scaleFactor; }
+  platform::Rect applicationFrame() const override { return frame; }
+
+ private:
+  platform::Screen::Replacement replacement_{*this};
+};
+
+/// In force while it lives.
+class FakeAudioSession final : public platform::AudioSession {
+ public:
+  int initializeStatus = 0;
+  Route currentRoute = {0, "Speaker"};
+  int initializeCount = 0;
+
+  int initialize() override {
+    ++initializeCount;
+    return initializeStatus;
+  }
+  Route route() const override { return currentRoute; }
+
+ private:
+  platform::AudioSession::Replacement replacement_{*this};
+};
+
+}  // namespace quorbel_tests

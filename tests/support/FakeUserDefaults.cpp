@@ -1,0 +1,26 @@
+#include "tests/support/FakeUserDefaults.h"
+
+namespace quorbel_tests {
+
+std::optional<platform::Value> FakeUserDefaults::objectForKey(std::string_view key) const {
+  const auto found = values_.find(key);
+  if (found == values_.end()) return std::nullopt;
+  return found->second;
+}
+
+void FakeUserDefaults::setObject(std::string_view key, platform::Value value) {
+  values_.insert_or_assign(std::string(key), std::move(value));
+}
+
+void FakeUserDefaults::removeObject(std::string_view key) {
+  const auto found = values_.find(key);
+  if (found != values_.end()) values_.erase(found);
+}
+
+bool FakeUserDefaults::synchronize() {
+  ++synchronizeCount_;
+  if (writable_) written_ = values_;
+  return writable_;
+}
+
+}  // namespace quorbel_tests
