@@ -1,0 +1,14 @@
+// What every web view of the process shares: one context and one session that keep nothing.
+#pragma once
+
+#include <webkit/webkit.h>
+
+namespace platform {
+
+/// Bounds the memory of web processes and keeps none of them in reserve. Lives to the end.
+WebKitWebContext* webContext();
+
+/// Cookies, caches and storage live in memory alone; downloads and unverified TLS are refused.
+WebKitNetworkSession* webSession();
+
+}  // namespace platform

@@ -1,0 +1,108 @@
+// Web engines without a browser behind them: they keep what they were asked for, and a test plays
+// the page.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/WebView.h"
+
+namespace quorbel_tests {
+
+class FakeWebEngines;
+
+/// Lives as long as its web view.
+class FakeWebEngine final : public platform::WebEngine {
+ public:
+  struct HTML {
+    std::string text;
+    std::optional<platform::URL> baseURL;
+  };
+
+  FakeWebEngine(FakeWebEngines& owner, platform::View& host, Client& client, WebEngine* related)
+      : host(host), client(client), related(related), owner_(owner) {}
+  ~FakeWebEngine() override;
+
+  platform::View& host;
+  /// Tell it what the page does: ask for navigations, start, finish and fail loads.
+  Client& client;
+  /// The engine whose web process it was to share; only to compare.
+  const WebEngine* const related;
+
+  // What was asked of the engine, in order.
+  Settings settings;
+  std::vector<platform::URLRequest> requests;
+  std::vector<HTML> pages;
+  std::vector<std::string> scripts;
+  int reloads = 0;
+  int stops = 0;
+  int backs = 0;
+  int forwards = 0;
+
+  // What the engine answers.
+  bool back = false;
+  bool forward = false;
+  bool loading = false;
+  bool secure = false;
+  std::optional<platform::URL> url;
+  std::string pageTitle;
+  std::string agent = "Mozilla/5.0 (Test)";
+  /// Results of scripts by their text; any other script gives "".
+  std::map<std::string, std::string> results;
+
+  /// Asks the client whether the page may go to `text`, with the engine's user agent among the
+  /// headers, as the real engine does. Changes nothing else.
+  bool navigate(const std::string& text,
+                platform::NavigationType type = platform::NavigationType::Other);
+  void start();
+  void finish();
+  void fail(const std::string& message = "The server cannot be reached.");
+
+  void apply(const Settings& wanted) override { settings = wanted; }
+  void loadRequest(const platform::URLRequest& request) override;
+  void loadHTML(const std::string& html, const std::optional<platform::URL>& baseURL) override;
+  /// Gives the result at once.
+  void evaluate(const std::string& script, std::function<void(std::string)> result) override;
+  void reload() override { ++reloads; }
+  void stopLoading() override;
+  void goBack() override { ++backs; }
+  void goForward() override { ++forwards; }
+  bool canGoBack() const override { return back; }
+  bool canGoForward() const override { return forward; }
+  bool isLoading() const override { return loading; }
+  std::optional<platform::URL> currentURL() const override { return url; }
+  std::string title() const override { return pageTitle; }
+  bool isSecure() const override { return secure; }
+  std::string userAgent() const override { return agent; }
+
+ private:
+  FakeWebEngines& owner_;
+};
+
+/// In force for as long as it lives. Must outlive the web views that are made meanwhile.
+class FakeWebEngines final : public platform::WebEngines {
+ public:
+  std::unique_ptr<platform::WebEngine> makeEngine(platform::View& host,
+                                                  platform::WebEngine::Client& client,
+                                                  platform::WebEngine* related) override;
+
+  /// The engines whose web views live, in the order in which they were made.
+  const std::vector<FakeWebEngine*>& engines() const { return engines_; }
+  /// The engine of the web view made last; it must live.
+  FakeWebEngine& last() const { return *engines_.at(engines_.size() - 1); }
+  /// The engine behind a web view that was made meanwhile.
+  static FakeWebEngine& of(platform::WebView& view) {
+    return static_cast<FakeWebEngine&>(view.engine());
+  }
+  /// How many engines were ever made.
+  int made() const { return made_; }
+
+ private:
+  friend class FakeWebEngine;
+  std::vector<FakeWebEngine*> engines_;
+  int made_ = 0;
+  Replacement replacement_{*this};
+};
+
+}  // namespace quorbel_tests
