@@ -27,6 +27,8 @@ class NativeView::Container final : public Gtk::Widget {
     queue_allocate();
   }
 
+  Gtk::Widget* content() const { return content_; }
+
   void changed() {
     if (allocating_) return;
     if (Gtk::Widget* parent = get_parent()) parent->queue_allocate();
@@ -103,6 +105,7 @@ Gtk::Widget& NativeView::widget() {
 
 void NativeView::setContent(Gtk::Widget* content) {
   container_->setContent(content);
+  appearanceChanged();
 }
 
 void NativeView::setCovered(bool covered) {
@@ -135,7 +138,9 @@ void NativeView::appearanceChanged() {
     Glib::Value<Glib::ustring> label;
     label.init(Glib::Value<Glib::ustring>::value_type());
     label.set(view_.accessibilityLabel());
-    container_->update_property(Gtk::Accessible::Property::LABEL, label);
+    // The content is what a screen reader stops at.
+    Gtk::Widget& named = container_->content() ? *container_->content() : *container_;
+    named.update_property(Gtk::Accessible::Property::LABEL, label);
   }
   container_->queue_draw();
 }

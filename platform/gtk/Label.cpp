@@ -1,0 +1,86 @@
+#include "platform/Label.h"
+
+#include <gtkmm/box.h>
+#include <gtkmm/label.h>
+
+#include "platform/Text.h"
+#include "platform/gtk/NativeImage.h"
+#include "platform/gtk/NativeView.h"
+
+namespace platform {
+namespace {
+
+constexpr int kSymbolPoints = 9;
+constexpr std::size_t kMostCharacters = 300;
+
+bool changesDirection(gunichar character) {
+  return (character >= 0x202A && character <= 0x202E) ||
+         (character >= 0x2066 && character <= 0x2069) || character == 0x200E ||
+         character == 0x200F || character == 0x061C;
+}
+
+/// A page must not draw over what stands beside its text, nor turn it around.
+Glib::ustring tame(const std::string& text) {
+  Glib::ustring tamed;
+  bool afterSpace = false;
+  for (const gunichar character : Glib::ustring(repairedUTF8(text))) {
+    if (tamed.size() == kMostCharacters) break;
+    if (g_unichar_isspace(character)) {
+      if (!tamed.empty() && !afterSpace) tamed += ' ';
+      afterSpace = true;
+    } else if (!g_unichar_iscntrl(character) && !changesDirection(character)) {
+      tamed += character;
+      afterSpace = false;
+    }
+  }
+  return tamed;
+}
+
+}  // namespace
+
+struct Label::Native {
+  Gtk::Box box{Gtk::Orientation::HORIZONTAL, 4};
+  SymbolWidget symbol{Symbol::None, kSymbolPoints};
+  Gtk::Label text;
+};
+
+Label::Label(const Rect& frame) : View(frame), native_(std::make_unique<Native>()) {
+  loadWidgetStyle();
+  native_->symbol.set_visible(false);
+  native_->symbol.set_valign(Gtk::Align::CENTER);
+  native_->text.set_ellipsize(Pango::EllipsizeMode::END);
+  native_->text.set_single_line_mode(true);
+  native_->box.add_css_class("platform-label");
+  native_->box.set_halign(Gtk::Align::CENTER);
+  native_->box.set_valign(Gtk::Align::CENTER);
+  native_->box.append(native_->symbol);
+  native_->box.append(native_->text);
+  native().setContent(&native_->box);
+}
+
+Label::~Label() {
+  invalidateWeakReferences();
+  native().setContent(nullptr);
+}
+
+void Label::setText(const std::string& text) {
+  text_ = tame(text);
+  native_->text.set_text(text_);
+  announce();
+}
+
+void Label::setSymbol(Symbol symbol, const std::string& meaning) {
+  symbol_ = symbol;
+  meaning_ = meaning;
+  native_->symbol.setSymbol(symbol);
+  native_->symbol.set_visible(symbol != Symbol::None);
+  announce();
+}
+
+void Label::announce() {
+  const std::string all = meaning_.empty() ? text_ : meaning_ + ", " + text_;
+  native_->box.set_tooltip_text(all);
+  setAccessibilityLabel(all);
+}
+
+}  // namespace platform
