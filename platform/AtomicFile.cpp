@@ -4,12 +4,25 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
 
 namespace platform {
 namespace {
+
+constexpr std::string_view kTemporaryMark = ".new-";
+constexpr std::size_t kRandomLetters = 6;
+
+/// Nobody takes longer than this to write a file, in seconds.
+constexpr auto kAbandonedAfter = std::chrono::seconds(60);
+
+bool isTemporary(std::string_view name) {
+  if (name.size() <= kTemporaryMark.size() + kRandomLetters) return false;
+  name.remove_suffix(kRandomLetters);
+  return name.ends_with(kTemporaryMark);
+}
 
 class Descriptor {
  public:
@@ -52,7 +65,7 @@ std::string writeFileAtomically(const std::string& path, std::string_view conten
   std::filesystem::create_directories(folder, error);
   if (error) return "\"" + folder + "\": " + error.message();
 
-  std::string temporary = path + ".XXXXXX";
+  std::string temporary = path + std::string(kTemporaryMark) + "XXXXXX";
   {
     const Descriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
     if (descriptor.number() < 0) return lastProblem(path);
@@ -75,6 +88,18 @@ std::string removeFileDurably(const std::string& path) {
   if (::unlink(path.c_str()) != 0) return errno == ENOENT ? "" : lastProblem(path);
   syncFolder(std::filesystem::path(path).parent_path().string());
   return "";
+}
+
+void removeAbandonedFiles(const std::string& folder) {
+  namespace fs = std::filesystem;
+  const auto bound = fs::file_time_type::clock::now() - kAbandonedAfter;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
+       entry.increment(error)) {
+    std::error_code ignored;
+    if (!isTemporary(entry->path().filename().string())) continue;
+    if (entry->last_write_time(ignored) < bound) fs::remove(entry->path(), ignored);
+  }
 }
 
 }  // namespace platform

@@ -10,6 +10,9 @@ namespace platform {
 /// text.
 std::string writeFileAtomically(const std::string& path, std::string_view content);
 
+/// Removes what writers that were killed have left in the folder.
+void removeAbandonedFiles(const std::string& folder);
+
 /// Removes a file for good; one that is not there is no error.
 std::string removeFileDurably(const std::string& path);
 

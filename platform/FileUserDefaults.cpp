@@ -6,11 +6,13 @@
 #include <fstream>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 #include "platform/AtomicFile.h"
 #include "platform/Folders.h"
 #include "platform/Json.h"
 #include "platform/Log.h"
+#include "platform/Text.h"
 
 namespace platform {
 namespace {
@@ -36,9 +38,12 @@ Value encoded(const Value& value) {
     }
     case Value::Kind::Dictionary: {
       Dictionary dictionary;
-      for (const auto& entry : *value.dictionary()) dictionary.set(entry.key, encoded(entry.value));
+      for (const auto& entry : *value.dictionary()) {
+        dictionary.set(repairedUTF8(entry.key), encoded(entry.value));
+      }
       return dictionary;
     }
+    case Value::Kind::Text: return repairedUTF8(*value.text());
     default: return value;
   }
 }
@@ -83,12 +88,15 @@ std::string fileName(std::string_view key) {
 }  // namespace
 
 UserDefaults& UserDefaults::standard() {
-  static FileUserDefaults defaults([] {
-    auto folder = stateFolder();
-    if (folder) *folder += "/defaults";
-    return folder;
-  }());
-  return defaults;
+  // Never destroyed: what is kept may be written while the process ends.
+  static auto* const defaults = new FileUserDefaults(FileUserDefaults::standardFolder());
+  return *defaults;
+}
+
+std::optional<std::string> FileUserDefaults::standardFolder() {
+  auto folder = stateFolder();
+  if (folder) *folder += "/defaults";
+  return folder;
 }
 
 std::string FileUserDefaults::pathFor(std::string_view key) const {
@@ -106,6 +114,7 @@ std::optional<Value> FileUserDefaults::read(const std::string& path) const {
   if (!file) return std::nullopt;
   const std::string content{std::istreambuf_iterator<char>(file), {}};
   if (auto value = parseJson(content)) return decoded(*value);
+  if (access_ == Access::ReadOnly) return std::nullopt;
   std::error_code error;
   std::filesystem::rename(path, path + ".damaged", error);
   logWarning("The kept state in \"" + path + "\" is damaged; it was set aside.");
@@ -129,6 +138,8 @@ void FileUserDefaults::removeObject(std::string_view key) {
 }
 
 bool FileUserDefaults::synchronize() {
+  if (access_ == Access::ReadOnly || changed_.empty()) return true;
+  if (folder_ && !std::exchange(tidied_, true)) removeAbandonedFiles(*folder_);
   std::string problem = folder_ ? "" : "there is no state folder";
   for (auto key = changed_.begin(); key != changed_.end() && problem.empty();) {
     const std::optional<Value>& value = kept(*key);

@@ -13,8 +13,15 @@ namespace platform {
 /// set aside under a name ending in ".damaged", with one log line, and counts as absent.
 class FileUserDefaults final : public UserDefaults {
  public:
-  /// The folder is made at the first write. Without one, values are kept in memory only.
-  explicit FileUserDefaults(std::optional<std::string> folder) : folder_(std::move(folder)) {}
+  enum class Access { ReadWrite, ReadOnly };
+
+  /// The folder is made at the first write. Without one, values are kept in memory only; so is what
+  /// is set where the access is read-only.
+  explicit FileUserDefaults(std::optional<std::string> folder, Access access = Access::ReadWrite)
+      : folder_(std::move(folder)), access_(access) {}
+
+  /// Where the standard store keeps its files; none when there is no state folder.
+  static std::optional<std::string> standardFolder();
 
   std::optional<Value> objectForKey(std::string_view key) const override;
   void setObject(std::string_view key, Value value) override;
@@ -30,9 +37,11 @@ class FileUserDefaults final : public UserDefaults {
   std::optional<Value> read(const std::string& path) const;
 
   std::optional<std::string> folder_;
+  Access access_;
   mutable Kept kept_;
   std::set<std::string, std::less<>> changed_;
   bool complained_ = false;
+  bool tidied_ = false;
 };
 
 }  // namespace platform

@@ -3,6 +3,8 @@
 #include <boost/json.hpp>
 #include <cmath>
 
+#include "platform/Text.h"
+
 namespace platform {
 namespace {
 
@@ -58,9 +60,14 @@ bool convertDictionary(const Dictionary& source, json::value& target, int depth)
   json::object& object = target.emplace_object();
   object.reserve(source.size());
   for (const Dictionary::Entry& entry : source) {
-    if (!convert(entry.value, object[entry.key], depth)) return false;
+    if (!isUTF8(entry.key) || !convert(entry.value, object[entry.key], depth)) return false;
   }
   return true;
+}
+
+bool convertText(const std::string& source, json::value& target) {
+  target = json::string_view(source);
+  return isUTF8(source);
 }
 
 bool convert(const Value& source, json::value& target, int depth) {
@@ -69,7 +76,7 @@ bool convert(const Value& source, json::value& target, int depth) {
     case Value::Kind::Boolean: target = source.booleanValue(); return true;
     case Value::Kind::Integer: target = source.integerValue(); return true;
     case Value::Kind::Double: return convertNumber(source.doubleValue(), target);
-    case Value::Kind::Text: target = json::string_view(*source.text()); return true;
+    case Value::Kind::Text: return convertText(*source.text(), target);
     case Value::Kind::Date: return convertNumber(source.date()->secondsSince1970(), target);
     case Value::Kind::Array:
       return depth < kDeepest && convertArray(*source.array(), target, depth + 1);
@@ -77,6 +84,39 @@ bool convert(const Value& source, json::value& target, int depth) {
       return depth < kDeepest && convertDictionary(*source.dictionary(), target, depth + 1);
   }
   return false;
+}
+
+void appendIndented(const json::value& value, std::size_t level, std::string& text);
+
+/// Writes what stands between an array's or object's brackets, an element a line.
+template <class Elements, class AppendElement>
+void appendLines(const Elements& elements, std::size_t level, std::string& text,
+                 AppendElement appendElement) {
+  const char* separator = "\n";
+  for (const auto& element : elements) {
+    text.append(separator).append((level + 1) * 2, ' ');
+    appendElement(element);
+    separator = ",\n";
+  }
+  if (!elements.empty()) text.append("\n").append(level * 2, ' ');
+}
+
+void appendIndented(const json::value& value, std::size_t level, std::string& text) {
+  if (const json::array* const array = value.if_array()) {
+    text += '[';
+    appendLines(*array, level, text,
+                [&](const auto& element) { appendIndented(element, level + 1, text); });
+    text += ']';
+  } else if (const json::object* const object = value.if_object()) {
+    text += '{';
+    appendLines(*object, level, text, [&](const auto& entry) {
+      text += json::serialize(json::string(entry.key())) + ": ";
+      appendIndented(entry.value(), level + 1, text);
+    });
+    text += '}';
+  } else {
+    text += json::serialize(value);
+  }
 }
 
 }  // namespace
@@ -94,6 +134,14 @@ std::optional<std::string> writeJson(const Value& value) {
   json::value converted;
   if (!convert(value, converted, 0)) return std::nullopt;
   return json::serialize(converted);
+}
+
+std::optional<std::string> writeIndentedJson(const Value& value) {
+  json::value converted;
+  if (!convert(value, converted, 0)) return std::nullopt;
+  std::string text;
+  appendIndented(converted, 0, text);
+  return text + "\n";
 }
 
 }  // namespace platform

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -79,23 +80,31 @@ std::string hexadecimal(const std::array<std::uint8_t, 32>& digest) {
   return text;
 }
 
-/// Where the machine has no id, one is made up once and kept.
+/// Where the machine has no id, one is made up once and kept; for this process alone where nothing
+/// can be kept.
 std::string keptIdentifier() {
+  static const std::string madeUp = hexadecimal(sha256(sealAES128GCM("", {}).value_or("")));
   const auto folder = stateFolder();
-  const std::string path = folder ? *folder + "/installation-id" : "";
-  std::string kept = folder ? lineFrom(contentOf(path)) : "";
+  if (!folder) return madeUp;
+  const std::string path = *folder + "/installation-id";
+  const std::string kept = lineFrom(contentOf(path));
   if (!kept.empty()) return kept;
-  const auto random = sealAES128GCM("", {});
-  kept = hexadecimal(sha256(random.value_or("")));
-  if (folder) writeFileAtomically(path, kept);
-  return kept;
+  writeFileAtomically(path, madeUp);
+  return madeUp;
 }
 
+bool isASCIILetterDigitOrDash(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+         (character >= '0' && character <= '9') || character == '-';
+}
+
+/// Empty for what names no language, or is none.
 std::string languageFrom(std::string_view locale) {
   std::string language(locale.substr(0, locale.find_first_of(".@")));
-  if (language.empty() || language == "C" || language == "POSIX") return "";
+  if (language == "C" || language == "POSIX") return "";
   std::replace(language.begin(), language.end(), '_', '-');
-  return language;
+  const bool isTag = std::all_of(language.begin(), language.end(), isASCIILetterDigitOrDash);
+  return isTag ? language : "";
 }
 
 }  // namespace

@@ -25,8 +25,9 @@ struct NotificationCenter::Registration {
 };
 
 NotificationCenter& NotificationCenter::defaultCenter() {
-  static NotificationCenter center;
-  return center;
+  // Never destroyed: observers take their leave while the process ends.
+  static auto* const center = new NotificationCenter;
+  return *center;
 }
 
 void NotificationCenter::addObserver(const Trackable& observer, std::string_view name,

@@ -30,7 +30,13 @@ class GLibRunLoop final : public RunLoop {
       return;
     }
     Handover handover{task};
-    g_main_context_invoke_full(nullptr, G_PRIORITY_DEFAULT, runHandover, &handover, nullptr);
+    // Not g_main_context_invoke: while the main thread does not turn its loop, that would run the
+    // task here.
+    GSource* const source = g_idle_source_new();
+    g_source_set_priority(source, G_PRIORITY_DEFAULT);
+    g_source_set_callback(source, runHandover, &handover, nullptr);
+    g_source_attach(source, nullptr);
+    g_source_unref(source);
     std::unique_lock lock(handover.mutex);
     handover.finished.wait(lock, [&] { return handover.done; });
   }

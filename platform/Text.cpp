@@ -12,6 +12,18 @@ bool isASCII(std::string_view text) {
                      [](char character) { return static_cast<unsigned char>(character) < 0x80; });
 }
 
+/// How much of the text's beginning is UTF-8.
+std::size_t validUTF8Length(std::string_view text) {
+  std::size_t valid = 0;
+  while (true) {
+    const char* end = nullptr;
+    if (g_utf8_validate_len(text.data() + valid, text.size() - valid, &end)) return text.size();
+    valid = static_cast<std::size_t>(end - text.data());
+    if (text[valid] != '\0') return valid;
+    ++valid;  // the library stops at it, but it is a character like any other
+  }
+}
+
 std::string taken(char* text) {
   std::string result(text);
   g_free(text);
@@ -21,20 +33,18 @@ std::string taken(char* text) {
 }  // namespace
 
 bool isUTF8(std::string_view text) {
-  return g_utf8_validate_len(text.data(), text.size(), nullptr);
+  return validUTF8Length(text) == text.size();
 }
 
 std::string repairedUTF8(std::string_view text) {
-  if (isUTF8(text)) return std::string(text);
   std::string result;
-  while (!text.empty()) {
-    const char* end = nullptr;
-    if (g_utf8_validate_len(text.data(), text.size(), &end)) return result.append(text);
-    const std::size_t valid = static_cast<std::size_t>(end - text.data());
-    result.append(text.substr(0, valid)).append("\xEF\xBF\xBD");
+  while (true) {
+    const std::size_t valid = validUTF8Length(text);
+    result.append(text.substr(0, valid));
+    if (valid == text.size()) return result;
+    result += "\xEF\xBF\xBD";
     text.remove_prefix(valid + 1);
   }
-  return result;
 }
 
 std::string lowercase(std::string_view text) {
@@ -43,7 +53,14 @@ std::string lowercase(std::string_view text) {
     std::transform(result.begin(), result.end(), result.begin(), g_ascii_tolower);
     return result;
   }
-  return taken(g_utf8_strdown(text.data(), static_cast<gssize>(text.size())));
+  std::string result;
+  while (true) {  // the library stops at a NUL
+    const std::string_view piece = text.substr(0, text.find('\0'));
+    result += taken(g_utf8_strdown(piece.data(), static_cast<gssize>(piece.size())));
+    if (piece.size() == text.size()) return result;
+    result += '\0';
+    text.remove_prefix(piece.size() + 1);
+  }
 }
 
 std::string_view trimmed(std::string_view text) {

@@ -7,7 +7,7 @@
 namespace platform {
 
 bool isUTF8(std::string_view text);
-/// The text with every stretch that is not UTF-8 replaced by U+FFFD.
+/// The text with every byte that belongs to no UTF-8 character replaced by U+FFFD.
 std::string repairedUTF8(std::string_view text);
 /// The text in lower case by Unicode's rules; bytes that are not UTF-8 stay.
 std::string lowercase(std::string_view text);

@@ -21,9 +21,15 @@ std::string textOf(urls::string_view piece) {
   return {piece.data(), piece.size()};
 }
 
-bool isLegal(unsigned char character) {
+/// Whatever the locale says about further letters.
+bool isASCIIAlphanumeric(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+         (character >= '0' && character <= '9');
+}
+
+bool isLegal(char character) {
   constexpr std::string_view kMarks = "-._~:/?#[]@!$&'()*+,;=";
-  return std::isalnum(character) || kMarks.find(char(character)) != std::string_view::npos;
+  return isASCIIAlphanumeric(character) || kMarks.find(character) != std::string_view::npos;
 }
 
 void appendEscaped(std::string& text, unsigned char character) {
@@ -38,24 +44,31 @@ bool beginsEscape(std::string_view text) {
          std::isxdigit(static_cast<unsigned char>(text[2]));
 }
 
+/// Where the authority ("//host:port") ends; 0 when the URL has none.
+std::size_t authorityEndOf(std::string_view text) {
+  const std::size_t schemeEnd = text.find_first_of(":/?#");
+  const bool hasScheme = schemeEnd != std::string_view::npos && text[schemeEnd] == ':';
+  const std::size_t start = hasScheme ? schemeEnd + 1 : 0;
+  if (!text.substr(start).starts_with("//")) return 0;
+  return std::min(text.find_first_of("/?#", start + 2), text.size());
+}
+
 /// Escapes what may stand nowhere in a URL; brackets also outside the authority, and "#" after the
 /// first.
 std::string escaped(std::string_view text) {
-  const std::size_t authority = text.find("//");
-  const std::size_t authorityEnd =
-      authority == std::string_view::npos ? 0 : text.find_first_of("/?#", authority + 2);
+  const std::size_t authorityEnd = authorityEndOf(text);
   bool inFragment = false;
   std::string result;
   result.reserve(text.size());
   for (std::size_t place = 0; place < text.size(); ++place) {
-    const auto character = static_cast<unsigned char>(text[place]);
+    const char character = text[place];
     const bool bracket = character == '[' || character == ']';
     const bool second = character == '#' && inFragment;
     const bool legal = character == '%' ? beginsEscape(text.substr(place)) : isLegal(character);
     if (legal && !second && !(bracket && place >= authorityEnd)) {
-      result += char(character);
+      result += character;
     } else {
-      appendEscaped(result, character);
+      appendEscaped(result, static_cast<unsigned char>(character));
     }
     inFragment = inFragment || character == '#';
   }
@@ -79,11 +92,11 @@ std::optional<URL> URL::fromPage(std::string_view text) {
 URL URL::fileURL(const std::string& path) {
   std::string text = "file://";
   for (const char character : path) {
-    const auto code = static_cast<unsigned char>(character);
-    if (std::isalnum(code) || std::string_view("-._~/").find(character) != std::string_view::npos) {
+    if (isASCIIAlphanumeric(character) ||
+        std::string_view("-._~/").find(character) != std::string_view::npos) {
       text += character;
     } else {
-      appendEscaped(text, code);
+      appendEscaped(text, static_cast<unsigned char>(character));
     }
   }
   return URL(std::move(text));

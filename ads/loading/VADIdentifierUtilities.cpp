@@ -52,7 +52,7 @@ std::string applicationName() {
   return platform::repairedUTF8(version + "iphone." + bundle.identifier());
 }
 
-bool canOpen(const char* text) {
+bool canOpen(std::string_view text) {
   const auto url = platform::URL::parse(text);
   return url && platform::Application::shared().canOpenURL(*url);
 }
@@ -179,7 +179,7 @@ int VADIdentifierUtilities::audioRoute() const {
 platform::Dictionary VADIdentifierUtilities::canOpenURLs(
     const std::vector<std::string>& urls) const {
   platform::Dictionary answers;
-  for (const std::string& url : urls) answers.set(url, canOpen(url.c_str()));
+  for (const std::string& url : urls) answers.set(url, canOpen(url));
   return answers;
 }
 

@@ -6,7 +6,7 @@
 
 #include "ads/signals/SealedSignals.h"
 #include "platform/Clock.h"
-#include "platform/Json.h"
+#include "platform/Text.h"
 
 namespace valdren {
 namespace {
@@ -18,16 +18,22 @@ struct Touch {
   int x;
   int y;
   int duration;
-  double seconds;  // since the ad was announced
+  int milliseconds;  // since the ad was announced
 };
 
-/// All that is gathered: the ad at hand and the touches inside it.
-struct Gathered {
-  bool any = false;
+/// What the person did with one ad.
+struct View {
   int requestType = 0;
   std::string sdkVersion;
-  double announced = 0;
+  std::optional<double> announced;
   std::deque<Touch> touches;
+};
+
+/// All that is gathered: the ad at hand, and what a request tells of the one before it.
+struct Gathered {
+  View present;
+  int formerViewed = 0;
+  std::deque<Touch> formerTouches;
 };
 
 Gathered& gathered() {
@@ -43,16 +49,19 @@ double now() {
   return platform::Clock::shared().monotonicSeconds();
 }
 
-platform::Dictionary contentOf(const Gathered& signals) {
-  platform::Array touches;
-  for (const Touch& touch : signals.touches) {
-    touches.push_back(
-        platform::Array{touch.x, touch.y, touch.duration, milliseconds(touch.seconds)});
+int viewed(const View& view) {
+  return view.announced ? milliseconds(now() - *view.announced) : 0;
+}
+
+platform::Dictionary contentOf(const View& view, int viewedFor, const std::deque<Touch>& touches) {
+  platform::Array list;
+  for (const Touch& touch : touches) {
+    list.push_back(platform::Array{touch.x, touch.y, touch.duration, touch.milliseconds});
   }
-  return {{"type", signals.requestType},
-          {"sdk", signals.sdkVersion},
-          {"viewed", milliseconds(now() - signals.announced)},
-          {"touches", std::move(touches)}};
+  return {{"type", view.requestType},
+          {"sdk", view.sdkVersion},
+          {"viewed", viewedFor},
+          {"touches", std::move(list)}};
 }
 
 int fill(std::string& text, const char* key, const platform::Dictionary& content) {
@@ -66,31 +75,30 @@ int fill(std::string& text, const char* key, const platform::Dictionary& content
 
 int vad_gig(int requestType, std::string_view sdkVersion) {
   Gathered& signals = gathered();
-  // The touches stay until a request has carried them.
-  signals.any = true;
-  signals.requestType = requestType;
-  signals.sdkVersion = sdkVersion;
-  signals.announced = now();
+  signals.formerViewed = viewed(signals.present);
+  signals.formerTouches = std::move(signals.present.touches);
+  signals.present = {requestType, std::string(sdkVersion), now(), {}};
   return 1;
 }
 
 int vad_gmrs(std::string& text) {
-  Gathered& signals = gathered();
-  if (!signals.any || !fill(text, kRequestSignalsKey, contentOf(signals))) return 0;
-  signals.touches.clear();
-  return 1;
+  const Gathered& signals = gathered();
+  if (!signals.present.announced) return 0;
+  return fill(text, kRequestSignalsKey,
+              contentOf(signals.present, signals.formerViewed, signals.formerTouches));
 }
 
 int vad_gmcs(std::string_view adIdentifier, std::string& text) {
-  platform::Dictionary content = contentOf(gathered());
-  content.set("ai", adIdentifier.substr(0, kLongestIdentifier));
+  const View& present = gathered().present;
+  platform::Dictionary content = contentOf(present, viewed(present), present.touches);
+  content.set("ai", platform::repairedUTF8(adIdentifier.substr(0, kLongestIdentifier)));
   return fill(text, kClickSignalsKey, content);
 }
 
 int vad_htg(int x, int y, int duration) {
-  Gathered& signals = gathered();
-  if (signals.touches.size() == kMostTouches) signals.touches.pop_front();
-  signals.touches.push_back({x, y, duration, now() - signals.announced});
+  View& present = gathered().present;
+  if (present.touches.size() == kMostTouches) present.touches.pop_front();
+  present.touches.push_back({x, y, duration, viewed(present)});
   return 1;
 }
 

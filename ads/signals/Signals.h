@@ -7,15 +7,17 @@
 
 namespace valdren {
 
-/// Notes that an ad of this request type is about to be shown by a client of this version. Not 0.
+/// Notes that an ad of this request type is about to be fetched by a client of this version, and
+/// that the view of the ad before it ends. Not 0.
 int vad_gig(int requestType, std::string_view sdkVersion);
 
-/// Fills `text` with the signals for an ad request, one "key=value" pair. 0, and an untouched text,
-/// when nothing has been noted yet or sealing fails.
+/// Fills `text` with the signals for the announced ad's request, one "key=value" pair: what the
+/// person did with the ad before it. 0, and an untouched text, when no ad has been announced yet or
+/// sealing fails.
 int vad_gmrs(std::string& text);
 
-/// Fills `text` with the signals for a click on the ad with this identifier, one ready-made query
-/// item. 0, and an untouched text, when sealing fails.
+/// Fills `text` with the signals for a click on the announced ad, which has this identifier, one
+/// ready-made query item. 0, and an untouched text, when sealing fails.
 int vad_gmcs(std::string_view adIdentifier, std::string& text);
 
 /// Notes a touch inside the ad: its place and duration as the ad's script tells them, -1 for what

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "ads/signals/Signals.h"
 #include "ads/support/VADNetworkUtilities.h"
@@ -15,10 +16,7 @@ constexpr const char* kDate = "date";
 constexpr const char* kAdIdentifier = "ai";
 constexpr std::size_t kTicketPrefix = 4;
 
-std::unique_ptr<VADStatistics>& sharedInstance() {
-  static std::unique_ptr<VADStatistics> instance;
-  return instance;
-}
+VADStatistics* theSharedStatistics = nullptr;
 
 std::string& adNetworkDomain() {
   static std::string domain = "ads.valdren.example";
@@ -38,12 +36,13 @@ std::uint32_t truncated(double value) {
 }  // namespace
 
 VADStatistics& VADStatistics::sharedStatistics() {
-  if (!sharedInstance()) sharedInstance() = std::make_unique<VADStatistics>();
-  return *sharedInstance();
+  // Not destroyed when the process ends: what it saves itself with may be gone by then.
+  if (!theSharedStatistics) theSharedStatistics = new VADStatistics;
+  return *theSharedStatistics;
 }
 
 void VADStatistics::releaseSharedStatistics() {
-  sharedInstance().reset();
+  delete std::exchange(theSharedStatistics, nullptr);
 }
 
 VADStatistics::VADStatistics() {

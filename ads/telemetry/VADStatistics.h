@@ -34,7 +34,9 @@ inline constexpr const char* kVADParameterTimeSinceFirstRequest = "ptime";
 /// Counters and flags persist in the user defaults, latencies as named timings. Main thread only.
 class VADStatistics {
  public:
+  /// Made on first use; lives until it is released.
   static VADStatistics& sharedStatistics();
+  /// Saves and forgets the shared object; the next use makes a new one, with a session of its own.
   static void releaseSharedStatistics();
   VADStatistics();
   VADStatistics(const VADStatistics&) = delete;
