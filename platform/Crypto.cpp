@@ -60,6 +60,24 @@ std::optional<std::string> encryptAES128CBC(std::string_view data, const Key128&
   return result;
 }
 
+std::optional<std::string> decryptAES128CBC(std::string_view data, const Key128& key,
+                                            const std::array<std::uint8_t, 16>& vector) {
+  if (data.size() % kBlock != 0) return std::nullopt;
+  const Context context(EVP_CIPHER_CTX_new());
+  std::string result(data.size() + kBlock, '\0');
+  int written = 0;
+  int tail = 0;
+  const bool done =
+      context &&
+      EVP_DecryptInit_ex(context.get(), EVP_aes_128_cbc(), nullptr, key.data(), vector.data()) &&
+      EVP_CIPHER_CTX_set_padding(context.get(), 0) &&
+      EVP_DecryptUpdate(context.get(), bytes(result), &written, bytes(data), int(data.size())) &&
+      EVP_DecryptFinal_ex(context.get(), bytes(result) + written, &tail);
+  if (!done) return std::nullopt;
+  result.resize(static_cast<std::size_t>(written + tail));
+  return result;
+}
+
 std::optional<std::string> sealAES128GCM(std::string_view data, const Key128& key) {
   const Context context(EVP_CIPHER_CTX_new());
   std::string result(kNonce + data.size() + kTag, '\0');

@@ -19,6 +19,10 @@ std::array<std::uint8_t, 32> sha256(std::string_view data);
 std::optional<std::string> encryptAES128CBC(std::string_view data, const Key128& key,
                                             const std::array<std::uint8_t, 16>& vector);
 
+/// The reverse; the same conditions.
+std::optional<std::string> decryptAES128CBC(std::string_view data, const Key128& key,
+                                            const std::array<std::uint8_t, 16>& vector);
+
 /// AES-128 in GCM mode: a random 12-byte nonce, the ciphertext, then the 16-byte tag. None when the
 /// library reports a failure.
 std::optional<std::string> sealAES128GCM(std::string_view data, const Key128& key);
