@@ -1,0 +1,65 @@
+// What the sandbox answers to each request.
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "sandbox/Ads.h"
+#include "sandbox/Http.h"
+#include "sandbox/RequestLog.h"
+#include "sandbox/Scenarios.h"
+
+namespace sandbox {
+
+/// Every operation from any thread.
+class AdNetwork {
+ public:
+  AdNetwork();
+
+  /// Without slashes at the ends; before the first request. The second may be empty.
+  void setBases(std::string base, std::string secureBase);
+
+  Answer handle(const Request& request);
+
+  bool setScenario(std::string_view name);
+  bool setAd(std::string_view name);
+  void setRefreshSeconds(double seconds);
+  std::string log(std::uint64_t since) const;
+
+ private:
+  /// A request, and under which prefix and in which scenario it is answered.
+  struct Call {
+    Request request;
+    std::string base;
+    const Scenario* scenario = nullptr;  // null unless the address or the ad unit names one
+  };
+
+  std::optional<Answer> ownPage(const Request& request);
+  Answer answer(Call& call, Seen& seen);
+  Answer scriptAnswer(const Call& call, Seen& seen);
+  Answer adAnswer(const Call& call, Seen& seen);
+  Answer choiceAnswer(const Call& call, Seen& seen);
+  Answer control(const Request& request);
+  Answer fill(const Ad& ad, const Placement& placement) const;
+
+  const Ad& nextAd(std::string_view slot);
+  std::string newTicket();
+  std::string logText(std::uint64_t since) const;
+  std::string catalogue() const;
+
+  mutable std::mutex mutex_;
+  std::string base_;
+  std::string secureBase_;
+  double started_;
+  const Scenario* scenario_;
+  const Ad* ad_ = nullptr;  // null: in turn
+  double refreshSeconds_ = 30;
+  std::size_t turn_ = 0;
+  std::uint64_t tickets_ = 0;
+  RequestLog log_;
+};
+
+}  // namespace sandbox

@@ -1,0 +1,45 @@
+// One answer on its way: late, in pieces, cut or never, as it asks.
+#pragma once
+
+#include <libsoup/soup.h>
+
+#include <functional>
+#include <memory>
+
+#include "sandbox/Handles.h"
+#include "sandbox/Http.h"
+
+namespace sandbox {
+
+/// Sends an answer to a message on the thread whose default context the server uses. Destroying it
+/// stops what it still does; the message itself ends with its connection.
+class Delivery {
+ public:
+  Delivery(SoupServerMessage* message, Answer answer);
+  ~Delivery();
+  Delivery(const Delivery&) = delete;
+  Delivery& operator=(const Delivery&) = delete;
+
+  void start();
+
+ private:
+  using Step = void (Delivery::*)();
+
+  void send();
+  void sendWhole();
+  void sendPart();
+  void sendPiece();
+  void cut();
+  void after(double seconds, Step step);
+  static gboolean onTimer(gpointer self);
+  static void onWroteChunk(SoupServerMessage* message, gpointer self);
+
+  ObjectHandle<SoupServerMessage> message_;
+  Answer answer_;
+  std::size_t sent_ = 0;
+  gulong chunks_ = 0;
+  SourceHandle timer_;
+  Step next_ = nullptr;
+};
+
+}  // namespace sandbox

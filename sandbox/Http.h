@@ -1,0 +1,69 @@
+// What the sandbox hears and says.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace sandbox {
+
+using Fields = std::vector<std::pair<std::string, std::string>>;
+
+struct Request {
+  std::string method;
+  /// As sent, still percent-encoded.
+  std::string path;
+  /// As sent, without the "?".
+  std::string query;
+  Fields headers;
+  bool secure = false;
+
+  /// The decoded value of the query's first field of that name.
+  std::optional<std::string> parameter(std::string_view name) const;
+  /// The header of that name, in any letter case; empty when there is none.
+  std::string header(std::string_view name) const;
+};
+
+/// How an answer ends, or fails to.
+enum class Ending {
+  Whole,
+  /// Nothing is ever sent.
+  Hang,
+  /// The connection is cut before the first byte.
+  CutBeforeHeaders,
+  /// The connection is cut within the body.
+  CutInBody,
+  /// The body trickles, a piece every 300 milliseconds.
+  Dribble,
+  /// The body is repeated for as long as the client reads.
+  Endless,
+};
+
+struct Answer {
+  int status = 200;
+  std::string contentType = "text/html; charset=utf-8";
+  std::string body = {};
+  Fields headers = {};
+  Ending ending = Ending::Whole;
+  /// Before the first byte.
+  double delaySeconds = 0;
+};
+
+using Handler = std::function<Answer(const Request&)>;
+
+/// Percent-decoded, "+" kept.
+std::string decoded(std::string_view text);
+/// Everything but letters, digits and "-._~" percent-encoded.
+std::string encoded(std::string_view text);
+/// The query's fields, decoded.
+Fields fieldsOf(std::string_view query);
+
+/// "Wed, 09 Jun 2010 10:18:14 GMT".
+std::string httpDate(double secondsSince1970);
+/// None when the text is no date. The "GMT" may be missing.
+std::optional<double> secondsFromHttpDate(const std::string& text);
+
+}  // namespace sandbox

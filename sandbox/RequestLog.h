@@ -1,0 +1,48 @@
+// What clients asked for, newest kept, oldest forgotten.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "platform/Value.h"
+#include "sandbox/Http.h"
+
+namespace sandbox {
+
+/// One request and what became of it.
+struct Seen {
+  std::uint64_t number = 0;
+  double time = 0;  // seconds since 1970
+  /// "script", "choice", "ad", "hop", "impression", "click", "landing" or "other".
+  std::string kind;
+  Request request;
+  int status = 0;
+  std::string scenario;
+  std::string ad;
+  std::string ticket;
+};
+
+class RequestLog {
+ public:
+  /// Keeps the last `most` requests; their texts are cut where they are very long.
+  explicit RequestLog(std::size_t most = 400) : most_(most) {}
+
+  void add(Seen seen);
+  /// The requests after number `since`, oldest first, with what was sealed opened.
+  platform::Array after(std::uint64_t since) const;
+  std::uint64_t last() const { return last_; }
+  /// How many of each kind there were, forgotten ones too.
+  platform::Dictionary counts() const;
+  void clear() { kept_.clear(); }
+
+ private:
+  std::size_t most_;
+  std::uint64_t last_ = 0;
+  std::deque<Seen> kept_;
+  std::map<std::string, std::int64_t> counts_;
+};
+
+}  // namespace sandbox

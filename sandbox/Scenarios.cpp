@@ -1,0 +1,204 @@
+#include "sandbox/Scenarios.h"
+
+#include <algorithm>
+
+namespace sandbox {
+namespace {
+
+constexpr int kLastHop = 3;
+constexpr const char* kText = "text/plain; charset=utf-8";
+
+Answer status(int code) {
+  return {.status = code, .contentType = kText, .body = "The sandbox was told to answer so.\n"};
+}
+
+Answer with(Answer answer, Ending ending, double delaySeconds = 0) {
+  answer.ending = ending;
+  answer.delaySeconds = delaySeconds;
+  return answer;
+}
+
+Answer redirect(std::string to) {
+  Answer answer = status(302);
+  answer.headers = {{"Location", std::move(to)}};
+  return answer;
+}
+
+Answer with(Answer answer, std::string_view header, std::string value) {
+  std::erase_if(answer.headers, [header](const auto& field) { return field.first == header; });
+  answer.headers.emplace_back(header, std::move(value));
+  return answer;
+}
+
+Answer fill(const Plan& plan) {
+  return plan.fill();
+}
+
+Answer redirectChain(const Plan& plan) {
+  if (plan.hop >= kLastHop) return plan.fill();
+  Answer answer = redirect(plan.nextHop);
+  const std::string hop = "?hop=" + std::to_string(plan.hop);
+  answer.headers.emplace_back("X-Urvo-Tracking-Urls", plan.base + "/imp/" + plan.ticket + hop);
+  answer.headers.emplace_back("X-Urvo-Click-Tracking-Urls",
+                              plan.base + "/clk/" + plan.ticket + hop);
+  return answer;
+}
+
+/// The page as a client must not take it: in bytes that are not UTF-8.
+Answer spoiled(const Plan& plan, std::string_view contentType, std::string_view bytes) {
+  Answer answer = plan.fill();
+  answer.contentType = contentType;
+  answer.body.insert(answer.body.rfind("</body>"), "<p>" + std::string(bytes) + "</p>");
+  return answer;
+}
+
+Answer manyTrackers(const Plan& plan) {
+  std::string list;
+  for (int each = 0; each < 1000; ++each) {
+    list += plan.base + "/imp/" + plan.ticket + "?n=" + std::to_string(each) + "  ";
+  }
+  return with(plan.fill(), "X-Urvo-Tracking-Urls", list);
+}
+
+Answer badTrackers(const Plan& plan) {
+  return with(plan.fill(), "X-Urvo-Tracking-Urls",
+              "   not[a]url http:// javascript:alert(1) file:///etc/hostname  " + plan.base +
+                  "/imp/" + plan.ticket + " ");
+}
+
+std::string large() {
+  std::string body = "<!DOCTYPE html><html><body><p>Five megabytes.</p><!--";
+  body.append(std::size_t{5} * 1024 * 1024, '.');
+  return body + "--></body></html>";
+}
+
+const Scenario kScenarios[] = {
+    {"fill", "An ad, with all five response headers.",
+     "The ad is shown and counted; the next comes after the refresh rate.", Stage::AdServer, fill},
+    {"no-fill", "Only white space.", "Error 1; the refresh is still armed.", Stage::AdServer,
+     [](const Plan& plan) {
+       Answer answer = plan.fill();
+       answer.body = " \r\n\t \n";
+       return answer;
+     }},
+    {"status-204", "Status 204, nothing to show.", "Error 2.", Stage::AdServer,
+     [](const Plan&) { return Answer{.status = 204, .contentType = ""}; }},
+    {"status-399", "Status 399, which means nothing.", "Error 2.", Stage::AdServer,
+     [](const Plan&) { return status(399); }},
+    {"status-400", "Status 400.", "Error 0 and a line about the ad unit ID.", Stage::AdServer,
+     [](const Plan&) { return status(400); }},
+    {"status-401", "Status 401.", "Error 3.", Stage::AdServer,
+     [](const Plan&) { return status(401); }},
+    {"status-500", "Status 500, with a refresh rate of 2 seconds.",
+     "Error 3; the next request comes after 2 seconds.", Stage::AdServer,
+     [](const Plan&) { return with(status(500), "X-Urvo-Refresh-Rate", "2"); }},
+    {"slow", "An ad after 3 seconds.", "The ad is shown, late.", Stage::AdServer,
+     [](const Plan& plan) { return with(plan.fill(), Ending::Whole, 3); }},
+    {"dribble", "An ad in twenty pieces, 6 seconds in all.", "The ad is shown, late.",
+     Stage::AdServer, [](const Plan& plan) { return with(plan.fill(), Ending::Dribble); }},
+    {"hang", "No answer for two minutes, then a cut.", "Error 2 once the client's patience ends.",
+     Stage::AdServer, [](const Plan& plan) { return with(plan.fill(), Ending::Hang); }},
+    {"cut", "The connection is cut before an answer.", "Error 2.", Stage::AdServer,
+     [](const Plan& plan) { return with(plan.fill(), Ending::CutBeforeHeaders); }},
+    {"cut-body", "The connection is cut within the ad.", "Error 2.", Stage::AdServer,
+     [](const Plan& plan) { return with(plan.fill(), Ending::CutInBody); }},
+    {"endless", "A body without end.", "Error 2 at the client's limit; memory stays bounded.",
+     Stage::AdServer, [](const Plan& plan) { return with(plan.fill(), Ending::Endless); }},
+    {"large", "An ad of five megabytes.", "The ad is shown.", Stage::AdServer,
+     [](const Plan& plan) {
+       Answer answer = plan.fill();
+       answer.body = large();
+       return answer;
+     }},
+    {"redirect-chain", "Three redirects with tracking headers on each, then an ad.",
+     "The ad is shown; the trackers of all four answers are fired.", Stage::AdServer,
+     redirectChain},
+    {"redirect-loop", "Redirects that lead back to themselves.",
+     "Error 2 after the client's greatest number of redirects.", Stage::AdServer,
+     [](const Plan& plan) { return redirect(plan.nextHop); }},
+    {"redirect-store", "A redirect to a store link.", "Error 2; nothing opens.", Stage::AdServer,
+     [](const Plan&) { return redirect("itms-apps://store.example/app/id4711"); }},
+    {"latin-1", "An ad in ISO 8859-1 that says so.", "No UTF-8, so no content: error 1.",
+     Stage::AdServer,
+     [](const Plan& plan) { return spoiled(plan, "text/html; charset=iso-8859-1", "caf\xE9"); }},
+    {"invalid-utf8", "An ad that says UTF-8 and is not.", "No content: error 1.", Stage::AdServer,
+     [](const Plan& plan) { return spoiled(plan, "text/html; charset=utf-8", "\xC3\x28\xFF"); }},
+    {"trackers-many", "A thousand impression URLs.",
+     "The ad is shown; the client fires no more than it has bounds for.", Stage::AdServer,
+     manyTrackers},
+    {"trackers-bad", "Impression URLs of which only the last is good.",
+     "The ad is shown; the good one is fired.", Stage::AdServer, badTrackers},
+    {"refresh-fast", "An ad with a refresh rate of 1 second.", "A new ad every second.",
+     Stage::AdServer,
+     [](const Plan& plan) { return with(plan.fill(), "X-Urvo-Refresh-Rate", "1"); }},
+    {"refresh-nonsense", "An ad whose refresh rate is a word.", "The ad is shown and stays.",
+     Stage::AdServer,
+     [](const Plan& plan) { return with(plan.fill(), "X-Urvo-Refresh-Rate", "soon"); }},
+    {"ad-self-click", "An ad that navigates away and opens things by itself.",
+     "No click is counted, for nobody touched it.", Stage::AdServer,
+     [](const Plan& plan) { return plan.hostile("hostile-self-click.html"); }},
+    {"ad-flood", "An ad that sends two thousand messages at once.",
+     "The ad is shown; the application stays responsive.", Stage::AdServer,
+     [](const Plan& plan) { return plan.hostile("hostile-flood.html"); }},
+    {"ad-nonsense", "An ad with messages that are empty, doubled, huge or malformed.",
+     "The ad is shown; nothing opens; at most a line is logged.", Stage::AdServer,
+     [](const Plan& plan) { return plan.hostile("hostile-nonsense.html"); }},
+    {"script-invalid-request", "The script answers \"invalidRequest\".", "Error 0 and a line.",
+     Stage::Script, nullptr},
+    {"script-unable-to-serve", "The script answers \"unableToServe\".", "Error 0 and a line.",
+     Stage::Script, nullptr},
+    {"script-errors", "The script answers \"loadAdURL\" with errors.", "Error 0.", Stage::Script,
+     nullptr},
+    {"script-no-url", "The script answers \"loadAdURL\" without a URL.", "An error; no crash.",
+     Stage::Script, nullptr},
+    {"script-twice", "The script answers twice.", "The first answer counts.", Stage::Script,
+     nullptr},
+    {"script-tovask", "The script names the type \"tovask\".",
+     "The ad request carries \"seq_num=1\"; the ad is shown.", Stage::Script, nullptr},
+    {"script-throws", "The script fails with an exception.", "No answer: the load stays under way.",
+     Stage::Script, nullptr},
+    {"script-silent", "The script never answers.", "No answer: the load stays under way.",
+     Stage::Script, nullptr},
+    {"script-404", "The script host has no script.", "Error 2, unless an older copy is at hand.",
+     Stage::ScriptHost, [](const Plan&) { return status(404); }},
+    {"script-500", "The script host fails.", "Error 2, unless an older copy is at hand.",
+     Stage::ScriptHost, [](const Plan&) { return status(500); }},
+    {"script-hang", "The script host does not answer.",
+     "Error 2 once the client's patience ends, unless an older copy is at hand.", Stage::ScriptHost,
+     [](const Plan& plan) { return with(plan.fill(), Ending::Hang); }},
+    {"script-cut", "The connection is cut within the script.",
+     "Error 2, unless an older copy is at hand.", Stage::ScriptHost,
+     [](const Plan& plan) { return with(plan.fill(), Ending::CutInBody); }},
+    {"script-empty", "The script is empty.", "Error 2.", Stage::ScriptHost,
+     [](const Plan&) { return Answer{.contentType = "text/javascript; charset=utf-8"}; }},
+    {"script-garbage", "The script is no script.", "No answer: the load stays under way.",
+     Stage::ScriptHost,
+     [](const Plan&) {
+       return Answer{.contentType = "text/javascript; charset=utf-8",
+                     .body = "function ( { ;;; \n"};
+     }},
+};
+
+}  // namespace
+
+std::string_view nameOf(Stage stage) {
+  switch (stage) {
+    case Stage::ScriptHost: return "script host";
+    case Stage::Script: return "script";
+    case Stage::AdServer: return "ad server";
+  }
+  return "";
+}
+
+const std::vector<Scenario>& scenarios() {
+  static const std::vector<Scenario> all(std::begin(kScenarios), std::end(kScenarios));
+  return all;
+}
+
+const Scenario* scenarioNamed(std::string_view name) {
+  const auto found = std::find_if(scenarios().begin(), scenarios().end(),
+                                  [name](const Scenario& each) { return each.name == name; });
+  return found == scenarios().end() ? nullptr : &*found;
+}
+
+}  // namespace sandbox

@@ -1,0 +1,73 @@
+#include "sandbox/Sealed.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+#include "platform/Crypto.h"
+#include "platform/Json.h"
+#include "platform/Text.h"
+
+namespace sandbox {
+namespace {
+
+// The network's clients hold the same two keys.
+constexpr platform::Key128 kLocationKey = {0x5c, 0x1e, 0x9a, 0x07, 0xb3, 0xd8, 0x4f, 0x26,
+                                           0xe0, 0xa1, 0xc9, 0x77, 0x3b, 0x5d, 0x0e, 0x8f};
+constexpr platform::Key128 kSignalsKey = {0x91, 0x3e, 0x5c, 0xd2, 0x07, 0x6a, 0xb8, 0x4f,
+                                          0xe3, 0x28, 0x9d, 0x15, 0x70, 0xc6, 0x4b, 0xfa};
+
+constexpr std::string_view kLetters =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
+constexpr std::size_t kVector = 16;
+
+std::optional<std::string> decryptedLocation(const std::string& data) {
+  if (data.size() < kVector) return std::nullopt;
+  std::array<std::uint8_t, kVector> vector{};
+  std::copy_n(data.begin(), kVector, vector.begin());
+  auto text =
+      platform::decryptAES128CBC(std::string_view(data).substr(kVector), kLocationKey, vector);
+  if (!text || text->empty()) return std::nullopt;
+  // The last byte says how many were added to fill the last block.
+  const auto added = static_cast<unsigned char>(text->back());
+  if (added == 0 || added > kVector || added > text->size()) return std::nullopt;
+  text->resize(text->size() - added);
+  return text;
+}
+
+}  // namespace
+
+std::optional<std::string> unpackedBase64(std::string_view text) {
+  std::string data;
+  unsigned bits = 0;
+  int count = 0;
+  for (const char letter : text) {
+    const std::size_t value = kLetters.find(letter);
+    if (value == std::string_view::npos) return std::nullopt;
+    bits = (bits << 6 | static_cast<unsigned>(value)) & 0xffff;
+    count += 6;
+    if (count < 8) continue;
+    count -= 8;
+    data += static_cast<char>(bits >> count & 0xff);
+  }
+  return data;
+}
+
+std::optional<std::string> openedLocation(std::string_view text) {
+  std::optional<std::string> opened;
+  if (text.starts_with("a+")) {
+    opened = unpackedBase64(text.substr(2));
+  } else if (text.starts_with("e1+")) {
+    const auto data = unpackedBase64(text.substr(3));
+    opened = data ? decryptedLocation(*data) : std::nullopt;
+  }
+  return opened && platform::isUTF8(*opened) ? opened : std::nullopt;
+}
+
+std::optional<platform::Value> openedSignals(std::string_view text) {
+  const auto data = unpackedBase64(text);
+  const auto json = data ? platform::openAES128GCM(*data, kSignalsKey) : std::nullopt;
+  return json ? platform::parseJson(*json) : std::nullopt;
+}
+
+}  // namespace sandbox
