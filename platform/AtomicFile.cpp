@@ -59,7 +59,7 @@ void syncFolder(const std::string& folder) {
 
 }  // namespace
 
-std::string writeFileAtomically(const std::string& path, std::string_view content) {
+std::string writeFileAtomically(const std::string& path, std::string_view content, Sync sync) {
   const std::string folder = std::filesystem::path(path).parent_path().string();
   std::error_code error;
   std::filesystem::create_directories(folder, error);
@@ -69,7 +69,9 @@ std::string writeFileAtomically(const std::string& path, std::string_view conten
   {
     const Descriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
     if (descriptor.number() < 0) return lastProblem(path);
-    if (!writeAll(descriptor.number(), content) || ::fsync(descriptor.number()) != 0) {
+    const bool written = writeAll(descriptor.number(), content) &&
+                         (sync == Sync::No || ::fsync(descriptor.number()) == 0);
+    if (!written) {
       const std::string problem = lastProblem(path);
       ::unlink(temporary.c_str());
       return problem;
@@ -80,7 +82,7 @@ std::string writeFileAtomically(const std::string& path, std::string_view conten
     ::unlink(temporary.c_str());
     return problem;
   }
-  syncFolder(folder);
+  if (sync == Sync::Yes) syncFolder(folder);
   return "";
 }
 

@@ -6,9 +6,14 @@
 
 namespace platform {
 
+/// Whether to wait until the disk has the content. Without it a power cut may leave the file empty:
+/// enough for what can be had again, and the caller waits for no disk.
+enum class Sync { Yes, No };
+
 /// Writes a file in place of a former one, making its folders. Gives what went wrong, or an empty
 /// text.
-std::string writeFileAtomically(const std::string& path, std::string_view content);
+std::string writeFileAtomically(const std::string& path, std::string_view content,
+                                Sync sync = Sync::Yes);
 
 /// Removes what writers that were killed have left in the folder.
 void removeAbandonedFiles(const std::string& folder);
