@@ -1,0 +1,29 @@
+// Ownership of GLib objects.
+#pragma once
+
+#include <glib-object.h>
+
+#include <memory>
+
+namespace platform {
+
+struct GObjectUnref {
+  void operator()(gpointer object) const { g_object_unref(object); }
+};
+/// Owns one reference. Copying needs `shareGObject`.
+template <class T>
+using GObjectPtr = std::unique_ptr<T, GObjectUnref>;
+
+/// A further reference to the object, which may be null.
+template <class T>
+GObjectPtr<T> shareGObject(T* object) {
+  if (object) g_object_ref(object);
+  return GObjectPtr<T>(object);
+}
+
+struct GErrorFree {
+  void operator()(GError* error) const { g_error_free(error); }
+};
+using GErrorPtr = std::unique_ptr<GError, GErrorFree>;
+
+}  // namespace platform
