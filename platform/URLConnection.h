@@ -27,6 +27,22 @@ struct Error {
   std::string message;
 };
 
+/// The domain of the errors that connections report; its codes follow.
+inline constexpr const char* kURLErrorDomain = "platform.url";
+enum URLErrorCode : int {
+  kURLErrorUnknown = -1,
+  kURLErrorBadURL = -1000,
+  kURLErrorTimedOut = -1001,
+  kURLErrorUnsupportedURL = -1002,
+  kURLErrorCannotFindHost = -1003,
+  kURLErrorCannotConnectToHost = -1004,
+  kURLErrorNetworkConnectionLost = -1005,
+  kURLErrorTooManyRedirects = -1007,
+  kURLErrorBadServerResponse = -1011,
+  kURLErrorDataTooLong = -1103,
+  kURLErrorSecureConnectionFailed = -1200,
+};
+
 enum class CachePolicy : int { UseProtocol = 0, ReloadIgnoringLocalCache = 1 };
 
 /// What to ask for.

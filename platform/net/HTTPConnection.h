@@ -1,0 +1,45 @@
+// A fetch over HTTP: one exchange after the other, as redirects lead on, within limits.
+#pragma once
+
+#include <memory>
+
+#include "platform/RunLoop.h"
+#include "platform/URLConnection.h"
+#include "platform/net/HTTPExchange.h"
+
+namespace platform {
+
+class HTTPConnection final : public URLConnection, public Trackable, private HTTPExchange::Client {
+ public:
+  HTTPConnection(const URLRequest& request, WeakPtr<URLConnectionDelegate> delegate);
+  ~HTTPConnection() override;
+  HTTPConnection(const HTTPConnection&) = delete;
+  HTTPConnection& operator=(const HTTPConnection&) = delete;
+
+  void start() override;
+
+ private:
+  void sendRequest(const URLResponse* redirectResponse);
+  void followRedirect(HTTPResponseHead head);
+  void waitForNextByte();
+  void fail(const Error& error);
+  void stop();
+  template <class Call>
+  bool tell(Call call);
+
+  void exchangeDidReceiveHead(HTTPResponseHead head) override;
+  void exchangeDidReceiveBody(std::string_view data) override;
+  void exchangeDidEnd() override;
+  void exchangeDidFail(const Error& error) override;
+
+  URLRequest request_;
+  WeakPtr<URLConnectionDelegate> delegate_;
+  std::unique_ptr<HTTPExchange> exchange_;
+  std::unique_ptr<Timer> patience_;
+  std::unique_ptr<Timer> end_;
+  unsigned firstTurn_ = 0;
+  int redirects_ = 0;
+  std::size_t received_ = 0;
+};
+
+}  // namespace platform

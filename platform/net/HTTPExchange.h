@@ -1,0 +1,58 @@
+// One HTTP request and its response, without redirects: what libsoup does for a connection.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/URLConnection.h"
+
+namespace platform {
+
+/// A response up to its body.
+struct HTTPResponseHead {
+  int statusCode = 0;
+  Headers headers = {};
+  /// The first "Location", byte by byte as the server sent it; empty when there is none.
+  std::string location = {};
+  /// Of all names and values.
+  std::size_t headerSize = 0;
+};
+
+/// Destroying it, also from inside a callback, ends the callbacks. A body that was not read is then
+/// read to its end out of sight if it is short, so that the connection to the server stays usable.
+class HTTPExchange {
+ public:
+  class Client {
+   public:
+    virtual void exchangeDidReceiveHead(HTTPResponseHead head) = 0;
+    /// A piece of the body, decompressed; never empty. One piece a turn of the main loop.
+    virtual void exchangeDidReceiveBody(std::string_view data) = 0;
+    virtual void exchangeDidEnd() = 0;
+    virtual void exchangeDidFail(const Error& error) = 0;
+
+   protected:
+    ~Client() = default;
+  };
+
+  /// Whether the URL has a host and a scheme that exchanges can be made for: "http" or "https".
+  static bool canFetch(const URL& url);
+
+  /// Null when the URL cannot be fetched. The client outlives the exchange.
+  static std::unique_ptr<HTTPExchange> make(Client& client, const URLRequest& request);
+  ~HTTPExchange();
+  HTTPExchange(const HTTPExchange&) = delete;
+  HTTPExchange& operator=(const HTTPExchange&) = delete;
+
+  void send();
+  /// After the head: reads the body piece by piece to its end.
+  void readBody();
+
+ private:
+  struct Operation;
+  explicit HTTPExchange(std::shared_ptr<Operation> operation);
+
+  std::shared_ptr<Operation> operation_;
+};
+
+}  // namespace platform
