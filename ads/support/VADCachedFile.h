@@ -13,6 +13,9 @@
 
 namespace valdren {
 
+/// The domain of the error that tells why a copy could not be written.
+inline constexpr const char* kVADFileErrorDomain = "com.valdren.ads.file";
+
 class VADCachedFile;
 
 /// Told how a fetch ends, and asked at each redirect. It may let go of the file in any of these.
@@ -33,7 +36,7 @@ class VADCachedFileDelegate : public virtual platform::Trackable {
 };
 
 /// At most one fetch is under way at a time; each tells its delegate about its end once. The local
-/// file outlives the object. Main thread only; nothing is logged but debug lines.
+/// file outlives the object. Main thread only; nothing is logged.
 class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
                             private platform::URLConnectionDelegate {
  public:
@@ -80,8 +83,11 @@ class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
 
   void beginFetchWithCacheBuster(bool cacheBuster);
   void cleanUpConnection();
-  void finishWith(const std::optional<platform::Error>& error);
-  void writeReceivedData();
+  /// The same, unless a delegate has begun another fetch in the meantime.
+  void cleanUpConnection(const platform::URLConnection& connection);
+  std::optional<platform::Error> writeReceivedData();
+  void tellEnd();
+  void tellFailure(const std::optional<platform::Error>& error);
 
   void connectionWillSendRequest(platform::URLConnection&, const platform::URLRequest& request,
                                  const platform::URLResponse* redirectResponse) override;

@@ -55,6 +55,8 @@ class VADClickTracker final : public std::enable_shared_from_this<VADClickTracke
  private:
   void beginBackgroundTask();
   void endBackgroundTask();
+  /// The same, unless the delegate has begun to track another URL in the meantime.
+  void endBackgroundTask(platform::BackgroundTaskID task);
 
   void cachedFileDownloadDidEnd(VADCachedFile& file) override;
   void cachedFileDownloadDidFail(VADCachedFile& file,

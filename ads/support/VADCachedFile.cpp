@@ -1,0 +1,220 @@
+#include "ads/support/VADCachedFile.h"
+
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "ads/support/VADCacheFolder.h"
+#include "ads/support/VADHTTPDate.h"
+#include "ads/support/VADNetworkUtilities.h"
+#include "platform/AtomicFile.h"
+#include "platform/Date.h"
+#include "platform/Text.h"
+
+namespace valdren {
+namespace {
+
+std::optional<platform::URL> withCacheBuster(const platform::URL& url) {
+  char seconds[400];
+  std::snprintf(seconds, sizeof seconds, "%.0f", platform::Date::now().secondsSince2001());
+  return VADNetworkUtilities::appendQueryKey("unique", platform::Value(seconds), url);
+}
+
+/// What earlier runs left behind is cleared away once, before this run looks at any copy.
+void trimCacheFolderOnce() {
+  static const bool trimmed = (trimCacheFolder(), true);
+  static_cast<void>(trimmed);
+}
+
+void setTimes(const std::string& path, platform::Date date) {
+  const timeval time{static_cast<time_t>(date.secondsSince1970()), 0};
+  const timeval accessAndModification[] = {time, time};
+  ::utimes(path.c_str(), accessAndModification);
+}
+
+std::string modificationTextOf(const platform::Headers& headers) {
+  const auto header = headers.find("Last-Modified");
+  return header == headers.end() ? "" : header->second.substr(0, header->second.find("GMT"));
+}
+
+}  // namespace
+
+std::shared_ptr<VADCachedFile> VADCachedFile::initWithDelegate(
+    platform::WeakPtr<VADCachedFileDelegate> delegate, const platform::URL& url) {
+  return std::shared_ptr<VADCachedFile>(new VADCachedFile(delegate, url));
+}
+
+VADCachedFile::VADCachedFile(platform::WeakPtr<VADCachedFileDelegate> delegate,
+                             const platform::URL& url)
+    : delegate_(delegate), sourceURL_(url), httpDestinationURL_(url) {
+  trimCacheFolderOnce();
+}
+
+VADCachedFile::~VADCachedFile() {
+  invalidateWeakReferences();
+  delegate_ = nullptr;
+  cleanUpConnection();
+}
+
+void VADCachedFile::validate() {
+  if (!connection_) beginFetchWithCacheBuster(false);
+}
+
+void VADCachedFile::validateWithCacheBuster() {
+  if (!connection_) beginFetchWithCacheBuster(true);
+}
+
+void VADCachedFile::cancel() {
+  cleanUpConnection();
+}
+
+void VADCachedFile::invalidate() {
+  cleanUpConnection();
+  const auto& path = filePath();
+  if (!path || ::unlink(path->c_str()) != 0) return;
+  // The host's folder goes with its last file; hosts may be many.
+  ::rmdir(std::filesystem::path(*path).parent_path().c_str());
+}
+
+bool VADCachedFile::hasContent() const {
+  std::error_code ignored;
+  return filePath() && std::filesystem::exists(*filePath(), ignored);
+}
+
+std::optional<std::string> VADCachedFile::content() const {
+  if (!filePath()) return std::nullopt;
+  std::error_code error;
+  const auto size = std::filesystem::file_size(*filePath(), error);
+  if (error) return std::nullopt;
+  std::string text(size, '\0');
+  std::ifstream file(*filePath(), std::ios::binary);
+  file.read(text.data(), static_cast<std::streamsize>(text.size()));
+  if (!file || !platform::isUTF8(text)) return std::nullopt;
+  return text;
+}
+
+const std::optional<std::string>& VADCachedFile::filePath() const {
+  if (!filePath_) filePath_ = cachePathForURL(sourceURL_);
+  return filePath_;
+}
+
+std::optional<std::string> VADCachedFile::fileModificationDate() const {
+  struct stat status {};
+  if (!filePath() || ::stat(filePath()->c_str(), &status) != 0) return std::nullopt;
+  return httpDateText(platform::Date(static_cast<double>(status.st_mtim.tv_sec)));
+}
+
+std::string VADCachedFile::description() const {
+  char identity[100];
+  std::snprintf(identity, sizeof identity, "<VADCachedFile: %p> HTTP code: %i",
+                static_cast<const void*>(this), httpStatusCode_);
+  return std::string(identity) + "\n\turl: " + sourceURL_.absoluteString() +
+         "\n\tfile: " + filePath().value_or("(null)");
+}
+
+void VADCachedFile::beginFetchWithCacheBuster(bool cacheBuster) {
+  const platform::URL url =
+      cacheBuster ? withCacheBuster(sourceURL_).value_or(sourceURL_) : sourceURL_;
+  platform::URLRequest request{.url = url,
+                               .cachePolicy = platform::CachePolicy::ReloadIgnoringLocalCache,
+                               .handlesCookies = true};
+  const auto& userAgent = VADNetworkUtilities::userAgentString();
+  if (userAgent && !userAgent->empty()) request.headers["User-Agent"] = *userAgent;
+  if (const auto date = fileModificationDate()) request.headers["If-Modified-Since"] = *date;
+
+  connection_ = platform::URLLoading::shared().makeConnection(request, this);
+  if (!connection_) return tellFailure(std::nullopt);
+  receivedData_.clear();
+  connection_->start();
+}
+
+void VADCachedFile::cleanUpConnection() {
+  connection_.reset();
+  receivedData_ = {};
+  receivedModificationDate_ = {};
+}
+
+void VADCachedFile::cleanUpConnection(const platform::URLConnection& connection) {
+  if (connection_.get() == &connection) cleanUpConnection();
+}
+
+void VADCachedFile::tellEnd() {
+  if (auto* delegate = delegate_.get()) delegate->cachedFileDownloadDidEnd(*this);
+}
+
+void VADCachedFile::tellFailure(const std::optional<platform::Error>& error) {
+  if (auto* delegate = delegate_.get()) delegate->cachedFileDownloadDidFail(*this, error);
+}
+
+void VADCachedFile::connectionWillSendRequest(platform::URLConnection&,
+                                              const platform::URLRequest& request,
+                                              const platform::URLResponse* redirectResponse) {
+  const auto keptUntilReturn = shared_from_this();
+  httpDestinationURL_ = request.url;
+  if (!redirectResponse) return;
+  httpHeaders_ = redirectResponse->headers;
+  auto* const delegate = delegate_.get();
+  if (!delegate) return;
+  const platform::URL url = request.url;
+  const auto refusal = delegate->cachedFileShouldRedirectToURL(*this, url);
+  if (!refusal) return;
+  cleanUpConnection();
+  tellFailure(refusal);
+}
+
+void VADCachedFile::connectionDidReceiveResponse(platform::URLConnection& connection,
+                                                 const platform::URLResponse& response) {
+  receivedData_.clear();
+  if (!response.isHTTP()) return;
+  const auto keptUntilReturn = shared_from_this();
+  httpStatusCode_ = response.statusCode;
+  httpHeaders_ = response.headers;
+  if (response.statusCode == 200) {
+    receivedModificationDate_ = modificationTextOf(response.headers);
+    return;
+  }
+  if (response.statusCode == 304) {
+    tellEnd();
+  } else {
+    tellFailure(std::nullopt);
+  }
+  cleanUpConnection(connection);
+}
+
+void VADCachedFile::connectionDidReceiveData(platform::URLConnection&, std::string_view data) {
+  receivedData_.append(data);
+}
+
+void VADCachedFile::connectionDidFinishLoading(platform::URLConnection& connection) {
+  const auto keptUntilReturn = shared_from_this();
+  if (const auto error = writeReceivedData()) {
+    tellFailure(error);
+  } else {
+    const std::string modification = std::exchange(receivedModificationDate_, {});
+    tellEnd();
+    // Told before the time is set: whoever asks in the meantime sees when the file was written.
+    if (const auto date = dateFromHTTPText(modification)) setTimes(*filePath(), *date);
+  }
+  cleanUpConnection(connection);
+}
+
+void VADCachedFile::connectionDidFail(platform::URLConnection&, const platform::Error& error) {
+  const auto keptUntilReturn = shared_from_this();
+  const platform::Error kept = error;
+  cleanUpConnection();
+  tellFailure(kept);
+}
+
+std::optional<platform::Error> VADCachedFile::writeReceivedData() {
+  const std::string problem =
+      filePath() ? platform::writeFileAtomically(*filePath(), receivedData_, platform::Sync::No)
+                 : "there is no caches folder";
+  if (problem.empty()) return std::nullopt;
+  return platform::Error{kVADFileErrorDomain, 0, problem};
+}
+
+}  // namespace valdren
