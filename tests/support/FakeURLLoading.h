@@ -1,0 +1,69 @@
+// Fetches that a test answers by hand, step by step.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/URLConnection.h"
+
+namespace quorbel_tests {
+
+/// In force from its construction to its destruction.
+class FakeURLLoading final : public platform::URLLoading {
+ public:
+  /// One fetch as the test sees it; stays after the client has let go of its connection. Each call
+  /// does nothing when the fetch is over: cancelled, failed or finished.
+  class Fetch {
+   public:
+    /// What was asked for; after a redirect, what is asked for now.
+    const platform::URLRequest& request() const { return request_; }
+    std::string url() const { return request_.url.absoluteString(); }
+    bool isStarted() const { return started_; }
+    /// Whether the client has let go of it before its end.
+    bool isCancelled() const { return cancelled_; }
+    /// Started, and neither cancelled nor at its end.
+    bool isUnderWay() const { return started_ && connection_; }
+
+    void redirect(std::string_view url, const platform::Headers& headers = {}, int status = 302);
+    void respond(int status, const platform::Headers& headers = {});
+    void data(std::string_view data);
+    void finish();
+    void fail(const platform::Error& error);
+    /// `respond`, `data` and `finish` in one.
+    void answer(int status, const platform::Headers& headers = {}, std::string_view body = "");
+
+   private:
+    friend class FakeURLLoading;
+    class Connection;
+    template <class Call>
+    void tell(Call call);
+    void announce();
+
+    platform::URLRequest request_{*platform::URL::parse("about:blank")};
+    platform::WeakPtr<platform::URLConnectionDelegate> delegate_;
+    Connection* connection_ = nullptr;
+    bool started_ = false;
+    bool announced_ = false;
+    bool cancelled_ = false;
+  };
+
+  /// How many fetches there have been; the one of a number from 0 up; the latest.
+  std::size_t count() const { return fetches_.size(); }
+  Fetch& fetch(std::size_t number) { return *fetches_.at(number); }
+  Fetch& last() { return *fetches_.back(); }
+
+  /// While set, no connection can be made.
+  bool refuses = false;
+
+  std::unique_ptr<platform::URLConnection> makeConnection(
+      const platform::URLRequest& request,
+      platform::WeakPtr<platform::URLConnectionDelegate> delegate) override;
+
+ private:
+  std::deque<std::shared_ptr<Fetch>> fetches_;
+  platform::URLLoading::Replacement replacement_{*this};
+};
+
+}  // namespace quorbel_tests

@@ -1,0 +1,13 @@
+// A certificate that is valid in itself and trusted by nobody.
+#pragma once
+
+#include <gio/gio.h>
+
+#include "platform/net/GObjectPtr.h"
+
+namespace quorbel_tests {
+
+/// Made anew at each call, for 127.0.0.1, valid for an hour.
+platform::GObjectPtr<GTlsCertificate> selfSignedCertificate();
+
+}  // namespace quorbel_tests
