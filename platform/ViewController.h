@@ -66,6 +66,12 @@ class ViewController : public virtual Trackable,
   /// high, else portrait.
   InterfaceOrientation interfaceOrientation() const;
 
+  /// Escape was pressed while this screen is on top; true when it had an effect. Comes before the
+  /// page or the control that has the keyboard.
+  virtual bool cancelPressed() { return false; }
+  /// The same for the way back: Alt+Left, the Back key, the mouse's back button.
+  virtual bool backPressed() { return false; }
+
   ModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
   void setModalTransitionStyle(ModalTransitionStyle style) { transitionStyle_ = style; }
   ModalPresentationStyle modalPresentationStyle() const { return presentationStyle_; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/RunLoop.h"
+#include "platform/gtk/LeavingKeys.h"
 #include "platform/gtk/NativeView.h"
 #include "platform/gtk/NativeWindow.h"
 
@@ -47,6 +48,12 @@ Window::Window(Size size) : stage_(std::make_shared<Stage>(*this, Rect{})) {
   stage_->owner_ = this;
   stage_->setFrame({0, 0, size.width, size.height - native_->statusBarHeight()});
   lastOrientation_ = orientation();
+  watchLeavingKeys(native_->window(), [this](LeavingKey key) {
+    ViewController* const top = topViewController();
+    if (!top) return false;
+    const std::shared_ptr<ViewController> keptUntilReturn = top->shared_from_this();
+    return key == LeavingKey::Cancel ? top->cancelPressed() : top->backPressed();
+  });
 }
 
 Window::~Window() {
@@ -99,9 +106,10 @@ ViewController* Window::topViewController() const {
 
 void Window::present(ViewController& presenter, std::shared_ptr<ViewController> controller,
                      bool animated) {
-  finishTransition();
   const std::shared_ptr<ViewController> underneath = presenter.shared_from_this();
-  if (presenter.modal_) return;  // presented by what the finished transition called
+  finishTransition();
+  // What the finished transition called may have presented a screen, or this was its end.
+  if (presenter.modal_ || presenter.window_.get() != this) return;
   presenter.modal_ = controller;
   controller->presenting_ = &presenter;
   controller->window_ = this;
