@@ -1,11 +1,15 @@
 #include "ads/web/VADOpener.h"
 
 #include "ads/api/VADDelegateManager.h"
+#include "ads/screens/VADBrowserController.h"
+#include "ads/screens/VADWebAppViewController.h"
+#include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
 #include "ads/telemetry/VADClickTracker.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADScreen.h"
 #include "platform/Application.h"
+#include "platform/MailComposer.h"
 #include "platform/RunLoop.h"
 
 namespace valdren {
@@ -13,6 +17,7 @@ namespace {
 
 constexpr double kRetrySeconds = 0.3;
 constexpr int kMostRetries = 3;
+constexpr std::string_view kMailto = "mailto:";
 
 /// How often the opening of an application has been put off since the last one went ahead; one
 /// count for all openers.
@@ -38,6 +43,16 @@ void leaveFor(const platform::URL& url, const std::shared_ptr<VADDelegateManager
   if (delegateManager) delegateManager->willLeaveApplication();
   platform::RunLoop::shared().performAfterDelay(
       0, [url] { platform::Application::shared().openURL(url); });
+}
+
+std::vector<std::string> splitAtCommas(const std::string& text) {
+  std::vector<std::string> parts;
+  std::size_t begin = 0;
+  for (std::size_t comma; (comma = text.find(',', begin)) != std::string::npos; begin = comma + 1) {
+    parts.push_back(text.substr(begin, comma - begin));
+  }
+  parts.push_back(text.substr(begin));
+  return parts;
 }
 
 int orientationFor(const std::optional<std::string>& o) {
@@ -77,9 +92,76 @@ void VADOpener::didOpen() {
   trackClickURLs(adController_);
 }
 
-void VADOpener::openBrowserToURL(const std::optional<platform::URL>&, int) {}
-void VADOpener::openWebApp(const std::optional<platform::URL>&, int) {}
-void VADOpener::openWebAppWithHTML(const std::optional<std::string>&, int) {}
-void VADOpener::openEmailComposer(const std::optional<platform::URL>&) {}
+void VADOpener::openBrowserToURL(const std::optional<platform::URL>& url,
+                                 int supportedOrientations) {
+  if (!viewController() || !url) return;
+  const auto browser = VADBrowserController::create();
+  browser->setSupportedOrientations(supportedOrientations);
+  browser->setOpeningWebView(openingWebView_);
+  browser->load(url, referringURL_);
+  browser->setDelegateManager(delegateManager_);
+  present(*browser);
+}
+
+void VADOpener::openWebApp(const std::optional<platform::URL>& url, int supportedOrientations) {
+  if (!viewController() || !url) return;
+  const auto webApp = webAppOrientations(supportedOrientations);
+  webApp->load(url);
+  present(*webApp);
+}
+
+void VADOpener::openWebAppWithHTML(const std::optional<std::string>& html,
+                                   int supportedOrientations) {
+  if (!viewController() || !html) return;
+  const auto webApp = webAppOrientations(supportedOrientations);
+  webApp->loadHTML(html, std::nullopt);
+  present(*webApp);
+}
+
+std::shared_ptr<VADWebAppViewController> VADOpener::webAppOrientations(int code) {
+  auto webApp = VADWebAppViewController::create();
+  webApp->setSupportedOrientations(code);
+  webApp->setOpeningWebView(openingWebView_);
+  webApp->setDelegateManager(delegateManager_);
+  return webApp;
+}
+
+void VADOpener::present(VADViewController& screen) {
+  // Presenting tells the publisher, who may throw the ad away, and this opener with it.
+  const platform::WeakPtr<VADAdController> adController = adController_;
+  screen.presentFromViewController(viewController());
+  trackClickURLs(adController);
+}
+
+void VADOpener::openEmailComposer(const std::optional<platform::URL>& url) {
+  if (!viewController() || !url) return;
+  const std::string& text = url->absoluteString();
+  const std::string rest = text.size() > kMailto.size() ? text.substr(kMailto.size()) : "";
+  const std::size_t mark = rest.find('?');
+  platform::Dictionary fields;
+  if (mark != std::string::npos) {
+    fields = VADNetworkUtilities::dictionaryFromQueryString(rest.substr(mark + 1));
+  }
+  const auto field = [&fields](std::string_view name) {
+    const std::string* const value = fields.text(name);
+    return value ? *value : std::string();
+  };
+  const auto composer = std::make_shared<platform::MailComposer>();
+  composer->setDelegate(this);
+  composer->setToRecipients({rest.substr(0, mark)});
+  composer->setCcRecipients(splitAtCommas(field("cc")));
+  composer->setBccRecipients(splitAtCommas(field("bcc")));
+  composer->setSubject(field("subject"));
+  composer->setMessageBody(field("body"));
+  composer->setModalTransitionStyle(platform::ModalTransitionStyle::CoverVertical);
+  const platform::WeakPtr<VADAdController> adController = adController_;
+  composer->present(*viewController());
+  trackClickURLs(adController);
+}
+
+void VADOpener::mailComposerDidFinish(platform::MailComposer&, platform::MailResult) {
+  // The composer is a window of its own, which closes itself.
+  if (viewController()) viewController()->becomeFirstResponder();
+}
 
 }  // namespace valdren

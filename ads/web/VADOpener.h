@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ads/web/VADAdController.h"
+#include "platform/MailComposer.h"
 #include "platform/URL.h"
 #include "platform/ViewController.h"
 #include "platform/WebView.h"
@@ -14,13 +15,15 @@ namespace valdren {
 
 class VADDelegateManager;
 class VADNotification;
+class VADViewController;
+class VADWebAppViewController;
 
 /// Each web view delegate owns one. Quietly does nothing where the destination, or the view
 /// controller to present over, is missing. Main thread only.
-class VADOpener : public virtual platform::Trackable {
+class VADOpener : public platform::MailComposerDelegate {
  public:
   VADOpener() = default;
-  virtual ~VADOpener() = default;
+  virtual ~VADOpener() { invalidateWeakReferences(); }
   VADOpener(const VADOpener&) = delete;
   VADOpener& operator=(const VADOpener&) = delete;
 
@@ -35,8 +38,13 @@ class VADOpener : public virtual platform::Trackable {
   virtual void openApp(const std::optional<platform::URL>& url);
   /// Shows a mail composer filled in from a "mailto:" URL.
   virtual void openEmailComposer(const std::optional<platform::URL>& url);
+  /// A web app screen that opens for this opener, with nothing to load yet.
+  std::shared_ptr<VADWebAppViewController> webAppOrientations(int code);
   /// Fires the click pings of the ad.
   void didOpen();
+  /// Gives the keyboard back to the screen; the result does not matter.
+  void mailComposerDidFinish(platform::MailComposer& composer,
+                             platform::MailResult result) override;
 
   const std::shared_ptr<VADDelegateManager>& delegateManager() const { return delegateManager_; }
   void setDelegateManager(std::shared_ptr<VADDelegateManager> manager) {
@@ -62,6 +70,8 @@ class VADOpener : public virtual platform::Trackable {
   }
 
  private:
+  void present(VADViewController& screen);
+
   std::shared_ptr<VADDelegateManager> delegateManager_;
   platform::WeakPtr<platform::ViewController> viewController_;
   std::optional<platform::URL> referringURL_;

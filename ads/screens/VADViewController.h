@@ -1,0 +1,84 @@
+// The base of the full-screen screens: presents itself, announces the full-screen period, and puts
+// everything back when it goes.
+#pragma once
+
+#include <memory>
+
+#include "ads/web/VADScreen.h"
+#include "platform/NotificationCenter.h"
+#include "platform/ViewController.h"
+#include "platform/WebView.h"
+
+namespace valdren {
+
+class VADDelegateManager;
+struct VADViewControllerPrivate;
+
+/// From presenting until relinquishing, a screen keeps itself alive. Only the first screen of a
+/// stack talks to the delegate manager and touches the status bar and the idle timer. Made by
+/// `create`, here and in subclasses. Main thread only.
+class VADViewController : public platform::ViewController, public VADRelinquishableScreen {
+ public:
+  static std::shared_ptr<VADViewController> create();
+  ~VADViewController() override;
+
+  /// Shows this screen over the host's: over the root of the key window, or over `host` when that
+  /// is a screen of this kind. Without a host, logs so. Nothing is shown or announced when the
+  /// screen is up already, when the other one cannot present (it presents something, or is in no
+  /// window) and beyond 16 screens of this kind on top of each other.
+  void presentFromViewController(platform::ViewController* host);
+  /// Takes this screen, and those presented over it, off the display; nothing unless it is up.
+  void relinquishScreen() override;
+
+  /// Whether whoever presents this screen is no screen of this kind. Keeps its value once the
+  /// screen is gone.
+  bool isFirstVADViewController() const;
+
+  /// A `VADOrientationCode`.
+  int supportedOrientations() const;
+  void setSupportedOrientations(int code);
+  /// The web view that opened this screen; not owned.
+  platform::WebView* openingWebView() const;
+  void setOpeningWebView(platform::WeakPtr<platform::WebView> webView);
+  const std::shared_ptr<VADDelegateManager>& delegateManager() const;
+  void setDelegateManager(std::shared_ptr<VADDelegateManager> manager);
+  bool statusBarWasHidden() const;
+  void setStatusBarWasHidden(bool hidden);
+
+  bool shouldAutorotateToInterfaceOrientation(platform::InterfaceOrientation orientation) override;
+  void viewDidAppear(bool animated) override;
+  void viewDidDisappear(bool animated) override;
+  /// Escape, and the way back from a first page, close the screen.
+  bool cancelPressed() override;
+  bool backPressed() override;
+
+  /// Takes over the orientations that a "settings" message names.
+  void settingsChanged(const platform::Notification& notification);
+
+ protected:
+  VADViewController();
+  /// Second half of the construction, when virtual operations work; subclasses call the base first.
+  virtual void init();
+  virtual std::shared_ptr<VADViewControllerPrivate> createPrivateData();
+  VADViewControllerPrivate& privateData() const { return *private_; }
+
+  template <class Screen>
+  static std::shared_ptr<Screen> initialized(std::shared_ptr<Screen> screen) {
+    static_cast<VADViewController&>(*screen).init();
+    return screen;
+  }
+
+ private:
+  void presentSelfFrom(platform::ViewController& host);
+  bool canPresentOver(platform::ViewController& host) const;
+  void takeOverDisplay();
+  void giveDisplayBack();
+  void endNestedScreens();
+  void endRemovedScreen();
+  void letGo();
+
+  // The registry owns it.
+  VADViewControllerPrivate* private_ = nullptr;
+};
+
+}  // namespace valdren

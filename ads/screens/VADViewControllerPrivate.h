@@ -1,0 +1,35 @@
+// The state of a full-screen screen.
+#pragma once
+
+#include <memory>
+
+#include "ads/web/VADScreen.h"
+#include "platform/WeakPtr.h"
+#include "platform/WebView.h"
+
+namespace valdren {
+
+class VADDelegateManager;
+class VADViewController;
+
+struct VADViewControllerPrivate : public virtual platform::Trackable {
+  virtual ~VADViewControllerPrivate() = default;
+
+  int supportedOrientations = kVADOrientationAny;
+  platform::WeakPtr<platform::WebView> openingWebView;
+  std::shared_ptr<VADDelegateManager> delegateManager;
+  bool statusBarWasHidden = false;
+  bool publisherIdleTimerDisabled = false;
+  /// The screen sends the user out of the application.
+  bool appClosing = false;
+  /// The screen is on its way in or out over the host's own.
+  bool interactingWithParent = false;
+
+  /// The screen itself, from presenting until relinquishing.
+  std::shared_ptr<VADViewController> retained;
+  bool first = true;
+  /// The screen was asked to come up and could not.
+  bool refused = false;
+};
+
+}  // namespace valdren

@@ -1,0 +1,81 @@
+#include "ads/web/VADWebAppWebViewDelegate.h"
+
+#include "ads/api/VADRequest.h"
+#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/screens/VADWebAppViewControllerPrivate.h"
+#include "ads/support/VADNotificationCenter.h"
+#include "ads/web/VADLandingPageTiming.h"
+#include "ads/web/VADOpener.h"
+#include "platform/RunLoop.h"
+
+namespace valdren {
+namespace {
+
+constexpr double kReleaseSeconds = 2;
+
+}  // namespace
+
+std::shared_ptr<VADWebAppWebViewDelegate> VADWebAppWebViewDelegate::initWithWebAppPrivate(
+    VADWebAppViewControllerPrivate& webAppPrivate) {
+  return std::shared_ptr<VADWebAppWebViewDelegate>(new VADWebAppWebViewDelegate(webAppPrivate));
+}
+
+VADWebAppWebViewDelegate::VADWebAppWebViewDelegate(VADWebAppViewControllerPrivate& webAppPrivate)
+    : webAppPrivate_(&webAppPrivate) {}
+
+VADWebAppWebViewDelegate::~VADWebAppWebViewDelegate() {
+  invalidateWeakReferences();
+}
+
+void VADWebAppWebViewDelegate::webViewDidStartLoad(platform::WebView& webView) {
+  landingPageDidStartLoad();
+  VADWebViewDelegate::webViewDidStartLoad(webView);
+}
+
+void VADWebAppWebViewDelegate::webViewDidFinishLoad(platform::WebView& webView) {
+  landingPageDidFinishLoad();
+  VADWebViewDelegate::webViewDidFinishLoad(webView);
+  postOnShowEvent();
+}
+
+void VADWebAppWebViewDelegate::loadedFirstPage(platform::WebView&) {
+  if (!webAppPrivate_ || !webAppPrivate_->loadingSpinner) return;
+  webAppPrivate_->loadingSpinner->removeFromSuperview();
+  webAppPrivate_->loadingSpinner.reset();
+}
+
+void VADWebAppWebViewDelegate::setPendingOnShow(bool pending) {
+  pendingOnShow_ = pending;
+  if (!webAppPrivate_ || !webAppPrivate_->webView) return;
+  if (!webAppPrivate_->webView->isLoading()) postOnShowEvent();
+}
+
+void VADWebAppWebViewDelegate::postOnShowEvent() {
+  if (!pendingOnShow_ || calledOnShow_ || !webAppPrivate_) return;
+  const std::string& device = VADIdentifierUtilities::sharedInstance().deviceSubmodel();
+  VADNotificationCenter::defaultCenter().postJSNotification(
+      "onshow", platform::Dictionary{{"version", VADRequest::sdkVersion()}, {"device", device}},
+      webAppPrivate_->webView.get());
+  pendingOnShow_ = false;
+  calledOnShow_ = true;
+}
+
+void VADWebAppWebViewDelegate::releaseWithWebView(std::shared_ptr<VADWebView> webView) {
+  setViewController(nullptr);
+  opener()->setViewController(nullptr);
+  webAppPrivate_ = nullptr;
+  if (!webView) return;
+  // The call owns both; nobody else does.
+  platform::RunLoop::shared().performAfterDelay(
+      kReleaseSeconds,
+      [self = std::static_pointer_cast<VADWebAppWebViewDelegate>(shared_from_this()),
+       webView = std::move(webView)] { self->delayedRelease(*webView); });
+}
+
+void VADWebAppWebViewDelegate::delayedRelease(VADWebView& webView) {
+  webView.setDelegate(nullptr);
+  webView.loadHTMLString("", std::nullopt);
+  platform::RunLoop::shared().autorelease(shared_from_this());
+}
+
+}  // namespace valdren
