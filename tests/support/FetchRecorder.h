@@ -1,0 +1,57 @@
+// A delegate of real fetches that notes what it is told, and may let go of the connection.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/URLConnection.h"
+
+namespace quorbel_tests {
+
+class FetchRecorder : public platform::URLConnectionDelegate {
+ public:
+  /// Starts a fetch; false when there can be none.
+  bool start(const platform::URLRequest& request) {
+    connection = platform::URLLoading::shared().makeConnection(request, this);
+    if (connection) connection->start();
+    return connection != nullptr;
+  }
+  bool start(const platform::URL& url) { return start(platform::URLRequest{url}); }
+  /// Starts a fetch and turns the main loop to its end; false when it takes too long.
+  bool fetch(const platform::URLRequest& request);
+  bool fetch(const platform::URL& url) { return fetch(platform::URLRequest{url}); }
+
+  std::unique_ptr<platform::URLConnection> connection;
+  /// "send", "redirect", "response", "data" (once for all pieces), "finish", "fail", in order.
+  std::vector<std::string> events;
+  /// Called at each of the events, every piece of data included, after it is noted.
+  std::function<void(const std::string&)> onEvent;
+  std::vector<std::string> urls;
+  std::vector<platform::URLResponse> redirects;
+  std::optional<platform::URLResponse> response;
+  std::string body;
+  /// Whether `body` is kept; its size is counted in any case.
+  bool keepsBody = true;
+  std::size_t bodySize = 0;
+  std::optional<platform::Error> error;
+  bool isOver() const { return finished || error; }
+  bool finished = false;
+  /// 0 without an error.
+  int errorCode() const { return error ? error->code : 0; }
+
+  void connectionWillSendRequest(platform::URLConnection&, const platform::URLRequest& request,
+                                 const platform::URLResponse* redirectResponse) override;
+  void connectionDidReceiveResponse(platform::URLConnection&,
+                                    const platform::URLResponse& response) override;
+  void connectionDidReceiveData(platform::URLConnection&, std::string_view data) override;
+  void connectionDidFinishLoading(platform::URLConnection&) override;
+  void connectionDidFail(platform::URLConnection&, const platform::Error& error) override;
+
+ private:
+  void note(const std::string& event);
+};
+
+}  // namespace quorbel_tests
