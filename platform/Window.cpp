@@ -89,8 +89,12 @@ void Window::setRootViewController(std::shared_ptr<ViewController> controller) {
   if (visible_) root_->viewDidAppear(false);
 }
 
-void Window::makeKeyAndVisible() {
+void Window::makeKey() {
   theKeyWindow = this;
+}
+
+void Window::makeKeyAndVisible() {
+  makeKey();
   const bool first = !visible_;
   visible_ = true;
   if (first && root_) root_->viewWillAppear(false);
@@ -110,6 +114,7 @@ void Window::present(ViewController& presenter, std::shared_ptr<ViewController> 
   finishTransition();
   // What the finished transition called may have presented a screen, or this was its end.
   if (presenter.modal_ || presenter.window_.get() != this) return;
+  if (shownForModalsOnly_ && !visible_) makeKeyAndVisible();
   presenter.modal_ = controller;
   controller->presenting_ = &presenter;
   controller->window_ = this;
@@ -148,7 +153,7 @@ void Window::run(std::unique_ptr<Transition> transition, bool animated) {
   // A hook of the screens may have begun, or needs, another transition: that one waits its turn.
   finishTransition();
   transition_ = std::move(transition);
-  if (!animated) {
+  if (!animated || shownForModalsOnly_) {
     finishTransition();
     return;
   }
@@ -190,6 +195,12 @@ void Window::finishTransition() {
   done->moving->presenting_ = nullptr;
   done->moving->window_ = nullptr;
   done->underneath->viewDidAppear(done->animated);
+  if (shownForModalsOnly_ && root_ && !root_->modal_) hide();
+}
+
+void Window::hide() {
+  visible_ = false;
+  native_->hide();
 }
 
 void Window::turnFor(ViewController& controller) {

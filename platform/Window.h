@@ -31,6 +31,13 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   /// Shows the window, in front and with the keyboard's focus where the desktop allows it.
   void makeKeyAndVisible();
   bool isVisible() const { return visible_; }
+
+  /// Makes this the key window without showing it.
+  void makeKey();
+
+  /// When true, the window shows itself once its root presents a screen, and hides when the last
+  /// one has been dismissed; nothing slides. For windows over somebody else's.
+  void setShownForModalsOnly(bool only) { shownForModalsOnly_ = only; }
   /// The screen on top: the root, or the last one presented; null without a root.
   ViewController* topViewController() const;
 
@@ -67,6 +74,7 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   void place(Transition& transition, double progress);
   void turnFor(ViewController& controller);
   void turnBack();
+  void hide();
   void orientationMayHaveChanged();
 
   std::unique_ptr<NativeWindow> native_;
@@ -76,6 +84,7 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   InterfaceOrientation lastOrientation_ = InterfaceOrientation::Unknown;
   const ViewController* turnedFor_ = nullptr;
   bool visible_ = false;
+  bool shownForModalsOnly_ = false;
 };
 
 }  // namespace platform

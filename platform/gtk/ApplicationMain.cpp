@@ -16,6 +16,7 @@
 #include "platform/gtk/Appearance.h"
 #include "platform/gtk/LinuxApplication.h"
 #include "platform/gtk/NativeWindow.h"
+#include "platform/gtk/WindowState.h"
 
 namespace platform {
 namespace {
@@ -131,21 +132,8 @@ class Runner : public Trackable {
           return true;
         },
         false);
-    window.signal_realize().connect([this] { watchState(); });
+    followWindowState(window.gobj());
     LinuxApplication::instance().setInhibitor([this](bool inhibited) { inhibitIdle(inhibited); });
-  }
-
-  /// Minimised counts as the background, and back again as the foreground.
-  void watchState() {
-    GdkSurface* const surface = window_->native().window().get_surface()->gobj();
-    g_signal_connect(surface, "notify::state", G_CALLBACK(+[](GdkToplevel* toplevel) {
-                       if (gdk_toplevel_get_state(toplevel) & GDK_TOPLEVEL_STATE_MINIMIZED) {
-                         LinuxApplication::instance().enterBackground();
-                       } else {
-                         LinuxApplication::instance().enterForeground();
-                       }
-                     }),
-                     nullptr);
   }
 
   void inhibitIdle(bool inhibited) {

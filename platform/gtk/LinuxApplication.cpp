@@ -98,6 +98,7 @@ BackgroundTaskID LinuxApplication::beginBackgroundTask(std::function<void()> exp
     endBackgroundTask(id);
   });
   tasks_[id] = std::move(task);
+  if (tasks_.size() == 1 && holder_) holder_(true);
   return id;
 }
 
@@ -106,6 +107,7 @@ void LinuxApplication::endBackgroundTask(BackgroundTaskID task) {
   if (found == tasks_.end()) return;
   const std::shared_ptr<Task> keptUntilReturn = found->second;
   tasks_.erase(found);
+  if (tasks_.empty() && holder_) holder_(false);
   if (tasks_.empty() && idle_)
     RunLoop::shared().performAfterDelay(*this, 0, [this] {
       if (tasks_.empty() && idle_) idle_();

@@ -33,6 +33,9 @@ class LinuxApplication final : public Application, public Trackable {
   std::size_t backgroundTaskCount() const { return tasks_.size(); }
   /// Called when the last background task has ended.
   void setIdleHandler(std::function<void()> idle) { idle_ = std::move(idle); }
+  /// Called with true when the first background task begins and with false when the last one ends.
+  void setHolder(std::function<void(bool held)> holder) { holder_ = std::move(holder); }
+
   /// Called with whether the session may dim and lock.
   void setInhibitor(std::function<void(bool inhibited)> inhibitor);
 
@@ -45,6 +48,7 @@ class LinuxApplication final : public Application, public Trackable {
   BackgroundTaskID lastTask_ = 0;
   std::map<BackgroundTaskID, std::shared_ptr<Task>> tasks_;
   std::function<void()> idle_;
+  std::function<void(bool)> holder_;
   std::function<void(bool)> inhibitor_;
 };
 

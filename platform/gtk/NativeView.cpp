@@ -1,6 +1,7 @@
 #include "platform/gtk/NativeView.h"
 
 #include <gtkmm/accessible.h>
+#include <gtkmm/init.h>
 #include <gtkmm/snapshot.h>
 #include <gtkmm/widget.h>
 
@@ -91,7 +92,11 @@ class NativeView::Container final : public Gtk::Widget {
   bool allocating_ = false;
 };
 
-NativeView::NativeView(View& view) : view_(view), container_(std::make_unique<Container>(view)) {
+NativeView::NativeView(View& view) : view_(view) {
+  // In an application that speaks to the toolkit in C, nobody has done this.
+  static const bool ready = (Gtk::init_gtkmm_internals(), true);
+  static_cast<void>(ready);
+  container_ = std::make_unique<Container>(view);
   appearanceChanged();
 }
 

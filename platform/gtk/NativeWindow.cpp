@@ -2,7 +2,6 @@
 
 #include <gdkmm/frameclock.h>
 #include <gtk/gtk.h>
-#include <gtkmm/eventcontrollerlegacy.h>
 #include <gtkmm/headerbar.h>
 #include <gtkmm/settings.h>
 #include <gtkmm/window.h>
@@ -12,42 +11,13 @@
 
 #include "platform/View.h"
 #include "platform/gtk/NativeView.h"
+#include "platform/gtk/Touches.h"
 
 namespace platform {
 namespace {
 
 constexpr int kNarrowest = 280;
 constexpr int kLowest = 200;
-
-/// Tells the views of each touch before the toolkit delivers it.
-void watchTouches(Gtk::Window& window, View& stage) {
-  auto controller = Gtk::EventControllerLegacy::create();
-  controller->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
-  controller->signal_event().connect(
-      [&window, &stage](const Glib::RefPtr<const Gdk::Event>& event) {
-        const auto type = event->get_event_type();
-        if (type != Gdk::Event::Type::BUTTON_PRESS && type != Gdk::Event::Type::TOUCH_BEGIN) {
-          return false;
-        }
-        double x = 0;
-        double y = 0;
-        double shadowX = 0;
-        double shadowY = 0;
-        GtkWidget* const top = GTK_WIDGET(window.gobj());
-        GtkWidget* const content = GTK_WIDGET(stage.native().widget().gobj());
-        if (!gdk_event_get_position(const_cast<GdkEvent*>(event->gobj()), &x, &y)) return false;
-        gtk_native_get_surface_transform(GTK_NATIVE(top), &shadowX, &shadowY);
-        double stageX = 0;
-        double stageY = 0;
-        if (gtk_widget_translate_coordinates(top, content, x - shadowX, y - shadowY, &stageX,
-                                             &stageY)) {
-          stage.hitTest({stageX, stageY}, EventType::Touches);
-        }
-        return false;
-      },
-      false);
-  window.add_controller(controller);
-}
 
 }  // namespace
 
@@ -77,6 +47,10 @@ Gtk::Window& NativeWindow::window() {
 
 void NativeWindow::show() {
   widgets_->window.present();
+}
+
+void NativeWindow::hide() {
+  widgets_->window.set_visible(false);
 }
 
 void NativeWindow::setTitle(const std::string& title) {

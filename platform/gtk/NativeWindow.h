@@ -25,6 +25,7 @@ class NativeWindow {
   Gtk::Window& window();
 
   void show();
+  void hide();
   void setTitle(const std::string& title);
   void resize(Size size);
   Size size() const;

@@ -1,0 +1,25 @@
+// Everything that an application needs to show ads:
+//
+//     #include <valdren.h>
+//
+//     auto banner = std::make_shared<valdren::VADBannerView>(platform::Rect{0, 0, 320, 50});
+//     banner->setAdUnitID("your ad unit");
+//     banner->setRootViewController(platform::hostScreen(GTK_WINDOW(window)));
+//     gtk_box_append(GTK_BOX(box), platform::hostWidget(banner));
+//     banner->loadRequest(valdren::VADRequest::request());
+#pragma once
+
+#include "ads/api/VADBannerView.h"
+#include "ads/api/VADBannerViewDelegate.h"
+#include "ads/api/VADConfiguration.h"
+#include "ads/api/VADRequest.h"
+#include "ads/api/VADRequestError.h"
+#include "platform/Bundle.h"
+#include "platform/Host.h"
+
+namespace valdren {
+
+/// The library's own version, as "1.0.0"; a static text.
+const char* libraryVersion();
+
+}  // namespace valdren

@@ -1,0 +1,16 @@
+// Touches, told to the views before the toolkit delivers them.
+#pragma once
+
+namespace Gtk {
+class Widget;
+}
+
+namespace platform {
+
+class View;
+
+/// Asks `view` for a hit test at each touch that goes through `widget`, which holds the view's own
+/// widget or is it. `view` outlives `widget`.
+void watchTouches(Gtk::Widget& widget, View& view);
+
+}  // namespace platform
