@@ -10,6 +10,8 @@
 #include <limits>
 #include <memory>
 
+#include "platform/PropertyListLimits.h"
+
 namespace platform {
 namespace {
 
@@ -112,7 +114,7 @@ std::optional<Value> readPropertyList(const std::string& path) {
   if (error || size > kLargestFile) return std::nullopt;
   std::ifstream file(path, std::ios::binary);
   const std::string content{std::istreambuf_iterator<char>(file), {}};
-  if (content.empty()) return std::nullopt;
+  if (content.empty() || !isReadablePropertyList(content)) return std::nullopt;
   plist_t parsed = nullptr;
   plist_from_memory(content.data(), static_cast<std::uint32_t>(content.size()), &parsed);
   const Node root(parsed);

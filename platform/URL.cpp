@@ -79,7 +79,11 @@ std::string escaped(std::string_view text) {
 
 std::optional<URL> URL::parse(std::string_view text) {
   if (text.empty() || text.size() > kLongestURL) return std::nullopt;
-  if (!urls::parse_uri_reference(urls::string_view(text.data(), text.size()))) return std::nullopt;
+  const auto view = urls::parse_uri_reference(urls::string_view(text.data(), text.size()));
+  if (!view) return std::nullopt;
+  // The library takes what is no digit of a port for the path's beginning.
+  const urls::string_view path = view->encoded_path();
+  if (view->has_authority() && !path.empty() && path.front() != '/') return std::nullopt;
   return URL(std::string(text));
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <thread>
 
 #include "tests/support/Loop.h"
@@ -68,6 +70,26 @@ TEST(RunLoop, WaitsForTheMainThread) {
   other.join();
   EXPECT_TRUE(onMainThread);
   EXPECT_TRUE(sawResult);
+}
+
+TEST(RunLoop, WorkForTheMainThreadWaitsUntilItsLoopTurns) {
+  RunLoop& loop = RunLoop::shared();
+  std::atomic<bool> asked = false;
+  std::atomic<bool> done = false;
+  bool onMainThread = false;
+  std::thread other([&] {
+    asked = true;
+    loop.performOnMainThreadAndWait([&] {
+      onMainThread = loop.isMainThread();
+      done = true;
+    });
+  });
+  while (!asked) std::this_thread::yield();
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_FALSE(done) << "it ran on the thread that waits";
+  EXPECT_TRUE(runUntil([&] { return done.load(); }));
+  other.join();
+  EXPECT_TRUE(onMainThread);
 }
 
 TEST(RunLoop, AutoreleaseKeepsAnObjectForOneTurn) {

@@ -1,0 +1,69 @@
+#include "tests/support/Process.h"
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace quorbel_tests {
+namespace {
+
+void setOrRemove(const char* name, const char* value) {
+  if (value) {
+    setenv(name, value, 1);
+  } else {
+    unsetenv(name);
+  }
+}
+
+}  // namespace
+
+Finished run(const std::string& command, std::string_view input) {
+  const TemporaryFolder folder;
+  writeFile(folder.file("in"), input);
+  const std::string whole = "( " + command + "\n) <'" + folder.file("in") + "' >'" +
+                            folder.file("out") + "' 2>'" + folder.file("err") + "'";
+  const int status = std::system(whole.c_str());
+  Finished finished;
+  if (WIFEXITED(status)) finished.status = WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) finished.status = 128 + WTERMSIG(status);
+  finished.output = readFile(folder.file("out"));
+  finished.errors = readFile(folder.file("err"));
+  return finished;
+}
+
+TemporaryFolder::TemporaryFolder() {
+  path_ = (std::filesystem::temp_directory_path() / "quorbel-test-XXXXXX").string();
+  if (!mkdtemp(path_.data())) std::abort();
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::string readFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void writeFile(const std::string& path, std::string_view content) {
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+  std::ofstream(path, std::ios::binary)
+      .write(content.data(), static_cast<std::streamsize>(content.size()));
+}
+
+ScopedVariable::ScopedVariable(const char* name, const char* value) : name_(name) {
+  const char* const former = std::getenv(name);
+  wasSet_ = former != nullptr;
+  if (former) former_ = former;
+  setOrRemove(name, value);
+}
+
+ScopedVariable::~ScopedVariable() {
+  setOrRemove(name_, wasSet_ ? former_.c_str() : nullptr);
+}
+
+}  // namespace quorbel_tests

@@ -1,0 +1,54 @@
+// Other programs, and folders that vanish, for tests.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quorbel_tests {
+
+struct Finished {
+  /// The exit status; 128 and the signal's number after a death by signal; -1 when it cannot be
+  /// run.
+  int status = -1;
+  std::string output;
+  std::string errors;
+};
+
+/// Runs a shell command with this standard input to its end.
+Finished run(const std::string& command, std::string_view input = {});
+
+/// A new empty folder, removed with everything in it.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  const std::string& path() const { return path_; }
+  /// The path of a file in it.
+  std::string file(std::string_view name) const { return path_ + "/" + std::string(name); }
+
+ private:
+  std::string path_;
+};
+
+std::string readFile(const std::string& path);
+/// Makes the file and its folders.
+void writeFile(const std::string& path, std::string_view content);
+
+/// Sets an environment variable, or removes it, until it goes out of scope.
+class ScopedVariable {
+ public:
+  ScopedVariable(const char* name, const char* value);
+  ~ScopedVariable();
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+ private:
+  const char* name_;
+  bool wasSet_;
+  std::string former_;
+};
+
+}  // namespace quorbel_tests
