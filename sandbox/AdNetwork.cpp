@@ -294,7 +294,7 @@ const Ad& AdNetwork::nextAd(std::string_view slot) {
   if (slot.starts_with(kAdUnit)) {
     if (const Ad* named = adNamed(slot.substr(kAdUnit.size()))) return *named;
   }
-  return ad_ ? *ad_ : ads()[turn_++ % ads().size()];
+  return ad_ ? *ad_ : adInTurn(turn_++);
 }
 
 std::string AdNetwork::newTicket() {
