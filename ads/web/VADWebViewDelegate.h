@@ -80,8 +80,11 @@ class VADWebViewDelegate : public platform::WebViewDelegate,
  private:
   void performMessage(const VADNotification& notification, const platform::URL& url,
                       platform::WebView& webView);
+  /// Whether one message more may wait for the next turn of the run loop; counts it.
+  bool mayDefer();
 
   bool hasLoadedAtLeastOnce_ = false;
+  int deferredMessages_ = 0;
   std::unique_ptr<VADOpener> opener_;
   std::shared_ptr<VADClickTracker> tracker_;
   platform::WeakPtr<platform::ViewController> viewController_;

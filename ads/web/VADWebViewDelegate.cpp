@@ -1,0 +1,220 @@
+#include "ads/web/VADWebViewDelegate.h"
+
+#include <algorithm>
+#include <limits>
+#include <stdexcept>
+
+#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/signals/Signals.h"
+#include "ads/support/VADNetworkUtilities.h"
+#include "ads/support/VADNotification.h"
+#include "ads/support/VADNotificationCenter.h"
+#include "ads/telemetry/VADClickTracker.h"
+#include "ads/web/VADOpener.h"
+#include "ads/web/VADScreen.h"
+#include "platform/Application.h"
+#include "platform/Log.h"
+#include "platform/RunLoop.h"
+#include "platform/SystemSound.h"
+
+namespace valdren {
+namespace {
+
+/// How many messages of one page may wait for the next turn of the run loop; what a page sends
+/// beyond is dropped.
+constexpr int kMostDeferredMessages = 256;
+/// How many addresses a page may ask about at once; what is beyond is left out.
+constexpr std::size_t kMostOpenableURLs = 200;
+
+std::vector<std::string> splitAtCommas(std::string_view text) {
+  std::vector<std::string> pieces;
+  while (pieces.size() < kMostOpenableURLs) {
+    const std::size_t comma = text.find(',');
+    pieces.emplace_back(text.substr(0, comma));
+    if (comma == std::string_view::npos) break;
+    text.remove_prefix(comma + 1);
+  }
+  return pieces;
+}
+
+std::optional<int> angleOf(platform::InterfaceOrientation orientation) {
+  switch (orientation) {
+    case platform::InterfaceOrientation::Portrait: return 0;
+    case platform::InterfaceOrientation::PortraitUpsideDown: return 180;
+    case platform::InterfaceOrientation::LandscapeRight: return 90;
+    case platform::InterfaceOrientation::LandscapeLeft: return -90;
+    default: return std::nullopt;
+  }
+}
+
+/// Whether the page went there by itself without naming a page of the host.
+bool isPageless(const platform::URL& url, platform::NavigationType type) {
+  if (type != platform::NavigationType::Other) return false;
+  const std::string path = url.path();
+  return path.size() < 2 || path.front() != '/';  // "about:blank" has no path, only a name
+}
+
+void postWebAction(const platform::WebView& webView, platform::Dictionary userInfo) {
+  platform::NotificationCenter::defaultCenter().postNotificationName(
+      VADWebViewDelegateDidReceiveWebAction, &webView, std::move(userInfo));
+}
+
+/// The URL with the click signals for its "ai" value; as it is when there are none.
+std::optional<platform::URL> withSpamSignals(const platform::URL& url) {
+  const auto adIdentifier = VADNetworkUtilities::parameterValueForKey("ai", url);
+  std::string signals;
+  if (!adIdentifier || vad_gmcs(*adIdentifier, signals) == 0) return url;
+  return VADNetworkUtilities::appendQueryKey(signals, std::nullopt, url);
+}
+
+}  // namespace
+
+VADWebViewDelegate::VADWebViewDelegate() : VADWebViewDelegate(std::make_unique<VADOpener>()) {}
+
+VADWebViewDelegate::VADWebViewDelegate(std::unique_ptr<VADOpener> opener)
+    : opener_(std::move(opener)) {}
+
+VADWebViewDelegate::~VADWebViewDelegate() {
+  invalidateWeakReferences();
+  if (tracker_) tracker_->reset();
+}
+
+void VADWebViewDelegate::notifyWebViewOfOrientationChange(
+    platform::WebView& webView, platform::InterfaceOrientation orientation) {
+  const std::optional<int> angle = angleOf(orientation);
+  if (!angle) return;
+  webView.stringByEvaluatingJavaScriptFromString(
+      "window.__defineGetter__('orientation',function(){return " + std::to_string(*angle) +
+      ";});window.onorientationchange();");
+}
+
+bool VADWebViewDelegate::webViewShouldStartLoad(platform::WebView& webView,
+                                                const platform::URLRequest& request,
+                                                platform::NavigationType type) {
+  // Whoever is told may let go of the page and of its screen.
+  const auto keptUntilReturn = weak_from_this().lock();
+  const auto viewKeptUntilReturn = webView.weak_from_this().lock();
+
+  const platform::URL url = request.url;
+  const std::string scheme = url.lowercaseScheme();
+  const auto userAgent = request.headers.find("User-Agent");
+  if (userAgent != request.headers.end()) {
+    VADNetworkUtilities::setUserAgentString(userAgent->second);
+  }
+  opener_->setViewController(viewController_);
+  platform::Dictionary userInfo{{"u", url.absoluteString()}};
+
+  if (VADNotification::isNotificationURL(url)) {
+    platform::logDebug("Message from a page: " + url.absoluteString());
+    const auto notification = VADNotification::notificationFromURL(url);
+    if (!notification) throw std::invalid_argument("its message URL stands for no message");
+    userInfo.set("a", notification->name());
+    postWebAction(webView, std::move(userInfo));
+    performMessage(*notification, url, webView);
+    return false;
+  }
+
+  if (!isPageless(url, type)) postWebAction(webView, std::move(userInfo));
+  if (scheme == "mailto") {
+    opener_->openEmailComposer(url);
+    return false;
+  }
+  if (scheme == "file") return false;
+  if (scheme == "about" || scheme == "http" || scheme == "https") return true;
+  opener_->openApp(url);
+  return false;
+}
+
+void VADWebViewDelegate::performMessage(const VADNotification& notification,
+                                        const platform::URL& url, platform::WebView& webView) {
+  const std::string& name = notification.name();
+  const platform::Dictionary none;
+  const platform::Dictionary& parameters =
+      notification.parameters() ? *notification.parameters() : none;
+  if (name == "click") {
+    trackURLString(parameters.text("u"), true);
+  } else if (name == "close") {
+    auto* const screen = dynamic_cast<VADRelinquishableScreen*>(viewController());
+    if (screen) screen->relinquishScreen();
+  } else if (name == "httpTrack") {
+    trackURLString(parameters.text("u"), false);
+  } else if (name == "log") {
+    platform::log(notification.parameter("string").value_or("(null)"));
+  } else if (name == "open") {
+    opener_->openNotification(notification);
+  } else if (name == "touch") {
+    processTouchSignals(parameters);
+  } else if (name == "vibrate") {
+    platform::SystemSound::shared().play(platform::kSystemSoundVibrate);
+  } else if (name == "canOpenURLs") {
+    const std::string* const urls = parameters.text("urls");
+    processCanOpenURLs(urls ? splitAtCommas(*urls) : std::vector<std::string>(), webView);
+  } else if (name == "evalInOpener") {
+    if (!openingWebView() || !mayDefer()) return;
+    platform::RunLoop::shared().performAfterDelay(
+        *this, 0, [this, parameters] { evaluateJavaScriptInOpener(parameters); });
+  } else if (mayDefer()) {
+    VADNotificationCenter::defaultCenter().postNotificationFromURL(
+        url, VADSender(webView.shared_from_this(), &webView), 0);
+  }
+}
+
+bool VADWebViewDelegate::mayDefer() {
+  if (deferredMessages_ == 0) {
+    platform::RunLoop::shared().performAfterDelay(*this, 0, [this] { deferredMessages_ = 0; });
+  }
+  if (deferredMessages_ >= kMostDeferredMessages) {
+    platform::logDebug("A page sends messages faster than they can be passed on; one is dropped.");
+    return false;
+  }
+  ++deferredMessages_;
+  return true;
+}
+
+void VADWebViewDelegate::webViewDidStartLoad(platform::WebView&) {}
+
+void VADWebViewDelegate::webViewDidFinishLoad(platform::WebView& webView) {
+  notifyWebViewOfOrientationChange(webView, platform::Application::shared().statusBarOrientation());
+  if (hasLoadedAtLeastOnce_) return;
+  hasLoadedAtLeastOnce_ = true;
+  loadedFirstPage(webView);
+}
+
+void VADWebViewDelegate::webViewDidFailLoad(platform::WebView&, const platform::Error&) {}
+
+void VADWebViewDelegate::trackURLString(const std::string* urlString, bool appendSpamSignals) {
+  if (!tracker_) tracker_ = std::make_shared<VADClickTracker>();
+  std::optional<platform::URL> url;
+  if (urlString) url = platform::URL::fromPage(*urlString);
+  if (url && appendSpamSignals) url = withSpamSignals(*url);
+  tracker_->trackURL(url);
+}
+
+void VADWebViewDelegate::processTouchSignals(const platform::Dictionary& parameters) {
+  vad_htg(intForKey("tx", parameters), intForKey("ty", parameters), intForKey("td", parameters));
+}
+
+void VADWebViewDelegate::processCanOpenURLs(const std::vector<std::string>& urls,
+                                            platform::WebView& webView) {
+  VADNotificationCenter::defaultCenter().postJSNotification(
+      "openableURLs", VADIdentifierUtilities::sharedInstance().canOpenURLs(urls), &webView);
+}
+
+void VADWebViewDelegate::evaluateJavaScriptInOpener(const platform::Dictionary& parameters) {
+  platform::WebView* const opener = openingWebView();
+  const std::string* const script = parameters.text("js");
+  if (!opener || !script) return;
+  // The parameters name no page that could be told the result: a message's keys are in lower case,
+  // and the page's key, "webView", is not. So the result is dropped.
+  opener->stringByEvaluatingJavaScriptFromString(*script);
+}
+
+int VADWebViewDelegate::intForKey(std::string_view key, const platform::Dictionary& dictionary) {
+  const platform::Value* const value = dictionary.find(key);
+  if (!value) return -1;
+  using Limits = std::numeric_limits<int>;
+  return static_cast<int>(
+      std::clamp<std::int64_t>(value->integerValue(), Limits::min(), Limits::max()));
+}
+
+}  // namespace valdren
