@@ -1,0 +1,112 @@
+#include "ads/web/VADBannerWebViewDelegate.h"
+
+#include "ads/api/VADDelegateManager.h"
+#include "ads/api/VADRequestError.h"
+#include "ads/loading/VADRequestPrivate.h"
+#include "ads/telemetry/VADStatistics.h"
+#include "ads/telemetry/VADTiming.h"
+#include "ads/web/VADOpener.h"
+#include "ads/web/VADWebView.h"
+
+namespace valdren {
+namespace {
+
+/// What a page does within this time of its appearance is its own doing, in seconds.
+constexpr double kShortestTimeToClick = 0.15;
+
+std::shared_ptr<VADAdController> kept(const platform::WeakPtr<VADAdController>& loader) {
+  return loader ? loader->shared_from_this() : nullptr;
+}
+
+}  // namespace
+
+std::shared_ptr<VADBannerWebViewDelegate> VADBannerWebViewDelegate::initWithObjectPrivate(
+    VADAdController& loader) {
+  return initWithObjectPrivate(loader, std::make_unique<VADOpener>());
+}
+
+std::shared_ptr<VADBannerWebViewDelegate> VADBannerWebViewDelegate::initWithObjectPrivate(
+    VADAdController& loader, std::unique_ptr<VADOpener> opener) {
+  const std::shared_ptr<VADBannerWebViewDelegate> delegate(
+      new VADBannerWebViewDelegate(loader, std::move(opener)));
+  loader.webView()->setDelegate(delegate.get());
+  return delegate;
+}
+
+VADBannerWebViewDelegate::VADBannerWebViewDelegate(VADAdController& loader,
+                                                   std::unique_ptr<VADOpener> opener)
+    : VADWebViewDelegate(std::move(opener)), private_(&loader) {
+  this->opener()->setAdController(private_);
+}
+
+VADBannerWebViewDelegate::~VADBannerWebViewDelegate() {
+  invalidateWeakReferences();
+  if (private_) private_->webView()->setDelegate(nullptr);
+}
+
+bool VADBannerWebViewDelegate::isClick(platform::NavigationType type) const {
+  return private_ && private_->state() == kVADStateShowingAd &&
+         VADTiming::counter() - private_->timeLastLoaded() >= kShortestTimeToClick &&
+         type != platform::NavigationType::BackForward &&
+         type != platform::NavigationType::Reload && private_->webView()->touched();
+}
+
+bool VADBannerWebViewDelegate::webViewShouldStartLoad(platform::WebView& webView,
+                                                      const platform::URLRequest& request,
+                                                      platform::NavigationType type) {
+  const auto keptUntilReturn = weak_from_this().lock();
+  const auto viewKeptUntilReturn = webView.weak_from_this().lock();
+  const auto loader = kept(private_);
+  if (!loader) return VADWebViewDelegate::webViewShouldStartLoad(webView, request, type);
+
+  setViewController(loader->rootViewController());
+  opener()->setDelegateManager(loader->delegateManager());
+  opener()->setViewController(loader->rootViewController());
+  if (!isClick(type)) {
+    return VADWebViewDelegate::webViewShouldStartLoad(webView, request, type);
+  }
+  const platform::URL clickURL = VADStatistics::sharedStatistics().urlForClick(request.url);
+  if (VADWebViewDelegate::webViewShouldStartLoad(webView, request, type)) {
+    openClickURL(clickURL, webView);
+  }
+  return false;
+}
+
+void VADBannerWebViewDelegate::openClickURL(const platform::URL& url, platform::WebView& webView) {
+  const auto loader = kept(private_);
+  opener()->setReferringURL(webView.currentURL());
+  if (!loader || !url.lowercaseScheme().starts_with("http")) return;
+  if (loader->pendingClickURLs().empty()) {
+    opener()->openBrowserToURL(url, loader->supportedOrientations());
+  } else {
+    opener()->openWebApp(url, loader->supportedOrientations());
+  }
+}
+
+void VADBannerWebViewDelegate::webViewDidFinishLoad(platform::WebView& webView) {
+  const auto keptUntilReturn = weak_from_this().lock();
+  const auto viewKeptUntilReturn = webView.weak_from_this().lock();
+  const auto loader = kept(private_);
+  VADWebViewDelegate::webViewDidFinishLoad(webView);
+  if (!loader || loader->state() != kVADStateRenderingAd) return;
+  loader->changeState(kVADStateShowingAd);
+  webView.setHidden(false);
+  loader->delegateManager()->didReceiveAd();
+  loader->trackURLs(loader->pendingTrackingURLs());
+  VADStatistics::sharedStatistics().endTimingNamed(kVADParameterPriorRequestLatency);
+  VADStatistics::sharedStatistics().startTimingNamed(kVADParameterPriorPreClickLatency);
+}
+
+void VADBannerWebViewDelegate::webViewDidFailLoad(platform::WebView& webView,
+                                                  const platform::Error& error) {
+  const auto keptUntilReturn = weak_from_this().lock();
+  const auto viewKeptUntilReturn = webView.weak_from_this().lock();
+  const auto loader = kept(private_);
+  VADWebViewDelegate::webViewDidFailLoad(webView, error);
+  if (!loader || loader->state() == kVADStateShowingAd) return;
+  loader->changeState(kVADStateFailed);
+  loader->delegateManager()->didFailToReceiveAdWithError(
+      VADRequestError::errorWithCode(kVADErrorNetworkError, loader->request().get()));
+}
+
+}  // namespace valdren
