@@ -1,0 +1,54 @@
+#include "ads/loading/VADResponseHeaders.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "platform/Text.h"
+#include "platform/UserDefaults.h"
+
+namespace valdren {
+namespace {
+
+constexpr const char* kInterstitialTimeoutKey = "applicationTimeout";
+
+/// The text's leading number in single precision, the largest such number when it does not fit; 0
+/// for a text that begins with none.
+float floatValue(std::string_view text) {
+  constexpr double kLargest = std::numeric_limits<float>::max();
+  const double number = platform::Value(text).doubleValue();
+  return std::isfinite(number) ? static_cast<float>(std::clamp(number, -kLargest, kLargest)) : 0;
+}
+
+}  // namespace
+
+std::optional<std::string_view> nonEmptyHeader(const platform::Headers& headers,
+                                               std::string_view name) {
+  const auto header = headers.find(name);
+  if (header == headers.end() || header->second.empty()) return std::nullopt;
+  return header->second;
+}
+
+void appendURLsFromHeader(std::vector<platform::URL>& urls, const platform::Headers& headers,
+                          std::string_view name) {
+  std::string_view rest = nonEmptyHeader(headers, name).value_or("");
+  while (!rest.empty() && urls.size() < kVADMostTrackingURLs) {
+    const std::size_t blank = std::min(rest.find(' '), rest.size());
+    if (auto url = platform::URL::parse(platform::trimmed(rest.substr(0, blank)))) {
+      urls.push_back(*std::move(url));
+    }
+    rest.remove_prefix(std::min(blank + 1, rest.size()));
+  }
+}
+
+void storeInterstitialTimeout(const platform::Headers& headers) {
+  const auto header = nonEmptyHeader(headers, kVADHeaderInterstitialTimeout);
+  if (!header) return;
+  const platform::Value seconds(static_cast<double>(floatValue(*header)));
+  auto& defaults = platform::UserDefaults::shared();
+  if (defaults.objectForKey(kInterstitialTimeoutKey) == seconds) return;
+  defaults.setObject(kInterstitialTimeoutKey, seconds);
+  defaults.synchronize();
+}
+
+}  // namespace valdren
