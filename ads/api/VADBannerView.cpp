@@ -18,9 +18,9 @@ void VADBannerView::commonInitializer() {
 }
 
 VADBannerView::~VADBannerView() {
-  invalidateWeakReferences();
   loader()->cancelPendingActions();
   platform::NotificationCenter::defaultCenter().removeObserver(*this);
+  invalidateWeakReferences();
   VADPrivateUtilities::removePrivateObjectForKey(this);
 }
 
@@ -51,6 +51,10 @@ VADBannerViewDelegate* VADBannerView::delegate() const {
 void VADBannerView::setDelegate(VADBannerViewDelegate* delegate) {
   loader()->delegateManager()->setBannerDelegate(delegate);
   loader()->delegateManager()->setAdView(this);
+}
+
+const std::shared_ptr<VADWebView>& VADBannerView::webView() const {
+  return loader()->webView();
 }
 
 bool VADBannerView::hasAutoRefreshed() const {

@@ -13,6 +13,7 @@
 namespace valdren {
 
 class VADObjectPrivate;
+class VADWebView;
 
 /// Shows an ad of 320 x 50 points, refreshed as the ad server says:
 ///
@@ -42,6 +43,8 @@ class VADBannerView : public platform::View {
   void setDelegate(VADBannerViewDelegate* delegate);
 
   bool hasAutoRefreshed() const;
+  /// The view that shows the ad; for the client's own code.
+  const std::shared_ptr<VADWebView>& webView() const;
 
   /// Asks for an ad; null stands for a request with default values. The banner keeps a copy.
   /// Without a root view controller, logs so and reports error code 0. While a request is under way

@@ -1,22 +1,448 @@
 #include "ads/loading/VADObjectPrivate.h"
 
+#include "ads/api/VADConfiguration.h"
+#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/loading/VADResponseHeaders.h"
+#include "ads/signals/Signals.h"
+#include "ads/support/VADMacros.h"
+#include "ads/support/VADNetworkUtilities.h"
+#include "ads/telemetry/VADStatistics.h"
+#include "ads/telemetry/VADTiming.h"
+#include "ads/web/VADBannerWebViewDelegate.h"
+#include "ads/web/VADWebView.h"
+#include "platform/Application.h"
+#include "platform/Log.h"
+#include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
+#include "platform/Text.h"
 
 namespace valdren {
+namespace {
+
+constexpr const char* kScriptPath = "/urvo/sdk-core-v40.js";
+constexpr const char* kExpireDateKey = "expireDate";
+/// How long a script is used without asking for a newer one, in seconds.
+constexpr double kScriptLifetime = 86400;
+constexpr int kMinimumOSMajor = 3;
+constexpr int kMinimumOSMinor = 0;
+
+/// Whether the application has finished launching, once the process has begun to watch.
+class LaunchObserver : public platform::Trackable {
+ public:
+  LaunchObserver() {
+    auto& center = platform::NotificationCenter::defaultCenter();
+    center.addObserver(*this, platform::kApplicationDidFinishLaunching, [this](const auto&) {
+      finished = true;
+      platform::NotificationCenter::defaultCenter().removeObserver(*this);
+    });
+  }
+  bool finished = false;
+};
+
+std::unique_ptr<LaunchObserver>& launchObserver() {
+  static auto observer = std::make_unique<LaunchObserver>();
+  return observer;
+}
+
+// From the start of the process on: a first banner may well come after the launch.
+[[maybe_unused]] const LaunchObserver* const watchFromTheStart = launchObserver().get();
+
+platform::Dictionary dictionaryOf(const platform::Rect& rect) {
+  return {{"x", rect.x}, {"y", rect.y}, {"w", rect.width}, {"h", rect.height}};
+}
+
+std::string described(const platform::Headers& headers) {
+  platform::Dictionary dictionary;
+  for (const auto& [name, value] : headers) dictionary.set(name, platform::repairedUTF8(value));
+  return VADMacros::jsonify(dictionary);
+}
+
+std::string described(const std::optional<platform::Error>& error) {
+  return error ? error->domain + " " + std::to_string(error->code) + ": " + error->message
+               : "no error below HTTP";
+}
+
+}  // namespace
+
+void VADObjectPrivate::initialize() {
+  launchObserver() = std::make_unique<LaunchObserver>();
+}
+
+bool VADObjectPrivate::didAppFinishLaunching() {
+  return launchObserver()->finished;
+}
 
 std::shared_ptr<VADObjectPrivate> VADObjectPrivate::initWithView(platform::View& view) {
-  return std::shared_ptr<VADObjectPrivate>(new VADObjectPrivate(view));
+  const std::shared_ptr<VADObjectPrivate> loader(new VADObjectPrivate(view.bounds()));
+  loader->adView_ = &view;
+  view.addSubview(loader->webView_);
+  return loader;
+}
+
+VADObjectPrivate::VADObjectPrivate(const platform::Rect& frame)
+    : webView_(std::make_shared<VADWebView>(frame)),
+      adURLBuilder_({.loadAdURL = [this](const auto& userInfo) { loadAdURL(userInfo); },
+                     .invalidRequest = [this](const auto& userInfo) { invalidRequest(userInfo); },
+                     .unableToServe = [this](const auto& userInfo) { unableToServe(userInfo); }}),
+      reloadTimer_([this] { reloadCurrentRequest(); }) {
+  webView_->setScalesPageToFit(false);
+  webView_->setMediaPlaybackRequiresUserAction(true);
+  webView_->setHidden(true);
+  webViewDelegate_ = VADBannerWebViewDelegate::initWithObjectPrivate(*this);
+  observeNotifications();
+}
+
+void VADObjectPrivate::observeNotifications() {
+  const bool hasBackground = VADIdentifierUtilities::isOSAtLeastMajor(4, 0, 0);
+  const auto observe = [this](const char* name, void (VADObjectPrivate::*handler)()) {
+    platform::NotificationCenter::defaultCenter().addObserver(
+        *this, name, [this, handler](const auto&) { (this->*handler)(); });
+  };
+  observe(hasBackground ? platform::kApplicationDidEnterBackground
+                        : platform::kApplicationWillResignActive,
+          &VADObjectPrivate::appDidBackground);
+  observe(hasBackground ? platform::kApplicationWillEnterForeground
+                        : platform::kApplicationDidBecomeActive,
+          &VADObjectPrivate::appDidForeground);
+  observe(kVADViewControllerWillPresentFullScreen, &VADObjectPrivate::adWillPresentFullScreen);
+  observe(kVADViewControllerDidRelinquishFullScreen, &VADObjectPrivate::adDidRelinquishFullScreen);
+}
+
+VADObjectPrivate::~VADObjectPrivate() {
+  platform::NotificationCenter::defaultCenter().removeObserver(*this);
+  invalidateWeakReferences();
+  webView_->setDelegate(nullptr);
+  webView_->loadHTMLString("", std::nullopt);
+  webView_.reset();
+  webViewDelegate_.reset();
+  adURLBuilder_.resetBuildAdWebView();
+  if (buildAdJS_) buildAdJS_->setDelegate(nullptr);
+  setAdHTML(nullptr);
+  for (const auto& tracker : trackers_) tracker->reset();
 }
 
 void VADObjectPrivate::loadRequest(const std::shared_ptr<VADRequest>& request) {
-  hasAutoRefreshed_ = false;
-  const auto given = std::dynamic_pointer_cast<VADRequestPrivate>(request);
-  if (given && given == request_) return;
-  request_ = given ? given->copy() : std::make_shared<VADRequestPrivate>();
+  loadPrivateRequest(privateRequestWithRequest(request), false);
+}
+
+void VADObjectPrivate::loadInterstitialRequest(const std::shared_ptr<VADRequest>& request) {
+  const auto privateRequest = privateRequestWithRequest(request);
+  const auto interstitial =
+      privateRequest ? privateRequest->copy() : std::make_shared<VADRequestPrivate>();
+  interstitial->setInterstitialAd(true);
+  loadPrivateRequest(interstitial, false);
+}
+
+std::shared_ptr<VADRequestPrivate> VADObjectPrivate::privateRequestWithRequest(
+    const std::shared_ptr<VADRequest>& request) {
+  if (!request) return std::make_shared<VADRequestPrivate>();
+  return std::dynamic_pointer_cast<VADRequestPrivate>(request);
+}
+
+void VADObjectPrivate::loadPrivateRequest(const std::shared_ptr<VADRequestPrivate>& request,
+                                          bool autoRefresh) {
+  const auto keptUntilReturn = shared_from_this();
+  if (isMakingRequest() || !isAppActive()) {
+    platform::logDebug(isMakingRequest() ? "A request is ignored: another one is under way."
+                                         : "A request is ignored: the application is not active.");
+    return;
+  }
+  if (!supportsMinimumRequirementsForRequest(request.get())) return;
+  if (!autoRefresh) hasAutoRefreshed_ = false;
+  if (!request) {
+    request_ = std::make_shared<VADRequestPrivate>();
+  } else if (request != request_) {
+    request_ = request->copy();
+  }
+
+  auto& statistics = VADStatistics::sharedStatistics();
+  if (!statistics.timingNamed(kVADParameterTimeSinceFirstRequest)) {
+    statistics.startTimingNamed(kVADParameterTimeSinceFirstRequest);
+  }
+  request_->setCounter(statistics.incrementAdRequestCount());
+  platform::logDebug("Ad request " + std::to_string(request_->counter()) +
+                     (autoRefresh ? " (refresh)" : "") + " for ad unit \"" + adUnitID_ + "\"");
+  changeState(kVADStateBuildingURL);
+  ensureSupportFiles();
+}
+
+void VADObjectPrivate::reloadCurrentRequest() {
+  loadPrivateRequest(request_, true);
+}
+
+bool VADObjectPrivate::isMakingRequest() const {
+  return state_ != kVADStateIdle && state_ != kVADStateScriptFailed &&
+         state_ != kVADStateShowingAd && state_ != kVADStateFailed;
+}
+
+bool VADObjectPrivate::isAppActive() {
+  const auto state = platform::Application::shared().applicationState();
+  return state == platform::ApplicationState::Active || !didAppFinishLaunching();
+}
+
+bool VADObjectPrivate::supportsMinimumRequirementsForRequest(const VADRequestPrivate* request) {
+  if (VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(kMinimumOSMajor, kMinimumOSMinor)) {
+    return true;
+  }
+  reportError(kVADErrorOSVersionTooLow, request);
+  changeState(kVADStateFailed);
+  return false;
+}
+
+platform::URL VADObjectPrivate::jsBuildAdURL() {
+  const platform::URL& host = VADConfiguration::scriptHostBaseURL();
+  std::string address = host.absoluteString();
+  if (address.ends_with('/')) address.pop_back();
+  return platform::URL::parse(address + kScriptPath).value_or(host);
+}
+
+void VADObjectPrivate::ensureSupportFiles() {
+  if (!buildAdJS_) {
+    changeState(kVADStateLoadingScript);
+    buildAdJS_ = VADCachedFile::initWithDelegate(this, jsBuildAdURL());
+  }
+  VADStatisticsCore store("VADObjectPrivate");
+  const auto stored = store.dateForKey(kExpireDateKey);
+  const platform::Date* const expireDate = stored ? stored->date() : nullptr;
+  const platform::Date now = platform::Date::now();
+  if (expireDate && *expireDate >= now && !buildAdJS_->content().value_or("").empty()) {
+    cachedFileDownloadDidEnd(*buildAdJS_);
+    return;
+  }
+  store.setDate(platform::Value(now.after(kScriptLifetime)), kExpireDateKey);
+  store.synchronize();
+  changeState(kVADStateLoadingScript);
+  platform::logDebug("Asking for the ad engine script at " +
+                     buildAdJS_->sourceURL().absoluteString());
+  buildAdJS_->validate();
+}
+
+void VADObjectPrivate::failedToDownloadJavaScriptWithError(
+    const std::optional<platform::Error>& error) {
+  platform::logDebug("No new ad engine script: status " +
+                     std::to_string(buildAdJS_->httpStatusCode()) + ", " + described(error));
+  // Over by now in any case; so the publisher may ask for the next ad when told of the error.
+  buildAdJS_->cancel();
+  changeState(kVADStateScriptFailed);
+  if (!buildAdJS_->content().value_or("").empty()) {
+    buildAdUrl();
+  } else {
+    reportError(kVADErrorNetworkError, nullptr);
+  }
+}
+
+void VADObjectPrivate::buildAdUrl() {
+  const std::optional<std::string> script = buildAdJS_->content();
+  if (!script || script->empty()) {
+    failedToDownloadJavaScriptWithError(std::nullopt);
+    return;
+  }
+  changeState(kVADStateBuildingURL);
+  platform::Dictionary parameters = request_->parameters();
+  addAdditionalParameters(parameters);
+  adURLBuilder_.build(VADAdURLBuilder::pageWithScript(*script, parameters), *webView_);
+}
+
+void VADObjectPrivate::addAdditionalParameters(platform::Dictionary& parameters) const {
+  if (!adUnitID_.empty()) parameters.set("slotname", platform::repairedUTF8(adUnitID_));
+  if (request_->isInterstitialAd()) {
+    parameters.set("format", "interstitial_mb");
+    return;
+  }
+  const platform::View& view = adView_ ? *adView_.get() : *webView_;
+  parameters.set("ad_frame", dictionaryOf(view.frame()));
+  parameters.set("ad_bounds", dictionaryOf(view.bounds()));
+}
+
+void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {
+  const auto keptUntilReturn = shared_from_this();
+  if (userInfo.contains("errors")) {
+    reportError(kVADErrorInvalidRequest, request_.get());
+    return;
+  }
+  changeState(kVADStateLoadingAd);
+  std::optional<platform::URL> url;
+  if (const std::string* const address = userInfo.text("url")) {
+    url = platform::URL::fromPage(*address);
+  }
+  const std::string* const type = userInfo.text("type");
+  vad_gig(VADRequestPrivate::requestTypeFromString(type ? *type : ""), VADRequest::sdkVersion());
+  const platform::Dictionary spamSignals = request_->spamSignals();
+  if (url && !spamSignals.empty()) {
+    url = VADNetworkUtilities::appendQueryParameters(spamSignals, *url);
+  }
+  if (url && type && *type == "tovask") {
+    url = VADNetworkUtilities::appendQueryKey("seq_num", platform::Value("1"), *url);
+  }
+  VADStatistics::sharedStatistics().startTimingNamed(kVADParameterPriorRequestLatency);
+  loadHTMLFromURL(url);
+}
+
+void VADObjectPrivate::invalidRequest(const platform::Dictionary& userInfo) {
+  const auto keptUntilReturn = shared_from_this();
+  platform::log("<Valdren> Invalid Request: " + platform::Value(userInfo).description());
+  reportError(kVADErrorInvalidRequest, request_.get());
+}
+
+void VADObjectPrivate::unableToServe(const platform::Dictionary& userInfo) {
+  const auto keptUntilReturn = shared_from_this();
+  platform::log("<Valdren> Unable to serve: " + platform::Value(userInfo).description());
+  reportError(kVADErrorInvalidRequest, request_.get());
+}
+
+void VADObjectPrivate::loadHTMLFromURL(const std::optional<platform::URL>& url) {
+  if (!url) {  // the script gave no address, or none that can be asked
+    setAdHTML(nullptr);
+    failedAdRequestWithError(std::nullopt, 0);
+    return;
+  }
+  platform::logDebug("Asking for the ad at " + url->absoluteString());
+  setAdHTML(VADCachedFile::initWithDelegate(this, *url));
+}
+
+void VADObjectPrivate::setAdHTML(std::shared_ptr<VADCachedFile> adHTML) {
+  if (adHTML == adHTML_) return;
+  if (adHTML_) {
+    adHTML_->setDelegate(nullptr);
+    adHTML_->invalidate();
+  }
+  adHTML_ = std::move(adHTML);
+  if (const auto startedHere = adHTML_) startedHere->validate();
+  pendingTrackingURLs_.clear();
+  pendingClickURLs_.clear();
+}
+
+void VADObjectPrivate::processHTTPHeaders(const VADCachedFile& file) {
+  const platform::Headers& headers = file.httpHeaders();
+  appendURLsFromHeader(pendingTrackingURLs_, headers, kVADHeaderTrackingURLs);
+  appendURLsFromHeader(pendingClickURLs_, headers, kVADHeaderClickTrackingURLs);
+  const auto orientation = nonEmptyHeader(headers, kVADHeaderOrientation);
+  const VADOrientationCode code = orientationFromString(orientation.value_or(""));
+  if (code != kVADOrientationUnknown) supportedOrientations_ = code;
+  storeInterstitialTimeout(headers);
+}
+
+void VADObjectPrivate::showAd() {
+  const std::string content = adHTMLString().value_or("");
+  const std::string_view ad = platform::trimmed(content);
+  addReloadInformationFromHeaders();
+  if (ad.empty()) {
+    changeState(kVADStateFailed);
+    reportError(kVADErrorNoFill, request_.get());
+    return;
+  }
+  changeState(kVADStateRenderingAd);
+  webView_->loadHTMLString(std::string(ad), adHTMLBaseURL());
+}
+
+void VADObjectPrivate::failedAdRequestWithError(const std::optional<platform::Error>& error,
+                                                int httpStatusCode) {
+  platform::logDebug("No ad: status " + std::to_string(httpStatusCode) + ", " + described(error));
+  changeState(kVADStateFailed);
+  std::int32_t code = kVADErrorServerError;
+  if (httpStatusCode == 400) {
+    platform::log(
+        "<Valdren> Server rejected ad parameters.  Typically this is because the ad unit ID is "
+        "incorrect.");
+    code = kVADErrorInvalidRequest;
+  } else if (httpStatusCode < 400) {
+    code = kVADErrorNetworkError;
+  }
+  reportError(code, request_.get());
+  addReloadInformationFromHeaders();
+}
+
+void VADObjectPrivate::reportError(std::int32_t code, const VADRequest* request) {
+  const VADRequestError error = VADRequestError::errorWithCode(code, request);
+  platform::logDebug("Error " + std::to_string(code) +
+                     " for the banner's delegate: " + error.localizedDescription());
+  delegateManager_->didFailToReceiveAdWithError(error);
+}
+
+void VADObjectPrivate::changeState(VADState state) {
+  if (state == state_) return;
+  platform::logDebug("Loader state " + std::to_string(state_) + " -> " + std::to_string(state));
+  state_ = state;
+  if (state != kVADStateShowingAd) return;
+  webView_->setTouched(false);
+  timeLastLoaded_ = VADTiming::counter();
+}
+
+void VADObjectPrivate::addReloadInformationFromHeaders() {
+  const auto refreshRate = adHTML_ ? nonEmptyHeader(adHTML_->httpHeaders(), kVADHeaderRefreshRate)
+                                   : std::optional<std::string_view>();
+  reloadTimer_.scheduleReloadTimer(refreshRate ? VADReloadTimer::secondsFromHeader(*refreshRate)
+                                               : reloadTimer_.reloadSeconds());
+}
+
+void VADObjectPrivate::trackURLs(const std::vector<platform::URL>& urls) {
+  for (const platform::URL& url : urls) {
+    platform::logDebug("Ping to " + url.absoluteString());
+    const auto tracker = std::make_shared<VADClickTracker>();
+    tracker->setDelegate(this);
+    tracker->trackURL(url);
+    trackers_.insert(tracker);
+  }
 }
 
 void VADObjectPrivate::cancelPendingActions() {
   platform::RunLoop::shared().cancelPerformRequests(*this);
+  reloadTimer_.resetReloadTimer();
+}
+
+std::optional<std::string> VADObjectPrivate::adHTMLString() const {
+  return adHTML_ ? adHTML_->content() : std::nullopt;
+}
+
+std::optional<platform::URL> VADObjectPrivate::adHTMLBaseURL() const {
+  if (!adHTML_) return std::nullopt;
+  return adHTML_->httpDestinationURL();
+}
+
+void VADObjectPrivate::cachedFileDownloadDidEnd(VADCachedFile& file) {
+  const auto keptUntilReturn = shared_from_this();
+  if (&file == buildAdJS_.get()) {
+    buildAdUrl();
+    return;
+  }
+  platform::logDebug("Ad server answers " + std::to_string(file.httpStatusCode()) + " " +
+                     described(file.httpHeaders()));
+  processHTTPHeaders(file);
+  showAd();
+}
+
+void VADObjectPrivate::cachedFileDownloadDidFail(VADCachedFile& file,
+                                                 const std::optional<platform::Error>& error) {
+  const auto keptUntilReturn = shared_from_this();
+  if (&file == buildAdJS_.get()) {
+    failedToDownloadJavaScriptWithError(error);
+  } else {
+    failedAdRequestWithError(error, file.httpStatusCode());
+  }
+}
+
+std::optional<platform::Error> VADObjectPrivate::cachedFileShouldRedirectToURL(
+    VADCachedFile& file, const platform::URL& url) {
+  platform::logDebug("Redirected to " + url.absoluteString() + " " + described(file.httpHeaders()));
+  processHTTPHeaders(file);
+  return std::nullopt;
+}
+
+void VADObjectPrivate::trackerDidRedirect(VADClickTracker&, const platform::URL& url) {
+  platform::logDebug("A ping has arrived at " + url.absoluteString());
+  cleanupTrackersOnNextTurn();
+}
+
+void VADObjectPrivate::trackerDidFailWithError(VADClickTracker&,
+                                               const std::optional<platform::Error>& error) {
+  platform::logDebug("A ping has failed: " + described(error));
+  cleanupTrackersOnNextTurn();
+}
+
+void VADObjectPrivate::cleanupTrackersOnNextTurn() {
+  platform::RunLoop::shared().performAfterDelay(*this, 0, [this] {
+    std::erase_if(trackers_, [](const auto& tracker) { return tracker->hasTracked(); });
+  });
 }
 
 }  // namespace valdren

@@ -1,45 +1,150 @@
-// The engine behind one banner view.
+// The engine behind one banner view: it fetches the ad engine script, has it build the ad's
+// address, downloads the ad, shows it, fires its pings and refreshes it.
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <set>
 #include <string>
+#include <vector>
 
 #include "ads/api/VADDelegateManager.h"
+#include "ads/loading/VADAdURLBuilder.h"
+#include "ads/loading/VADReloadTimer.h"
 #include "ads/loading/VADRequestPrivate.h"
+#include "ads/support/VADCachedFile.h"
+#include "ads/telemetry/VADClickTracker.h"
+#include "ads/web/VADAdController.h"
+#include "ads/web/VADScreen.h"
 #include "platform/View.h"
 #include "platform/ViewController.h"
 
 namespace valdren {
 
-class VADObjectPrivate : public platform::Trackable,
-                         public std::enable_shared_from_this<VADObjectPrivate> {
+class VADBannerWebViewDelegate;
+
+/// Main thread only. Every callback into the publisher's code may end this object's life; whatever
+/// calls such code holds a reference until it is done.
+class VADObjectPrivate final : public VADAdController,
+                               private VADCachedFileDelegate,
+                               private VADClickTrackerDelegate {
  public:
-  /// A loader for the view, which it does not own.
+  /// Begins to watch whether the application has finished launching. Done once by itself when the
+  /// process starts; again, it forgets what it saw.
+  static void initialize();
+  static bool didAppFinishLaunching();
+
+  /// A loader for the view, which it does not own. Adds its web view to it.
   static std::shared_ptr<VADObjectPrivate> initWithView(platform::View& view);
+  ~VADObjectPrivate();
+  VADObjectPrivate(const VADObjectPrivate&) = delete;
+  VADObjectPrivate& operator=(const VADObjectPrivate&) = delete;
 
   const std::string& adUnitID() const { return adUnitID_; }
   void setAdUnitID(const std::string& adUnitID) { adUnitID_ = adUnitID; }
-  platform::ViewController* rootViewController() const { return rootViewController_.get(); }
+  platform::ViewController* rootViewController() const override {
+    return rootViewController_.get();
+  }
   void setRootViewController(platform::ViewController* controller) {
     rootViewController_ = controller;
   }
-  const std::shared_ptr<VADDelegateManager>& delegateManager() const { return delegateManager_; }
-  const std::shared_ptr<VADRequestPrivate>& request() const { return request_; }
+  /// Always NO.
   bool hasAutoRefreshed() const { return hasAutoRefreshed_; }
 
+  /// Asks for an ad; null stands for a request with default values. Nothing happens while a request
+  /// is under way or the application is not active. The request is copied.
   void loadRequest(const std::shared_ptr<VADRequest>& request);
+  /// The same for a full-screen ad.
+  void loadInterstitialRequest(const std::shared_ptr<VADRequest>& request);
   /// Drops every delayed call and the pending refresh.
   void cancelPendingActions();
 
+  /// Whether a request is under way, so that no other one is accepted.
+  bool isMakingRequest() const;
+  /// Where the ad engine script is fetched from.
+  static platform::URL jsBuildAdURL();
+  /// The present ad; null before the first.
+  const std::shared_ptr<VADCachedFile>& adHTML() const { return adHTML_; }
+  /// None without an ad, or when it is no text.
+  std::optional<std::string> adHTMLString() const;
+  std::optional<platform::URL> adHTMLBaseURL() const;
+
+  VADState state() const override { return state_; }
+  void changeState(VADState state) override;
+  double timeLastLoaded() const override { return timeLastLoaded_; }
+  const std::shared_ptr<VADRequestPrivate>& request() const override { return request_; }
+  const std::shared_ptr<VADDelegateManager>& delegateManager() const override {
+    return delegateManager_;
+  }
+  const std::shared_ptr<VADWebView>& webView() const override { return webView_; }
+  std::vector<platform::URL> pendingTrackingURLs() const override { return pendingTrackingURLs_; }
+  std::vector<platform::URL> pendingClickURLs() const override { return pendingClickURLs_; }
+  int supportedOrientations() const override { return supportedOrientations_; }
+  void trackURLs(const std::vector<platform::URL>& urls) override;
+
+  /// How many pings have not been cleared away yet.
+  std::size_t trackerCount() const { return trackers_.size(); }
+
  private:
-  explicit VADObjectPrivate(platform::View& view) : adView_(&view) {}
+  explicit VADObjectPrivate(const platform::Rect& frame);
+  void observeNotifications();
+
+  static std::shared_ptr<VADRequestPrivate> privateRequestWithRequest(
+      const std::shared_ptr<VADRequest>& request);
+  void loadPrivateRequest(const std::shared_ptr<VADRequestPrivate>& request, bool autoRefresh);
+  void reloadCurrentRequest();
+  static bool isAppActive();
+  bool supportsMinimumRequirementsForRequest(const VADRequestPrivate* request);
+
+  void ensureSupportFiles();
+  void failedToDownloadJavaScriptWithError(const std::optional<platform::Error>& error);
+  void buildAdUrl();
+  void addAdditionalParameters(platform::Dictionary& parameters) const;
+
+  void loadAdURL(const platform::Dictionary& userInfo);
+  void invalidRequest(const platform::Dictionary& userInfo);
+  void unableToServe(const platform::Dictionary& userInfo);
+
+  void loadHTMLFromURL(const std::optional<platform::URL>& url);
+  void setAdHTML(std::shared_ptr<VADCachedFile> adHTML);
+  void processHTTPHeaders(const VADCachedFile& file);
+  void showAd();
+  void failedAdRequestWithError(const std::optional<platform::Error>& error, int httpStatusCode);
+  void reportError(std::int32_t code, const VADRequest* request);
+
+  void addReloadInformationFromHeaders();
+  void appDidBackground() { reloadTimer_.resetReloadTimer(); }
+  void appDidForeground() { reloadTimer_.activateReloadTimer(); }
+  void adWillPresentFullScreen() { reloadTimer_.resetReloadTimer(); }
+  void adDidRelinquishFullScreen() { reloadTimer_.activateReloadTimer(); }
+  void cleanupTrackersOnNextTurn();
+
+  void cachedFileDownloadDidEnd(VADCachedFile& file) override;
+  void cachedFileDownloadDidFail(VADCachedFile& file,
+                                 const std::optional<platform::Error>& error) override;
+  std::optional<platform::Error> cachedFileShouldRedirectToURL(VADCachedFile& file,
+                                                               const platform::URL& url) override;
+  void trackerDidRedirect(VADClickTracker&, const platform::URL&) override;
+  void trackerDidFailWithError(VADClickTracker&, const std::optional<platform::Error>&) override;
 
   platform::WeakPtr<platform::View> adView_;
   std::string adUnitID_;
   std::shared_ptr<VADDelegateManager> delegateManager_ = std::make_shared<VADDelegateManager>();
   platform::WeakPtr<platform::ViewController> rootViewController_;
+  std::shared_ptr<VADWebView> webView_;
+  std::shared_ptr<VADBannerWebViewDelegate> webViewDelegate_;
+  VADAdURLBuilder adURLBuilder_;
+  std::shared_ptr<VADCachedFile> buildAdJS_;
+  std::shared_ptr<VADCachedFile> adHTML_;
   std::shared_ptr<VADRequestPrivate> request_;
+  VADState state_ = kVADStateIdle;
+  double timeLastLoaded_ = 0;
+  std::set<std::shared_ptr<VADClickTracker>> trackers_;
+  std::vector<platform::URL> pendingTrackingURLs_;
+  std::vector<platform::URL> pendingClickURLs_;
+  VADReloadTimer reloadTimer_;
   bool hasAutoRefreshed_ = false;
+  int supportedOrientations_ = kVADOrientationAny;
 };
 
 }  // namespace valdren
