@@ -110,7 +110,7 @@ void Toolbar::layoutSubviews() {
   if (!prompt_) return;
   const Slot space = widestSpace(items_, slots);
   prompt_->setFrame(promptOnTop ? Rect{kMargin, 1, area.width - 2 * kMargin, kPromptHeight}
-                                : Rect{space.start + 14, 0, space.width - 20, height});
+                                : Rect{space.start + 10, 0, space.width - 20, height});
 }
 
 }  // namespace platform
