@@ -1,0 +1,161 @@
+// The web app screen: what it loads, what its page is told, and its slow end.
+#include "ads/screens/VADWebAppViewController.h"
+
+#include <gmock/gmock.h>
+
+#include "ads/screens/VADWebAppViewControllerPrivate.h"
+#include "ads/support/VADPrivateUtilities.h"
+#include "tests/ads/screens/ScreenTest.h"
+
+namespace valdren {
+namespace {
+
+using quorbel_tests::FakeWebEngine;
+using ::testing::HasSubstr;
+
+class VADWebAppViewControllerTest : public quorbel_tests::ScreenTest {
+ protected:
+  VADWebAppViewController& open() {
+    const auto webApp = VADWebAppViewController::create();
+    webApp->setDelegateManager(manager);
+    webApp->load(url("http://app.example/"));
+    webApp->presentFromViewController(host.get());
+    return *webApp;
+  }
+  static VADWebAppViewControllerPrivate& varsOf(VADWebAppViewController& webApp) {
+    return static_cast<VADWebAppViewControllerPrivate&>(
+        *VADPrivateUtilities::privateObjectForKey<VADViewControllerPrivate>(
+            static_cast<VADViewController*>(&webApp)));
+  }
+  static int count(const FakeWebEngine& engine, const std::string& event) {
+    return static_cast<int>(
+        std::count_if(engine.scripts.begin(), engine.scripts.end(), [&](const std::string& script) {
+          return script.find("URVO_ReceiveMessage('" + event + "'") != std::string::npos;
+        }));
+  }
+};
+
+TEST_F(VADWebAppViewControllerTest, LoadsWhatWaitsAndTheURLBeforeTheText) {
+  const auto webApp = VADWebAppViewController::create();
+  webApp->loadHTML("<p>text</p>", url("http://base.example/"));
+  webApp->load(url("http://app.example/"));
+  webApp->load(std::nullopt);
+  webApp->loadHTML(std::nullopt, std::nullopt);
+  webApp->presentFromViewController(host.get());
+  FakeWebEngine& engine = engines.last();
+  ASSERT_EQ(engine.requests.size(), 1u);
+  EXPECT_EQ(engine.requests[0].url.absoluteString(), "http://app.example/");
+  EXPECT_TRUE(engine.pages.empty());
+
+  webApp->viewWillAppear(false);
+  EXPECT_EQ(engines.made(), 1);
+  EXPECT_EQ(engine.requests.size(), 1u);
+  webApp->loadHTML("<p>now</p>", std::nullopt);
+  ASSERT_EQ(engine.pages.size(), 1u);
+  EXPECT_EQ(engine.pages[0].text, "<p>now</p>");
+}
+
+TEST_F(VADWebAppViewControllerTest, LoadsAWaitingTextWithItsBase) {
+  const auto webApp = VADWebAppViewController::create();
+  webApp->loadHTML("<p>text</p>", url("http://base.example/"));
+  webApp->presentFromViewController(host.get());
+  ASSERT_EQ(engines.last().pages.size(), 1u);
+  EXPECT_EQ(engines.last().pages[0].text, "<p>text</p>");
+  EXPECT_EQ(engines.last().pages[0].baseURL, url("http://base.example/"));
+}
+
+TEST_F(VADWebAppViewControllerTest, ShowsAPageACloseButtonAndASpinnerUntilTheFirstLoad) {
+  VADWebAppViewController& webApp = open();
+  VADWebAppViewControllerPrivate& vars = varsOf(webApp);
+  EXPECT_EQ(webApp.webView()->frame(), webApp.view()->bounds());
+  EXPECT_EQ(vars.closeButton->frame(), (platform::Rect{0, 0, 32, 32}));
+  EXPECT_EQ(webApp.view()->subviews().back(), vars.closeButton) << "under the page";
+  ASSERT_NE(vars.loadingSpinner, nullptr);
+  const auto spinner = vars.loadingSpinner;
+  const platform::Rect area = webApp.view()->bounds();
+  EXPECT_EQ(spinner->frame(),
+            (platform::Rect{(area.width - 20) / 2, (area.height - 20) / 2, 20, 20}));
+  EXPECT_TRUE(spinner->isAnimating());
+
+  engines.last().fail();
+  EXPECT_EQ(spinner->superview(), webApp.webView().get());
+  engines.last().finish();
+  EXPECT_EQ(spinner->superview(), nullptr);
+  EXPECT_EQ(vars.loadingSpinner, nullptr);
+  engines.last().finish();
+
+  EXPECT_TRUE(vars.closeButton->press());
+  EXPECT_EQ(window->topViewController(), host.get());
+}
+
+TEST_F(VADWebAppViewControllerTest, ThePageIsToldOnceThatItIsShown) {
+  for (const bool loadedFirst : {false, true}) {
+    const auto webApp = VADWebAppViewController::create();
+    if (!loadedFirst) webApp->load(url("http://app.example/"));
+    webApp->presentFromViewController(host.get());
+    FakeWebEngine& engine = engines.last();
+    EXPECT_EQ(count(engine, "onshow"), loadedFirst ? 1 : 0);
+    engine.finish();
+    EXPECT_EQ(count(engine, "onshow"), 1);
+    engine.finish();
+    webApp->viewDidAppear(false);
+    EXPECT_EQ(count(engine, "onshow"), 1);
+    EXPECT_THAT(engine.scripts,
+                ::testing::Contains(HasSubstr("\"version\":\"urvo-sdk-i-v4.1.1\"")));
+    webApp->relinquishScreen();
+    loop.advance(3);
+  }
+}
+
+TEST_F(VADWebAppViewControllerTest, ThePageIsToldEachTimeThatItIsHiddenAndBeforeItGoes) {
+  VADWebAppViewController& webApp = open();
+  FakeWebEngine& engine = engines.last();
+  engine.finish();
+  const auto nested = VADViewController::create();
+  nested->presentFromViewController(&webApp);
+  EXPECT_EQ(count(engine, "onhide"), 1);
+  nested->relinquishScreen();
+  webApp.relinquishScreen();
+  EXPECT_EQ(count(engine, "onhide"), 2);
+  EXPECT_TRUE(engine.pages.empty()) << "emptied before it was told";
+}
+
+TEST_F(VADWebAppViewControllerTest, ThePageOutlivesItsScreenByTwoSeconds) {
+  open().relinquishScreen();
+  loop.advance(0);
+  ASSERT_EQ(engines.engines().size(), 1u);
+  FakeWebEngine& engine = engines.last();
+  record.take();
+  loop.advance(1.9);
+  // The page goes on sending messages: there is no screen for them any more.
+  for (const char* message : {"gmsg://x/close", "gmsg://x/open?a=browser&u=http%3A%2F%2Fb%2F",
+                              "gmsg://x/open?a=webapp&html=x", "mailto:a@b"}) {
+    EXPECT_FALSE(engine.navigate(message)) << message;
+  }
+  engine.finish();
+  EXPECT_EQ(count(engine, "onshow"), 0);
+  EXPECT_EQ(record.take(), Events{});
+  EXPECT_EQ(engines.made(), 1);
+  loop.advance(0.2);
+  EXPECT_TRUE(engines.engines().empty());
+}
+
+TEST_F(VADWebAppViewControllerTest, HundredRoundsLeaveNothingBehind) {
+  for (int i = 0; i < 100; ++i) {
+    open();
+    engines.last().navigate("gmsg://x/close");
+  }
+  loop.advance(3);
+  EXPECT_TRUE(engines.engines().empty());
+  EXPECT_EQ(loop.pendingCount(), 0u);
+}
+
+TEST_F(VADWebAppViewControllerTest, ThePageIsToldWhenTheWindowTurns) {
+  VADWebAppViewController& webApp = open();
+  engines.last().scripts.clear();
+  webApp.didRotateFromInterfaceOrientation(platform::InterfaceOrientation::LandscapeRight);
+  EXPECT_THAT(engines.last().scripts, ::testing::ElementsAre(HasSubstr("return 0;")));
+}
+
+}  // namespace
+}  // namespace valdren
