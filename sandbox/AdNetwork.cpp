@@ -87,6 +87,15 @@ std::string lastOf(std::string_view path) {
   return decoded(path.substr(path.rfind('/') + 1));
 }
 
+/// Whether the request was made to this machine by a name of its own, and not by one that another
+/// site has pointed here to read what is not its.
+bool isAddressedToLoopback(const Request& request) {
+  std::string host = request.header("Host");
+  const std::size_t colon = host.rfind(':');
+  if (colon != std::string::npos && host.find(']', colon) == std::string::npos) host.resize(colon);
+  return host == "127.0.0.1" || host == "localhost" || host == "[::1]";
+}
+
 /// A ping answers nothing that can be shown.
 Answer ping() {
   return {.contentType = "text/plain", .headers = {{"Cache-Control", "no-store"}}};
@@ -156,6 +165,7 @@ std::string AdNetwork::catalogue() const {
 }
 
 Answer AdNetwork::handle(const Request& request) {
+  if (!isAddressedToLoopback(request)) return plain(403, "This server is for this machine only.\n");
   const std::lock_guard lock(mutex_);
   Call call{.request = request, .base = base_};
   const std::string name = cutScenario(call.request.path);
