@@ -1,0 +1,126 @@
+#include "ads/support/VADNotification.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "ads/support/VADNotificationCenter.h"
+#include "platform/ApplicationMain.h"
+#include "tests/support/FakeWebEngine.h"
+#include "tests/support/Fakes.h"
+#include "tests/support/Printing.h"
+
+namespace {
+
+using platform::Dictionary;
+using platform::Notification;
+using platform::URL;
+using valdren::VADNotification;
+using valdren::VADNotificationCenter;
+
+TEST(Notification, IsMadeFromAMessageURL) {
+  const struct {
+    const char* url;
+    const char* name;
+    std::optional<Dictionary> parameters;
+  } cases[] = {
+      {"gmsg:///click?u=x", "click", Dictionary{{"u", "x"}}},
+      {"gmsg://mobileads.host/open?U=a%26b", "open", Dictionary{{"u", "a&b"}}},
+      {"gmsg:///close", "close", Dictionary{}},
+      {"gmsg:///", "", Dictionary{}},
+      {"gmsg:/a/b?x", "a/b", Dictionary{}},
+      {"vantic://launch?url=x&y=z", "open", Dictionary{{"a", "browser"}, {"u", "x"}}},
+      {"vantic://launch", "open", Dictionary{{"a", "browser"}}},
+      {"vantic://closecanvas?x=1", "close", std::nullopt},
+      {"vantic://log?String=s", "log", Dictionary{{"string", "s"}}},
+  };
+  for (const auto& each : cases) {
+    const auto notification = VADNotification::notificationFromURL(*URL::parse(each.url));
+    ASSERT_TRUE(notification) << each.url;
+    EXPECT_TRUE(VADNotification::isNotificationURL(*URL::parse(each.url)));
+    EXPECT_EQ(notification->name(), each.name) << each.url;
+    EXPECT_EQ(notification->parameters(), each.parameters) << each.url;
+  }
+}
+
+TEST(Notification, IsNoneForOtherURLs) {
+  for (const char* url : {"GMSG://click", "gmsgx:///click", "http://h/", "VANTIC://log", "a/b"}) {
+    EXPECT_FALSE(VADNotification::isNotificationURL(*URL::parse(url))) << url;
+    EXPECT_FALSE(VADNotification::notificationFromURL(*URL::parse(url))) << url;
+  }
+  for (const char* url : {"vantic://other", "vantic://Log", "vantic:log"}) {
+    EXPECT_FALSE(VADNotification::notificationFromURL(*URL::parse(url))) << url;
+  }
+}
+
+TEST(Notification, WithoutAPathHasNoNameToCutOut) {
+  EXPECT_THROW(VADNotification::notificationFromURL(*URL::parse("gmsg://click")),
+               std::out_of_range);
+}
+
+TEST(Notification, DescribesItself) {
+  const auto notification = VADNotification::notificationFromURL(*URL::parse("gmsg:///a?b=c"));
+  EXPECT_TRUE(notification->description().ends_with(">: name:a parameters:{\"b\":\"c\"}"));
+  EXPECT_TRUE(notification->description().starts_with("VADNotification<0x"));
+  EXPECT_EQ(notification->parameter("b"), "c");
+  EXPECT_FALSE(notification->parameter("c"));
+}
+
+class NotificationCenterTest : public testing::Test {
+ protected:
+  struct Observer : platform::Trackable {};
+
+  void observe(const char* name) {
+    VADNotificationCenter::defaultCenter().addObserver(
+        observer_, name, [this](const Notification& notification) {
+          heard_.push_back(notification.name + "/" +
+                           std::to_string(notification.object != nullptr));
+        });
+  }
+
+  quorbel_tests::FakeRunLoop loop_;
+  std::vector<std::string> heard_;
+  Observer observer_;
+};
+
+TEST_F(NotificationCenterTest, PostsAMessageAtOnceOrLater) {
+  observe("click");
+  auto& center = VADNotificationCenter::defaultCenter();
+  const URL url = *URL::parse("gmsg:///click");
+  center.postNotificationFromURL(url, &center);
+  EXPECT_EQ(heard_, (std::vector<std::string>{"click/1"}));
+  center.postNotificationFromURL(*URL::parse("http://h/click"), nullptr);
+  center.postNotificationFromURL(url, valdren::VADSender(), 0);
+  EXPECT_EQ(heard_.size(), 1u) << "a delay of 0 is the next turn";
+  loop_.advance(0);
+  EXPECT_EQ(heard_.back(), "click/0");
+}
+
+TEST_F(NotificationCenterTest, ADelayedPostingKeepsItsSender) {
+  observe("click");
+  auto sender = std::make_shared<int>(1);
+  const std::weak_ptr<int> weak = sender;
+  VADNotificationCenter::defaultCenter().postNotificationFromURL(*URL::parse("gmsg:///click"),
+                                                                 std::move(sender), 2);
+  loop_.advance(1);
+  EXPECT_FALSE(weak.expired());
+  loop_.advance(1);
+  EXPECT_EQ(heard_, (std::vector<std::string>{"click/1"}));
+  EXPECT_TRUE(weak.expired());
+}
+
+TEST_F(NotificationCenterTest, CallsThePagesReceiver) {
+  if (!platform::hasDisplay()) GTEST_SKIP() << "views need a display";
+  quorbel_tests::FakeWebEngines engines;
+  platform::WebView view;
+  auto& center = VADNotificationCenter::defaultCenter();
+  center.postJSNotification("onshow", std::nullopt, &view);
+  center.postJSNotification("openableURLs", Dictionary{{"a:b", true}, {"t", "it's \"x\""}}, &view);
+  center.postJSNotification("lost", std::nullopt, nullptr);
+  EXPECT_EQ(engines.last().scripts,
+            (std::vector<std::string>{
+                "URVO_ReceiveMessage('onshow');",
+                R"(URVO_ReceiveMessage('openableURLs', {"a:b":true,"t":"it's \"x\""});)"}));
+}
+
+}  // namespace

@@ -1,0 +1,170 @@
+#include "ads/support/VAD_VTMStringEncoding.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "tests/support/Process.h"
+
+namespace {
+
+using valdren::VAD_VTMStringEncoding;
+using Encoding = VAD_VTMStringEncoding::Pointer;
+using quorbel_tests::run;
+
+/// Bytes of all values, none of them twice in a row.
+std::string bytes(std::size_t size) {
+  std::string data;
+  for (std::size_t place = 0; place < size; ++place) data += static_cast<char>(place * 73 + 199);
+  return data;
+}
+
+std::string withoutPadding(std::string text) {
+  text.erase(text.find_last_not_of('=') + 1);
+  return text;
+}
+
+TEST(StringEncoding, AgreesWithTheCommandsOverAllSizes) {
+  const struct {
+    const char* command;
+    Encoding encoding;
+  } cases[] = {
+      {"base64 -w0", VAD_VTMStringEncoding::rfc4648Base64StringEncoding()},
+      {"basenc --base64url -w0", VAD_VTMStringEncoding::rfc4648Base64WebsafeStringEncoding()},
+      {"base32 -w0", VAD_VTMStringEncoding::rfc4648Base32StringEncoding()},
+      {"basenc --base32hex -w0", VAD_VTMStringEncoding::rfc4648Base32HexStringEncoding()},
+      {"basenc --base16 -w0", VAD_VTMStringEncoding::hexStringEncoding()},
+      {"basenc --base2msbf -w0", VAD_VTMStringEncoding::binaryStringEncoding()},
+  };
+  for (const auto& each : cases) {
+    const bool pads = each.encoding->doPad();
+    for (std::size_t size = 0; size <= 64; ++size) {
+      const std::string data = bytes(size);
+      const std::string padded = run(each.command, data).output;
+      const std::string bare = withoutPadding(padded);
+      each.encoding->setDoPad(pads);
+      ASSERT_EQ(each.encoding->encode(data), padded) << each.command << " of " << size;
+      each.encoding->setDoPad(false);
+      ASSERT_EQ(each.encoding->encode(data), bare) << each.command << " of " << size;
+      for (const std::string& text : {padded, bare}) {
+        EXPECT_EQ(each.encoding->decode(text), data) << each.command << " of " << size;
+      }
+    }
+  }
+}
+
+TEST(StringEncoding, AnyAlphabetRoundTripsOverAllSizes) {
+  std::string ascii;
+  for (int code = 0; code < 128; ++code) ascii += static_cast<char>(code);
+  for (int bits = 1; bits <= 7; ++bits) {
+    const auto encoding = VAD_VTMStringEncoding::initWithString(ascii.substr(0, 1 << bits));
+    ASSERT_TRUE(encoding);
+    for (std::size_t size = 0; size <= 64; ++size) {
+      const std::string text = encoding->encode(bytes(size));
+      EXPECT_EQ(text.size(), (size * 8 + bits - 1) / bits);
+      EXPECT_EQ(encoding->decode(text), bytes(size)) << bits << " bits, " << size << " bytes";
+    }
+  }
+}
+
+TEST(StringEncoding, NeedsAnAlphabetOfDifferentASCIICharactersAndAPowerOfTwo) {
+  std::string ascii;
+  for (int code = 0; code < 128; ++code) ascii += static_cast<char>(code);
+  for (const std::string& alphabet :
+       {std::string(), std::string("a"), std::string("abc"), std::string("abca"),
+        std::string("ab\xc3\xa9"), ascii + ascii}) {
+    EXPECT_FALSE(VAD_VTMStringEncoding::stringEncodingWithString(alphabet)) << alphabet;
+  }
+  EXPECT_TRUE(VAD_VTMStringEncoding::stringEncodingWithString(ascii));
+}
+
+TEST(StringEncoding, DecodesWhatIsCanonicalAndNothingElse) {
+  const std::string data = "\xfb\xff";
+  const auto webSafe = VAD_VTMStringEncoding::rfc4648Base64WebsafeStringEncoding();
+  EXPECT_EQ(webSafe->encode(data), "-_8=");
+  webSafe->setDoPad(false);
+  EXPECT_EQ(webSafe->encode(data), "-_8");
+  const struct {
+    const char* text;
+    std::optional<std::string> data;
+  } cases[] = {
+      {"-_8", data},
+      {"-_8=", data},
+      {"-_8==", data},
+      {"-=_8", std::nullopt},
+      {"-_9", std::nullopt},
+      {"+/8", std::nullopt},
+      {"", ""},
+      {"====", ""},
+      {"A", ""},
+      {"B", std::nullopt},
+      {"-_8 ", std::nullopt},
+      {"-_8\xc3\xa9", std::nullopt},
+  };
+  for (const auto& each : cases) EXPECT_EQ(webSafe->decode(each.text), each.data) << each.text;
+  EXPECT_FALSE(webSafe->decode(std::nullopt));
+  EXPECT_FALSE(webSafe->decode(std::string_view("-_8\0", 4)));
+}
+
+TEST(StringEncoding, CrockfordAndHexForgiveLettersThatLookAlike) {
+  const auto crockford = VAD_VTMStringEncoding::crockfordBase32StringEncoding();
+  EXPECT_EQ(crockford->decode("O1l0"), crockford->decode("0110"));
+  EXPECT_EQ(crockford->decode("oIiL"), crockford->decode("0111"));
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    const std::string upper(8, letter);
+    const std::string lower(8, static_cast<char>(letter + 32));
+    EXPECT_EQ(crockford->decode(upper), crockford->decode(lower)) << letter;
+    EXPECT_EQ(crockford->decode(upper).has_value(), letter != 'U') << letter;
+  }
+  const auto hex = VAD_VTMStringEncoding::hexStringEncoding();
+  EXPECT_EQ(hex->decode("fb"), "\xfb");
+  EXPECT_EQ(hex->decode("FB"), "\xfb");
+  EXPECT_FALSE(hex->decode("fg"));
+  EXPECT_EQ(VAD_VTMStringEncoding::binaryStringEncoding()->encode("\x05"), "00000101");
+}
+
+TEST(StringEncoding, SynonymsIgnoredAndPaddingCharactersTakeTheirPlaces) {
+  const auto encoding = VAD_VTMStringEncoding::initWithString("01");
+  encoding->addDecodeSynonyms("x0oO1I");
+  EXPECT_EQ(encoding->decode("oOoOoIoI"), "\x05");
+  EXPECT_FALSE(encoding->decode("x0000101")) << "nothing stands before it that it could mean";
+  encoding->addDecodeSynonyms("0\xc3\xa9z");
+  EXPECT_FALSE(encoding->decode("zzzzz1z1")) << "not ASCII, so nothing happens";
+
+  encoding->ignoreCharacters(" -");
+  EXPECT_EQ(encoding->decode("0000-01 01"), "\x05");
+  EXPECT_THROW(encoding->ignoreCharacters("_o"), std::logic_error);
+  EXPECT_EQ(encoding->decode("0000_0101"), "\x05") << "the one before the mapped one counts";
+
+  encoding->setPaddingChar('1');
+  EXPECT_EQ(encoding->decode("000000001 -"), std::string(1, '\0'));
+  EXPECT_FALSE(encoding->decode("10")) << "a digit after padding";
+}
+
+TEST(StringEncoding, TextsDecodeOnlyToUTF8) {
+  const auto hex = VAD_VTMStringEncoding::hexStringEncoding();
+  EXPECT_EQ(hex->stringByDecoding(hex->encodeString("\xc3\xa9")), "\xc3\xa9");
+  EXPECT_FALSE(hex->stringByDecoding("FF"));
+  EXPECT_FALSE(hex->stringByDecoding("0g"));
+}
+
+TEST(StringEncoding, DescribesItsAlphabet) {
+  EXPECT_EQ(VAD_VTMStringEncoding::hexStringEncoding()->description(),
+            "<Base16 StringEncoder: <30313233 34353637 38394142 43444546>>");
+}
+
+TEST(StringEncoding, TakesLongTextsOfAnyShape) {
+  const auto webSafe = VAD_VTMStringEncoding::rfc4648Base64WebsafeStringEncoding();
+  webSafe->ignoreCharacters("\n");
+  const std::string data = bytes(3'000'000);
+  std::string text = webSafe->encode(data);
+  EXPECT_EQ(webSafe->decode(text), data);
+  std::string broken;
+  for (std::size_t place = 0; place < text.size(); place += 7) {
+    broken += text.substr(place, 7) + "\n";
+  }
+  EXPECT_EQ(webSafe->decode(broken), data);
+  EXPECT_EQ(webSafe->decode(std::string(3'000'000, '\n')), "");
+}
+
+}  // namespace

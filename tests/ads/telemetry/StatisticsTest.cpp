@@ -1,0 +1,276 @@
+#include "ads/telemetry/VADStatistics.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "ads/signals/SealedSignals.h"
+#include "tests/support/FakeApplication.h"
+#include "tests/support/FakeUserDefaults.h"
+#include "tests/support/Fakes.h"
+#include "tests/support/Printing.h"
+
+namespace {
+
+using platform::Dictionary;
+using platform::URL;
+using platform::Value;
+using valdren::VADStatistics;
+using valdren::VADStatisticsCore;
+
+TEST(StatisticsCore, StoresOnlyValuesOfTheRightKind) {
+  quorbel_tests::FakeUserDefaults defaults;
+  VADStatisticsCore core("test");
+  core.setNumber(1.5, "n");
+  core.setNumber("text", "n");
+  core.setNumber(std::nullopt, "n");
+  core.setString("s", "s");
+  core.setString(1, "s");
+  core.setDate(platform::Date(5), "d");
+  core.setDate(5.0, "d");
+  core.setArray(platform::Array{1}, "a");
+  core.setArray(Dictionary{}, "a");
+  core.setDictionary(Dictionary{{"k", 1}}, "o");
+  core.setDictionary(platform::Array{}, "o");
+  EXPECT_EQ(core.numberForKey("n"), Value(1.5));
+  EXPECT_EQ(core.stringForKey("s"), Value("s"));
+  EXPECT_EQ(core.dateForKey("d"), Value(platform::Date(5)));
+  EXPECT_EQ(core.arrayForKey("a"), Value(platform::Array{1}));
+  EXPECT_EQ(core.numberForKey("s"), Value("s")) << "reading does not ask for the kind";
+  EXPECT_FALSE(core.numberForKey("absent"));
+  core.savePersistentStatistics();
+  EXPECT_EQ(*defaults.written().find("valdren_stats_test")->second.dictionary(),
+            (Dictionary{{"n", 1.5},
+                        {"s", "s"},
+                        {"d", platform::Date(5)},
+                        {"a", platform::Array{1}},
+                        {"o", Dictionary{{"k", 1}}}}));
+}
+
+TEST(StatisticsCore, AddsInThirtyTwoBits) {
+  quorbel_tests::FakeUserDefaults defaults;
+  VADStatisticsCore core("test");
+  EXPECT_EQ(core.addValue(3, "n"), 3);
+  EXPECT_EQ(core.addValue(-5, "n"), -2);
+  core.setNumber(2147483647, "n");
+  EXPECT_EQ(core.addValue(1, "n"), -2147483647 - 1);
+}
+
+TEST(StatisticsCore, LoadsWhatItSavedWhenItWent) {
+  quorbel_tests::FakeUserDefaults defaults;
+  { VADStatisticsCore("test").setNumber(7, "n"); }
+  EXPECT_EQ(VADStatisticsCore("test").numberForKey("n"), Value(7));
+  EXPECT_FALSE(VADStatisticsCore("other").numberForKey("n"));
+  defaults.setObject("valdren_stats_test", "no dictionary");
+  EXPECT_FALSE(VADStatisticsCore("test").numberForKey("n"));
+}
+
+class Statistics : public testing::Test {
+ protected:
+  quorbel_tests::FakeClock clock_;
+  quorbel_tests::FakeApplication application_;
+  quorbel_tests::FakeUserDefaults defaults_;
+  VADStatistics statistics_;
+
+  Dictionary parametersWithoutSession() {
+    Dictionary parameters = statistics_.parameters();
+    EXPECT_EQ(parameters.find("session_id")->integerValue(), statistics_.sessionId());
+    parameters.remove("session_id");
+    return parameters;
+  }
+  URL click(const char* url) { return statistics_.urlForClick(*URL::parse(url)); }
+};
+
+TEST_F(Statistics, TheSessionNumberFollowsItsFormula) {
+  const struct {
+    long random;
+    std::uint32_t session;
+  } cases[] = {{0, 0}, {1, 0}, {2, 2}, {3, 4}, {1073741824, 2147483646}, {2147483647, 4294967293}};
+  for (const auto& each : cases) {
+    EXPECT_EQ(VADStatistics::sessionIdFromRandom(each.random), each.session) << each.random;
+  }
+  srandom(static_cast<unsigned>(clock_.now().secondsSince2001()));
+  EXPECT_EQ(statistics_.sessionId(), VADStatistics::sessionIdFromRandom(random()));
+}
+
+TEST_F(Statistics, WithoutActivityOnlyTheSessionTravels) {
+  EXPECT_TRUE(parametersWithoutSession().empty());
+  EXPECT_EQ(statistics_.incrementAdRequestCount(), 1);
+  statistics_.startTimingNamed("ptime");
+  clock_.advance(2);
+  EXPECT_EQ(parametersWithoutSession(), (Dictionary{{"ptime", "2000"}, {"preqs", 1}}));
+}
+
+TEST_F(Statistics, CountersAndFlagsTravelOnce) {
+  statistics_.setAdRequestCount(41);
+  statistics_.incrementAdRequestCount();
+  for (int time = 0; time < 3; ++time) statistics_.incrementClickCount();
+  statistics_.incrementPageNavigationCount();
+  statistics_.incrementSSLPageNavigationCount();
+  statistics_.incrementSSLPageNavigationCount();
+  statistics_.setClickBackgroundedApp();
+  statistics_.setBreakOutToSafari();
+  statistics_.setAppOpenInterstitialTimeOut();
+  statistics_.setAppOpenInterstitialNoFill();
+  EXPECT_EQ(parametersWithoutSession(), (Dictionary{{"preqs", 42},
+                                                    {"pcc", 3},
+                                                    {"plpnc", 1},
+                                                    {"plpsnc", 2},
+                                                    {"pclb", 1},
+                                                    {"pcbo", 1},
+                                                    {"aoi_timedout", 1},
+                                                    {"aoi_nofill", 1}}));
+  EXPECT_EQ(parametersWithoutSession(), (Dictionary{{"preqs", 42}}));
+  statistics_.synchronize();
+  EXPECT_EQ(*defaults_.written().find("valdren_stats_shared")->second.dictionary(),
+            (Dictionary{{"preqs", 42}, {"pcc", 0}, {"plpnc", 0}, {"plpsnc", 0}}))
+      << "flags are removed, counters set to 0";
+}
+
+TEST_F(Statistics, ResetFlagsAndCountersDoNotTravel) {
+  statistics_.incrementClickCount();
+  statistics_.resetClickCount();
+  statistics_.incrementPageNavigationCount();
+  statistics_.resetPageNavigationCount();
+  statistics_.incrementSSLPageNavigationCount();
+  statistics_.resetSSLPageNavigationCount();
+  statistics_.setBreakOutToSafari();
+  statistics_.resetBreakOutToSafari();
+  statistics_.setClickBackgroundedApp();
+  statistics_.resetClickBackgroundedApp();
+  statistics_.setAppOpenInterstitialTimeOut();
+  statistics_.resetAppOpenInterstitialTimeOut();
+  statistics_.setAppOpenInterstitialNoFill();
+  statistics_.resetAppOpenInterstitialNoFill();
+  EXPECT_TRUE(parametersWithoutSession().empty());
+}
+
+TEST_F(Statistics, AClickIsTimedAndTravelsWithWhatItLedTo) {
+  statistics_.startTimingNamed("prl");
+  clock_.advance(0.25);
+  statistics_.endTimingNamed("prl");
+  statistics_.startTimingNamed("ppcl");
+  clock_.advance(4);
+  EXPECT_FALSE(statistics_.isTimingClick());
+  click("http://h/c?x=1");
+  EXPECT_TRUE(statistics_.isTimingClick());
+  statistics_.startTimingNamed("plpl");
+  clock_.advance(0.5);
+  statistics_.endTimingNamed("plpl");
+  statistics_.startTimingNamed("plpd");
+  clock_.advance(6);
+  statistics_.endTimingNamed("plpd");
+  statistics_.endTimingNamed("pcl");
+  EXPECT_FALSE(statistics_.isTimingClick());
+  clock_.advance(60);
+  EXPECT_EQ(parametersWithoutSession(), (Dictionary{{"prl", "250"},
+                                                    {"pcl", "6500"},
+                                                    {"ppcl", "4000"},
+                                                    {"pcrl", "0"},
+                                                    {"plpl", "500"},
+                                                    {"plpd", "6000"},
+                                                    {"pcc", 1}}));
+  EXPECT_TRUE(parametersWithoutSession().empty());
+}
+
+TEST_F(Statistics, APreClickLatencyWithoutAClickIsDropped) {
+  statistics_.startTimingNamed("ppcl");
+  clock_.advance(1);
+  statistics_.endTimingNamed("ppcl");
+  EXPECT_TRUE(parametersWithoutSession().empty());
+}
+
+TEST_F(Statistics, AClickThatLeftTheApplicationTakesUntilThisRequest) {
+  click("http://h/");
+  clock_.advance(0.25);
+  statistics_.endTimingNamed("pcl");
+  statistics_.setClickBackgroundedApp();
+  clock_.advance(90);
+  EXPECT_EQ(parametersWithoutSession(),
+            (Dictionary{{"pcl", 90250}, {"pcrl", "0"}, {"pclb", 1}, {"pcc", 1}}));
+
+  // The clock may be set back meanwhile.
+  click("http://h/");
+  statistics_.setClickBackgroundedApp();
+  clock_.setNow(clock_.now().secondsSince1970() - 2);
+  EXPECT_EQ(parametersWithoutSession().find("pcl")->integerValue(), 2000);
+
+  statistics_.setClickBackgroundedApp();
+  EXPECT_EQ(parametersWithoutSession(), (Dictionary{{"pclb", 1}})) << "there was no click";
+}
+
+TEST_F(Statistics, ClicksOnMessagesAndOnNothingAreNoClicks) {
+  for (const char* url : {"gmsg:///click", "vantic://launch", "about:blank"}) {
+    EXPECT_EQ(click(url).absoluteString(), url);
+  }
+  EXPECT_FALSE(statistics_.isTimingClick());
+  EXPECT_TRUE(parametersWithoutSession().empty());
+  EXPECT_EQ(click("http://h/c?AI=x").absoluteString(), "http://h/c?AI=x");
+  EXPECT_EQ(click("http://h/c?ai=").absoluteString(), "http://h/c?ai=");
+  EXPECT_EQ(parametersWithoutSession().find("pcc")->integerValue(), 2);
+}
+
+TEST_F(Statistics, AClickWithAnAdIdentifierCarriesSignals) {
+  const std::string prefix = "http://h/c?ai=a%2Db&z=1&cs=";
+  const std::string result = click("http://h/c?ai=a%2Db&z=1").absoluteString();
+  ASSERT_TRUE(result.starts_with(prefix)) << result;
+  const auto signals = valdren::openSignals(result.substr(prefix.size()));
+  ASSERT_TRUE(signals);
+  EXPECT_EQ(*signals->text("ai"), "a%2Db");
+  EXPECT_EQ(*parametersWithoutSession().text("pai"), "a%2Db");
+}
+
+TEST_F(Statistics, TheTicketOfAPingComesFromTheOwnHostsAlone) {
+  VADStatistics::setAdNetworkDomain("Ads.Example");
+  const auto ticketOf = [&](const char* url) {
+    click("http://h/");
+    statistics_.addClickTrackingURL(*URL::parse(url));
+    const Dictionary parameters = parametersWithoutSession();
+    const std::string* const ticket = parameters.text("pit");
+    return ticket ? *ticket : "(none)";
+  };
+  EXPECT_EQ(ticketOf("http://t.ads.example/pcs/ticket?q"), "/ticket");
+  EXPECT_EQ(ticketOf("http://ADS.example/abcd"), "d");
+  for (const char* other : {"http://ads.example/abc", "http://badads.example/abcdef",
+                            "http://ads.example.org/abcdef", "http:/abcdefgh"}) {
+    EXPECT_EQ(ticketOf(other), "(none)") << other;
+  }
+  statistics_.addClickTrackingURL(*URL::parse("http://ads.example/pcs/late"));
+  EXPECT_FALSE(parametersWithoutSession().contains("pit")) << "no click is known any more";
+  VADStatistics::setAdNetworkDomain("ads.valdren.example");
+}
+
+TEST_F(Statistics, WhatThousandsOfClicksLeaveIsOneClick) {
+  for (int time = 0; time < 5000; ++time) click("http://h/?ai=1");
+  statistics_.synchronize();
+  EXPECT_EQ(parametersWithoutSession().find("pcc")->integerValue(), 5000);
+  EXPECT_EQ(defaults_.written().find("valdren_timing_shared")->second.dictionary()->size(), 2u);
+}
+
+TEST(SharedStatistics, ComeBackWithTheirCountersAndAnotherSession) {
+  quorbel_tests::FakeClock clock;
+  quorbel_tests::FakeUserDefaults defaults;
+  VADStatistics::releaseSharedStatistics();
+  VADStatistics::sharedStatistics().incrementAdRequestCount();
+  VADStatistics::sharedStatistics().startTimingNamed("ptime");
+  const auto session = VADStatistics::sharedStatistics().sessionId();
+  clock.advance(10);
+  VADStatistics::releaseSharedStatistics();
+  EXPECT_EQ(VADStatistics::sharedStatistics().adRequestCount(), 1);
+  EXPECT_NE(VADStatistics::sharedStatistics().sessionId(), session);
+  EXPECT_TRUE(VADStatistics::sharedStatistics().timingNamed("ptime"));
+  VADStatistics::releaseSharedStatistics();
+}
+
+TEST(SharedStatisticsDeathTest, AreHarmlessWhileTheProcessEnds) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        VADStatistics::releaseSharedStatistics();
+        VADStatistics::sharedStatistics().incrementClickCount();
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
