@@ -85,8 +85,12 @@ class URLConnection {
   virtual void start() = 0;
 };
 
-/// Makes connections. Redirects: at most 20, then it fails. TLS certificates are verified. A body
-/// over 16 MiB, headers over 256 KiB, or 60 seconds without a byte fail it.
+/// Makes connections to "http" and "https" servers. Redirects (301, 302, 303, 307 and 308 with a
+/// "Location"): at most 20, then it fails; one to another scheme is announced to the delegate, then
+/// fails. TLS certificates are verified. A body over 16 MiB when decompressed, headers over 64 KiB,
+/// 60 seconds without a byte, or 10 minutes in all fail it. Cookies are kept in memory only; of
+/// headers only those of the request and what HTTP needs are sent. Of several headers with one name
+/// the values are joined by ", "; bytes in them that are not UTF-8 read U+FFFD.
 class URLLoading : public Shared<URLLoading> {
  public:
   static URLLoading& standard();

@@ -9,9 +9,10 @@ namespace {
 
 constexpr int kMostRedirects = 20;
 constexpr std::size_t kLongestBody = 16 * 1024 * 1024;
-constexpr std::size_t kLongestHead = 256 * 1024;
+constexpr std::size_t kLongestHead = 64 * 1024;
 constexpr double kSecondsWithoutByte = 60;
 constexpr double kLongestFetch = 600;
+constexpr int kAfterLibsoup = G_PRIORITY_DEFAULT + 1;
 
 bool isRedirect(int statusCode) {
   switch (statusCode) {
@@ -54,15 +55,16 @@ HTTPConnection::~HTTPConnection() {
 }
 
 void HTTPConnection::start() {
-  if (firstTurn_ || exchange_) return;
+  if (nextTurn_ || exchange_) return;
   end_ = RunLoop::shared().scheduleTimer(
       kLongestFetch, [this] { fail(problem(kURLErrorTimedOut, "The fetch took too long.")); });
   waitForNextByte();
-  firstTurn_ = g_idle_add_full(
+  nextTurn_ = g_idle_add_full(
       G_PRIORITY_DEFAULT,
       [](gpointer self) -> gboolean {
-        static_cast<HTTPConnection*>(self)->firstTurn_ = 0;
-        static_cast<HTTPConnection*>(self)->sendRequest(nullptr);
+        auto& connection = *static_cast<HTTPConnection*>(self);
+        connection.nextTurn_ = 0;
+        if (connection.announce(nullptr)) connection.send();
         return G_SOURCE_REMOVE;
       },
       this, nullptr);
@@ -76,11 +78,13 @@ bool HTTPConnection::tell(Call call) {
   return !lifetime.expired();
 }
 
-void HTTPConnection::sendRequest(const URLResponse* redirectResponse) {
+/// Tells where the next request goes; whether it is still wanted.
+bool HTTPConnection::announce(const URLResponse* redirectResponse) {
   const URLRequest request = request_;
-  if (!tell([&](auto& it) { it.connectionWillSendRequest(*this, request, redirectResponse); })) {
-    return;
-  }
+  return tell([&](auto& it) { it.connectionWillSendRequest(*this, request, redirectResponse); });
+}
+
+void HTTPConnection::send() {
   exchange_ = HTTPExchange::make(*this, request_);
   if (!exchange_) return fail(problem(kURLErrorUnsupportedURL, "The URL cannot be fetched."));
   waitForNextByte();
@@ -95,8 +99,17 @@ void HTTPConnection::followRedirect(HTTPResponseHead head) {
   if (!target) return fail(problem(kURLErrorBadURL, "The redirect leads to no URL."));
   const URLResponse redirect{request_.url, head.statusCode, std::move(head.headers)};
   request_.url = *target;
+  if (!announce(&redirect)) return;
   exchange_.reset();
-  sendRequest(&redirect);
+  // libsoup takes a turn to find that the connection is free for the next request.
+  nextTurn_ = g_idle_add_full(
+      kAfterLibsoup,
+      [](gpointer self) -> gboolean {
+        static_cast<HTTPConnection*>(self)->nextTurn_ = 0;
+        static_cast<HTTPConnection*>(self)->send();
+        return G_SOURCE_REMOVE;
+      },
+      this, nullptr);
 }
 
 void HTTPConnection::waitForNextByte() {
@@ -111,7 +124,7 @@ void HTTPConnection::fail(const Error& error) {
 }
 
 void HTTPConnection::stop() {
-  if (firstTurn_) g_source_remove(std::exchange(firstTurn_, 0));
+  if (nextTurn_) g_source_remove(std::exchange(nextTurn_, 0));
   exchange_.reset();
   patience_.reset();
   end_.reset();

@@ -19,7 +19,8 @@ class HTTPConnection final : public URLConnection, public Trackable, private HTT
   void start() override;
 
  private:
-  void sendRequest(const URLResponse* redirectResponse);
+  bool announce(const URLResponse* redirectResponse);
+  void send();
   void followRedirect(HTTPResponseHead head);
   void waitForNextByte();
   void fail(const Error& error);
@@ -37,7 +38,7 @@ class HTTPConnection final : public URLConnection, public Trackable, private HTT
   std::unique_ptr<HTTPExchange> exchange_;
   std::unique_ptr<Timer> patience_;
   std::unique_ptr<Timer> end_;
-  unsigned firstTurn_ = 0;
+  unsigned nextTurn_ = 0;
   int redirects_ = 0;
   std::size_t received_ = 0;
 };

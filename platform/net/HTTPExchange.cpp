@@ -67,22 +67,6 @@ GObjectPtr<SoupMessage> messageFor(const URLRequest& request) {
   return message;
 }
 
-/// Header values are bytes; what is not UTF-8 is taken for Latin-1, as HTTP once said.
-std::string textOfHeader(std::string_view value) {
-  if (isUTF8(value)) return std::string(value);
-  std::string text;
-  for (const char character : value) {
-    const auto code = static_cast<unsigned char>(character);
-    if (code < 0x80) {
-      text += character;
-    } else {
-      text += static_cast<char>(0xC0 | code >> 6);
-      text += static_cast<char>(0x80 | (code & 0x3F));
-    }
-  }
-  return text;
-}
-
 HTTPResponseHead headOf(SoupMessage* message) {
   HTTPResponseHead head;
   head.statusCode = static_cast<int>(soup_message_get_status(message));
@@ -94,9 +78,9 @@ HTTPResponseHead headOf(SoupMessage* message) {
     const std::string_view bytes(value);
     head.headerSize += std::string_view(name).size() + bytes.size();
     if (head.location.empty() && g_ascii_strcasecmp(name, "Location") == 0) head.location = bytes;
-    const auto [header, isFirst] = head.headers.try_emplace(textOfHeader(name));
+    const auto [header, isFirst] = head.headers.try_emplace(repairedUTF8(name));
     if (!isFirst) header->second += ", ";
-    header->second += textOfHeader(bytes);
+    header->second += repairedUTF8(bytes);
   }
   return head;
 }
@@ -132,10 +116,12 @@ struct HTTPExchange::Operation : std::enable_shared_from_this<Operation> {
   std::array<char, kPiece> piece;
   gssize drainLeft = kLongestDrain;
   guint drainTimer = 0;
+  int interimLeft = 20;
   bool isSending = false;
   bool isReading = false;
 
   ~Operation() {
+    g_signal_handlers_disconnect_by_data(message.get(), this);
     if (drainTimer) g_source_remove(drainTimer);
   }
 
@@ -149,6 +135,7 @@ struct HTTPExchange::Operation : std::enable_shared_from_this<Operation> {
 
   void send() {
     isSending = true;
+    g_signal_connect(message.get(), "got-informational", G_CALLBACK(interimReceived), this);
     soup_session_send_async(sharedHTTPSession(), message.get(), G_PRIORITY_DEFAULT,
                             cancellable.get(), sent, handOver());
   }
@@ -195,6 +182,12 @@ struct HTTPExchange::Operation : std::enable_shared_from_this<Operation> {
     operation.drainTimer = 0;
     g_cancellable_cancel(operation.cancellable.get());
     return G_SOURCE_REMOVE;
+  }
+
+  /// A server that goes on to promise an answer would be listened to for ever.
+  static void interimReceived(SoupMessage*, gpointer self) {
+    auto& operation = *static_cast<Operation*>(self);
+    if (--operation.interimLeft < 0) g_cancellable_cancel(operation.cancellable.get());
   }
 
   static void sent(GObject* session, GAsyncResult* result, gpointer handed) {

@@ -13,7 +13,7 @@ namespace platform {
 struct HTTPResponseHead {
   int statusCode = 0;
   Headers headers = {};
-  /// The first "Location", byte by byte as the server sent it; empty when there is none.
+  /// The first "Location"; empty when there is none.
   std::string location = {};
   /// Of all names and values.
   std::size_t headerSize = 0;

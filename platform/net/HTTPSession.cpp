@@ -9,27 +9,31 @@ constexpr int kSecondsWithoutByte = 60;
 constexpr int kSecondsKeptOpen = 60;
 constexpr int kMostCookies = 500;
 
-void addCookieJar(SoupSession* session);
-
-gboolean startOverWithCookies(gpointer session) {
-  soup_session_remove_feature_by_type(SOUP_SESSION(session), SOUP_TYPE_COOKIE_JAR);
-  addCookieJar(SOUP_SESSION(session));
+gboolean forgetCookies(gpointer object) {
+  auto* const jar = static_cast<SoupCookieJar*>(object);
+  GSList* const cookies = soup_cookie_jar_all_cookies(jar);
+  for (GSList* each = cookies; each; each = each->next) {
+    soup_cookie_jar_delete_cookie(jar, static_cast<SoupCookie*>(each->data));
+  }
+  g_slist_free_full(cookies,
+                    [](gpointer cookie) { soup_cookie_free(static_cast<SoupCookie*>(cookie)); });
   return G_SOURCE_REMOVE;
 }
 
 /// Servers can set cookies without end; one that goes too far makes all be forgotten.
-void countCookies(SoupCookieJar* jar, SoupCookie* former, SoupCookie* present, gpointer session) {
+void countCookies(SoupCookieJar* jar, SoupCookie* former, SoupCookie* present, gpointer counter) {
+  int& count = *static_cast<int*>(counter);
   const int change = (present ? 1 : 0) - (former ? 1 : 0);
-  const int count = GPOINTER_TO_INT(g_object_get_data(G_OBJECT(jar), "count")) + change;
-  g_object_set_data(G_OBJECT(jar), "count", GINT_TO_POINTER(count));
+  count += change;
   if (count == kMostCookies && change > 0) {
-    g_idle_add_full(G_PRIORITY_HIGH, startOverWithCookies, session, nullptr);
+    g_idle_add_full(G_PRIORITY_HIGH, forgetCookies, jar, nullptr);
   }
 }
 
 void addCookieJar(SoupSession* session) {
+  static int count = 0;
   SoupCookieJar* const jar = soup_cookie_jar_new();
-  g_signal_connect(jar, "changed", G_CALLBACK(countCookies), session);
+  g_signal_connect(jar, "changed", G_CALLBACK(countCookies), &count);
   soup_session_add_feature(session, SOUP_SESSION_FEATURE(jar));
   g_object_unref(jar);
 }

@@ -1,22 +1,21 @@
 #include "platform/net/Location.h"
 
-#include <boost/url/parse.hpp>
-#include <boost/url/url.hpp>
+#include <glib.h>
+
+#include <memory>
 
 #include "platform/Text.h"
 
 namespace platform {
 
 std::optional<URL> resolvedLocation(std::string_view location, const URL& base) {
-  namespace urls = boost::urls;
   const auto written = URL::fromPage(trimmed(location));
   if (!written || !written->scheme().empty()) return written;
-  const auto baseView = urls::parse_uri(base.absoluteString());
-  const auto reference = urls::parse_uri_reference(written->absoluteString());
-  urls::url target;
-  if (!baseView || !reference || !urls::resolve(*baseView, *reference, target)) return std::nullopt;
-  const auto text = target.buffer();
-  return URL::parse({text.data(), text.size()});
+  const std::unique_ptr<char, decltype(&g_free)> resolved(
+      g_uri_resolve_relative(base.absoluteString().c_str(), written->absoluteString().c_str(),
+                             G_URI_FLAGS_ENCODED, nullptr),
+      g_free);
+  return resolved ? URL::parse(resolved.get()) : std::nullopt;
 }
 
 }  // namespace platform

