@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "app/AdNetwork.h"
 #include "app/Options.h"
 #include "app/StateFolder.h"
 #include "app/Tour.h"
@@ -56,13 +57,17 @@ int runTour(platform::ApplicationDescription description, const std::string& fol
 }
 
 int run(const Options& options) {
-  const platform::ApplicationDescription description = describe(options);
+  std::unique_ptr<AdNetwork> network;
+  platform::ApplicationDescription description = describe(options);
+  description.starting = [&] {
+    prepareSounds();
+    network = std::make_unique<AdNetwork>(options);
+  };
   platform::Bundle::main().setIdentifier(description.identifier);
   if (const auto problem = checkStateFolder()) {
     std::fprintf(stderr, "quorbel: %s.\n", problem->c_str());
     return 1;
   }
-  prepareSounds();
   if (options.command == Command::Tour) return runTour(description, options.tourFolder);
   return platform::applicationMain(description);
 }

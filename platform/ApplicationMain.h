@@ -40,6 +40,8 @@ struct ApplicationDescription {
   std::string version;
   /// Where "phone.ui", "tablet.ui", "style.css" and icons lie in the program's resources.
   std::string resourceBase;
+  /// Called first of all, in the instance that is going to show a window; may be empty.
+  std::function<void()> starting;
   /// Makes the delegate.
   std::function<std::unique_ptr<ApplicationDelegate>()> makeDelegate;
   /// Makes a screen by the class name that a main interface file gives as an object's id.
@@ -60,7 +62,8 @@ struct ApplicationDescription {
 /// standard error says which).
 int applicationMain(const ApplicationDescription& description);
 
-/// Ends the running application in order, with this exit status.
+/// Ends the running application in order, with this exit status, once its background tasks are
+/// done. Called again, it ends without waiting for them.
 void terminateApplication(int status = 0);
 
 /// Whether there is a display to open a window on.

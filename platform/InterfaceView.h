@@ -36,7 +36,7 @@ class InterfaceView : public View {
   bool isSelected(std::string_view control) const;
   /// Where the control is, in this view's coordinates; empty when it is not laid out.
   Rect frameOfControl(std::string_view control) const;
-  /// What the control says, and what its tooltip says.
+  /// What the control says (its label, or the first label inside it), and what its tooltip says.
   std::string titleOfControl(std::string_view control) const;
   std::string tooltipOfControl(std::string_view control) const;
 

@@ -22,7 +22,10 @@ const std::shared_ptr<View>& ViewController::view() {
 
 void ViewController::loadView() {
   if (interfaceName_.empty()) return;
-  view_ = InterfaceView::load(interfaceName_, interfaceObject_, initialFrame_, actions_);
+  // The view may outlive this screen.
+  InterfaceView::Actions actions;
+  for (const auto& [name, action] : actions_) actions[name] = whileAlive(*this, action);
+  view_ = InterfaceView::load(interfaceName_, interfaceObject_, initialFrame_, actions);
 }
 
 void ViewController::setInterface(std::string name, std::string object) {
@@ -51,7 +54,7 @@ InterfaceOrientation ViewController::interfaceOrientation() const {
 
 void ViewController::presentModalViewController(std::shared_ptr<ViewController> controller,
                                                 bool animated) {
-  if (!controller || controller->presenting_ || modal_ || !window_) return;
+  if (!controller || controller.get() == this || controller->window_ || modal_ || !window_) return;
   window_->present(*this, std::move(controller), animated);
 }
 

@@ -24,15 +24,12 @@ double easedOut(double progress) {
 /// The outermost view: the screens are its subviews, the topmost screen last.
 class Window::Stage final : public View {
  public:
-  Stage(Window& window, const Rect& frame) : View(frame), window_(window) {
-    setClipsToBounds(true);
-  }
+  Stage() { setClipsToBounds(true); }
 
  protected:
-  void layoutSubviews() override { window_.orientationMayHaveChanged(); }
-
- private:
-  Window& window_;
+  void layoutSubviews() override {
+    if (window()) window()->orientationMayHaveChanged();
+  }
 };
 
 /// One screen on its way in or out over another.
@@ -43,7 +40,7 @@ struct Window::Transition {
   bool animated;
 };
 
-Window::Window(Size size) : stage_(std::make_shared<Stage>(*this, Rect{})) {
+Window::Window(Size size) : stage_(std::make_shared<Stage>()) {
   native_ = std::make_unique<NativeWindow>(size, *stage_);
   stage_->owner_ = this;
   stage_->setFrame({0, 0, size.width, size.height - native_->statusBarHeight()});
@@ -68,10 +65,33 @@ Window* Window::keyWindow() {
   return theKeyWindow.get();
 }
 
+/// Runs a change of the screens. Hooks of the screens run in the midst of it, and what they ask for
+/// waits until it is done, so that every screen gets its hooks whole and in order.
+void Window::change(std::function<void()> change) {
+  waiting_.push_back(std::move(change));
+  if (changing_) return;
+  const std::shared_ptr<Window> keptAlive = weak_from_this().lock();
+  changing_ = true;
+  while (!waiting_.empty()) {
+    const std::function<void()> next = std::move(waiting_.front());
+    waiting_.pop_front();
+    next();
+  }
+  changing_ = false;
+}
+
 void Window::setRootViewController(std::shared_ptr<ViewController> controller) {
-  finishTransition();
+  change([this, controller = std::move(controller)] { replaceRoot(controller); });
+}
+
+void Window::replaceRoot(std::shared_ptr<ViewController> controller) {
+  endTransition();
   if (root_) {
-    if (root_->modal_) dismiss(*root_, false);
+    if (root_->modal_) {
+      dismiss(*root_, false);
+      change([this, controller = std::move(controller)] { replaceRoot(controller); });
+      return;
+    }
     if (visible_) root_->viewWillDisappear(false);
     if (root_->isViewLoaded()) root_->view()->removeFromSuperview();
     if (visible_) root_->viewDidDisappear(false);
@@ -97,9 +117,11 @@ void Window::makeKeyAndVisible() {
   makeKey();
   const bool first = !visible_;
   visible_ = true;
-  if (first && root_) root_->viewWillAppear(false);
-  native_->show();
-  if (first && root_) root_->viewDidAppear(false);
+  change([this, first] {
+    if (first && root_) root_->viewWillAppear(false);
+    native_->show();
+    if (first && root_) root_->viewDidAppear(false);
+  });
 }
 
 ViewController* Window::topViewController() const {
@@ -108,53 +130,75 @@ ViewController* Window::topViewController() const {
   return top;
 }
 
+// The links between the screens change at once, so that whoever asked sees the new order; what is
+// on the screen follows when its turn comes.
+
 void Window::present(ViewController& presenter, std::shared_ptr<ViewController> controller,
                      bool animated) {
-  const std::shared_ptr<ViewController> underneath = presenter.shared_from_this();
-  finishTransition();
-  // What the finished transition called may have presented a screen, or this was its end.
-  if (presenter.modal_ || presenter.window_.get() != this) return;
   if (shownForModalsOnly_ && !visible_) makeKeyAndVisible();
   presenter.modal_ = controller;
   controller->presenting_ = &presenter;
   controller->window_ = this;
+  change([this, controller = std::move(controller), over = presenter.shared_from_this(), animated] {
+    // It may have been dismissed before its turn came.
+    if (over->modal_ == controller) show(controller, over, animated);
+  });
+}
+
+void Window::show(const std::shared_ptr<ViewController>& controller,
+                  const std::shared_ptr<ViewController>& over, bool animated) {
+  endTransition();
   controller->setInitialFrame(stage_->bounds());
   const std::shared_ptr<View> view = controller->view();
   view->setAutoresizingMask(kFlexibleWidth | kFlexibleHeight);
   view->setFrame(stage_->bounds());
-  turnFor(*controller);
-  presenter.viewWillDisappear(animated);
+  turnFor(controller);
+  over->viewWillDisappear(animated);
   controller->viewWillAppear(animated);
   stage_->addSubview(view);
-  run(std::make_unique<Transition>(Transition{true, std::move(controller), underneath, animated}),
-      animated);
+  run({true, controller, over, animated});
 }
 
 void Window::dismiss(ViewController& presenter, bool animated) {
-  finishTransition();
-  if (!presenter.modal_) return;
-  const std::shared_ptr<ViewController> underneath = presenter.shared_from_this();
-  std::shared_ptr<ViewController> top = presenter.modal_;
-  // Screens between the presenter and the top one are covered; they go without a word.
-  while (top->modal_) {
-    top->view()->removeFromSuperview();
-    top->window_ = nullptr;
-    std::shared_ptr<ViewController> next = std::move(top->modal_);
-    top = std::move(next);
+  const std::shared_ptr<ViewController> over = presenter.shared_from_this();
+  std::vector<std::shared_ptr<ViewController>> leaving;
+  for (ViewController* screen = over.get(); screen->modal_; screen = leaving.back().get()) {
+    leaving.push_back(std::move(screen->modal_));
   }
-  presenter.modal_.reset();
-  top->viewWillDisappear(animated);
-  presenter.viewWillAppear(animated);
-  presenter.view()->native().setCovered(false);
-  run(std::make_unique<Transition>(Transition{false, top, underneath, animated}), animated);
+  change([this, over, leaving, animated] {
+    endTransition();
+    // The topmost that is on the stage goes visibly. Those between are covered and those after were
+    // never shown; they go without a word.
+    std::shared_ptr<ViewController> top;
+    for (const auto& screen : leaving) {
+      if (isOnStage(*screen)) top = screen;
+    }
+    for (const auto& screen : leaving) {
+      if (screen == top) continue;
+      if (isOnStage(*screen)) screen->view()->removeFromSuperview();
+      screen->presenting_ = nullptr;
+      screen->window_ = nullptr;
+    }
+    if (top) hide(top, over, animated);
+  });
 }
 
-void Window::run(std::unique_ptr<Transition> transition, bool animated) {
-  // A hook of the screens may have begun, or needs, another transition: that one waits its turn.
-  finishTransition();
-  transition_ = std::move(transition);
-  if (!animated || shownForModalsOnly_) {
-    finishTransition();
+bool Window::isOnStage(ViewController& screen) const {
+  return screen.isViewLoaded() && screen.view()->superview() == stage_.get();
+}
+
+void Window::hide(const std::shared_ptr<ViewController>& controller,
+                  const std::shared_ptr<ViewController>& over, bool animated) {
+  controller->viewWillDisappear(animated);
+  over->viewWillAppear(animated);
+  over->view()->native().setCovered(false);
+  run({false, controller, over, animated});
+}
+
+void Window::run(Transition transition) {
+  transition_ = std::make_shared<Transition>(std::move(transition));
+  if (!transition_->animated || shownForModalsOnly_) {
+    endTransition();
     return;
   }
   place(*transition_, 0);
@@ -166,9 +210,14 @@ void Window::run(std::unique_ptr<Transition> transition, bool animated) {
       finishTransition();
     }
   });
+  // A window that is not drawn has no frames to animate with.
+  RunLoop::shared().performAfterDelay(*this, 4 * kTransitionSeconds,
+                                      [this, begun = std::weak_ptr(transition_)] {
+                                        if (!begun.expired()) finishTransition();
+                                      });
 }
 
-void Window::place(Transition& transition, double progress) {
+void Window::place(const Transition& transition, double progress) {
   const Rect bounds = stage_->bounds();
   const double shown = transition.appearing ? progress : 1 - progress;
   transition.moving->view()->setFrame(
@@ -176,10 +225,13 @@ void Window::place(Transition& transition, double progress) {
 }
 
 void Window::finishTransition() {
+  if (transition_) change([this] { endTransition(); });
+}
+
+void Window::endTransition() {
   if (!transition_) return;
-  const std::unique_ptr<Transition> done = std::move(transition_);
+  const std::shared_ptr<Transition> done = std::move(transition_);
   native_->stopAnimation();
-  const std::shared_ptr<Window> keptAlive = weak_from_this().lock();
   place(*done, 1);
   if (done->appearing) {
     done->underneath->view()->native().setCovered(true);
@@ -189,7 +241,7 @@ void Window::finishTransition() {
     return;
   }
   done->moving->view()->removeFromSuperview();
-  if (turnedFor_ == done->moving.get()) turnBack();
+  turnBack();
   done->underneath->view()->native().focus();
   done->moving->viewDidDisappear(done->animated);
   done->moving->presenting_ = nullptr;
@@ -203,17 +255,34 @@ void Window::hide() {
   native_->hide();
 }
 
-void Window::turnFor(ViewController& controller) {
-  if (turnedFor_ || controller.shouldAutorotateToInterfaceOrientation(orientation())) return;
-  turnedFor_ = &controller;
-  const Size before = size();
-  resize({before.height, before.width});
+void Window::turnFor(const std::shared_ptr<ViewController>& controller) {
+  if (!turnedFor_.expired()) return;
+  if (controller->shouldAutorotateToInterfaceOrientation(orientation())) return;
+  turnedFor_ = controller;
+  sizeBeforeTurn_ = size();
+  resize({sizeBeforeTurn_.height, sizeBeforeTurn_.width});
 }
 
+/// Once the screen that the window was turned for is gone. A window that somebody has turned back,
+/// or that would not be turned, stays as it is.
 void Window::turnBack() {
-  turnedFor_ = nullptr;
-  const Size before = size();
-  resize({before.height, before.width});
+  if (sizeBeforeTurn_ == Size{}) return;
+  const std::shared_ptr<ViewController> turned = turnedFor_.lock();
+  for (const ViewController* screen = root_.get(); screen; screen = screen->modal_.get()) {
+    if (screen == turned.get()) return;
+  }
+  const bool wasWide = sizeBeforeTurn_.width > sizeBeforeTurn_.height;
+  if (wasWide != isLandscape(orientation())) resize(sizeBeforeTurn_);
+  turnedFor_.reset();
+  sizeBeforeTurn_ = {};
+}
+
+void Window::didReceiveMemoryWarning() {
+  std::vector<std::shared_ptr<ViewController>> screens;
+  for (std::shared_ptr<ViewController> screen = root_; screen; screen = screen->modal_) {
+    screens.push_back(screen);
+  }
+  for (const auto& screen : screens) screen->didReceiveMemoryWarning();
 }
 
 void Window::orientationMayHaveChanged() {
@@ -221,11 +290,12 @@ void Window::orientationMayHaveChanged() {
   const InterfaceOrientation now = orientation();
   if (now == before) return;
   lastOrientation_ = now;
-  ViewController* top = topViewController();
+  ViewController* const top = topViewController();
   if (before == InterfaceOrientation::Unknown || !top) return;
-  // After the layout that is going on, so that the screen may change its views.
+  // After the layout that is going on, so that the screen may change its views. The call dies with
+  // the screen.
   RunLoop::shared().performAfterDelay(*top, 0, [top, now, before] {
-    if (top->shouldAutorotateToInterfaceOrientation(now)) {
+    if (top->window() && top->shouldAutorotateToInterfaceOrientation(now)) {
       top->didRotateFromInterfaceOrientation(before);
     }
   });

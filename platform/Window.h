@@ -1,6 +1,7 @@
 // The application's window: a status bar, one root screen, and the screens presented over it.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -41,6 +42,9 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   /// The screen on top: the root, or the last one presented; null without a root.
   ViewController* topViewController() const;
 
+  /// Tells every screen that memory runs low.
+  void didReceiveMemoryWarning();
+
   void setTitle(const std::string& title);
   /// The part that screens fill, without the status bar.
   Rect contentBounds() const;
@@ -70,9 +74,17 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   void present(ViewController& presenter, std::shared_ptr<ViewController> controller,
                bool animated);
   void dismiss(ViewController& presenter, bool animated);
-  void run(std::unique_ptr<Transition> transition, bool animated);
-  void place(Transition& transition, double progress);
-  void turnFor(ViewController& controller);
+  void change(std::function<void()> change);
+  void replaceRoot(std::shared_ptr<ViewController> controller);
+  void show(const std::shared_ptr<ViewController>& controller,
+            const std::shared_ptr<ViewController>& over, bool animated);
+  void hide(const std::shared_ptr<ViewController>& controller,
+            const std::shared_ptr<ViewController>& over, bool animated);
+  bool isOnStage(ViewController& screen) const;
+  void run(Transition transition);
+  void endTransition();
+  void place(const Transition& transition, double progress);
+  void turnFor(const std::shared_ptr<ViewController>& controller);
   void turnBack();
   void hide();
   void orientationMayHaveChanged();
@@ -80,9 +92,14 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   std::unique_ptr<NativeWindow> native_;
   std::shared_ptr<Stage> stage_;
   std::shared_ptr<ViewController> root_;
-  std::unique_ptr<Transition> transition_;
+  std::shared_ptr<Transition> transition_;
+  /// What hooks of the screens asked for while another change was going on.
+  std::deque<std::function<void()>> waiting_;
+  bool changing_ = false;
   InterfaceOrientation lastOrientation_ = InterfaceOrientation::Unknown;
-  const ViewController* turnedFor_ = nullptr;
+  /// The presented screen that the window was turned for, and its size before.
+  std::weak_ptr<ViewController> turnedFor_;
+  Size sizeBeforeTurn_;
   bool visible_ = false;
   bool shownForModalsOnly_ = false;
 };

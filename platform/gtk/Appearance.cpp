@@ -2,9 +2,14 @@
 
 #include <gdkmm/display.h>
 #include <giomm/dbusproxy.h>
+#include <giomm/resource.h>
 #include <gtkmm/cssprovider.h>
 #include <gtkmm/settings.h>
 #include <gtkmm/stylecontext.h>
+#include <gtkmm/window.h>
+
+#include <cstdlib>
+#include <string_view>
 
 namespace platform {
 namespace {
@@ -13,6 +18,7 @@ constexpr const char* kPortal = "org.freedesktop.portal.Desktop";
 constexpr const char* kPortalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* kSettings = "org.freedesktop.portal.Settings";
 constexpr const char* kAppearance = "org.freedesktop.appearance";
+constexpr const char* kHighContrast = "Default-hc";
 
 /// The portal wraps values in one or two variants, by its version.
 guint32 numberIn(Glib::VariantBase value) {
@@ -26,7 +32,26 @@ guint32 numberIn(Glib::VariantBase value) {
 void apply(const Glib::ustring& key, guint32 value) {
   const auto settings = Gtk::Settings::get_default();
   if (key == "color-scheme") settings->property_gtk_application_prefer_dark_theme() = value == 1;
-  if (key == "contrast" && value == 1) settings->property_gtk_theme_name() = "Default-hc";
+  if (key == "contrast" && value == 1) settings->property_gtk_theme_name() = kHighContrast;
+  if (key == "contrast" && value == 0 && settings->property_gtk_theme_name() == kHighContrast) {
+    settings->reset_property("gtk-theme-name");
+  }
+}
+
+bool isHighContrast() {
+  const char* const forced = std::getenv("GTK_THEME");
+  const std::string theme =
+      forced ? forced : Gtk::Settings::get_default()->property_gtk_theme_name().get_value().raw();
+  return theme.starts_with("HighContrast") || theme.find("-hc") != std::string::npos ||
+         theme.find(":hc") != std::string::npos;
+}
+
+void loadStyleSheet(const std::string& resource) {
+  if (!Gio::Resource::get_file_exists_global_nothrow(resource)) return;
+  const auto sheet = Gtk::CssProvider::create();
+  sheet->load_from_resource(resource);
+  Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), sheet,
+                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
 
 /// Asked without waiting: a desktop without a portal must not delay the window.
@@ -83,9 +108,23 @@ class Portal {
 
 }  // namespace
 
-void followAppearance() {
+void followAppearance(const std::string& resourceBase) {
+  loadStyleSheet(resourceBase + "/style.css");
   static Portal portal;
   portal.connect();
+}
+
+void markHighContrast(Gtk::Window& window) {
+  const auto mark = [&window] {
+    if (isHighContrast()) {
+      window.add_css_class("high-contrast");
+    } else {
+      window.remove_css_class("high-contrast");
+    }
+  };
+  mark();
+  Gtk::Settings::get_default()->property_gtk_theme_name().signal_changed().connect(
+      sigc::track_object(mark, window));
 }
 
 }  // namespace platform

@@ -5,6 +5,7 @@
 #include <gtkmm/application.h>
 #include <gtkmm/builder.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 
@@ -15,6 +16,8 @@
 #include "platform/RunLoop.h"
 #include "platform/gtk/Appearance.h"
 #include "platform/gtk/LinuxApplication.h"
+#include "platform/gtk/MemoryWarnings.h"
+#include "platform/gtk/Monitor.h"
 #include "platform/gtk/NativeWindow.h"
 #include "platform/gtk/WindowState.h"
 
@@ -35,11 +38,20 @@ class Runner : public Trackable {
         description.alone ? Gio::Application::Flags::NON_UNIQUE : Gio::Application::Flags::NONE;
     application_ = Gtk::Application::create(description.identifier, flags);
     application_->set_resource_base_path(description.resourceBase);
+    application_->property_register_session() = true;
     application_->signal_activate().connect([this] { activate(); });
+    // The session may end the application without asking.
+    application_->signal_shutdown().connect([this] { tellOfTheEnd(); });
     theRunner = this;
   }
 
-  ~Runner() { theRunner = nullptr; }
+  ~Runner() {
+    invalidateWeakReferences();
+    theRunner = nullptr;
+    release();
+  }
+  Runner(const Runner&) = delete;
+  Runner& operator=(const Runner&) = delete;
 
   int run() {
     const int status = application_->run();
@@ -47,38 +59,42 @@ class Runner : public Trackable {
   }
 
   void terminate(int status) {
-    if (terminating_) return;
+    if (terminating_) {
+      application_->quit();
+      return;
+    }
     terminating_ = true;
     status_ = status;
-    auto& system = LinuxApplication::instance();
     if (window_) window_->native().window().set_visible(false);
-    system.enterBackground();
-    tell(&ApplicationDelegate::applicationWillTerminate);
-    NotificationCenter::defaultCenter().postNotificationName(kApplicationWillTerminate,
-                                                             &Application::shared());
+    tellOfTheEnd();
     // What is under way in the background gets the time that it was granted.
-    system.setIdleHandler([this] { quit(); });
-    if (system.backgroundTaskCount() == 0) quit();
+    auto& system = LinuxApplication::instance();
+    system.setIdleHandler([this] { application_->quit(); });
+    if (system.backgroundTaskCount() == 0) application_->quit();
   }
 
  private:
   void activate() {
+    if (terminating_) return;
     if (window_) {
       window_->makeKeyAndVisible();
       return;
     }
     if (!launch()) {
       status_ = 1;
+      application_->quit();
       return;
     }
+    watchMemory();
     if (description_.started) RunLoop::shared().performAfterDelay(*this, 0, description_.started);
   }
 
   bool launch() {
+    if (description_.starting) description_.starting();
     const InterfaceIdiom idiom = description_.idiom.value_or(
         Device::shared().userInterfaceIdiom().value_or(InterfaceIdiom::Phone));
     InterfaceView::setResourceBase(description_.resourceBase);
-    followAppearance();
+    followAppearance(description_.resourceBase);
     const std::string file = idiom == InterfaceIdiom::Tablet ? "tablet" : "phone";
     std::shared_ptr<ViewController> screen = screenOf(file);
     if (!screen) return false;
@@ -90,7 +106,6 @@ class Runner : public Trackable {
     if (!delegate_->applicationDidFinishLaunching()) return false;
     NotificationCenter::defaultCenter().postNotificationName(kApplicationDidFinishLaunching,
                                                              &Application::shared());
-    application_->add_window(window_->native().window());
     return true;
   }
 
@@ -123,9 +138,15 @@ class Runner : public Trackable {
     if (description_.landscape && *description_.landscape != (size.width > size.height)) {
       size = {size.height, size.width};
     }
+    if (const auto monitor = primaryMonitor()) {
+      size.width = std::min(size.width, monitor->size.width);
+      size.height = std::min(size.height, monitor->size.height);
+    }
     window_ = std::make_shared<Window>(size);
     window_->setTitle(description_.name);
     Gtk::Window& window = window_->native().window();
+    application_->add_window(window);
+    markHighContrast(window);
     window.signal_close_request().connect(
         [this] {
           terminate(0);
@@ -160,30 +181,69 @@ class Runner : public Trackable {
     if (delegate_) (delegate_.get()->*hook)();
   }
 
-  void quit() {
+  void tellOfTheEnd() {
+    if (toldOfTheEnd_ || !delegate_) return;
+    toldOfTheEnd_ = true;
+    LinuxApplication::instance().enterBackground();
+    tell(&ApplicationDelegate::applicationWillTerminate);
+    NotificationCenter::defaultCenter().postNotificationName(kApplicationWillTerminate,
+                                                             &Application::shared());
+  }
+
+  /// Hands the system's notices of memory running low on to delegate, observers and screens.
+  void watchMemory() {
+    memory_ = std::make_unique<MemoryWarnings>([this] {
+      tell(&ApplicationDelegate::applicationDidReceiveMemoryWarning);
+      NotificationCenter::defaultCenter().postNotificationName(kApplicationDidReceiveMemoryWarning,
+                                                               &Application::shared());
+      window_->didReceiveMemoryWarning();
+    });
+  }
+
+  void release() {
+    auto& system = LinuxApplication::instance();
+    system.setIdleHandler({});
+    system.setInhibitor({});
+    memory_.reset();
+    if (!window_) return;
     inhibitIdle(false);
-    LinuxApplication::instance().setIdleHandler({});
-    LinuxApplication::instance().setInhibitor({});
-    if (window_) application_->remove_window(window_->native().window());
+    application_->remove_window(window_->native().window());
     delegate_.reset();
-    if (window_) window_->setRootViewController(nullptr);
+    window_->setRootViewController(nullptr);
     window_.reset();
-    application_->quit();
   }
 
   const ApplicationDescription& description_;
   Glib::RefPtr<Gtk::Application> application_;
   std::unique_ptr<ApplicationDelegate> delegate_;
   std::shared_ptr<Window> window_;
+  std::unique_ptr<MemoryWarnings> memory_;
   guint inhibitCookie_ = 0;
   int status_ = 0;
   bool terminating_ = false;
+  bool toldOfTheEnd_ = false;
 };
 
-gboolean endBySignal(gpointer) {
-  terminateApplication(0);
-  return G_SOURCE_CONTINUE;
-}
+/// While it exists, the signals that ask a process to end do so in order.
+class EndingSignals {
+ public:
+  EndingSignals() {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+      sources_.push_back(g_unix_signal_add(signal, end, nullptr));
+    }
+  }
+  ~EndingSignals() { std::for_each(sources_.begin(), sources_.end(), g_source_remove); }
+  EndingSignals(const EndingSignals&) = delete;
+  EndingSignals& operator=(const EndingSignals&) = delete;
+
+ private:
+  static gboolean end(gpointer) {
+    terminateApplication(0);
+    return G_SOURCE_CONTINUE;
+  }
+
+  std::vector<guint> sources_;
+};
 
 }  // namespace
 
@@ -203,8 +263,7 @@ int applicationMain(const ApplicationDescription& description) {
   }
   g_set_application_name(description.name.c_str());
   Runner runner(description);
-  for (const int signal : {SIGTERM, SIGINT, SIGHUP})
-    g_unix_signal_add(signal, endBySignal, nullptr);
+  const EndingSignals signals;
   return runner.run();
 }
 

@@ -5,6 +5,7 @@
 #include <glibmm/value.h>
 #include <gtkmm/builder.h>
 #include <gtkmm/button.h>
+#include <gtkmm/label.h>
 
 #include <algorithm>
 
@@ -20,6 +21,14 @@ Glib::RefPtr<Gio::SimpleActionGroup> groupOf(const InterfaceView::Actions& actio
   auto group = Gio::SimpleActionGroup::create();
   for (const auto& [name, action] : actions) group->add_action(name, action);
   return group;
+}
+
+const Gtk::Label* firstLabel(Gtk::Widget& widget) {
+  for (Gtk::Widget* child = widget.get_first_child(); child; child = child->get_next_sibling()) {
+    if (const auto* const label = dynamic_cast<Gtk::Label*>(child)) return label;
+    if (const Gtk::Label* const label = firstLabel(*child)) return label;
+  }
+  return nullptr;
 }
 
 void updateText(Gtk::Widget& widget, Gtk::Accessible::Property property, const std::string& text) {
@@ -109,7 +118,9 @@ void InterfaceView::setSelected(std::string_view control, bool selected) {
   } else {
     button->remove_css_class("selected");
   }
-  updateText(*button, Gtk::Accessible::Property::VALUE_TEXT, selected ? "playing" : "");
+  // A screen reader tells of a new name, other than of a new state of an ordinary button.
+  updateText(*button, Gtk::Accessible::Property::LABEL,
+             titleOfControl(control) + (selected ? ", playing" : ""));
 }
 
 bool InterfaceView::isSelected(std::string_view control) const {
@@ -128,8 +139,11 @@ Rect InterfaceView::frameOfControl(std::string_view control) const {
 }
 
 std::string InterfaceView::titleOfControl(std::string_view control) const {
-  const Gtk::Button* const button = widgets_->button(control);
-  return button ? button->get_label() : Glib::ustring();
+  Gtk::Button* const button = widgets_->button(control);
+  if (!button) return "";
+  if (!button->get_label().empty()) return button->get_label();
+  const Gtk::Label* const label = firstLabel(*button);
+  return label ? label->get_text() : Glib::ustring();
 }
 
 std::string InterfaceView::tooltipOfControl(std::string_view control) const {

@@ -1,5 +1,6 @@
 #include "platform/gtk/NativeView.h"
 
+#include <gtk/gtk.h>
 #include <gtkmm/accessible.h>
 #include <gtkmm/init.h>
 #include <gtkmm/snapshot.h>
@@ -92,6 +93,26 @@ class NativeView::Container final : public Gtk::Widget {
   bool allocating_ = false;
 };
 
+/// Remembers one widget for as long as it exists.
+class NativeView::FocusMemory final {
+ public:
+  explicit FocusMemory(GtkWidget* widget) { g_weak_ref_init(&widget_, widget); }
+  ~FocusMemory() { g_weak_ref_clear(&widget_); }
+  FocusMemory(const FocusMemory&) = delete;
+  FocusMemory& operator=(const FocusMemory&) = delete;
+
+  bool restore() {
+    auto* const widget = static_cast<GtkWidget*>(g_weak_ref_get(&widget_));
+    if (!widget) return false;
+    const bool restored = gtk_widget_grab_focus(widget);
+    g_object_unref(widget);
+    return restored;
+  }
+
+ private:
+  GWeakRef widget_;
+};
+
 NativeView::NativeView(View& view) : view_(view) {
   // In an application that speaks to the toolkit in C, nobody has done this.
   static const bool ready = (Gtk::init_gtkmm_internals(), true);
@@ -114,10 +135,18 @@ void NativeView::setContent(Gtk::Widget* content) {
 }
 
 void NativeView::setCovered(bool covered) {
+  auto* const widget = GTK_WIDGET(container_->gobj());
+  GtkRoot* const root = gtk_widget_get_root(widget);
+  GtkWidget* const focused = root ? gtk_root_get_focus(root) : nullptr;
+  if (covered && focused && gtk_widget_is_ancestor(focused, widget)) {
+    focusMemory_ = std::make_unique<FocusMemory>(focused);
+  }
   container_->set_child_visible(!covered);
 }
 
 void NativeView::focus() {
+  const std::unique_ptr<FocusMemory> memory = std::move(focusMemory_);
+  if (memory && memory->restore()) return;
   if (!container_->child_focus(Gtk::DirectionType::TAB_FORWARD)) container_->grab_focus();
 }
 

@@ -28,8 +28,10 @@ class NativeView {
   void setContent(Gtk::Widget* content);
 
   /// While covered, the view is neither drawn nor reached by touches and keys, and keeps its frame.
+  /// It remembers which of its controls has the keyboard's focus.
   void setCovered(bool covered);
-  /// Moves the keyboard's focus into the view.
+  /// Moves the keyboard's focus into the view: to the control that had it when the view was
+  /// covered, else to the first.
   void focus();
 
   // What the view tells.
@@ -40,8 +42,10 @@ class NativeView {
 
  private:
   class Container;
+  class FocusMemory;
   View& view_;
   std::unique_ptr<Container> container_;
+  std::unique_ptr<FocusMemory> focusMemory_;
 };
 
 }  // namespace platform

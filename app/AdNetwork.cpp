@@ -1,0 +1,31 @@
+#include "app/AdNetwork.h"
+
+#include "ads/api/VADConfiguration.h"
+#include "ads/telemetry/VADStatistics.h"
+#include "sandbox/Sandbox.h"
+
+namespace quorbel {
+namespace {
+
+/// Where nothing answers: without a network, requests fail at once and leave this machine alone.
+constexpr const char* kNowhere = "http://127.0.0.1:1";
+
+}  // namespace
+
+AdNetwork::AdNetwork(const Options& options) {
+  std::optional<platform::URL> adServer = options.adServer;
+  std::optional<platform::URL> scriptHost = options.scriptHost;
+  if (!adServer && !scriptHost) {
+    builtIn_ = sandbox::Sandbox::start(0);
+    adServer = platform::URL::parse(builtIn_ ? builtIn_->baseURL() : kNowhere);
+  }
+  if (!adServer) adServer = scriptHost;
+  if (!scriptHost) scriptHost = adServer;
+  valdren::VADConfiguration::setAdServerBaseURL(*adServer);
+  valdren::VADConfiguration::setScriptHostBaseURL(*scriptHost);
+  valdren::VADStatistics::setAdNetworkDomain(adServer->host());
+}
+
+AdNetwork::~AdNetwork() = default;
+
+}  // namespace quorbel

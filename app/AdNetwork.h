@@ -1,0 +1,31 @@
+// Which ad network the banner asks.
+#pragma once
+
+#include <memory>
+
+#include "app/Options.h"
+
+namespace sandbox {
+class Sandbox;
+}
+
+namespace quorbel {
+
+/// The network that the command line names; without one, a small network inside this process, which
+/// ends with this object. An option that is missing follows the other one.
+class AdNetwork {
+ public:
+  /// Tells the advertising client. To be made before the first banner.
+  explicit AdNetwork(const Options& options);
+  ~AdNetwork();
+  AdNetwork(const AdNetwork&) = delete;
+  AdNetwork& operator=(const AdNetwork&) = delete;
+
+  /// The network inside this process; null when there is none.
+  const sandbox::Sandbox* builtIn() const { return builtIn_.get(); }
+
+ private:
+  std::unique_ptr<sandbox::Sandbox> builtIn_;
+};
+
+}  // namespace quorbel
