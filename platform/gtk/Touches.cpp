@@ -22,7 +22,12 @@ std::optional<Point> placeInView(const Gdk::Event& event, View& view) {
   GtkNative* const native = gtk_widget_get_native(widget);
   double x = 0;
   double y = 0;
-  if (!native || !gdk_event_get_position(const_cast<GdkEvent*>(event.gobj()), &x, &y)) {
+  // Menus and tooltips have surfaces, and places, of their own.
+  if (!native || gdk_event_get_surface(const_cast<GdkEvent*>(event.gobj())) !=
+                     gtk_native_get_surface(native)) {
+    return std::nullopt;
+  }
+  if (!gdk_event_get_position(const_cast<GdkEvent*>(event.gobj()), &x, &y)) {
     return std::nullopt;
   }
   double shadowX = 0;
