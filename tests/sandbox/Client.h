@@ -1,0 +1,42 @@
+// A plain HTTP client that waits for its answer.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Value.h"
+
+namespace sandbox_tests {
+
+using Headers = std::vector<std::pair<std::string, std::string>>;
+
+struct Reply {
+  /// 0 when there was no answer, or it broke off.
+  int status = 0;
+  std::string body;
+  Headers headers;
+
+  /// The header's value; empty when there is none.
+  std::string header(std::string_view name) const;
+};
+
+struct Wish {
+  std::string url;
+  std::string method = "GET";
+  Headers headers = {};
+  bool followsRedirects = false;
+  /// How long no byte may come.
+  unsigned patienceSeconds = 30;
+  /// The body is read no further.
+  std::size_t mostBytes = std::size_t{64} * 1024 * 1024;
+  bool acceptsAnyCertificate = false;
+};
+
+Reply ask(const Wish& wish);
+Reply get(const std::string& url);
+
+/// The body as a JSON object; empty when it is none.
+platform::Dictionary object(const Reply& reply);
+
+}  // namespace sandbox_tests

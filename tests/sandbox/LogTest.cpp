@@ -1,0 +1,139 @@
+// The log tells the truth, opens what was sealed, and stays small.
+#include <gtest/gtest.h>
+
+#include "ads/loading/VADLocation.h"
+#include "ads/signals/SealedSignals.h"
+#include "platform/Json.h"
+#include "sandbox/Http.h"
+#include "sandbox/RequestLog.h"
+#include "sandbox/Sandbox.h"
+#include "sandbox/Sealed.h"
+#include "tests/sandbox/Client.h"
+
+namespace {
+
+using namespace sandbox_tests;
+using sandbox::Sandbox;
+
+platform::Array requests(const Sandbox& sandbox, const std::string& since = "0") {
+  const platform::Dictionary log = object(get(sandbox.baseURL() + "/log.json?since=" + since));
+  const platform::Value* list = log.find("requests");
+  return list && list->array() ? *list->array() : platform::Array();
+}
+
+std::string text(const platform::Value& entry, std::string_view key) {
+  const platform::Value* value = entry.dictionary() ? entry.dictionary()->find(key) : nullptr;
+  return value ? value->description() : "";
+}
+
+TEST(Log, ShowsARequestWithItsParametersAndWhatWasSealed) {
+  const auto sandbox = Sandbox::start(0);
+  ASSERT_TRUE(sandbox);
+  const auto location = valdren::VADLocation::initWithLatitude(47.37F, 8.54F, 65.0F);
+  ASSERT_TRUE(location && location->oolongRepresentation());
+  const std::string parameters =
+      *platform::writeJson(platform::Dictionary{{"preqs", 7},
+                                                {"kw", platform::Array{"a&b", "c;d"}},
+                                                {"uule", *location->oolongRepresentation()}});
+  const auto signals = valdren::sealSignals({{"viewed", 1234}, {"sdk", "x"}});
+  ASSERT_TRUE(signals);
+  get(sandbox->baseURL() + "/ad?slotname=unit%201&params=" + sandbox::encoded(parameters) +
+      "&ms=" + *signals);
+
+  const platform::Array seen = requests(*sandbox);
+  ASSERT_EQ(seen.size(), 1U);
+  const platform::Dictionary& entry = *seen.front().dictionary();
+  EXPECT_EQ(text(seen.front(), "kind"), "ad");
+  EXPECT_EQ(text(*entry.find("query"), "slotname"), "unit 1");
+  EXPECT_EQ(text(*entry.find("parameters"), "preqs"), "7");
+  EXPECT_EQ(text(*entry.find("parameters"), "kw"), R"(["a&b","c;d"])");
+  EXPECT_NE(text(seen.front(), "location").find("latitude_e7: 473699989"), std::string::npos)
+      << text(seen.front(), "location");
+  EXPECT_EQ(text(*entry.find("signals"), "viewed"), "1234");
+}
+
+TEST(Log, OpensADescribedLocation) {
+  const auto location = valdren::VADLocation::initWithDescription("by the \"lake\", Z\xC3\xBCrich");
+  ASSERT_TRUE(location);
+  const auto opened = sandbox::openedLocation(*location->oolongRepresentation());
+  ASSERT_TRUE(opened);
+  EXPECT_TRUE(opened->ends_with("loc: \"by the 'lake', Z\xC3\xBCrich\"")) << *opened;
+}
+
+TEST(Log, LeavesShutWhatClientsDidNotSeal) {
+  const auto signals = valdren::sealSignals({{"viewed", 1}});
+  std::string changed = *signals;
+  changed[20] = changed[20] == 'A' ? 'B' : 'A';
+  for (const std::string& bad : {std::string(), std::string("AAAA"), std::string("%%%"), changed}) {
+    EXPECT_FALSE(sandbox::openedSignals(bad)) << bad;
+  }
+  for (const char* bad : {"", "a", "a+", "e1+", "e1+AAAA", "e1+!!!!", "b+AAAA",
+                          "e1+AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA", "a+_w"}) {
+    const auto opened = sandbox::openedLocation(bad);
+    EXPECT_TRUE(!opened || opened->empty()) << bad;
+  }
+}
+
+TEST(Log, TellsOnlyWhatIsNewSince) {
+  const auto sandbox = Sandbox::start(0);
+  ASSERT_TRUE(sandbox);
+  get(sandbox->baseURL() + "/imp/t1");
+  get(sandbox->baseURL() + "/clk/t1?ai=x");
+  const platform::Array first = requests(*sandbox);
+  ASSERT_EQ(first.size(), 2U);
+  EXPECT_EQ(text(first[1], "kind"), "click");
+  EXPECT_EQ(text(first[1], "ticket"), "t1");
+  get(sandbox->baseURL() + "/land/plain?t=t1");
+  const platform::Array next = requests(*sandbox, text(first[1], "number"));
+  ASSERT_EQ(next.size(), 1U);
+  EXPECT_EQ(text(next[0], "kind"), "landing");
+  EXPECT_EQ(text(next[0], "ticket"), "t1");
+  const platform::Dictionary log = object(get(sandbox->baseURL() + "/log.json?since=3"));
+  EXPECT_EQ(text(*log.find("counts"), "impression"), "1");
+  EXPECT_EQ(text(*log.find("counts"), "landing"), "1");
+}
+
+TEST(Log, StaysJSONWhateverIsAsked) {
+  const auto sandbox = Sandbox::start(0);
+  ASSERT_TRUE(sandbox);
+  for (const char* odd :
+       {"/ad?slotname=%FF%FE%00&params=%FF", "/ad?params=%7B%22a%22%3A", "/ad?&&=&=x",
+        "/clk/%22%3E%3Cscript%3E", "/as/%00%FF/ad", "/as/", "/as", "//", "/log.json/x", "/hop?n=-5",
+        "/hop?n=99999999999999", "/preview/nobody", "/imp/"}) {
+    get(sandbox->baseURL() + odd);
+  }
+  std::string deep = "/ad?params=";
+  for (int each = 0; each < 600; ++each) deep += "%5B";
+  get(sandbox->baseURL() + deep);
+  const Reply reply = get(sandbox->baseURL() + "/log.json");
+  EXPECT_TRUE(platform::parseJson(reply.body)) << reply.body.substr(0, 400);
+  EXPECT_GE(requests(*sandbox).size(), 10U);
+}
+
+TEST(Log, ForgetsTheOldestAndCutsWhatIsLong) {
+  sandbox::RequestLog log(3);
+  for (int each = 0; each < 10; ++each) {
+    sandbox::Seen seen;
+    seen.kind = "ad";
+    seen.request.path = std::string(1 << 20, 'p');
+    seen.request.query = "q=" + std::string(1 << 20, 'q');
+    seen.request.headers.assign(1000, {"name", std::string(1 << 16, 'h')});
+    log.add(seen);
+  }
+  EXPECT_EQ(log.last(), 10U);
+  const auto kept = log.after(0);
+  ASSERT_EQ(kept.size(), 3U);
+  EXPECT_EQ(text(kept.front(), "number"), "8");
+  EXPECT_LT(platform::writeJson(kept)->size(), 1U << 20);
+  EXPECT_EQ(text(log.counts(), "ad"), "10");
+}
+
+TEST(Query, DecodesAndEncodes) {
+  using sandbox::Fields;
+  EXPECT_EQ(sandbox::decoded("a%20b%2G%4"), "a b%2G%4");
+  EXPECT_EQ(sandbox::encoded("a b/\xC3\xBC"), "a%20b%2F%C3%BC");
+  EXPECT_EQ(sandbox::fieldsOf("a=1&b&=c&&d=2=3"),
+            (Fields{{"a", "1"}, {"b", ""}, {"", "c"}, {"d", "2=3"}}));
+}
+
+}  // namespace

@@ -1,0 +1,149 @@
+// The server as a whole: its switch, its ports, its end.
+#include "sandbox/Sandbox.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <thread>
+
+#include "sandbox/Pages.h"
+#include "tests/sandbox/Client.h"
+#include "tests/support/Process.h"
+
+namespace {
+
+using namespace sandbox_tests;
+using quorbel_tests::run;
+using sandbox::Sandbox;
+
+Reply post(const Sandbox& sandbox, const std::string& query, Headers headers = {}) {
+  return ask(
+      {.url = sandbox.baseURL() + "/control?" + query, .method = "POST", .headers = headers});
+}
+
+int adStatus(const Sandbox& sandbox, const std::string& path = "/ad?slotname=unit") {
+  return get(sandbox.baseURL() + path).status;
+}
+
+TEST(Switch, PutsUnitsThatNameNoneInTheScenario) {
+  const auto sandbox = Sandbox::start(0);
+  ASSERT_TRUE(sandbox);
+  EXPECT_EQ(post(*sandbox, "scenario=status-401").status, 200);
+  EXPECT_EQ(adStatus(*sandbox), 401);
+  EXPECT_EQ(adStatus(*sandbox, "/ad?slotname=scenario-status-400"), 400);
+  EXPECT_EQ(adStatus(*sandbox, "/as/status-500/ad?slotname=unit"), 500);
+  EXPECT_EQ(adStatus(*sandbox, "/ad?slotname=ad-harbour"), 200);
+  EXPECT_EQ(object(get(sandbox->baseURL() + "/choice.json")).find("scenario")->description(),
+            "status-401");
+  // A scenario of the script's leaves the ad server alone.
+  EXPECT_TRUE(sandbox->setScenario("script-errors"));
+  EXPECT_EQ(adStatus(*sandbox), 200);
+}
+
+TEST(Switch, RefusesWhatItDoesNotKnowAndKeepsWhatWasSet) {
+  const auto sandbox = Sandbox::start(0);
+  ASSERT_TRUE(sandbox);
+  ASSERT_TRUE(sandbox->setScenario("status-400"));
+  EXPECT_FALSE(sandbox->setScenario("unheard-of"));
+  EXPECT_EQ(post(*sandbox, "scenario=unheard-of").status, 400);
+  EXPECT_EQ(post(*sandbox, "ad=unheard-of").status, 400);
+  EXPECT_EQ(get(sandbox->baseURL() + "/control?scenario=fill").status, 405);
+  EXPECT_EQ(adStatus(*sandbox), 400);
+}
+
+TEST(Switch, IsShutToOtherSites) {
+  const auto sandbox = Sandbox::start(0);
+  ASSERT_TRUE(sandbox);
+  EXPECT_EQ(post(*sandbox, "scenario=status-400", {{"Origin", "http://elsewhere.example"}}).status,
+            403);
+  EXPECT_EQ(post(*sandbox, "refresh=7", {{"Origin", sandbox->baseURL()}}).status, 200);
+  const std::string log = sandbox->baseURL() + "/log.json";
+  EXPECT_EQ(ask({.url = log, .headers = {{"Host", "elsewhere.example:80"}}}).status, 403);
+  EXPECT_EQ(ask({.url = log, .headers = {{"Host", "localhost:1"}}}).status, 200);
+}
+
+TEST(Switch, SetsTheRefreshRate) {
+  const auto sandbox = Sandbox::start(0);
+  ASSERT_TRUE(sandbox);
+  const auto rate = [&] {
+    return get(sandbox->baseURL() + "/ad?slotname=unit").header("X-Urvo-Refresh-Rate");
+  };
+  post(*sandbox, "refresh=0.5");
+  EXPECT_EQ(rate(), "0.5");
+  for (const char* none : {"refresh=0", "refresh=-3", "refresh=nan", "refresh=soon"}) {
+    post(*sandbox, none);
+    EXPECT_EQ(rate(), "") << none;
+  }
+}
+
+TEST(Sandbox, SaysWhenThePortIsTaken) {
+  const auto first = Sandbox::start(0);
+  ASSERT_TRUE(first);
+  const std::string base = first->baseURL();
+  const auto port = static_cast<std::uint16_t>(std::stoi(base.substr(base.rfind(':') + 1)));
+  EXPECT_FALSE(Sandbox::start(port));
+  EXPECT_EQ(get(base + "/").status, 200);
+}
+
+TEST(Sandbox, EndsAtOnceWhileAnswersAreUnderWay) {
+  for (const char* unit :
+       {"scenario-hang", "scenario-endless", "scenario-dribble", "scenario-slow"}) {
+    auto sandbox = Sandbox::start(0);
+    ASSERT_TRUE(sandbox);
+    std::thread client([url = sandbox->baseURL() + "/ad?slotname=" + unit] {
+      ask({.url = url, .mostBytes = std::size_t{1} << 31});
+    });
+    while (sandbox->log().find("\"kind\":\"ad\"") == std::string::npos) std::this_thread::yield();
+    sandbox.reset();
+    client.join();
+  }
+}
+
+TEST(Sandbox, ManyBeginAndEnd) {
+  for (int round = 0; round < 20; ++round) {
+    const auto one = Sandbox::start(0);
+    const auto other = Sandbox::start(0);
+    ASSERT_TRUE(one && other);
+    EXPECT_NE(one->baseURL(), other->baseURL());
+    if (round % 2 == 0) continue;
+    EXPECT_EQ(get(one->baseURL() + "/favicon.ico").status, 200);
+  }
+}
+
+TEST(Pages, GapsAreFilledOnce) {
+  using sandbox::filled;
+  EXPECT_EQ(filled("a {{x}} b {{y}}{{x}}", {{"x", "{{y}}"}, {"y", "2"}}), "a {{y}} b 2{{y}}");
+  EXPECT_EQ(filled("{{ {{x}} {{unknown}} {{", {{"x", "1"}}), "{{ 1 {{unknown}} {{");
+  EXPECT_EQ(sandbox::page("no such page"), "");
+}
+
+TEST(Program, AnswersItsOptionsAndRefusesOthers) {
+  const std::string program = SANDBOX_PROGRAM;
+  EXPECT_EQ(run(program + " --help").status, 0);
+  EXPECT_NE(run(program + " --help").output.find("--port N"), std::string::npos);
+  EXPECT_TRUE(run(program + " --version").output.starts_with("valdren-sandbox "));
+  for (const char* wrong :
+       {"--port", "--port 0", "--port 65536", "--port 80x", "--port=", "--x", "80"}) {
+    const auto finished = run(program + " " + wrong);
+    EXPECT_EQ(finished.status, 2) << wrong;
+    EXPECT_EQ(finished.output, "") << wrong;
+    EXPECT_NE(finished.errors.find("valdren-sandbox: "), std::string::npos) << wrong;
+  }
+}
+
+TEST(Program, ServesUntilItIsTold) {
+  const auto busy = Sandbox::start(0);
+  ASSERT_TRUE(busy);
+  const std::string base = busy->baseURL();
+  const auto taken =
+      run(std::string(SANDBOX_PROGRAM) + " --port " + base.substr(base.rfind(':') + 1));
+  EXPECT_EQ(taken.status, 1);
+  EXPECT_NE(taken.errors.find("cannot listen on port"), std::string::npos) << taken.errors;
+
+  const auto served =
+      run("timeout --preserve-status -s TERM 3 " + std::string(SANDBOX_PROGRAM) + "; echo $?");
+  EXPECT_NE(served.output.find("Inspector: http://127.0.0.1:"), std::string::npos) << served.output;
+  EXPECT_TRUE(served.output.ends_with("\n0\n")) << "was not ended cleanly: " << served.output;
+}
+
+}  // namespace
