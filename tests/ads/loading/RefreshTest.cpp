@@ -1,0 +1,134 @@
+// When a banner asks for its next ad.
+#include <gmock/gmock.h>
+
+#include "ads/loading/VADReloadTimer.h"
+#include "ads/web/VADScreen.h"
+#include "platform/NotificationCenter.h"
+#include "tests/support/LoaderTest.h"
+
+namespace {
+
+using namespace valdren;
+
+class RefreshTest : public quorbel_tests::LoaderTest {
+ protected:
+  void showAd(const std::string& rate) {
+    bringTo(kVADStateShowingAd,
+            rate.empty() ? platform::Headers{} : platform::Headers{{"X-Urvo-Refresh-Rate", rate}});
+  }
+  /// Whether the banner asks for an ad within so many seconds, and not before the last of them.
+  void expectRefreshAfter(double seconds) {
+    loop.advance(seconds - 0.5);
+    EXPECT_EQ(state(), kVADStateShowingAd) << "too early";
+    loop.advance(1);
+    EXPECT_EQ(state(), kVADStateBuildingURL) << "no refresh";
+  }
+  void expectNoRefresh() {
+    loop.advance(50000);
+    EXPECT_EQ(state(), kVADStateShowingAd);
+  }
+  static void post(const char* name) {
+    platform::NotificationCenter::defaultCenter().postNotificationName(name, nullptr);
+  }
+};
+
+TEST(VADReloadTimer, ReadsTheHeadersLeadingNumber) {
+  const std::pair<const char*, double> cases[] = {
+      {"30", 30},  {"0.5", 0.5}, {" 12 s", 12}, {"-3", -3}, {"0", 0},
+      {"soon", 0}, {"", 0},      {"inf", 0},    {"nan", 0}, {"-infinity", 0},
+  };
+  for (const auto& [header, seconds] : cases) {
+    EXPECT_EQ(VADReloadTimer::secondsFromHeader(header), seconds) << header;
+  }
+}
+
+TEST_F(RefreshTest, FollowsTheHeader) {
+  showAd("30");
+  expectRefreshAfter(30);
+  EXPECT_FALSE(banner->hasAutoRefreshed());
+  EXPECT_EQ(loader()->request()->counter(), 2);
+}
+
+TEST_F(RefreshTest, NeverComesWithoutAHeader) {
+  showAd("");
+  expectNoRefresh();
+}
+
+TEST_F(RefreshTest, KeepsTheLastIntervalForAnswersWithoutOne) {
+  showAd("30");
+  loop.advance(30);
+  scriptGivesURL();
+  answerAd();
+  adPage().finish();
+  expectRefreshAfter(30);
+}
+
+TEST_F(RefreshTest, IsStoppedByZeroUntilTheApplicationReturns) {
+  showAd("30");
+  loop.advance(30);
+  scriptGivesURL();
+  answerAd({{"X-Urvo-Refresh-Rate", "none"}});
+  adPage().finish();
+  expectNoRefresh();
+  application.enterForeground();
+  expectRefreshAfter(30);
+}
+
+TEST_F(RefreshTest, ComesAtOnceForANegativeInterval) {
+  showAd("-1");
+  loop.advance(0);
+  EXPECT_EQ(state(), kVADStateBuildingURL);
+}
+
+TEST_F(RefreshTest, IsSetByFailedAndEmptyAnswersToo) {
+  for (const int status : {500, 200}) {
+    makeBanner();
+    bringTo(kVADStateLoadingAd);
+    fetches.last().answer(status, {{"X-Urvo-Refresh-Rate", "20"}}, " ");
+    EXPECT_EQ(state(), kVADStateFailed);
+    loop.advance(20);
+    EXPECT_EQ(state(), kVADStateBuildingURL) << status;
+  }
+}
+
+TEST_F(RefreshTest, StartsAnewAfterTheBackgroundAndAfterFullScreens) {
+  using Call = std::function<void()>;
+  const std::pair<Call, Call> interruptions[] = {
+      {[this] { application.enterBackground(); }, [this] { application.enterForeground(); }},
+      {[] { post(kVADViewControllerWillPresentFullScreen); },
+       [] { post(kVADViewControllerDidRelinquishFullScreen); }},
+  };
+  for (const auto& [leave, comeBack] : interruptions) {
+    makeBanner();
+    showAd("30");
+    loop.advance(20);
+    leave();
+    loop.advance(1000);
+    EXPECT_EQ(state(), kVADStateShowingAd) << "refreshed while covered";
+    comeBack();
+    expectRefreshAfter(30);
+  }
+}
+
+TEST_F(RefreshTest, WatchesTheActiveStateOnSystemsWithoutBackground) {
+  device.version = "3.2";
+  makeBanner();
+  showAd("30");
+  application.post(platform::kApplicationDidEnterBackground);
+  application.post(platform::kApplicationWillResignActive);
+  loop.advance(1000);
+  EXPECT_EQ(state(), kVADStateShowingAd);
+  application.post(platform::kApplicationWillEnterForeground);
+  loop.advance(1000);
+  EXPECT_EQ(state(), kVADStateShowingAd);
+  application.post(platform::kApplicationDidBecomeActive);
+  expectRefreshAfter(30);
+}
+
+TEST_F(RefreshTest, IsDroppedWithThePendingActions) {
+  showAd("30");
+  loader()->cancelPendingActions();
+  expectNoRefresh();
+}
+
+}  // namespace

@@ -1,0 +1,365 @@
+#include "ads/loading/VADObjectPrivate.h"
+
+#include <gmock/gmock.h>
+
+#include "ads/support/VADMacros.h"
+#include "ads/web/VADScreen.h"
+#include "tests/support/LoaderTest.h"
+
+namespace {
+
+using namespace valdren;
+using quorbel_tests::FakeWebEngine;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class VADObjectPrivateTest : public quorbel_tests::LoaderTest {
+ protected:
+  /// What the script was given, read back from the page that calls it.
+  platform::Dictionary parametersGiven() const {
+    const std::string& page = builderPage().pages.at(0).text;
+    const std::string call = "<script>URVO_buildAdURL(";
+    const std::size_t start = page.rfind(call) + call.size();
+    const std::size_t end = page.find(");</script>", start);
+    return VADMacros::readJson(page.substr(start, end - start)).value_or(platform::Dictionary());
+  }
+  std::optional<platform::Value> expireDate() const {
+    const auto store = defaults.objectForKey("valdren_stats_VADObjectPrivate");
+    if (!store || !store->dictionary() || !store->dictionary()->contains("expireDate")) return {};
+    return *store->dictionary()->find("expireDate");
+  }
+};
+
+TEST_F(VADObjectPrivateTest, BringsAnAdFromTheScriptToThePings) {
+  EXPECT_EQ(state(), kVADStateIdle);
+  EXPECT_TRUE(loader()->webView()->isHidden());
+  load();
+  EXPECT_EQ(state(), kVADStateLoadingScript);
+  EXPECT_EQ(fetches.last().url(), VADObjectPrivate::jsBuildAdURL().absoluteString());
+  answerScript();
+
+  EXPECT_EQ(state(), kVADStateBuildingURL);
+  ASSERT_TRUE(hasBuilderPage());
+  EXPECT_TRUE(builderPage().host.isHidden());
+  EXPECT_EQ(builderPage().related, &adPage());
+  const FakeWebEngine::HTML page = builderPage().pages.at(0);
+  EXPECT_EQ(page.baseURL->absoluteString(), "https://ads.valdren.example");
+  EXPECT_THAT(page.text, StartsWith(std::string("<html><head><script>") + kScript +
+                                    "</script><script>URVO_buildAdURL({"));
+  EXPECT_THAT(page.text, testing::EndsWith("});</script></head><body></body></html>"));
+  const platform::Dictionary parameters = parametersGiven();
+  EXPECT_EQ(*parameters.text("slotname"), "unit");
+  EXPECT_EQ(parameters.find("preqs")->integerValue(), 1);
+  EXPECT_EQ(parameters.find("ad_frame")->description(), R"({"x":0,"y":410,"w":320,"h":50})");
+  EXPECT_EQ(parameters.find("ad_bounds")->description(), R"({"x":0,"y":0,"w":320,"h":50})");
+  EXPECT_FALSE(parameters.contains("format"));
+  scriptGivesURL();
+
+  EXPECT_EQ(state(), kVADStateLoadingAd);
+  EXPECT_FALSE(hasBuilderPage()) << "the script's page outlived its answer";
+  EXPECT_THAT(fetches.last().url(), StartsWith(kAdURL));
+  answerAd({{"X-Urvo-Tracking-Urls", "http://p.test/1 http://p.test/2"}}, "  <p>An ad</p>\n ");
+
+  EXPECT_EQ(state(), kVADStateRenderingAd);
+  EXPECT_EQ(adPage().pages.at(0).text, kAd);
+  EXPECT_EQ(adPage().pages.at(0).baseURL, loader()->adHTMLBaseURL());
+  EXPECT_THAT(record.take(), IsEmpty());
+  const std::size_t before = fetches.count();
+  adPage().finish();
+
+  EXPECT_EQ(state(), kVADStateShowingAd);
+  EXPECT_FALSE(loader()->webView()->isHidden());
+  EXPECT_THAT(record.take(), ElementsAre("received"));
+  ASSERT_EQ(fetches.count(), before + 2);
+  EXPECT_EQ(fetches.fetch(before).url(), "http://p.test/1");
+  EXPECT_EQ(fetches.fetch(before + 1).url(), "http://p.test/2");
+  EXPECT_THAT(log.take(), IsEmpty()) << "nothing but the documented lines is logged";
+}
+
+TEST_F(VADObjectPrivateTest, TimesTheRequestUntilTheAdShows) {
+  bringTo(kVADStateRenderingAd);
+  clock.advance(0.25);
+  adPage().finish();
+  auto& statistics = VADStatistics::sharedStatistics();
+  EXPECT_EQ(statistics.timingNamed(kVADParameterPriorRequestLatency)->elapsedMilliseconds(), 250u);
+  EXPECT_TRUE(statistics.timingNamed(kVADParameterPriorPreClickLatency)->isActive());
+  const double first = statistics.timingNamed(kVADParameterTimeSinceFirstRequest)->startSeconds();
+  clock.advance(5);
+  load();
+  EXPECT_EQ(statistics.timingNamed(kVADParameterTimeSinceFirstRequest)->startSeconds(), first);
+}
+
+TEST_F(VADObjectPrivateTest, ReportsFailedAdDownloads) {
+  struct Case {
+    int status;  // 0 for a connection that breaks
+    std::string body;
+    int code;
+    bool blamesTheAdUnit;
+  };
+  const Case cases[] = {
+      {0, "", 2, false},         {204, "", 2, false}, {399, "", 2, false},
+      {400, "", 0, true},        {401, "", 3, false}, {500, "", 3, false},
+      {200, "\n \t ", 1, false}, {200, "", 1, false}, {200, "\xFF\xFE", 1, false},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.status);
+    bringTo(kVADStateLoadingAd);
+    if (each.status == 0) {
+      fetches.last().fail({"test", 1, "cut"});
+    } else {
+      fetches.last().answer(each.status, {}, each.body);
+    }
+    EXPECT_EQ(state(), kVADStateFailed);
+    EXPECT_THAT(record.take(), ElementsAre("failed " + std::to_string(each.code)));
+    const Events lines = log.take();
+    ASSERT_EQ(lines.size(), each.blamesTheAdUnit ? 1u : 0u);
+    if (each.blamesTheAdUnit) {
+      EXPECT_EQ(lines[0],
+                "<Valdren> Server rejected ad parameters.  Typically this is because the ad unit "
+                "ID is incorrect.");
+    }
+  }
+}
+
+TEST_F(VADObjectPrivateTest, StaysWhereItIsWhenTheScriptRefuses) {
+  struct Case {
+    std::string message;
+    std::string line;
+  };
+  const Case cases[] = {
+      {"loadAdURL?errors=x&url=http%3A%2F%2Fads.test%2F", ""},
+      {"invalidRequest?why=size", R"(<Valdren> Invalid Request: {"why":"size"})"},
+      {"unableToServe?why=full", R"(<Valdren> Unable to serve: {"why":"full"})"},
+      {"invalidRequest", "<Valdren> Invalid Request: {}"},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.message);
+    makeBanner();
+    bringTo(kVADStateBuildingURL);
+    const std::size_t before = fetches.count();
+    scriptSays(each.message);
+    EXPECT_EQ(state(), kVADStateBuildingURL);
+    EXPECT_THAT(record.take(), ElementsAre("failed 0"));
+    EXPECT_EQ(log.take(), each.line.empty() ? Events{} : Events{each.line});
+    EXPECT_FALSE(hasBuilderPage());
+    load();
+    EXPECT_FALSE(hasBuilderPage()) << "a load was accepted in state 3";
+    EXPECT_EQ(fetches.count(), before);
+  }
+}
+
+TEST_F(VADObjectPrivateTest, HearsOnlyItsOwnScriptAndOnlyOnce) {
+  bringTo(kVADStateBuildingURL);
+  adPage().navigate("gmsg://sdk/loadAdURL?url=http%3A%2F%2Fforged.test%2F");
+  loop.advance(0);
+  EXPECT_EQ(state(), kVADStateBuildingURL) << "the ad's own page answered for the script";
+  builderPage().navigate("gmsg://sdk/loadAdURL?url=http%3A%2F%2Fads.test%2F1");
+  builderPage().navigate("gmsg://sdk/loadAdURL?url=http%3A%2F%2Fads.test%2F2");
+  builderPage().navigate("gmsg://sdk/invalidRequest");
+  loop.advance(0);
+  EXPECT_EQ(state(), kVADStateLoadingAd);
+  EXPECT_THAT(fetches.last().url(), StartsWith("http://ads.test/1"));
+  EXPECT_THAT(record.take(), IsEmpty());
+}
+
+TEST_F(VADObjectPrivateTest, CompletesTheAddressThatTheScriptBuilt) {
+  bringTo(kVADStateBuildingURL);
+  scriptSays("loadAdURL?type=tovask&url=http%3A%2F%2Fads.test%2Fad%3Fid%3D1");
+  EXPECT_TRUE(fetches.last().url().ends_with("&seq_num=1")) << fetches.last().url();
+  const auto signals = loader()->request()->spamSignals();
+  ASSERT_FALSE(signals.empty());
+  EXPECT_THAT(fetches.last().url(), HasSubstr("&" + signals.begin()->key + "="));
+}
+
+TEST_F(VADObjectPrivateTest, FailsWhenTheScriptGivesNoUsableAddress) {
+  for (const char* const message :
+       {"loadAdURL", "loadAdURL?url=", "loadAdURL?url=%5Bhttp%3A%2F%2F"}) {
+    SCOPED_TRACE(message);
+    bringTo(kVADStateBuildingURL);
+    const std::size_t before = fetches.count();
+    scriptSays(message);
+    EXPECT_EQ(state(), kVADStateFailed);
+    EXPECT_THAT(record.take(), ElementsAre("failed 2"));
+    EXPECT_EQ(fetches.count(), before);
+  }
+  bringTo(kVADStateBuildingURL);
+  fetches.refuses = true;
+  scriptSays("loadAdURL?url=foo%3Abar");
+  EXPECT_EQ(state(), kVADStateFailed);
+  EXPECT_THAT(record.take(), ElementsAre("failed 2"));
+}
+
+TEST_F(VADObjectPrivateTest, ReportsAScriptThatCannotBeHad) {
+  load();
+  fetches.last().answer(404);
+  EXPECT_EQ(state(), kVADStateScriptFailed);
+  EXPECT_THAT(record.take(), ElementsAre("failed 2"));
+  load();
+  EXPECT_EQ(state(), kVADStateLoadingScript) << "the next load must ask again";
+  fetches.last().answer(200, {}, "");
+  EXPECT_EQ(state(), kVADStateScriptFailed);
+  EXPECT_THAT(record.take(), ElementsAre("failed 2")) << "an empty script is none";
+}
+
+TEST_F(VADObjectPrivateTest, LetsThePublisherRetryFromTheFailure) {
+  record.onEvent = [this] {
+    record.onEvent = nullptr;
+    load();
+  };
+  load();
+  fetches.last().answer(500);
+  ASSERT_EQ(fetches.count(), 2u);
+  EXPECT_TRUE(fetches.last().isUnderWay());
+  answerScript();
+  EXPECT_EQ(state(), kVADStateBuildingURL);
+}
+
+TEST_F(VADObjectPrivateTest, FallsBackToAnOlderScript) {
+  bringTo(kVADStateShowingAd);
+  clock.advance(86401);
+  load();
+  EXPECT_EQ(state(), kVADStateLoadingScript);
+  EXPECT_TRUE(fetches.last().request().headers.contains("If-Modified-Since"));
+  fetches.last().answer(503);
+  EXPECT_EQ(state(), kVADStateBuildingURL);
+  EXPECT_THAT(builderPage().pages.at(0).text, HasSubstr(kScript));
+  EXPECT_THAT(record.take(), ElementsAre("received"));
+}
+
+TEST_F(VADObjectPrivateTest, AsksForTheScriptOnceADay) {
+  bringTo(kVADStateLoadingScript);
+  EXPECT_EQ(expireDate(), platform::Value(platform::Date::now().after(86400)));
+  EXPECT_TRUE(defaults.written().contains("valdren_stats_VADObjectPrivate"));
+  answerScript();
+  scriptGivesURL();
+  answerAd();
+  adPage().finish();
+  clock.advance(86400);
+  makeBanner();
+  const std::size_t before = fetches.count();
+  load();
+  EXPECT_EQ(state(), kVADStateBuildingURL);
+  EXPECT_EQ(fetches.count(), before);
+  EXPECT_EQ(state(), kVADStateBuildingURL);
+  clock.advance(1);
+  makeBanner();
+  load();
+  EXPECT_EQ(state(), kVADStateLoadingScript);
+  fetches.last().respond(304);
+  EXPECT_EQ(state(), kVADStateBuildingURL);
+}
+
+TEST_F(VADObjectPrivateTest, AsksForTheScriptWhenWhatWasKeptIsDamaged) {
+  bringTo(kVADStateShowingAd);
+  for (const bool copyIsGone : {true, false}) {
+    makeBanner();
+    if (copyIsGone) {
+      clearCaches();
+    } else {
+      defaults.setObject("valdren_stats_VADObjectPrivate",
+                         platform::Dictionary{{"expireDate", "tomorrow"}});
+    }
+    load();
+    EXPECT_EQ(state(), kVADStateLoadingScript);
+    answerScript();
+    EXPECT_EQ(state(), kVADStateBuildingURL);
+  }
+}
+
+TEST_F(VADObjectPrivateTest, TakesOneRequestAtATime) {
+  for (const VADState busy :
+       {kVADStateLoadingScript, kVADStateBuildingURL, kVADStateLoadingAd, kVADStateRenderingAd}) {
+    SCOPED_TRACE(busy);
+    clearCaches();
+    makeBanner();
+    bringTo(busy);
+    const std::size_t before = fetches.count();
+    const int engineCount = engines.made();
+    load();
+    EXPECT_EQ(state(), busy);
+    EXPECT_EQ(fetches.count(), before);
+    EXPECT_EQ(engines.made(), engineCount);
+    EXPECT_EQ(loader()->request()->counter(), VADStatistics::sharedStatistics().adRequestCount());
+  }
+}
+
+TEST_F(VADObjectPrivateTest, LoadsInTheBackgroundOnlyWhileLaunching) {
+  application.state = platform::ApplicationState::Background;
+  bringTo(kVADStateLoadingScript);
+  makeBanner();
+  application.post(platform::kApplicationDidFinishLaunching);
+  EXPECT_TRUE(VADObjectPrivate::didAppFinishLaunching());
+  for (const auto inactive :
+       {platform::ApplicationState::Background, platform::ApplicationState::Inactive}) {
+    application.state = inactive;
+    load();
+    EXPECT_EQ(state(), kVADStateIdle);
+  }
+  application.state = platform::ApplicationState::Active;
+  load();
+  EXPECT_EQ(state(), kVADStateLoadingScript);
+}
+
+TEST_F(VADObjectPrivateTest, RefusesSystemsThatAreTooOld) {
+  device.version = "2.9.9";
+  makeBanner();
+  load();
+  EXPECT_EQ(state(), kVADStateFailed);
+  EXPECT_THAT(record.take(), ElementsAre("failed 4"));
+  EXPECT_EQ(fetches.count(), 0u);
+  EXPECT_EQ(VADStatistics::sharedStatistics().adRequestCount(), 0);
+}
+
+TEST_F(VADObjectPrivateTest, CopiesTheRequestAndMarksInterstitials) {
+  const auto request = VADRequest::request();
+  request->addKeyword("before");
+  loader()->loadInterstitialRequest(request);
+  request->addKeyword("after");
+  answerScript();
+  const platform::Dictionary parameters = parametersGiven();
+  EXPECT_EQ(parameters.find("kw")->description(), R"(["before"])");
+  EXPECT_EQ(*parameters.text("format"), "interstitial_mb");
+  EXPECT_FALSE(parameters.contains("ad_frame"));
+  EXPECT_FALSE(std::dynamic_pointer_cast<VADRequestPrivate>(request)->isInterstitialAd());
+}
+
+TEST_F(VADObjectPrivateTest, LetsNoTextBreakOutOfTheScript) {
+  const std::string hostile = "</script><script>alert(1)</script><!--\xE2\x80\xA8\xE2\x80\xA9";
+  banner->setAdUnitID(hostile);
+  bringTo(kVADStateBuildingURL);
+  EXPECT_EQ(*parametersGiven().text("slotname"), hostile) << "the value itself must not change";
+  const std::string page = builderPage().pages.at(0).text;
+  EXPECT_EQ(page.find("alert(1)</script>"), std::string::npos);
+  EXPECT_EQ(page.find("<!--"), std::string::npos);
+  EXPECT_EQ(page.find("\xE2\x80\xA8"), std::string::npos);
+  EXPECT_EQ(page.find("\xE2\x80\xA9"), std::string::npos);
+}
+
+TEST_F(VADObjectPrivateTest, FailsAnAdThatCannotBeRenderedButNotOneThatShows) {
+  bringTo(kVADStateRenderingAd);
+  adPage().fail();
+  EXPECT_EQ(state(), kVADStateFailed);
+  EXPECT_THAT(record.take(), ElementsAre("failed 2"));
+  bringTo(kVADStateShowingAd);
+  record.take();
+  adPage().fail();
+  adPage().finish();
+  EXPECT_EQ(state(), kVADStateShowingAd);
+  EXPECT_THAT(record.take(), IsEmpty());
+}
+
+TEST_F(VADObjectPrivateTest, ClearsTrackersAwayAfterTheirOutcome) {
+  bringTo(kVADStateShowingAd,
+          {{"X-Urvo-Tracking-Urls", "http://p.test/1 http://p.test/2 http://p.test/3"}});
+  const std::size_t first = fetches.count() - 3;
+  EXPECT_EQ(loader()->trackerCount(), 3u);
+  fetches.fetch(first).answer(200);
+  fetches.fetch(first + 1).fail({"test", 1, "cut"});
+  EXPECT_EQ(loader()->trackerCount(), 3u) << "a tracker went away inside its own callback";
+  loop.advance(0);
+  EXPECT_EQ(loader()->trackerCount(), 1u);
+}
+
+}  // namespace

@@ -1,0 +1,131 @@
+// A banner whose network, pages, clock, machine and kept state are the test's to command.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ads/api/VADBannerView.h"
+#include "ads/api/VADRequestError.h"
+#include "ads/loading/VADObjectPrivate.h"
+#include "ads/support/VADPrivateUtilities.h"
+#include "ads/telemetry/VADStatistics.h"
+#include "ads/web/VADWebView.h"
+#include "tests/support/FakeApplication.h"
+#include "tests/support/FakeDevice.h"
+#include "tests/support/FakeURLLoading.h"
+#include "tests/support/FakeUserDefaults.h"
+#include "tests/support/FakeWebEngine.h"
+#include "tests/support/Fakes.h"
+#include "tests/support/LogLines.h"
+
+namespace quorbel_tests {
+
+/// Writes down what the publisher is told: "received", "failed 2" and so on.
+class BannerRecord final : public valdren::VADBannerViewDelegate {
+ public:
+  ~BannerRecord() { invalidateWeakReferences(); }
+  void adViewDidReceiveAd(valdren::VADBannerView&) override { add("received"); }
+  void adViewDidFailToReceiveAdWithError(valdren::VADBannerView&,
+                                         const valdren::VADRequestError& error) override {
+    add("failed " + std::to_string(error.code()));
+  }
+
+  std::vector<std::string> take() { return std::exchange(events_, {}); }
+  /// Called at each event, after it is written down; a test may do as it likes there.
+  std::function<void()> onEvent;
+
+ private:
+  void add(std::string event) {
+    events_.push_back(std::move(event));
+    if (const auto kept = onEvent) kept();
+  }
+  std::vector<std::string> events_;
+};
+
+/// The toolkit must have a display.
+class LoaderTest : public ::testing::Test {
+ protected:
+  using Events = std::vector<std::string>;
+  static constexpr const char* kScript = "function URVO_buildAdURL(p) { p.done = true; }";
+  static constexpr const char* kAd = "<p>An ad</p>";
+  static constexpr const char* kAdURL = "http://ads.test/ad?id=1";
+
+  LoaderTest() {
+    valdren::VADStatistics::releaseSharedStatistics();
+    valdren::VADObjectPrivate::initialize();
+    clearCaches();
+    makeBanner();
+  }
+  ~LoaderTest() override {
+    banner.reset();
+    valdren::VADStatistics::releaseSharedStatistics();
+  }
+
+  static void clearCaches() {
+    std::error_code ignored;
+    std::filesystem::remove_all(std::getenv("XDG_CACHE_HOME"), ignored);
+  }
+
+  void makeBanner() {
+    banner = std::make_shared<valdren::VADBannerView>(platform::Rect{0, 410, 320, 50});
+    banner->setAdUnitID("unit");
+    banner->setRootViewController(screen.get());
+    banner->setDelegate(&record);
+  }
+
+  std::shared_ptr<valdren::VADObjectPrivate> loader() const {
+    return valdren::VADPrivateUtilities::privateObjectForKey<valdren::VADObjectPrivate>(
+        banner.get());
+  }
+  int state() const { return loader()->state(); }
+  /// The page of the ad, and the hidden page in which the script runs; the latter while it lives.
+  FakeWebEngine& adPage() const { return FakeWebEngines::of(*loader()->webView()); }
+  bool hasBuilderPage() const { return engines.engines().size() > 1; }
+  FakeWebEngine& builderPage() const { return engines.last(); }
+
+  void load() { banner->loadRequest(nullptr); }
+  void answerScript() { fetches.last().answer(200, {}, kScript); }
+  /// The script's answer, such as "loadAdURL?url=http://ads.test/".
+  void scriptSays(const std::string& message) {
+    builderPage().navigate("gmsg://sdk/" + message);
+    loop.advance(0);
+  }
+  void scriptGivesURL() { scriptSays("loadAdURL?url=http%3A%2F%2Fads.test%2Fad%3Fid%3D1"); }
+  void answerAd(const platform::Headers& headers = {}, const std::string& body = kAd) {
+    fetches.last().answer(200, headers, body);
+  }
+
+  /// Brings a banner without cached script from `load` to one of the states 1, 3, 4, 5 and 6.
+  void bringTo(valdren::VADState wanted, const platform::Headers& headers = {}) {
+    load();
+    if (state() == valdren::kVADStateLoadingScript && wanted != valdren::kVADStateLoadingScript) {
+      answerScript();
+    }
+    if (wanted >= valdren::kVADStateLoadingAd) scriptGivesURL();
+    if (wanted >= valdren::kVADStateRenderingAd) answerAd(headers);
+    if (wanted >= valdren::kVADStateShowingAd) adPage().finish();
+    ASSERT_EQ(state(), wanted);
+  }
+
+  FakeClock clock;
+  FakeRunLoop loop{&clock};
+  FakeUserDefaults defaults;
+  FakeApplication application;
+  FakeDevice device;
+  FakeScreen display;
+  FakeAudioSession audio;
+  FakeWebEngines engines;
+  FakeURLLoading fetches;
+  LogLines log;
+  std::shared_ptr<platform::ViewController> screen = std::make_shared<platform::ViewController>();
+  BannerRecord record;
+  std::shared_ptr<valdren::VADBannerView> banner;
+};
+
+}  // namespace quorbel_tests
