@@ -1,0 +1,330 @@
+#include "ads/web/VADWebViewDelegate.h"
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+
+#include "ads/support/VADNetworkUtilities.h"
+#include "ads/support/VADNotification.h"
+#include "ads/support/VADNotificationCenter.h"
+#include "ads/web/VADOpener.h"
+#include "ads/web/VADScreen.h"
+#include "ads/web/VADWebView.h"
+#include "platform/SystemSound.h"
+#include "tests/support/FakeApplication.h"
+#include "tests/support/FakeURLLoading.h"
+#include "tests/support/FakeUserDefaults.h"
+#include "tests/support/FakeWebEngine.h"
+#include "tests/support/Fakes.h"
+#include "tests/support/LogLines.h"
+
+namespace {
+
+using namespace valdren;
+using platform::NavigationType;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+/// Writes down what it was to open.
+class FakeOpener final : public VADOpener {
+ public:
+  using Events = std::vector<std::string>;
+  explicit FakeOpener(Events& events) : events_(events) {}
+  void openNotification(const VADNotification& notification) override {
+    events_.push_back("open " + notification.parameter("a").value_or("-") + " " +
+                      notification.parameter("u").value_or("-"));
+  }
+  void openApp(const std::optional<platform::URL>& url) override { add("app", url); }
+  void openEmailComposer(const std::optional<platform::URL>& url) override { add("mail", url); }
+
+ private:
+  void add(const char* what, const std::optional<platform::URL>& url) {
+    events_.push_back(std::string(what) + " " + (url ? url->absoluteString() : "-"));
+  }
+  Events& events_;
+};
+
+class TestedDelegate final : public VADWebViewDelegate {
+ public:
+  explicit TestedDelegate(std::unique_ptr<VADOpener> opener)
+      : VADWebViewDelegate(std::move(opener)) {}
+  int firstPages = 0;
+
+ private:
+  void loadedFirstPage(platform::WebView&) override { ++firstPages; }
+};
+
+class ClosableScreen final : public platform::ViewController, public VADRelinquishableScreen {
+ public:
+  void relinquishScreen() override { ++relinquished; }
+  int relinquished = 0;
+};
+
+class FakeSystemSound final : public platform::SystemSound {
+ public:
+  void play(std::uint32_t sound) override { played.push_back(sound); }
+  std::vector<std::uint32_t> played;
+
+ private:
+  platform::SystemSound::Replacement replacement_{*this};
+};
+
+class VADWebViewDelegateTest : public ::testing::Test, public platform::Trackable {
+ protected:
+  VADWebViewDelegateTest() {
+    view->setDelegate(delegate.get());
+    platform::NotificationCenter::defaultCenter().addObserver(
+        *this, VADWebViewDelegateDidReceiveWebAction, [this](const auto& notification) {
+          EXPECT_EQ(notification.object, static_cast<platform::WebView*>(view.get()));
+          actions.push_back(platform::Value(*notification.userInfo).description());
+        });
+  }
+  ~VADWebViewDelegateTest() override { invalidateWeakReferences(); }
+
+  void observe(const char* message) {
+    VADNotificationCenter::defaultCenter().addObserver(
+        *this, message,
+        [this](const auto& notification) {
+          forwarded.push_back(notification.name + " " +
+                              platform::Value(*notification.userInfo).description());
+        },
+        static_cast<platform::WebView*>(view.get()));
+  }
+  bool navigate(const std::string& address, NavigationType type = NavigationType::Other) {
+    return page().navigate(address, type);
+  }
+  quorbel_tests::FakeWebEngine& page() { return quorbel_tests::FakeWebEngines::of(*view); }
+
+  quorbel_tests::FakeClock clock;
+  quorbel_tests::FakeRunLoop loop{&clock};
+  quorbel_tests::FakeUserDefaults defaults;
+  quorbel_tests::FakeApplication application;
+  quorbel_tests::FakeWebEngines engines;
+  quorbel_tests::FakeURLLoading fetches;
+  quorbel_tests::LogLines log;
+  FakeSystemSound sounds;
+  FakeOpener::Events opened;
+  std::vector<std::string> actions;
+  std::vector<std::string> forwarded;
+  std::shared_ptr<VADWebView> view = std::make_shared<VADWebView>(platform::Rect{0, 0, 320, 50});
+  std::shared_ptr<TestedDelegate> delegate =
+      std::make_shared<TestedDelegate>(std::make_unique<FakeOpener>(opened));
+};
+
+TEST_F(VADWebViewDelegateTest, SendsEachAddressWhereItBelongs) {
+  struct Case {
+    const char* address;
+    NavigationType type;
+    bool loads;
+    bool posts;
+    std::string opens;
+  };
+  const auto link = NavigationType::LinkClicked;
+  const auto other = NavigationType::Other;
+  const Case cases[] = {
+      {"http://host.test/", other, true, false, ""},
+      {"http://host.test", other, true, false, ""},
+      {"http://host.test/p", other, true, true, ""},
+      {"http://host.test/", link, true, true, ""},
+      {"HTTPS://host.test/p", link, true, true, ""},
+      {"about:blank", other, true, false, ""},
+      {"file:///etc/passwd", link, false, true, ""},
+      {"FILE:///etc/passwd", other, false, true, ""},
+      {"mailto:a@b.test?subject=x", link, false, true, "mail mailto:a@b.test?subject=x"},
+      {"MailTo:a@b.test", link, false, true, "mail MailTo:a@b.test"},
+      {"itms://store.test/1", link, false, true, "app itms://store.test/1"},
+      {"tel:1", other, false, false, "app tel:1"},
+      {"javascript:alert(1)", link, false, true, "app javascript:alert(1)"},
+      {"data:text/html,x", other, false, false, "app data:text/html,x"},
+      {"GMSG://x/click?u=http%3A%2F%2Fa%2F", link, false, true,
+       "app GMSG://x/click?u=http%3A%2F%2Fa%2F"},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.address);
+    opened.clear();
+    actions.clear();
+    EXPECT_EQ(navigate(each.address, each.type), each.loads);
+    EXPECT_EQ(opened, each.opens.empty() ? FakeOpener::Events{} : FakeOpener::Events{each.opens});
+    EXPECT_EQ(actions.size(), each.posts ? 1u : 0u);
+  }
+  EXPECT_EQ(actions, FakeOpener::Events{R"({"u":"GMSG://x/click?u=http%3A%2F%2Fa%2F"})"});
+}
+
+TEST_F(VADWebViewDelegateTest, ActsOnEachMessageAndLoadsNone) {
+  const auto screen = std::make_shared<ClosableScreen>();
+  delegate->setViewController(screen.get());
+  EXPECT_FALSE(navigate("gmsg://x/close"));
+  EXPECT_FALSE(navigate("vantic://closecanvas?x=1"));
+  EXPECT_EQ(screen->relinquished, 2);
+  EXPECT_EQ(delegate->opener()->viewController(), screen.get());
+  platform::ViewController plain;
+  delegate->setViewController(&plain);
+  EXPECT_FALSE(navigate("gmsg://x/close"));
+
+  EXPECT_FALSE(navigate("gmsg://x/log?string=one%0Atwo"));
+  EXPECT_FALSE(navigate("vantic://log?string=three"));
+  EXPECT_FALSE(navigate("gmsg://x/log"));
+  EXPECT_THAT(log.take(), ElementsAre("one\\ntwo", "three", "(null)"));
+
+  EXPECT_FALSE(navigate("gmsg://x/open?a=app&u=tel%3A1"));
+  EXPECT_FALSE(navigate("vantic://launch?url=http%3A%2F%2Fa"));
+  EXPECT_THAT(opened, ElementsAre("open app tel:1", "open browser http://a"));
+
+  EXPECT_FALSE(navigate("gmsg://x/vibrate"));
+  EXPECT_THAT(sounds.played, ElementsAre(4095u));
+  EXPECT_FALSE(navigate("gmsg://x/touch?tx=1"));
+  EXPECT_THAT(actions, testing::Contains(R"({"u":"gmsg://x/vibrate","a":"vibrate"})"));
+  EXPECT_EQ(actions.size(), 10u);
+  EXPECT_EQ(fetches.count(), 0u);
+}
+
+TEST_F(VADWebViewDelegateTest, FiresPingsOneAtATime) {
+  EXPECT_FALSE(navigate("gmsg://x/httpTrack?u=http%3A%2F%2Fa%2Fb%3Fai%3D1"));
+  EXPECT_EQ(fetches.last().url(), "http://a/b?ai=1");
+  EXPECT_FALSE(navigate("gmsg://x/click?u=http%3A%2F%2Fa%2Fb%3Fai%3D1"));
+  EXPECT_TRUE(fetches.fetch(0).isCancelled());
+  EXPECT_THAT(fetches.last().url(), StartsWith("http://a/b?ai=1&"));
+  EXPECT_FALSE(navigate("gmsg://x/click?u=http%3A%2F%2Fa%2Fb"));
+  EXPECT_EQ(fetches.last().url(), "http://a/b") << "signals without an \"ai\" value";
+  const std::size_t before = fetches.count();
+  for (const char* const message :
+       {"httpTrack", "click", "click?u=", "httpTrack?u=http%3A%2F%2F%5B"}) {
+    EXPECT_FALSE(navigate(std::string("gmsg://x/") + message));
+  }
+  EXPECT_EQ(fetches.count(), before);
+  for (int times = 0; times < 500; ++times) navigate("gmsg://x/httpTrack?u=http%3A%2F%2Fa%2F");
+  EXPECT_EQ(application.runningTasks(), 1u);
+  view->setDelegate(nullptr);
+  delegate.reset();
+  EXPECT_TRUE(fetches.last().isCancelled());
+  EXPECT_EQ(application.runningTasks(), 0u);
+}
+
+TEST_F(VADWebViewDelegateTest, ForwardsUnknownMessagesOnTheNextTurn) {
+  for (const char* const name : {"CLICK", "settings", "click/", ""}) observe(name);
+  EXPECT_FALSE(navigate("gmsg://x/CLICK?U=1&v=a%20b"));
+  EXPECT_FALSE(navigate("gmsg://x/settings"));
+  EXPECT_FALSE(navigate("gmsg://x/click/?u=http%3A%2F%2Fa%2F"));
+  EXPECT_FALSE(navigate("gmsg://x/"));
+  EXPECT_THAT(forwarded, IsEmpty()) << "forwarded before the decision was made";
+  loop.advance(0);
+  EXPECT_THAT(forwarded, ElementsAre(R"(CLICK {"u":"1","v":"a b"})", "settings {}",
+                                     R"(click/ {"u":"http://a/"})", " {}"));
+  EXPECT_EQ(fetches.count(), 0u);
+}
+
+TEST_F(VADWebViewDelegateTest, ForwardsABoundedNumberOfMessagesATurn) {
+  observe("flood");
+  for (int turn = 1; turn <= 2; ++turn) {
+    for (int times = 0; times < 5000; ++times) navigate("gmsg://x/flood");
+    EXPECT_LT(loop.pendingCount(), 300u);
+    loop.advance(0);
+    EXPECT_EQ(forwarded.size(), 256u * turn) << "the next turn starts from nothing";
+  }
+}
+
+TEST_F(VADWebViewDelegateTest, AnswersWhichAddressesTheSystemOpens) {
+  application.openableSchemes = {"tel"};
+  EXPECT_FALSE(navigate("gmsg://x/canOpenURLs?urls=tel:1,sms:2"));
+  EXPECT_THAT(page().scripts,
+              ElementsAre(R"(URVO_ReceiveMessage('openableURLs', {"tel:1":true,"sms:2":false});)"));
+  page().scripts.clear();
+  EXPECT_FALSE(navigate("gmsg://x/canOpenURLs"));
+  EXPECT_THAT(page().scripts, ElementsAre("URVO_ReceiveMessage('openableURLs', {});"));
+  page().scripts.clear();
+  std::string many = "gmsg://x/canOpenURLs?urls=";
+  for (int number = 0; number < 20000; ++number) many += std::to_string(number) + ":x,";
+  EXPECT_FALSE(navigate(many));
+  EXPECT_LT(page().scripts.at(0).size(), 5000u) << "a page may not keep the system busy";
+}
+
+TEST_F(VADWebViewDelegateTest, EvaluatesInTheOpenerAndDropsTheResult) {
+  EXPECT_FALSE(navigate("gmsg://x/evalInOpener?js=1"));
+  EXPECT_EQ(loop.pendingCount(), 0u);
+  const auto opener = std::make_shared<VADWebView>();
+  delegate->setOpeningWebView(opener.get());
+  EXPECT_FALSE(navigate("gmsg://x/evalInOpener?js=f(%22x%22)&webView=1"));
+  const auto& scripts = quorbel_tests::FakeWebEngines::of(*opener).scripts;
+  EXPECT_THAT(scripts, IsEmpty());
+  loop.advance(0);
+  EXPECT_THAT(scripts, ElementsAre("f(\"x\")"));
+  EXPECT_THAT(page().scripts, IsEmpty());
+  navigate("gmsg://x/evalInOpener?js=late");
+  delegate->setOpeningWebView(nullptr);
+  loop.advance(0);
+  EXPECT_EQ(scripts.size(), 1u);
+}
+
+TEST_F(VADWebViewDelegateTest, FailsOnMessagesThatAreNone) {
+  const auto ask = [this](const char* address) {
+    delegate->webViewShouldStartLoad(*view, {*platform::URL::parse(address)},
+                                     NavigationType::Other);
+  };
+  EXPECT_THROW(ask("vantic://other?u=1"), std::invalid_argument);
+  EXPECT_THROW(ask("gmsg://x"), std::out_of_range);
+  EXPECT_THAT(actions, IsEmpty());
+  // The platform stops it, refuses the navigation and says so.
+  EXPECT_FALSE(navigate("vantic://other"));
+  EXPECT_FALSE(navigate("gmsg://x"));
+  EXPECT_EQ(log.take().size(), 2u);
+}
+
+TEST_F(VADWebViewDelegateTest, OutlivesTheEndOfItsPageInAMessage) {
+  VADNotificationCenter::defaultCenter().addObserver(
+      *this, "gone", [this](const auto&) { forwarded.push_back("gone"); });
+  navigate("gmsg://x/gone");
+  view.reset();
+  delegate.reset();
+  loop.advance(0);
+  EXPECT_THAT(forwarded, ElementsAre("gone"));
+  EXPECT_THAT(engines.engines(), IsEmpty());
+}
+
+TEST_F(VADWebViewDelegateTest, TakesTheUserAgentFromTheRequests) {
+  page().agent = "Agent/1";
+  navigate("http://a.test/");
+  page().agent = "";
+  navigate("http://a.test/");
+  EXPECT_EQ(VADNetworkUtilities::userAgentString(), "Agent/1");
+}
+
+TEST_F(VADWebViewDelegateTest, TellsThePageTheOrientation) {
+  using platform::InterfaceOrientation;
+  const std::pair<InterfaceOrientation, const char*> cases[] = {
+      {InterfaceOrientation::Portrait, "0"},
+      {InterfaceOrientation::PortraitUpsideDown, "180"},
+      {InterfaceOrientation::LandscapeRight, "90"},
+      {InterfaceOrientation::LandscapeLeft, "-90"},
+      {InterfaceOrientation::Unknown, nullptr},
+      {InterfaceOrientation(7), nullptr}};
+  for (const auto& [orientation, angle] : cases) {
+    page().scripts.clear();
+    application.orientation = orientation;
+    page().finish();
+    if (!angle) {
+      EXPECT_THAT(page().scripts, IsEmpty());
+      continue;
+    }
+    EXPECT_THAT(
+        page().scripts,
+        ElementsAre(std::string("window.__defineGetter__('orientation',function(){return ") +
+                    angle + ";});window.onorientationchange();"));
+  }
+  EXPECT_EQ(delegate->firstPages, 1) << "the first page comes once";
+  EXPECT_TRUE(delegate->hasLoadedAtLeastOnce());
+}
+
+TEST_F(VADWebViewDelegateTest, ReadsWholeNumbers) {
+  const platform::Dictionary parameters{
+      {"a", "12px"}, {"b", ""}, {"c", "-7"}, {"d", "99999999999"}, {"e", "x"}};
+  EXPECT_EQ(VADWebViewDelegate::intForKey("a", parameters), 12);
+  EXPECT_EQ(VADWebViewDelegate::intForKey("b", parameters), 0);
+  EXPECT_EQ(VADWebViewDelegate::intForKey("c", parameters), -7);
+  EXPECT_EQ(VADWebViewDelegate::intForKey("d", parameters), 2147483647);
+  EXPECT_EQ(VADWebViewDelegate::intForKey("e", parameters), 0);
+  EXPECT_EQ(VADWebViewDelegate::intForKey("f", parameters), -1);
+}
+
+}  // namespace
