@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -16,6 +15,7 @@
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADWebView.h"
+#include "platform/Folders.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/FakeURLLoading.h"
@@ -69,7 +69,7 @@ class LoaderTest : public ::testing::Test {
 
   static void clearCaches() {
     std::error_code ignored;
-    std::filesystem::remove_all(std::getenv("XDG_CACHE_HOME"), ignored);
+    std::filesystem::remove_all(platform::cachesFolder().value(), ignored);
   }
 
   void makeBanner() {

@@ -1,0 +1,246 @@
+#include "ads/web/VADBannerWebViewDelegate.h"
+
+#include <gmock/gmock.h>
+
+#include "ads/api/VADBannerView.h"
+#include "ads/api/VADDelegateManager.h"
+#include "ads/loading/VADRequestPrivate.h"
+#include "ads/telemetry/VADStatistics.h"
+#include "ads/telemetry/VADTiming.h"
+#include "ads/web/VADOpener.h"
+#include "ads/web/VADWebView.h"
+#include "tests/support/FakeApplication.h"
+#include "tests/support/FakeUserDefaults.h"
+#include "tests/support/FakeWebEngine.h"
+#include "tests/support/Fakes.h"
+
+namespace {
+
+using namespace valdren;
+using platform::NavigationType;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Events = std::vector<std::string>;
+
+class FakeLoader final : public VADAdController {
+ public:
+  explicit FakeLoader(Events& events) : events_(events) {}
+  ~FakeLoader() { invalidateWeakReferences(); }
+  VADState state() const override { return state_; }
+  void changeState(VADState state) override {
+    state_ = state;
+    events_.push_back("state " + std::to_string(state));
+  }
+  double timeLastLoaded() const override { return shownAt; }
+  const std::shared_ptr<VADRequestPrivate>& request() const override { return request_; }
+  const std::shared_ptr<VADDelegateManager>& delegateManager() const override { return manager_; }
+  platform::ViewController* rootViewController() const override { return root.get(); }
+  const std::shared_ptr<VADWebView>& webView() const override { return webView_; }
+  std::vector<platform::URL> pendingTrackingURLs() const override {
+    return {*platform::URL::parse("http://p.test/")};
+  }
+  std::vector<platform::URL> pendingClickURLs() const override { return clickURLs; }
+  int supportedOrientations() const override { return 3; }
+  void trackURLs(const std::vector<platform::URL>& urls) override {
+    for (const auto& url : urls) events_.push_back("track " + url.absoluteString());
+  }
+
+  VADState state_ = kVADStateShowingAd;
+  double shownAt = VADTiming::counter();
+  std::shared_ptr<platform::ViewController> root = std::make_shared<platform::ViewController>();
+  std::vector<platform::URL> clickURLs;
+
+ private:
+  Events& events_;
+  std::shared_ptr<VADRequestPrivate> request_ = std::make_shared<VADRequestPrivate>();
+  std::shared_ptr<VADDelegateManager> manager_ = std::make_shared<VADDelegateManager>();
+  std::shared_ptr<VADWebView> webView_ = std::make_shared<VADWebView>();
+};
+
+class FakeOpener final : public VADOpener {
+ public:
+  explicit FakeOpener(Events& events) : events_(events) {}
+  void openBrowserToURL(const std::optional<platform::URL>& url, int orientations) override {
+    add("browser", url, orientations);
+  }
+  void openWebApp(const std::optional<platform::URL>& url, int orientations) override {
+    add("webapp", url, orientations);
+  }
+  void openApp(const std::optional<platform::URL>& url) override {
+    events_.push_back("app " + url->absoluteString());
+  }
+
+ private:
+  void add(const std::string& what, const std::optional<platform::URL>& url, int orientations) {
+    events_.push_back(what + " " + url->absoluteString() + " " + std::to_string(orientations));
+  }
+  Events& events_;
+};
+
+/// Hears of ads and errors; stands in for a publisher.
+class Publisher final : public VADBannerViewDelegate {
+ public:
+  explicit Publisher(Events& events) : events_(events) {}
+  ~Publisher() { invalidateWeakReferences(); }
+  void adViewDidReceiveAd(VADBannerView&) override { events_.push_back("received"); }
+  void adViewDidFailToReceiveAdWithError(VADBannerView&, const VADRequestError& error) override {
+    events_.push_back("failed " + std::to_string(error.code()));
+  }
+
+ private:
+  Events& events_;
+};
+
+class VADBannerWebViewDelegateTest : public ::testing::Test {
+ protected:
+  VADBannerWebViewDelegateTest() {
+    VADStatistics::releaseSharedStatistics();
+    publisherBanner->setDelegate(&publisher);
+    loader->delegateManager()->setBannerDelegate(&publisher);
+    loader->delegateManager()->setAdView(publisherBanner.get());
+    delegate = VADBannerWebViewDelegate::initWithObjectPrivate(
+        *loader, std::make_unique<FakeOpener>(events));
+  }
+  ~VADBannerWebViewDelegateTest() override {
+    delegate.reset();
+    publisherBanner.reset();
+    VADStatistics::releaseSharedStatistics();
+  }
+  quorbel_tests::FakeWebEngine& page() {
+    return quorbel_tests::FakeWebEngines::of(*loader->webView());
+  }
+  /// Makes the next navigation the user's click.
+  void touchAndWait() {
+    loader->webView()->setTouched(true);
+    clock.advance(1);
+  }
+  bool click(const std::string& address) {
+    return page().navigate(address, NavigationType::LinkClicked);
+  }
+  int clicks() const {
+    return int(VADStatistics::sharedStatistics().timingNamed(kVADParameterPriorClickLatency) !=
+               nullptr);
+  }
+
+  quorbel_tests::FakeClock clock;
+  quorbel_tests::FakeRunLoop loop{&clock};
+  quorbel_tests::FakeUserDefaults defaults;
+  quorbel_tests::FakeApplication application;
+  quorbel_tests::FakeWebEngines engines;
+  Events events;
+  Publisher publisher{events};
+  std::shared_ptr<VADBannerView> publisherBanner = std::make_shared<VADBannerView>();
+  std::shared_ptr<FakeLoader> loader = std::make_shared<FakeLoader>(events);
+  std::shared_ptr<VADBannerWebViewDelegate> delegate;
+};
+
+TEST_F(VADBannerWebViewDelegateTest, TellsClicksFromThePagesOwnDoings) {
+  struct Case {
+    VADState state;
+    double secondsShown;
+    NavigationType type;
+    bool touched;
+    bool isClick;
+  };
+  const auto link = NavigationType::LinkClicked;
+  const Case cases[] = {
+      {kVADStateShowingAd, 1, link, true, true},
+      {kVADStateShowingAd, 0.15, link, true, true},
+      {kVADStateShowingAd, 0.1, link, true, false},
+      {kVADStateShowingAd, 1, link, false, false},
+      {kVADStateShowingAd, 1, NavigationType::FormSubmitted, true, true},
+      {kVADStateShowingAd, 1, NavigationType::BackForward, true, false},
+      {kVADStateShowingAd, 1, NavigationType::Reload, true, false},
+      {kVADStateShowingAd, 1, NavigationType::FormResubmitted, true, true},
+      {kVADStateShowingAd, 1, NavigationType::Other, true, true},
+      {kVADStateRenderingAd, 1, link, true, false},
+      {kVADStateBuildingURL, 1, link, true, false},
+      {kVADStateFailed, 1, link, true, false},
+  };
+  for (const Case& each : cases) {
+    loader->state_ = each.state;
+    // From 0 up, so that 0.15 seconds are 0.15 seconds to the last bit.
+    loader->shownAt = 0;
+    clock.advance(each.secondsShown - VADTiming::counter());
+    loader->webView()->setTouched(each.touched);
+    EXPECT_EQ(delegate->isClick(each.type), each.isClick)
+        << each.state << " " << each.secondsShown << " " << int(each.type) << " " << each.touched;
+  }
+}
+
+TEST_F(VADBannerWebViewDelegateTest, LetsThePageNavigateUntilItIsTouched) {
+  EXPECT_TRUE(click("http://land.test/"));
+  loader->webView()->setTouched(true);
+  clock.advance(0.1);
+  EXPECT_TRUE(click("http://land.test/"));
+  EXPECT_FALSE(click("tel:1"));
+  EXPECT_THAT(events, ElementsAre("app tel:1"));
+  EXPECT_EQ(clicks(), 0);
+}
+
+TEST_F(VADBannerWebViewDelegateTest, OpensClicksFullScreen) {
+  page().url = platform::URL::parse("http://ads.test/ad");
+  touchAndWait();
+  EXPECT_FALSE(click("http://land.test/"));
+  EXPECT_EQ(delegate->opener()->referringURL()->absoluteString(), "http://ads.test/ad");
+  EXPECT_EQ(delegate->opener()->viewController(), loader->root.get());
+  EXPECT_EQ(delegate->opener()->delegateManager(), loader->delegateManager());
+  EXPECT_EQ(delegate->opener()->adController(), loader.get());
+  EXPECT_EQ(clicks(), 1);
+  loader->clickURLs = {*platform::URL::parse("http://c.test/")};
+  EXPECT_FALSE(click("HTTPS://land.test/"));
+  EXPECT_THAT(events, ElementsAre("browser http://land.test/ 3", "webapp HTTPS://land.test/ 3"));
+}
+
+TEST_F(VADBannerWebViewDelegateTest, OpensTheClickURLWithItsSignals) {
+  touchAndWait();
+  EXPECT_FALSE(click("http://land.test/?ai=abc"));
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_THAT(events[0], testing::StartsWith("browser http://land.test/?ai=abc&"));
+}
+
+TEST_F(VADBannerWebViewDelegateTest, LeavesClicksThatAreActedOnAndOpensNoPagelessOnes) {
+  touchAndWait();
+  EXPECT_FALSE(click("tel:1"));
+  EXPECT_FALSE(click("gmsg://x/unknown"));
+  EXPECT_THAT(events, ElementsAre("app tel:1"));
+  EXPECT_FALSE(click("about:blank")) << "a click never navigates the banner";
+  EXPECT_EQ(events.size(), 1u);
+}
+
+TEST_F(VADBannerWebViewDelegateTest, ShowsTheAdOnceItsPageHasFinished) {
+  loader->webView()->setHidden(true);
+  loader->state_ = kVADStateLoadingAd;
+  page().finish();
+  EXPECT_THAT(events, IsEmpty());
+  EXPECT_TRUE(loader->webView()->isHidden());
+  loader->state_ = kVADStateRenderingAd;
+  page().finish();
+  EXPECT_THAT(events, ElementsAre("state 6", "received", "track http://p.test/"));
+  EXPECT_FALSE(loader->webView()->isHidden());
+  page().finish();
+  EXPECT_EQ(events.size(), 3u);
+}
+
+TEST_F(VADBannerWebViewDelegateTest, FailsEveryLoadButThatOfAShownAd) {
+  page().fail();
+  EXPECT_THAT(events, IsEmpty());
+  loader->state_ = kVADStateRenderingAd;
+  page().fail();
+  EXPECT_THAT(events, ElementsAre("state 7", "failed 2"));
+}
+
+TEST_F(VADBannerWebViewDelegateTest, LetsGoOfTheWebViewAtItsEnd) {
+  EXPECT_EQ(loader->webView()->delegate(), delegate.get());
+  const std::shared_ptr<VADWebView> view = loader->webView();
+  loader.reset();
+  EXPECT_TRUE(view->delegate());
+  auto& orphan = quorbel_tests::FakeWebEngines::of(*view);
+  EXPECT_TRUE(orphan.navigate("http://land.test/")) << "without a loader it is like any other";
+  orphan.finish();
+  orphan.fail();
+  delegate.reset();
+  EXPECT_EQ(view->delegate(), nullptr);
+}
+
+}  // namespace
