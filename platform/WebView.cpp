@@ -97,6 +97,10 @@ void WebView::setDataDetectorTypes(unsigned types) {
   engine_->apply(settings_);
 }
 
+void WebView::layoutSubviews() {
+  engine_->boundsChanged();
+}
+
 bool WebView::engineShouldStartLoad(const URLRequest& request, NavigationType type) {
   WebViewDelegate* const delegate = delegate_.get();
   if (!delegate) return true;

@@ -25,7 +25,11 @@ enum DataDetectorTypes : unsigned { kNoDataDetectors = 0, kAllDataDetectors = ~0
 
 class WebView;
 
-/// Asked and told about a web view's navigations. Everything but the decision is optional.
+/// Asked and told about a web view's navigations. Everything but the decision is optional. A load
+/// that was told to have started ends with one "finished" or one "failed", unless another load
+/// takes its place; a navigation that is refused before it starts is told nothing of. The end of
+/// the page's process is one "failed", whether a load was under way or not. The view may be
+/// destroyed in each call.
 class WebViewDelegate : public virtual Trackable {
  public:
   /// Whether the navigation (main frame or subframe) may go ahead.
@@ -63,6 +67,8 @@ class WebEngine {
 
   virtual ~WebEngine() = default;
   virtual void apply(const Settings& settings) = 0;
+  /// The host's size has changed.
+  virtual void boundsChanged() {}
   virtual void loadRequest(const URLRequest& request) = 0;
   virtual void loadHTML(const std::string& html, const std::optional<URL>& baseURL) = 0;
   virtual void evaluate(const std::string& script, std::function<void(std::string)> result) = 0;
@@ -105,7 +111,9 @@ class WebView : public View, private WebEngine::Client {
   void loadRequest(const URLRequest& request);
   /// Shows `html` as the page at `baseURL` (about:blank when absent).
   void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL);
+  /// Asks the page's address again; a page that was given as text is not asked for again.
   void reload();
+  /// A load that has started fails then, on the next turn of the run loop.
   void stopLoading();
   void goBack();
   void goForward();
@@ -131,6 +139,9 @@ class WebView : public View, private WebEngine::Client {
   void setDataDetectorTypes(unsigned types);
 
   WebEngine& engine() { return *engine_; }
+
+ protected:
+  void layoutSubviews() override;
 
  private:
   bool engineShouldStartLoad(const URLRequest& request, NavigationType type) override;

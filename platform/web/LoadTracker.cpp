@@ -10,13 +10,18 @@ constexpr double kReplacementSeconds = 0.5;
 
 }  // namespace
 
-void LoadTracker::asked(std::string uri) {
-  uri_ = std::move(uri);
+void LoadTracker::asked(std::string address, bool mayStay) {
+  mayStay_ = mayStay;
+  address_ = std::move(address);
   asked_ = true;
 }
 
-void LoadTracker::refused(const std::string& uri) {
-  if (asked_ && (uri_.empty() || uri_ == uri)) asked_ = false;
+bool LoadTracker::awaits(const std::string& address) const {
+  return asked_ && (address_.empty() || address_ == address);
+}
+
+void LoadTracker::refused(const std::string& address) {
+  if (awaits(address)) asked_ = false;
 }
 
 void LoadTracker::stopped() {
@@ -39,10 +44,27 @@ void LoadTracker::finished() {
 }
 
 void LoadTracker::failed(const Error& error, bool cancelled) {
-  if (!started_) return;
-  if (cancelled) return failUnlessReplaced(kReplacementSeconds, error);
-  started_ = false;
+  if (cancelled) {
+    if (started_) failUnlessReplaced(kReplacementSeconds, error);
+    return;
+  }
+  if (started_) {
+    started_ = false;  // what was asked for meanwhile goes on
+  } else if (asked_) {
+    asked_ = false;
+  } else {
+    return;
+  }
   client_.engineDidFailLoad(error);
+}
+
+bool LoadTracker::settled() {
+  if (!asked_ || started_) return true;
+  if (!mayStay_) return false;
+  const std::weak_ptr<const void> alive = lifetime();
+  started();
+  if (!alive.expired()) finished();
+  return true;
 }
 
 void LoadTracker::crashed(const Error& error) {

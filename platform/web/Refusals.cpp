@@ -3,13 +3,39 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
+#include <string_view>
 #include <utility>
+
+#include "platform/Log.h"
+#include "platform/web/PageBudget.h"
 
 namespace platform {
 namespace {
 
-gboolean answerScriptDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer) {
+/// A script that asks again and again never lets its page do anything else.
+void endWhenFlooding(WebKitWebView* view) {
+  constexpr const char* kBudget = "platform-dialog-budget";
+  auto* budget = static_cast<PageBudget*>(g_object_get_data(G_OBJECT(view), kBudget));
+  if (!budget) {
+    budget = new PageBudget;
+    g_object_set_data_full(G_OBJECT(view), kBudget, budget,
+                           [](gpointer owned) { delete static_cast<PageBudget*>(owned); });
+  }
+  if (budget->take() || budget->refused() != 1) return;
+  logWarning("A page that floods the application with dialogs is ended.");
+  g_idle_add_full(
+      G_PRIORITY_DEFAULT,
+      [](gpointer page) -> gboolean {
+        webkit_web_view_terminate_web_process(WEBKIT_WEB_VIEW(page));
+        return G_SOURCE_REMOVE;
+      },
+      g_object_ref(view), g_object_unref);
+}
+
+gboolean answerScriptDialog(WebKitWebView* view, WebKitScriptDialog* dialog, gpointer) {
+  endWhenFlooding(view);
   // "alert" needs no answer; "prompt" gets none, "confirm" a no, and leaving a page is allowed.
   switch (webkit_script_dialog_get_dialog_type(dialog)) {
     case WEBKIT_SCRIPT_DIALOG_CONFIRM:
@@ -87,6 +113,30 @@ void refuseDrops(WebKitWebView* view) {
   g_object_unref(controllers);
 }
 
+void turnFeaturesOff(WebKitSettings* settings) {
+  constexpr std::array<std::string_view, 7> kOff{
+      // One more web process, kept alive, for each site that a page hops to.
+      "ProcessSwapOnCrossSiteNavigation",
+      "CrossOriginOpenerPolicy",
+      // An ad is made ready while it is hidden; its timers must not wait for whole seconds.
+      "HiddenPageDOMTimerThrottling",
+      "PageVisibilityBasedProcessSuppression",
+      // Speaks without being asked.
+      "SpeechSynthesisAPI",
+      "Gamepads",
+      "WebShare",
+  };
+  WebKitFeatureList* const features = webkit_settings_get_all_features();
+  for (gsize index = 0; index < webkit_feature_list_get_length(features); ++index) {
+    WebKitFeature* const feature = webkit_feature_list_get(features, index);
+    const std::string_view identifier = webkit_feature_get_identifier(feature);
+    if (std::find(kOff.begin(), kOff.end(), identifier) != kOff.end()) {
+      webkit_settings_set_feature_enabled(settings, feature, FALSE);
+    }
+  }
+  webkit_feature_list_unref(features);
+}
+
 }  // namespace
 
 void refuseWhatReachesBeyondThePage(WebKitWebView* view) {
@@ -106,15 +156,17 @@ void refuseWhatReachesBeyondThePage(WebKitWebView* view) {
     g_signal_connect(view, signal, callback, nullptr);
   }
   refuseDrops(view);
+  // Those about processes only count once there is a view.
+  turnFeaturesOff(webkit_web_view_get_settings(view));
 }
 
 WebKitSettings* makeStrangersSettings() {
   return WEBKIT_SETTINGS(g_object_new(
       WEBKIT_TYPE_SETTINGS, "enable-developer-extras", FALSE, "enable-fullscreen", FALSE,
-      "enable-hyperlink-auditing", FALSE, "enable-media-stream", FALSE, "enable-webrtc", FALSE,
-      "javascript-can-access-clipboard", FALSE, "allow-modal-dialogs", FALSE,
-      "allow-file-access-from-file-urls", FALSE, "allow-universal-access-from-file-urls", FALSE,
-      "allow-top-navigation-to-data-urls", FALSE, "enable-write-console-messages-to-stdout", FALSE,
+      "enable-media-stream", FALSE, "enable-webrtc", FALSE, "javascript-can-access-clipboard",
+      FALSE, "allow-modal-dialogs", FALSE, "allow-file-access-from-file-urls", FALSE,
+      "allow-universal-access-from-file-urls", FALSE, "allow-top-navigation-to-data-urls", FALSE,
+      "enable-write-console-messages-to-stdout", FALSE, "enable-page-cache", FALSE,
       // Asks us about each window; none is ever opened.
       "javascript-can-open-windows-automatically", TRUE, nullptr));
 }

@@ -2,9 +2,12 @@
 
 #include <gtkmm/widget.h>
 
-#include <array>
+#include <algorithm>
+#include <cmath>
+#include <string_view>
 
 #include "platform/Log.h"
+#include "platform/RunLoop.h"
 #include "platform/gtk/NativeView.h"
 #include "platform/web/Refusals.h"
 #include "platform/web/WebSession.h"
@@ -13,14 +16,22 @@ namespace platform {
 namespace {
 
 constexpr const char* kBlank = "about:blank";
+constexpr double kSmallestZoom = 0.25;
+/// A page that answers nothing for so long, after the engine's own patience, ends.
+constexpr double kUnresponsiveSeconds = 10;
+constexpr int kAttempts = 4;
 
-WebKitWebView* makeView(WebKitSettings* settings, WebKitWebView* related) {
-  // A related view shares the other's web process, context and session.
+WebKitWebView* makeView(WebKitSettings* settings, WebKitUserContentManager* content,
+                        WebKitWebView* related) {
+  // A related view has the other's web process, context and session.
   GObject* const view =
-      related ? G_OBJECT(g_object_new(WEBKIT_TYPE_WEB_VIEW, "settings", settings, "related-view",
-                                      related, nullptr))
-              : G_OBJECT(g_object_new(WEBKIT_TYPE_WEB_VIEW, "settings", settings, "web-context",
-                                      webContext(), "network-session", webSession(), nullptr));
+      related ? G_OBJECT(g_object_new(WEBKIT_TYPE_WEB_VIEW, "settings", settings,
+                                      "user-content-manager", content, "related-view", related,
+                                      nullptr))
+              : G_OBJECT(g_object_new(WEBKIT_TYPE_WEB_VIEW, "settings", settings,
+                                      "user-content-manager", content, "web-context", webContext(),
+                                      "network-session", webSession(), nullptr));
+  g_object_ref_sink(view);
   const GdkRGBA clear{0, 0, 0, 0};
   webkit_web_view_set_background_color(WEBKIT_WEB_VIEW(view), &clear);
   return WEBKIT_WEB_VIEW(view);
@@ -28,39 +39,22 @@ WebKitWebView* makeView(WebKitSettings* settings, WebKitWebView* related) {
 
 /// The address in the engine's own spelling.
 std::string spelled(const std::string& address) {
-  const auto request = GObjectPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(address.c_str()));
+  const GObjectPtr<WebKitURIRequest> request(webkit_uri_request_new(address.c_str()));
   return webkit_uri_request_get_uri(request.get());
+}
+
+std::string_view withoutFragment(std::string_view address) {
+  return address.substr(0, address.find('#'));
 }
 
 Error errorOf(const GError* error) {
   return {g_quark_to_string(error->domain), error->code, error->message};
 }
 
-bool isAttachment(WebKitURIResponse* response) {
-  SoupMessageHeaders* const headers = webkit_uri_response_get_http_headers(response);
-  char* disposition = nullptr;
-  if (!headers || !soup_message_headers_get_content_disposition(headers, &disposition, nullptr)) {
-    return false;
-  }
-  const bool attachment = g_ascii_strcasecmp(disposition, "attachment") == 0;
-  g_free(disposition);
-  return attachment;
-}
-
-/// What a page may consist of. Everything else is the delegate's to act on, never to load.
-bool canLoad(const URL& url) {
-  constexpr std::array<const char*, 5> kLoadable{"http", "https", "about", "data", "blob"};
-  const std::string scheme = url.lowercaseScheme();
-  for (const char* each : kLoadable) {
-    if (scheme == each) return true;
-  }
-  return false;
-}
-
 std::string textOf(WebKitWebView* view, GAsyncResult* result) {
   GError* error = nullptr;
-  const auto value =
-      GObjectPtr<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(view, result, &error));
+  const GObjectPtr<JSCValue> value(
+      webkit_web_view_evaluate_javascript_finish(view, result, &error));
   g_clear_error(&error);
   if (!value || jsc_value_is_undefined(value.get()) || jsc_value_is_null(value.get())) return {};
   char* const characters = jsc_value_to_string(value.get());
@@ -73,134 +67,120 @@ std::string textOf(WebKitWebView* view, GAsyncResult* result) {
 
 WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
     : host_(host),
-      client_(client),
-      settings_(GObjectPtr<WebKitSettings>::adopt(makeStrangersSettings())),
-      view_(GObjectPtr<WebKitWebView>::share(
-          makeView(settings_.get(), related ? related->view_.get() : nullptr))),
-      loads_(client) {
+      settings_(makeStrangersSettings()),
+      view_(
+          makeView(settings_.get(), scripts_.manager(), related ? related->view_.get() : nullptr)),
+      keys_(gtk_event_controller_key_new()),
+      loads_(client),
+      policy_(view_.get(), client, loads_) {
   refuseWhatReachesBeyondThePage(view_.get());
   connectSignals();
+  policy_.setProceedHandler([this](bool responded) {
+    if (responded || !fromNetwork_) setScriptsRun(true);
+  });
+  scripts_.setWidthHandler([this](double width) {
+    pageWidth_ = width;
+    fit();
+  });
   apply({});
   host_.native().setContent(Glib::wrap(GTK_WIDGET(view_.get())));
+  boundsChanged();
 }
 
 WebKitEngine::~WebKitEngine() {
   invalidateWeakReferences();
   g_signal_handlers_disconnect_by_data(view_.get(), this);
+  gtk_widget_remove_controller(GTK_WIDGET(view_.get()), keys_);
   host_.native().setContent(nullptr);
   webkit_web_view_stop_loading(view_.get());
 }
 
 void WebKitEngine::connectSignals() {
-  using Policy =
-      gboolean (*)(WebKitWebView*, WebKitPolicyDecision*, WebKitPolicyDecisionType, gpointer);
-  const Policy decide = [](WebKitWebView*, WebKitPolicyDecision* decision,
-                           WebKitPolicyDecisionType type, gpointer self) -> gboolean {
-    auto& engine = *static_cast<WebKitEngine*>(self);
-    if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
-      engine.decideResponse(decision);
-    } else if (type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION) {
-      webkit_policy_decision_ignore(decision);
-      engine.openHere(webkit_navigation_policy_decision_get_navigation_action(
-          WEBKIT_NAVIGATION_POLICY_DECISION(decision)));
-    } else if (engine.decideNavigation(decision)) {
-      webkit_policy_decision_use(decision);
-    } else {
-      webkit_policy_decision_ignore(decision);
-    }
-    return TRUE;
-  };
-  g_signal_connect(view_.get(), "decide-policy", G_CALLBACK(decide), this);
-
-  using Create = GtkWidget* (*)(WebKitWebView*, WebKitNavigationAction*, gpointer);
-  const Create create = [](WebKitWebView*, WebKitNavigationAction* action,
-                           gpointer self) -> GtkWidget* {
-    static_cast<WebKitEngine*>(self)->openHere(action);
-    return nullptr;
-  };
-  g_signal_connect(view_.get(), "create", G_CALLBACK(create), this);
-
-  using Changed = void (*)(WebKitWebView*, WebKitLoadEvent, gpointer);
-  const Changed changed = [](WebKitWebView*, WebKitLoadEvent event, gpointer self) {
-    auto& engine = *static_cast<WebKitEngine*>(self);
-    if (event == WEBKIT_LOAD_STARTED) engine.loads_.started();
-    if (event == WEBKIT_LOAD_FINISHED) engine.loads_.finished();
-  };
-  g_signal_connect(view_.get(), "load-changed", G_CALLBACK(changed), this);
-
-  using Failed = gboolean (*)(WebKitWebView*, WebKitLoadEvent, char*, GError*, gpointer);
-  const Failed failed = [](WebKitWebView*, WebKitLoadEvent, char*, GError* error,
-                           gpointer self) -> gboolean {
-    static_cast<WebKitEngine*>(self)->loads_.failed(
-        errorOf(error),
-        g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED));
-    return TRUE;  // no error page
-  };
-  g_signal_connect(view_.get(), "load-failed", G_CALLBACK(failed), this);
-
-  using Terminated = void (*)(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer);
-  const Terminated terminated = [](WebKitWebView*, WebKitWebProcessTerminationReason reason,
-                                   gpointer self) {
-    logWarning("The process of a web page has ended.");
-    static_cast<WebKitEngine*>(self)->loads_.crashed(
-        {"platform.web", static_cast<int>(reason), "The process of the page has ended."});
-  };
-  g_signal_connect(view_.get(), "web-process-terminated", G_CALLBACK(terminated), this);
+  g_signal_connect(view_.get(), "load-changed", G_CALLBACK(loadChanged), this);
+  g_signal_connect(view_.get(), "load-failed", G_CALLBACK(loadFailed), this);
+  g_signal_connect(view_.get(), "notify::is-loading", G_CALLBACK(loadingChanged), this);
+  g_signal_connect(view_.get(), "web-process-terminated", G_CALLBACK(processEnded), this);
+  g_signal_connect(view_.get(), "notify::is-web-process-responsive",
+                   G_CALLBACK(responsivenessChanged), this);
+  g_signal_connect(view_.get(), "insecure-content-detected",
+                   G_CALLBACK(+[](WebKitWebView*, WebKitInsecureContentEvent, gpointer self) {
+                     static_cast<WebKitEngine*>(self)->insecureContent_ = true;
+                   }),
+                   this);
+  gtk_event_controller_set_propagation_phase(keys_, GTK_PHASE_CAPTURE);
+  g_signal_connect(keys_, "key-pressed", G_CALLBACK(keyPressed), this);
+  gtk_widget_add_controller(GTK_WIDGET(view_.get()), keys_);
 }
 
-bool WebKitEngine::ask(WebKitNavigationAction* action) {
-  WebKitURIRequest* const asked = webkit_navigation_action_get_request(action);
-  const char* const address = webkit_uri_request_get_uri(asked);
-  const std::optional<URL> url = URL::fromPage(address ? address : "");
-  if (!url) return false;
-  URLRequest request{*url};
-  if (SoupMessageHeaders* const headers = webkit_uri_request_get_http_headers(asked)) {
-    soup_message_headers_foreach(
-        headers,
-        [](const char* name, const char* value, gpointer request) {
-          static_cast<URLRequest*>(request)->headers[name] = value;
-        },
-        &request);
+void WebKitEngine::loadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer self) {
+  auto& engine = *static_cast<WebKitEngine*>(self);
+  if (event == WEBKIT_LOAD_COMMITTED) {
+    engine.setScriptsRun(true);
+    engine.insecureContent_ = false;
+    engine.pageWidth_ = 0;
+    webkit_web_view_set_zoom_level(view, 1);
   }
-  request.headers["User-Agent"] = userAgent();
-  const int type = webkit_navigation_action_get_navigation_type(action);
-  return client_.engineShouldStartLoad(request, static_cast<NavigationType>(type)) && canLoad(*url);
-}
-
-bool WebKitEngine::decideNavigation(WebKitPolicyDecision* decision) {
-  WebKitNavigationAction* const action = webkit_navigation_policy_decision_get_navigation_action(
-      WEBKIT_NAVIGATION_POLICY_DECISION(decision));
-  const char* const address =
-      webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
-  const std::string uri = address ? address : "";
-  if (!approved_.empty() && uri == approved_) {
-    approved_.clear();
-    return true;
+  if (event == WEBKIT_LOAD_STARTED) {
+    engine.load_ = {};
+    return engine.loads_.started();
   }
-  const std::weak_ptr<const void> alive = lifetime();
-  const bool allowed = ask(action);
-  if (!allowed && !alive.expired()) loads_.refused(uri);
-  return allowed;
+  if (event == WEBKIT_LOAD_FINISHED) return engine.loads_.finished();
 }
 
-bool WebKitEngine::openHere(WebKitNavigationAction* action) {
-  const std::weak_ptr<const void> alive = lifetime();
-  if (!ask(action) || alive.expired()) return false;
-  WebKitURIRequest* const request = webkit_navigation_action_get_request(action);
-  approved_ = webkit_uri_request_get_uri(request);
-  loads_.asked(approved_);
-  webkit_web_view_load_request(view_.get(), request);
-  return true;
+gboolean WebKitEngine::loadFailed(WebKitWebView*, WebKitLoadEvent, char*, GError* error,
+                                  gpointer self) {
+  static_cast<WebKitEngine*>(self)->loads_.failed(
+      errorOf(error), g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED));
+  return TRUE;  // shows no page about the failure
 }
 
-void WebKitEngine::decideResponse(WebKitPolicyDecision* decision) {
-  auto* const response = WEBKIT_RESPONSE_POLICY_DECISION(decision);
-  if (webkit_response_policy_decision_is_mime_type_supported(response) &&
-      !isAttachment(webkit_response_policy_decision_get_response(response))) {
-    webkit_policy_decision_use(decision);
+void WebKitEngine::loadingChanged(WebKitWebView* view, GParamSpec*, gpointer self) {
+  if (webkit_web_view_is_loading(view)) return;
+  // Not before the next turn: the end of a load comes with this change, and one load may follow
+  // another at once.
+  auto& engine = *static_cast<WebKitEngine*>(self);
+  RunLoop::shared().performAfterDelay(engine, 0, [&engine] { engine.settle(); });
+}
+
+void WebKitEngine::settle() {
+  if (webkit_web_view_is_loading(view_.get())) return;
+  setScriptsRun(true);
+  if (loads_.settled()) return;
+  if (load_ && ++attempts_ < kAttempts) {
+    setScriptsRun(false);
+    load_();
   } else {
-    webkit_policy_decision_ignore(decision);
+    loads_.failed({"platform.web", 0, "The page could not be replaced."}, false);
   }
+}
+
+void WebKitEngine::processEnded(WebKitWebView*, WebKitWebProcessTerminationReason reason,
+                                gpointer self) {
+  static_cast<WebKitEngine*>(self)->setScriptsRun(true);
+  logWarning("The process of a web page has ended.");
+  static_cast<WebKitEngine*>(self)->loads_.crashed(
+      {"platform.web", static_cast<int>(reason), "The process of the page has ended."});
+}
+
+void WebKitEngine::responsivenessChanged(WebKitWebView* view, GParamSpec*, gpointer self) {
+  if (webkit_web_view_get_is_web_process_responsive(view)) return;
+  auto& engine = *static_cast<WebKitEngine*>(self);
+  RunLoop::shared().performAfterDelay(engine, kUnresponsiveSeconds, [&engine] {
+    WebKitWebView* const page = engine.view_.get();
+    if (webkit_web_view_get_is_web_process_responsive(page)) return;
+    logWarning("A web page has hung and is ended.");
+    webkit_web_view_terminate_web_process(page);
+  });
+}
+
+gboolean WebKitEngine::keyPressed(GtkEventControllerKey*, guint key, guint, GdkModifierType,
+                                  gpointer self) {
+  // Following a link with the keyboard is as much the person's doing as touching it.
+  if (key == GDK_KEY_Return || key == GDK_KEY_KP_Enter || key == GDK_KEY_space) {
+    View& host = static_cast<WebKitEngine*>(self)->host_;
+    host.hitTest({host.bounds().width / 2, host.bounds().height / 2}, EventType::Touches);
+  }
+  return FALSE;
 }
 
 void WebKitEngine::apply(const Settings& settings) {
@@ -208,37 +188,94 @@ void WebKitEngine::apply(const Settings& settings) {
                                                    settings.allowsInlineMediaPlayback);
   webkit_settings_set_media_playback_requires_user_gesture(
       settings_.get(), settings.mediaPlaybackRequiresUserAction);
+  policy_.setAutoplay(!settings.mediaPlaybackRequiresUserAction);
+  scalesPageToFit_ = settings.scalesPageToFit;
+  scripts_.select(settings.dataDetectorTypes, settings.scalesPageToFit);
+  fit();
+}
+
+void WebKitEngine::boundsChanged() {
+  fit();
+  // A page is laid out in its size while it is hidden, too, when the toolkit gives it none.
+  GtkWidget* const widget = GTK_WIDGET(view_.get());
+  const auto width = static_cast<int>(std::lround(host_.bounds().width));
+  const auto height = static_cast<int>(std::lround(host_.bounds().height));
+  if (gtk_widget_get_mapped(widget) || width <= 0 || height <= 0) return;
+  int ignored = 0;
+  gtk_widget_measure(widget, GTK_ORIENTATION_HORIZONTAL, -1, &ignored, &ignored, &ignored,
+                     &ignored);
+  gtk_widget_measure(widget, GTK_ORIENTATION_VERTICAL, width, &ignored, &ignored, &ignored,
+                     &ignored);
+  const GtkAllocation place{0, 0, width, height};
+  gtk_widget_size_allocate(widget, &place, -1);
+}
+
+void WebKitEngine::fit() {
+  const double width = host_.bounds().width;
+  double zoom = 1;
+  if (scalesPageToFit_ && width > 0 && pageWidth_ > width) zoom = width / pageWidth_;
+  zoom = std::max(zoom, kSmallestZoom);
+  // A page that is laid out anew at each zoom would wander about for ever.
+  if (std::abs(zoom - webkit_web_view_get_zoom_level(view_.get())) > 0.01) {
+    webkit_web_view_set_zoom_level(view_.get(), zoom);
+  }
+}
+
+void WebKitEngine::begin(std::function<void()> load, bool fromNetwork) {
+  attempts_ = 0;
+  fromNetwork_ = fromNetwork;
+  load_ = std::move(load);
+  if (webkit_web_view_get_uri(view_.get())) setScriptsRun(false);
+  load_();
+}
+
+void WebKitEngine::setScriptsRun(bool run) {
+  webkit_settings_set_enable_javascript(settings_.get(), run);
 }
 
 void WebKitEngine::loadRequest(const URLRequest& request) {
-  const auto made = GObjectPtr<WebKitURIRequest>::adopt(
-      webkit_uri_request_new(request.url.absoluteString().c_str()));
-  if (SoupMessageHeaders* const headers = webkit_uri_request_get_http_headers(made.get())) {
-    for (const auto& [name, value] : request.headers) {
-      soup_message_headers_replace(headers, name.c_str(), value.c_str());
-    }
-  }
-  loads_.asked(webkit_uri_request_get_uri(made.get()));
-  webkit_web_view_load_request(view_.get(), made.get());
+  const char* const present = webkit_web_view_get_uri(view_.get());
+  const std::string target = spelled(request.url.absoluteString());
+  const bool mayStay = present && target.find('#') != std::string::npos &&
+                       withoutFragment(target) == withoutFragment(present);
+  const bool fromNetwork = request.url.lowercaseScheme().starts_with("http") && !mayStay;
+  begin(
+      [this, request, target, mayStay] {
+        const GObjectPtr<WebKitURIRequest> made(
+            webkit_uri_request_new(request.url.absoluteString().c_str()));
+        if (SoupMessageHeaders* const headers = webkit_uri_request_get_http_headers(made.get())) {
+          for (const auto& [name, value] : request.headers) {
+            soup_message_headers_replace(headers, name.c_str(), value.c_str());
+          }
+        }
+        loads_.asked(target, mayStay);
+        webkit_web_view_load_request(view_.get(), made.get());
+      },
+      fromNetwork);
 }
 
 void WebKitEngine::loadHTML(const std::string& html, const std::optional<URL>& baseURL) {
-  const bool based = baseURL && canLoad(*baseURL);
+  const bool based = baseURL && NavigationPolicy::canLoad(*baseURL);
   const std::string base = based ? baseURL->absoluteString() : kBlank;
-  loads_.asked(spelled(base));
-  webkit_web_view_load_html(view_.get(), html.c_str(), base.c_str());
+  begin(
+      [this, html, base] {
+        loads_.asked(spelled(base), false);
+        webkit_web_view_load_html(view_.get(), html.c_str(), base.c_str());
+      },
+      false);
 }
 
 void WebKitEngine::evaluate(const std::string& script, std::function<void(std::string)> result) {
   using Result = std::function<void(std::string)>;
+  const auto length = static_cast<gssize>(script.size());
   if (!result) {
-    webkit_web_view_evaluate_javascript(view_.get(), script.c_str(), gssize(script.size()), nullptr,
-                                        nullptr, nullptr, nullptr, nullptr);
+    webkit_web_view_evaluate_javascript(view_.get(), script.data(), length, nullptr, nullptr,
+                                        nullptr, nullptr, nullptr);
     return;
   }
   auto guarded = std::make_unique<Result>(whileAlive(*this, std::move(result)));
   webkit_web_view_evaluate_javascript(
-      view_.get(), script.c_str(), gssize(script.size()), nullptr, nullptr, nullptr,
+      view_.get(), script.data(), length, nullptr, nullptr, nullptr,
       [](GObject* view, GAsyncResult* finished, gpointer data) {
         const std::unique_ptr<Result> callback(static_cast<Result*>(data));
         (*callback)(textOf(WEBKIT_WEB_VIEW(view), finished));
@@ -247,24 +284,32 @@ void WebKitEngine::evaluate(const std::string& script, std::function<void(std::s
 }
 
 void WebKitEngine::reload() {
-  loads_.asked({});
-  webkit_web_view_reload(view_.get());
+  const std::optional<URL> present = currentURL();
+  if (!present) return;
+  begin(
+      [this] {
+        loads_.asked(webkit_web_view_get_uri(view_.get()), false);
+        webkit_web_view_reload(view_.get());
+      },
+      present->lowercaseScheme().starts_with("http"));
 }
 
 void WebKitEngine::stopLoading() {
+  load_ = {};
+  setScriptsRun(true);
   loads_.stopped();
   webkit_web_view_stop_loading(view_.get());
 }
 
 void WebKitEngine::goBack() {
   if (!canGoBack()) return;
-  loads_.asked({});
+  loads_.asked({}, true);
   webkit_web_view_go_back(view_.get());
 }
 
 void WebKitEngine::goForward() {
   if (!canGoForward()) return;
-  loads_.asked({});
+  loads_.asked({}, true);
   webkit_web_view_go_forward(view_.get());
 }
 
@@ -277,8 +322,8 @@ bool WebKitEngine::canGoForward() const {
 }
 
 std::optional<URL> WebKitEngine::currentURL() const {
-  const char* const uri = webkit_web_view_get_uri(view_.get());
-  return uri ? URL::fromPage(uri) : std::nullopt;
+  const char* const address = webkit_web_view_get_uri(view_.get());
+  return address ? URL::fromPage(address) : std::nullopt;
 }
 
 std::string WebKitEngine::title() const {
@@ -288,7 +333,8 @@ std::string WebKitEngine::title() const {
 
 bool WebKitEngine::isSecure() const {
   GTlsCertificateFlags errors{};
-  return webkit_web_view_get_tls_info(view_.get(), nullptr, &errors) && errors == 0;
+  return !insecureContent_ && webkit_web_view_get_tls_info(view_.get(), nullptr, &errors) &&
+         errors == 0;
 }
 
 std::string WebKitEngine::userAgent() const {

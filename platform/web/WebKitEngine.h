@@ -4,8 +4,10 @@
 #include <webkit/webkit.h>
 
 #include "platform/WebView.h"
-#include "platform/gtk/GObjectPtr.h"
+#include "platform/net/GObjectPtr.h"
 #include "platform/web/LoadTracker.h"
+#include "platform/web/NavigationPolicy.h"
+#include "platform/web/PageScripts.h"
 
 namespace platform {
 
@@ -16,6 +18,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   ~WebKitEngine() override;
 
   void apply(const Settings& settings) override;
+  void boundsChanged() override;
   void loadRequest(const URLRequest& request) override;
   void loadHTML(const std::string& html, const std::optional<URL>& baseURL) override;
   void evaluate(const std::string& script, std::function<void(std::string)> result) override;
@@ -32,18 +35,38 @@ class WebKitEngine final : public WebEngine, public Trackable {
   std::string userAgent() const override;
 
  private:
+  static void loadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer self);
+  static gboolean loadFailed(WebKitWebView* view, WebKitLoadEvent event, char* address,
+                             GError* error, gpointer self);
+  static void loadingChanged(WebKitWebView* view, GParamSpec* property, gpointer self);
+  static void processEnded(WebKitWebView* view, WebKitWebProcessTerminationReason reason,
+                           gpointer self);
+  static void responsivenessChanged(WebKitWebView* view, GParamSpec* property, gpointer self);
+  static gboolean keyPressed(GtkEventControllerKey* controller, guint key, guint code,
+                             GdkModifierType state, gpointer self);
+
   void connectSignals();
-  bool ask(WebKitNavigationAction* action);
-  bool decideNavigation(WebKitPolicyDecision* decision);
-  bool openHere(WebKitNavigationAction* action);
-  void decideResponse(WebKitPolicyDecision* decision);
+  void fit();
+  /// Begins a load that the web view was asked for, and begins it again when the page that it
+  /// replaces gets in its way.
+  void begin(std::function<void()> load, bool fromNetwork);
+  void settle();
+  /// The page that is being replaced runs no scripts of its own any more, or may again.
+  void setScriptsRun(bool run);
 
   View& host_;
-  Client& client_;
+  PageScripts scripts_;
   GObjectPtr<WebKitSettings> settings_;
   GObjectPtr<WebKitWebView> view_;
+  GtkEventController* keys_;  // owned by the view
   LoadTracker loads_;
-  std::string approved_;  // asked about already; empty when there is none
+  NavigationPolicy policy_;
+  std::function<void()> load_;  // until it has started
+  int attempts_ = 0;
+  bool fromNetwork_ = false;
+  bool scalesPageToFit_ = false;
+  double pageWidth_ = 0;  // in the page's pixels; 0 while unknown
+  bool insecureContent_ = false;
 };
 
 }  // namespace platform

@@ -20,7 +20,7 @@ WebKitWebContext* makeContext() {
       g_object_new(WEBKIT_TYPE_WEB_CONTEXT, "memory-pressure-settings", limits, nullptr));
   webkit_memory_pressure_settings_free(limits);
   // Other models keep the web processes of closed views for later.
-  webkit_web_context_set_cache_model(context, WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
+  webkit_web_context_set_cache_model(context, WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
   return context;
 }
 

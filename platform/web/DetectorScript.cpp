@@ -1,0 +1,64 @@
+#include "platform/web/DetectorScript.h"
+
+namespace platform {
+
+// Each repetition is bounded, so that no text makes a search long.
+const char* const kDetectorScript = R"js(
+(() => {
+  const kTexts = 5000, kLinks = 300, kLongest = 20000;
+  const kSkipped = 'a,area,button,code,input,label,noscript,pre,script,select,style,svg,textarea,'
+    + 'title,[contenteditable]';
+  const kFound = new RegExp([
+    '(?<mail>\\b[\\w.+-]{1,64}@[\\w-]{1,63}(?:\\.[\\w-]{1,63}){1,6})',
+    '(?<web>\\b(?:https?:\\/\\/|www\\.)[^\\s<>"\']{3,2000})',
+    '(?<call>(?<![\\w.\\/:-])(?:\\+\\d|\\(\\d|\\d)[\\d ().\\/-]{5,22}\\d(?![\\w\\/-]))'
+  ].join('|'), 'giu');
+  const isNumber = (text) => {
+    const digits = text.replace(/\D/g, '');
+    if (digits.length < 7 || digits.length > 15) return false;
+    if (/^\d{1,4}[.\/-]\d{1,2}[.\/-]\d{1,4}(?:\D|$)/.test(text)) return false;  // a date
+    if (/^\d{1,3}(?:\.\d{1,3}){3}$/.test(text)) return false;  // a host's address
+    return /^[+(]/.test(text) || text.split(/[^\d]+/).length >= 3;
+  };
+  const addressOf = (match) => {
+    const { mail, web, call } = match.groups;
+    if (mail) return { text: mail, address: 'mailto:' + mail };
+    if (web) {
+      const text = web.replace(/[.,;:!?)\]}]+$/, '');
+      return { text, address: /^http/i.test(text) ? text : 'http://' + text };
+    }
+    if (!isNumber(call)) return null;
+    return { text: call, address: 'tel:' + call.replace(/[^\d+]/g, '') };
+  };
+  const detect = () => {
+    const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
+    const texts = [];
+    while (texts.length < kTexts && walker.nextNode()) texts.push(walker.currentNode);
+    let links = 0;
+    for (const text of texts) {
+      const content = text.data;
+      if (content.length < 7 || content.length > kLongest) continue;
+      if (!text.parentElement || text.parentElement.closest(kSkipped)) continue;
+      const pieces = document.createDocumentFragment();
+      let end = 0;
+      for (const match of content.matchAll(kFound)) {
+        const found = addressOf(match);
+        if (!found || links >= kLinks) continue;
+        ++links;
+        const link = document.createElement('a');
+        link.href = found.address;
+        link.textContent = found.text;
+        pieces.append(content.slice(end, match.index), link);
+        end = match.index + found.text.length;
+      }
+      if (end === 0) continue;
+      pieces.append(content.slice(end));
+      text.replaceWith(pieces);
+      if (links >= kLinks) return;
+    }
+  };
+  addEventListener('load', () => setTimeout(() => { if (document.body) detect(); }, 0));
+})();
+)js";
+
+}  // namespace platform

@@ -1,0 +1,160 @@
+#include "platform/web/NavigationPolicy.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/Log.h"
+#include "platform/RunLoop.h"
+#include "platform/net/GObjectPtr.h"
+
+namespace platform {
+namespace {
+
+std::string addressOf(WebKitNavigationAction* action) {
+  const char* const address =
+      webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
+  return address ? address : "";
+}
+
+Headers headersOf(WebKitURIRequest* request) {
+  Headers headers;
+  if (SoupMessageHeaders* const given = webkit_uri_request_get_http_headers(request)) {
+    soup_message_headers_foreach(
+        given,
+        [](const char* name, const char* value, gpointer into) {
+          (*static_cast<Headers*>(into))[name] = value;
+        },
+        &headers);
+  }
+  return headers;
+}
+
+/// A response that a page cannot show, or that asks to be saved.
+bool isDownload(WebKitResponsePolicyDecision* decision) {
+  if (!webkit_response_policy_decision_is_mime_type_supported(decision)) return true;
+  WebKitURIResponse* const response = webkit_response_policy_decision_get_response(decision);
+  SoupMessageHeaders* const headers = webkit_uri_response_get_http_headers(response);
+  char* disposition = nullptr;
+  if (!headers || !soup_message_headers_get_content_disposition(headers, &disposition, nullptr)) {
+    return false;
+  }
+  const bool attachment = g_ascii_strcasecmp(disposition, "attachment") == 0;
+  g_free(disposition);
+  return attachment;
+}
+
+}  // namespace
+
+bool NavigationPolicy::canLoad(const URL& url) {
+  constexpr std::array<const char*, 5> kLoadable{"http", "https", "about", "data", "blob"};
+  const std::string scheme = url.lowercaseScheme();
+  return std::find(kLoadable.begin(), kLoadable.end(), scheme) != kLoadable.end();
+}
+
+NavigationPolicy::NavigationPolicy(WebKitWebView* view, WebEngine::Client& client,
+                                   LoadTracker& loads)
+    : view_(view), client_(client), loads_(loads) {
+  g_signal_connect(view_, "decide-policy", G_CALLBACK(decided), this);
+  g_signal_connect(view_, "create", G_CALLBACK(windowAsked), this);
+}
+
+NavigationPolicy::~NavigationPolicy() {
+  g_signal_handlers_disconnect_by_data(view_, this);
+}
+
+gboolean NavigationPolicy::decided(WebKitWebView*, WebKitPolicyDecision* decision,
+                                   WebKitPolicyDecisionType type, gpointer self) {
+  auto& policy = *static_cast<NavigationPolicy*>(self);
+  if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
+    policy.decideResponse(WEBKIT_RESPONSE_POLICY_DECISION(decision));
+    return TRUE;
+  }
+  WebKitNavigationAction* const action = webkit_navigation_policy_decision_get_navigation_action(
+      WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+  if (type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION) {
+    policy.openHere(action);
+    webkit_policy_decision_ignore(decision);
+    return TRUE;
+  }
+  const std::weak_ptr<const void> alive = policy.lifetime();
+  const bool allowed = policy.allows(action);
+  if (allowed && !alive.expired()) {
+    policy.use(decision);
+  } else {
+    webkit_policy_decision_ignore(decision);
+  }
+  return TRUE;
+}
+
+GtkWidget* NavigationPolicy::windowAsked(WebKitWebView*, WebKitNavigationAction* action,
+                                         gpointer self) {
+  static_cast<NavigationPolicy*>(self)->openHere(action);
+  return nullptr;
+}
+
+void NavigationPolicy::decideResponse(WebKitResponsePolicyDecision* decision) {
+  if (isDownload(decision)) {
+    webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(decision));
+    return;
+  }
+  if (webkit_response_policy_decision_is_main_frame_main_resource(decision)) proceed_(true);
+  webkit_policy_decision_use(WEBKIT_POLICY_DECISION(decision));
+}
+
+bool NavigationPolicy::allows(WebKitNavigationAction* action) {
+  const std::string address = addressOf(action);
+  if (!approved_.empty() && address == approved_) {
+    approved_.clear();
+    return true;
+  }
+  const std::weak_ptr<const void> alive = lifetime();
+  const bool allowed = ask(action);
+  if (alive.expired()) return false;
+  if (!allowed) {
+    loads_.refused(address);
+  } else if (loads_.awaits(address)) {
+    proceed_(false);
+  }
+  return allowed;
+}
+
+bool NavigationPolicy::ask(WebKitNavigationAction* action) {
+  const std::string address = addressOf(action);
+  if (isFlood(address)) return false;
+  const std::optional<URL> url = URL::fromPage(address);
+  if (!url) return false;
+  URLRequest request{*url};
+  request.headers = headersOf(webkit_navigation_action_get_request(action));
+  request.headers["User-Agent"] =
+      webkit_settings_get_user_agent(webkit_web_view_get_settings(view_));
+  const int type = webkit_navigation_action_get_navigation_type(action);
+  return client_.engineShouldStartLoad(request, static_cast<NavigationType>(type)) && canLoad(*url);
+}
+
+bool NavigationPolicy::isFlood(const std::string& address) {
+  if (loads_.awaits(address) || budget_.take()) return false;
+  if (budget_.refused() == 1) logWarning("A page's flood of navigations is refused.");
+  if (budget_.refused() == PageBudget::kPatience) {
+    logWarning("A page that floods the application with navigations is ended.");
+    RunLoop::shared().performAfterDelay(*this, 0,
+                                        [this] { webkit_web_view_terminate_web_process(view_); });
+  }
+  return true;
+}
+
+void NavigationPolicy::openHere(WebKitNavigationAction* action) {
+  const std::weak_ptr<const void> alive = lifetime();
+  if (!ask(action) || alive.expired()) return;
+  approved_ = addressOf(action);
+  loads_.asked(approved_, true);
+  webkit_web_view_load_request(view_, webkit_navigation_action_get_request(action));
+}
+
+void NavigationPolicy::use(WebKitPolicyDecision* decision) const {
+  const GObjectPtr<WebKitWebsitePolicies> policies(webkit_website_policies_new_with_policies(
+      "autoplay", autoplay_ ? WEBKIT_AUTOPLAY_ALLOW : WEBKIT_AUTOPLAY_DENY, nullptr));
+  webkit_policy_decision_use_with_policies(decision, policies.get());
+}
+
+}  // namespace platform

@@ -1,0 +1,58 @@
+// Which navigations of a page may go ahead.
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include <functional>
+#include <string>
+
+#include "platform/WebView.h"
+#include "platform/web/LoadTracker.h"
+#include "platform/web/PageBudget.h"
+
+namespace platform {
+
+/// Asks the client about each navigation of the main frame and of subframes, and about each new
+/// window, which becomes a navigation of the same view. Whatever the client says, only what a web
+/// page consists of is loaded, and no download is begun. All outlive it.
+class NavigationPolicy : public Trackable {
+ public:
+  NavigationPolicy(WebKitWebView* view, WebEngine::Client& client, LoadTracker& loads);
+  ~NavigationPolicy();
+  NavigationPolicy(const NavigationPolicy&) = delete;
+  NavigationPolicy& operator=(const NavigationPolicy&) = delete;
+
+  /// Whether media may play before the person has done something in the page.
+  void setAutoplay(bool allowed) { autoplay_ = allowed; }
+
+  /// Is told when the page that the web view was asked for may go ahead: with false before its
+  /// first byte was asked for, with true when its response has begun to arrive.
+  void setProceedHandler(std::function<void(bool responded)> handler) {
+    proceed_ = std::move(handler);
+  }
+
+  /// Whether a page can come from there at all.
+  static bool canLoad(const URL& url);
+
+ private:
+  static gboolean decided(WebKitWebView* view, WebKitPolicyDecision* decision,
+                          WebKitPolicyDecisionType type, gpointer self);
+  static GtkWidget* windowAsked(WebKitWebView* view, WebKitNavigationAction* action, gpointer self);
+
+  void decideResponse(WebKitResponsePolicyDecision* decision);
+  bool allows(WebKitNavigationAction* action);
+  bool ask(WebKitNavigationAction* action);
+  bool isFlood(const std::string& address);
+  void openHere(WebKitNavigationAction* action);
+  void use(WebKitPolicyDecision* decision) const;
+
+  WebKitWebView* view_;
+  WebEngine::Client& client_;
+  LoadTracker& loads_;
+  PageBudget budget_;
+  std::string approved_;  // the client was asked already; empty when there is none
+  std::function<void(bool)> proceed_ = [](bool) {};
+  bool autoplay_ = false;
+};
+
+}  // namespace platform

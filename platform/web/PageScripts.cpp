@@ -1,0 +1,71 @@
+#include "platform/web/PageScripts.h"
+
+#include <cmath>
+
+#include "platform/web/DetectorScript.h"
+
+namespace platform {
+namespace {
+
+constexpr const char* kWorld = "platform";
+constexpr const char* kChannel = "pageWidth";
+constexpr double kWidest = 20000;
+
+/// Told when the page's structure is there and again when all of it is.
+constexpr const char* kMeasureScript = R"js(
+(() => {
+  const tell = () => {
+    const root = document.documentElement;
+    if (!root) return;
+    const meta = document.querySelector('meta[name="viewport" i]');
+    const stated = /(?:^|[\s,;])width\s*=\s*(\d{3,5})(?:\D|$)/.exec(meta ? meta.content : '');
+    const body = document.body ? document.body.scrollWidth : 0;
+    const width = Math.max(root.scrollWidth, body, stated ? Number(stated[1]) : 0);
+    webkit.messageHandlers.pageWidth.postMessage(width);
+  };
+  tell();
+  addEventListener('load', () => setTimeout(tell, 0));
+})();
+)js";
+
+}  // namespace
+
+PageScripts::PageScripts() : manager_(webkit_user_content_manager_new()) {
+  g_signal_connect(manager_.get(), "script-message-received::pageWidth",
+                   G_CALLBACK(messageReceived), this);
+  webkit_user_content_manager_register_script_message_handler(manager_.get(), kChannel, kWorld);
+}
+
+PageScripts::~PageScripts() {
+  g_signal_handlers_disconnect_by_data(manager_.get(), this);
+}
+
+void PageScripts::select(unsigned detectors, bool measures) {
+  if (detectors == detectors_ && measures == measures_) return;
+  detectors_ = detectors;
+  measures_ = measures;
+  webkit_user_content_manager_remove_all_scripts(manager_.get());
+  if (detectors != 0) add(kDetectorScript);
+  if (measures) add(kMeasureScript);
+}
+
+void PageScripts::setWidthHandler(std::function<void(double)> handler) {
+  widthHandler_ = std::move(handler);
+}
+
+void PageScripts::messageReceived(WebKitUserContentManager*, JSCValue* value, gpointer self) {
+  const auto& handler = static_cast<PageScripts*>(self)->widthHandler_;
+  if (!handler || !jsc_value_is_number(value)) return;
+  const double width = jsc_value_to_double(value);
+  if (std::isfinite(width) && width > 0 && width <= kWidest) handler(width);
+}
+
+void PageScripts::add(const char* source) {
+  WebKitUserScript* const script = webkit_user_script_new_for_world(
+      source, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME, WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
+      kWorld, nullptr, nullptr);
+  webkit_user_content_manager_add_script(manager_.get(), script);
+  webkit_user_script_unref(script);
+}
+
+}  // namespace platform

@@ -1,0 +1,37 @@
+// Scripts of our own in a page, in a world that the page's scripts cannot reach.
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include <functional>
+
+#include "platform/net/GObjectPtr.h"
+
+namespace platform {
+
+class PageScripts {
+ public:
+  PageScripts();
+  ~PageScripts();
+  PageScripts(const PageScripts&) = delete;
+  PageScripts& operator=(const PageScripts&) = delete;
+
+  WebKitUserContentManager* manager() const { return manager_.get(); }
+
+  /// From the next page on: what it turns into links (a sum of the types, 0 for nothing), and
+  /// whether its width is told.
+  void select(unsigned detectors, bool measures);
+  /// Gets the width that a page takes at its present zoom, in its own pixels.
+  void setWidthHandler(std::function<void(double width)> handler);
+
+ private:
+  static void messageReceived(WebKitUserContentManager* manager, JSCValue* value, gpointer self);
+  void add(const char* source);
+
+  GObjectPtr<WebKitUserContentManager> manager_;
+  std::function<void(double)> widthHandler_;
+  unsigned detectors_ = 0;
+  bool measures_ = false;
+};
+
+}  // namespace platform

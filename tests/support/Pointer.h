@@ -1,0 +1,17 @@
+// The person's hand: a real pointer and keyboard on an X display.
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include "platform/Geometry.h"
+
+namespace quorbel_tests {
+
+/// Whether the display has a pointer that a test may move.
+bool hasPointer();
+/// Moves the pointer over this point of the widget, presses the first button and releases it.
+void clickWidget(GtkWidget* widget, platform::Point point);
+/// Presses and releases a key by its X name, such as "Return".
+void typeKey(GtkWidget* widget, const char* name);
+
+}  // namespace quorbel_tests

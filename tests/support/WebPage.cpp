@@ -1,0 +1,152 @@
+#include "tests/support/WebPage.h"
+
+#include <gtk/gtk.h>
+#include <gtkmm/window.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "platform/gtk/NativeView.h"
+#include "platform/gtk/NativeWindow.h"
+#include "tests/support/Loop.h"
+#include "tests/support/Pointer.h"
+
+namespace quorbel_tests {
+
+using platform::URL;
+
+bool RecordingDelegate::webViewShouldStartLoad(platform::WebView&,
+                                               const platform::URLRequest& request,
+                                               platform::NavigationType type) {
+  requests.push_back(request);
+  keep("ask " + std::to_string(int(type)) + " " + request.url.absoluteString());
+  if (decide) return decide(request, type);
+  const std::set<std::string> loadable{"http", "https", "about", "data", "blob"};
+  return loadable.contains(request.url.lowercaseScheme());
+}
+
+void RecordingDelegate::webViewDidStartLoad(platform::WebView&) {
+  keep("start");
+}
+
+void RecordingDelegate::webViewDidFinishLoad(platform::WebView&) {
+  keep("finish");
+}
+
+void RecordingDelegate::webViewDidFailLoad(platform::WebView&, const platform::Error& error) {
+  lastError = error;
+  keep("fail");
+}
+
+void RecordingDelegate::keep(std::string line) {
+  lines.push_back(line);
+  if (during) during(line);
+}
+
+int RecordingDelegate::count(const std::string& line) const {
+  return int(std::count(lines.begin(), lines.end(), line));
+}
+
+std::string RecordingDelegate::text() const {
+  std::string all;
+  for (const std::string& line : lines) all += line + "\n";
+  return all;
+}
+
+Page::Page(const platform::Rect& frame, platform::WebView* related)
+    : view(std::make_shared<platform::WebView>(frame, related)) {
+  view->setDelegate(&delegate);
+}
+
+Page::~Page() {
+  if (window) window->setRootViewController(nullptr);
+}
+
+void Page::show(platform::Size size) {
+  window = std::make_shared<platform::Window>(size);
+  auto screen = std::make_shared<platform::ViewController>();
+  screen->view()->addSubview(view);
+  window->setRootViewController(screen);
+  window->setStatusBarHidden(true);
+  window->makeKeyAndVisible();
+  runUntil([&] { return gtk_widget_get_mapped(GTK_WIDGET(window->native().window().gobj())); });
+  runFor(0.1);
+}
+
+bool Page::load(const std::string& html, const std::string& base) {
+  const int before = ends();
+  view->loadHTMLString(html, base.empty() ? std::nullopt : URL::parse(base));
+  return waitForEnd(before);
+}
+
+bool Page::go(const std::string& address) {
+  const int before = ends();
+  view->loadRequest({*URL::parse(address)});
+  return waitForEnd(before);
+}
+
+bool Page::waitForEnd(int endsBefore) {
+  const int failsBefore = delegate.fails();
+  return runUntil([&] { return ends() > endsBefore; }, 20) && delegate.fails() == failsBefore;
+}
+
+std::string Page::evaluate(const std::string& script) {
+  auto result = std::make_shared<std::optional<std::string>>();
+  view->stringByEvaluatingJavaScriptFromString(
+      script, [result](std::string text) { *result = std::move(text); });
+  return runUntil([&] { return result->has_value(); }) ? **result : "(no result)";
+}
+
+bool Page::becomes(const std::string& script, const std::string& text, double seconds) {
+  return runUntil([&] { return evaluate(script) == text; }, seconds);
+}
+
+void Page::click(platform::Point point) {
+  clickWidget(GTK_WIDGET(view->native().widget().gobj()), point);
+}
+
+bool Page::savePicture(const std::string& path) {
+  return window->savePicture(path);
+}
+
+unsigned Page::pixel(platform::Point point) {
+  const std::string path =
+      std::filesystem::temp_directory_path() / ("pixel-" + std::to_string(getpid()) + ".png");
+  if (!savePicture(path)) return ~0u;
+  GdkTexture* const texture = gdk_texture_new_from_filename(path.c_str(), nullptr);
+  std::filesystem::remove(path);
+  if (!texture) return ~0u;
+  const std::size_t width = std::size_t(gdk_texture_get_width(texture));
+  std::vector<guint32> pixels(width * std::size_t(gdk_texture_get_height(texture)));
+  gdk_texture_download(texture, reinterpret_cast<guchar*>(pixels.data()), width * 4);
+  g_object_unref(texture);
+  return pixels.at(std::size_t(point.y) * width + std::size_t(point.x)) & 0xFFFFFF;
+}
+
+int webProcesses() {
+  std::map<long, long> parents;
+  std::vector<long> web;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    const long pid = std::atol(entry.path().filename().c_str());
+    if (pid <= 0) continue;
+    std::ifstream stat(entry.path() / "stat");
+    std::string line((std::istreambuf_iterator<char>(stat)), {});
+    const auto close = line.rfind(')');
+    if (close == std::string::npos) continue;
+    std::istringstream rest(line.substr(close + 2));
+    char state = 0;
+    rest >> state >> parents[pid];
+    if (state != 'Z' && line.find("(WebKitWebProces") != std::string::npos) web.push_back(pid);
+  }
+  return int(std::count_if(web.begin(), web.end(), [&](long pid) {
+    while (pid > 1 && pid != getpid()) pid = parents.contains(pid) ? parents[pid] : 0;
+    return pid == getpid();
+  }));
+}
+
+}  // namespace quorbel_tests
