@@ -37,6 +37,12 @@ class Figures {
                      sorted.end());
     return sorted[place];
   }
+  /// The same measurements in another unit.
+  Figures scaled(double factor) const {
+    Figures result;
+    for (const double value : values_) result.add(value * factor);
+    return result;
+  }
   /// One line: what, median, the 10th and 95th percentile, how many.
   void print(const char* what, const char* unit) const {
     std::printf("%-44s %10.3f %-6s (p10 %.3f, p95 %.3f, n=%zu)\n", what, median(), unit,
