@@ -1,0 +1,209 @@
+// The inspector in a real engine: it shows what was sent, as text and nothing else.
+#include <gtest/gtest.h>
+
+#include "platform/Json.h"
+#include "sandbox/Http.h"
+#include "sandbox/Sandbox.h"
+#include "tests/inspector/Browser.h"
+#include "tests/sandbox/Client.h"
+
+namespace {
+
+using namespace inspector_tests;
+using sandbox::Sandbox;
+using sandbox_tests::get;
+using sandbox_tests::Reply;
+
+constexpr const char* kHostile = "<img src=x onerror=\"window.hacked=1\"><script>hacked=1</script>";
+
+class Inspector : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!Browser::canBeShown()) GTEST_SKIP() << "needs a display";
+    sandbox_ = Sandbox::start(0);
+    ASSERT_TRUE(sandbox_);
+  }
+  std::string address(const std::string& path = "/") const { return sandbox_->baseURL() + path; }
+
+  Reply requestAd(platform::Dictionary parameters, const std::string& unit = "ad-harbour") {
+    parameters.set("slotname", unit);
+    return get(address("/ad?slotname=" + sandbox::encoded(unit) +
+                       "&params=" + sandbox::encoded(*platform::writeJson(parameters))));
+  }
+  std::string ticketOf(const Reply& ad) {
+    const std::string trackers = ad.header("X-Urvo-Tracking-Urls");
+    const std::string begin = address("/imp/");
+    return trackers.substr(begin.size(), trackers.find(' ') - begin.size());
+  }
+  /// A whole click, reported by the next request.
+  std::string clickAndReport() {
+    const std::string ticket = ticketOf(requestAd({{"preqs", 1}}));
+    get(address("/imp/" + ticket));
+    get(address("/clk/" + ticket + "?ai=" + ticket));
+    get(address("/land/plain?t=" + ticket));
+    requestAd({{"preqs", 2},
+               {"pcc", 1},
+               {"pit", "/" + ticket},
+               {"ppcl", "750"},
+               {"pcl", "3200"},
+               {"plpl", "90"},
+               {"prl", "120"},
+               {"plpnc", 2}});
+    return ticket;
+  }
+
+  std::unique_ptr<Sandbox> sandbox_;
+};
+
+TEST_F(Inspector, ShowsClientsTextsAsTextOnly) {
+  requestAd({{"kw", platform::Array{kHostile}},
+             {kHostile, kHostile},
+             {"uule",
+              "a+"
+              "bG9jYXRpb24"}},
+            kHostile);
+  sandbox_tests::ask({.url = address("/clk/" + sandbox::encoded(kHostile)),
+                      .headers = {{"User-Agent", kHostile}}});
+  Browser browser;
+  ASSERT_TRUE(browser.load(address()));
+  ASSERT_TRUE(browser.waitFor("document.querySelectorAll('#timeline li').length === 2"));
+  browser.evaluate(
+      "document.querySelectorAll('details').forEach(function (each) { each.open = true; })");
+  ASSERT_TRUE(browser.waitFor("document.querySelectorAll('.detail').length === 2"));
+  EXPECT_EQ(browser.evaluate("document.querySelectorAll('img, li script').length"), "0");
+  EXPECT_EQ(browser.evaluate("typeof hacked"), "undefined");
+  const std::string text = browser.evaluate("document.querySelector('#timeline').textContent");
+  EXPECT_NE(text.find("<img src=x"), std::string::npos);
+  EXPECT_NE(text.find("location, sealed"), std::string::npos);
+  EXPECT_NE(text.find("the same, opened"), std::string::npos);
+}
+
+TEST_F(Inspector, TellsAClicksJourneyFromTapToReport) {
+  const std::string ticket = clickAndReport();
+  Browser browser;
+  ASSERT_TRUE(browser.load(address()));
+  ASSERT_TRUE(browser.waitFor("document.querySelectorAll('.journey').length === 1"));
+  EXPECT_EQ(browser.evaluate("document.querySelector('.journey code').textContent"), ticket);
+  EXPECT_EQ(browser.evaluate("document.querySelectorAll('.journey .steps li.done').length"), "5");
+  const std::string report = browser.evaluate("document.querySelector('.report').innerText");
+  for (const char* part : {"750 ms", "3.2 s", "90 ms", "links followed, http"}) {
+    EXPECT_NE(report.find(part), std::string::npos) << part << " in " << report;
+  }
+  EXPECT_EQ(browser.evaluate("document.querySelectorAll('#charts rect').length"), "3");
+  browser.picture("inspector");
+}
+
+TEST_F(Inspector, FollowsLiveAndKeepsWhatIsOpen) {
+  clickAndReport();
+  Browser browser;
+  ASSERT_TRUE(browser.load(address()));
+  ASSERT_TRUE(browser.waitFor("document.querySelectorAll('#timeline li').length === 5"));
+  browser.evaluate("document.querySelector('#timeline details').open = true");
+  const std::string ticket = ticketOf(requestAd({{"preqs", 3}}));
+  get(address("/clk/" + ticket));
+  ASSERT_TRUE(browser.waitFor("document.querySelectorAll('.journey').length === 2"));
+  EXPECT_EQ(browser.evaluate("document.querySelectorAll('#timeline details[open]').length"), "1");
+  EXPECT_EQ(browser.evaluate("document.querySelectorAll('.journey details[open]').length"), "1");
+  browser.evaluate("document.getElementById('clear').click()");
+  EXPECT_TRUE(browser.waitFor("document.querySelectorAll('#timeline li, .journey').length === 0"));
+}
+
+TEST_F(Inspector, SwitchesWhatClientsGet) {
+  Browser browser;
+  ASSERT_TRUE(browser.load(address()));
+  ASSERT_TRUE(browser.waitFor("document.querySelectorAll('#scenario option').length > 30"));
+  const auto choose = [&](const std::string& id, const std::string& value) {
+    browser.evaluate("(function () { var box = document.getElementById('" + id +
+                     "'); box.value = '" + value +
+                     "'; box.dispatchEvent(new Event('change')); })()");
+  };
+  choose("scenario", "status-401");
+  EXPECT_TRUE(browser.waitFor("document.getElementById('does').textContent === 'Status 401.'"));
+  EXPECT_EQ(get(address("/ad?slotname=unit")).status, 401);
+  choose("scenario", "fill");
+  choose("ad", "alpine");
+  EXPECT_TRUE(browser.waitFor("!document.getElementById('preview').hidden"));
+  EXPECT_NE(get(address("/ad?slotname=unit")).body.find("Alpenglow"), std::string::npos);
+}
+
+TEST_F(Inspector, SaysWhenTheSandboxIsGoneAndFindsAnother) {
+  const std::string base = sandbox_->baseURL();
+  clickAndReport();
+  Browser browser;
+  ASSERT_TRUE(browser.load(address()));
+  ASSERT_TRUE(browser.waitFor("document.querySelectorAll('#timeline li').length === 5"));
+  sandbox_.reset();
+  EXPECT_TRUE(browser.waitFor("document.getElementById('connection').className === 'lost'"));
+  sandbox_ =
+      Sandbox::start(static_cast<std::uint16_t>(std::stoi(base.substr(base.rfind(':') + 1))));
+  if (!sandbox_) GTEST_SKIP() << "the port was taken by another program meanwhile";
+  requestAd({{"preqs", 9}});
+  EXPECT_TRUE(browser.waitFor("document.querySelectorAll('#timeline li').length === 1"))
+      << browser.evaluate("document.querySelectorAll('#timeline li').length");
+}
+
+TEST_F(Inspector, FitsEveryWidthAndSaysItsNames) {
+  clickAndReport();
+  requestAd({{"extras", std::string(300, 'x')}});
+  Browser browser(1280, 900);
+  ASSERT_TRUE(browser.load(address()));
+  ASSERT_TRUE(browser.waitFor("document.querySelectorAll('#timeline li').length === 6"));
+  browser.evaluate(
+      "document.querySelectorAll('details').forEach(function (each) { each.open = true; })");
+  for (const int width : {1280, 800, 360}) {
+    browser.resize(width, 900);
+    EXPECT_EQ(browser.evaluate("document.documentElement.scrollWidth <= innerWidth"), "true")
+        << width;
+    browser.picture("inspector-" + std::to_string(width));
+  }
+  EXPECT_EQ(browser.evaluate(
+                R"(Array.from(document.querySelectorAll('button, select, input, iframe, summary'))
+    .filter(function (each) { return !(each.textContent.trim() || each.title || (each.labels && each.labels.length)); })
+    .map(function (each) { return each.outerHTML; }).join())"),
+            "")
+      << "without a name";
+}
+
+TEST_F(Inspector, CanBeReadInLightAndDark) {
+  clickAndReport();
+  Browser browser;
+  for (const bool dark : {false, true}) {
+    browser.setDark(dark);
+    ASSERT_TRUE(browser.load(address()));
+    ASSERT_TRUE(browser.waitFor("document.querySelectorAll('#timeline li').length === 5"));
+    ASSERT_EQ(browser.evaluate("matchMedia('(prefers-color-scheme: dark)').matches"),
+              dark ? "true" : "false");
+    // Every text against the first opaque ground behind it: at least 4.5 to 1.
+    EXPECT_EQ(browser.evaluate(R"((function () {
+      function parts(colour) { return colour.match(/[\d.]+/g).map(Number); }
+      function light(rgb) {
+        var linear = rgb.slice(0, 3).map(function (value) {
+          value /= 255;
+          return value <= 0.03928 ? value / 12.92 : Math.pow((value + 0.055) / 1.055, 2.4);
+        });
+        return 0.2126 * linear[0] + 0.7152 * linear[1] + 0.0722 * linear[2];
+      }
+      function ground(element) {
+        for (; element; element = element.parentElement) {
+          var colour = parts(getComputedStyle(element).backgroundColor);
+          if (colour.length < 4 || colour[3] === 1) return colour;
+        }
+        return [255, 255, 255];
+      }
+      var faint = new Set();
+      document.querySelectorAll('body *').forEach(function (element) {
+        var own = Array.from(element.childNodes).some(function (node) { return node.nodeType === 3 && node.data.trim(); });
+        if (!own || !element.getClientRects().length || element.closest('svg, select')) return;
+        var a = light(parts(getComputedStyle(element).color)), b = light(ground(element));
+        var ratio = (Math.max(a, b) + 0.05) / (Math.min(a, b) + 0.05);
+        if (ratio < 4.5) faint.add(element.textContent.slice(0, 20) + ' ' + ratio.toFixed(1));
+      });
+      return Array.from(faint).join('; ');
+    })())"),
+              "")
+        << (dark ? "dark" : "light");
+    browser.picture(dark ? "inspector-dark" : "inspector-light");
+  }
+}
+
+}  // namespace

@@ -1,0 +1,112 @@
+// The ad engine script in a real page, put together as a client does it.
+#include <gtest/gtest.h>
+
+#include "platform/Json.h"
+#include "sandbox/Http.h"
+#include "sandbox/Sandbox.h"
+#include "tests/inspector/Browser.h"
+#include "tests/sandbox/Client.h"
+#include "tests/support/Loop.h"
+
+namespace {
+
+using namespace inspector_tests;
+using sandbox::Sandbox;
+using sandbox_tests::get;
+
+class Script : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!Browser::canBeShown()) GTEST_SKIP() << "needs a display";
+    sandbox_ = Sandbox::start(0);
+    ASSERT_TRUE(sandbox_);
+    browser_ = std::make_unique<Browser>(200, 100);
+  }
+
+  /// The messages after the script was called with these parameters, once there are so many.
+  std::vector<std::string> answers(const platform::Dictionary& parameters, std::size_t count = 1,
+                                   const std::string& prefix = "") {
+    const std::string script = get(sandbox_->baseURL() + "/urvo/sdk-core-v40.js").body;
+    const std::string json = *platform::writeJson(parameters);
+    browser_->loadHTML("<html><head><script>" + script + "</script><script>URVO_buildAdURL(" +
+                           json + ");</script></head><body></body></html>",
+                       sandbox_->baseURL() + prefix);
+    quorbel_tests::runUntil([&] { return browser_->messages().size() >= count; }, count ? 20 : 1);
+    return browser_->messages();
+  }
+
+  static std::string name(const std::string& message) {
+    const std::size_t from = message.rfind('/', message.find('?')) + 1;
+    return message.substr(from, message.find('?') - from);
+  }
+  static std::string field(const std::string& message, const std::string& key) {
+    sandbox::Request request;
+    request.query = message.substr(std::min(message.find('?') + 1, message.size()));
+    return request.parameter(key).value_or("");
+  }
+
+  std::unique_ptr<Sandbox> sandbox_;
+  std::unique_ptr<Browser> browser_;
+};
+
+TEST_F(Script, BuildsAnAddressThatCarriesTheParametersWhole) {
+  const platform::Dictionary parameters{
+      {"slotname", "my unit & more"},
+      {"preqs", 3},
+      {"kw", platform::Array{"\"quoted\"", "</b>", "Z\xC3\xBCrich;a=b"}}};
+  const auto messages = answers(parameters);
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(name(messages[0]), "loadAdURL");
+  EXPECT_EQ(field(messages[0], "type"), "qorm");
+  const std::string url = field(messages[0], "url");
+  ASSERT_TRUE(url.starts_with(sandbox_->baseURL() + "/ad?")) << url;
+  EXPECT_EQ(field(url, "slotname"), "my unit & more");
+  EXPECT_EQ(platform::parseJson(field(url, "params")), platform::Value(parameters));
+  EXPECT_EQ(get(url).status, 200);
+}
+
+TEST_F(Script, ActsItsScenariosByTheUnitsName) {
+  struct Row {
+    const char* scenario;
+    std::vector<std::string> names;
+  };
+  for (const Row& row : std::vector<Row>{{"fill", {"loadAdURL"}},
+                                         {"status-500", {"loadAdURL"}},
+                                         {"script-invalid-request", {"invalidRequest"}},
+                                         {"script-unable-to-serve", {"unableToServe"}},
+                                         {"script-errors", {"loadAdURL"}},
+                                         {"script-no-url", {"loadAdURL"}},
+                                         {"script-tovask", {"loadAdURL"}},
+                                         {"script-twice", {"loadAdURL", "invalidRequest"}},
+                                         {"script-throws", {}},
+                                         {"script-silent", {}}}) {
+    std::vector<std::string> found;
+    const auto messages =
+        answers({{"slotname", std::string("scenario-") + row.scenario}}, row.names.size());
+    for (const std::string& message : messages) found.push_back(name(message));
+    EXPECT_EQ(found, row.names) << row.scenario;
+    const std::string first = messages.empty() ? "" : messages[0];
+    EXPECT_EQ(field(first, "errors").empty(), std::string(row.scenario) != "script-errors");
+    EXPECT_EQ(field(first, "type") == "tovask", std::string(row.scenario) == "script-tovask");
+    EXPECT_EQ(field(first, "url").empty(), row.names.empty() || row.names[0] != "loadAdURL" ||
+                                               std::string(row.scenario) == "script-no-url");
+  }
+  EXPECT_EQ(sandbox_->log().find("choice.json"), std::string::npos) << "it asked though it knew";
+}
+
+TEST_F(Script, AsksTheServerWhenTheUnitNamesNothing) {
+  ASSERT_TRUE(sandbox_->setScenario("script-unable-to-serve"));
+  const auto messages = answers({{"slotname", "plain"}});
+  ASSERT_FALSE(messages.empty());
+  EXPECT_EQ(name(messages[0]), "unableToServe");
+}
+
+TEST_F(Script, TakesTheScenarioFromItsBase) {
+  const auto messages = answers({{"slotname", "plain"}}, 1, "/as/status-400");
+  ASSERT_FALSE(messages.empty());
+  const std::string url = field(messages[0], "url");
+  EXPECT_TRUE(url.starts_with(sandbox_->baseURL() + "/as/status-400/ad?")) << url;
+  EXPECT_EQ(get(url).status, 400);
+}
+
+}  // namespace
