@@ -140,6 +140,7 @@ void NativeView::setCovered(bool covered) {
   GtkWidget* const focused = root ? gtk_root_get_focus(root) : nullptr;
   if (covered && focused && gtk_widget_is_ancestor(focused, widget)) {
     focusMemory_ = std::make_unique<FocusMemory>(focused);
+    gtk_root_set_focus(root, nullptr);
   }
   container_->set_child_visible(!covered);
 }

@@ -4,6 +4,7 @@
 #include <gtk/gtk.h>
 #include <gtkmm/headerbar.h>
 #include <gtkmm/settings.h>
+#include <gtkmm/stylecontext.h>
 #include <gtkmm/window.h>
 
 #include <algorithm>
@@ -19,18 +20,32 @@ namespace {
 constexpr int kNarrowest = 280;
 constexpr int kLowest = 200;
 
+/// What the toolkit takes of a window's size for a frame of its own, which it draws where nothing
+/// composes windows. Known once the window is realized.
+Size frameOf(Gtk::Window& window) {
+  if (!window.has_css_class("solid-csd")) return {};
+  const auto style = window.get_style_context();
+  const Gtk::Border border = style->get_border();
+  const Gtk::Border padding = style->get_padding();
+  return {
+      double(border.get_left() + border.get_right() + padding.get_left() + padding.get_right()),
+      double(border.get_top() + border.get_bottom() + padding.get_top() + padding.get_bottom())};
+}
+
 }  // namespace
 
 struct NativeWindow::Widgets {
   Gtk::Window window;
   Gtk::HeaderBar statusBar;
+  Size wanted;
   guint animation = 0;
 };
 
 NativeWindow::NativeWindow(Size size, View& stage) : widgets_(std::make_unique<Widgets>()) {
   Gtk::Window& window = widgets_->window;
   window.set_titlebar(widgets_->statusBar);
-  window.set_default_size(static_cast<int>(size.width), static_cast<int>(size.height));
+  resize(size);
+  window.signal_realize().connect([this] { resize(widgets_->wanted); });
   window.set_size_request(kNarrowest, kLowest);
   window.set_child(stage.native().widget());
   watchTouches(window, stage);
@@ -58,17 +73,17 @@ void NativeWindow::setTitle(const std::string& title) {
 }
 
 void NativeWindow::resize(Size size) {
-  widgets_->window.set_default_size(std::max(kNarrowest, static_cast<int>(std::lround(size.width))),
-                                    std::max(kLowest, static_cast<int>(std::lround(size.height))));
+  widgets_->wanted = {std::max<double>(kNarrowest, std::lround(size.width)),
+                      std::max<double>(kLowest, std::lround(size.height))};
+  const Size frame = frameOf(widgets_->window);
+  widgets_->window.set_default_size(static_cast<int>(widgets_->wanted.width + frame.width),
+                                    static_cast<int>(widgets_->wanted.height + frame.height));
 }
 
 Size NativeWindow::size() const {
   Gtk::Window& window = widgets_->window;
-  if (window.get_width() > 0) return {double(window.get_width()), double(window.get_height())};
-  int width = 0;
-  int height = 0;
-  window.get_default_size(width, height);
-  return {double(width), double(height)};
+  if (window.get_width() <= 0) return widgets_->wanted;
+  return {double(window.get_width()), double(window.get_height())};
 }
 
 bool NativeWindow::isStatusBarHidden() const {
