@@ -44,16 +44,17 @@ class Application : public Shared<Application> {
   virtual bool isIdleTimerDisabled() const = 0;
   virtual void setIdleTimerDisabled(bool disabled) = 0;
 
-  /// Asks the system to open the URL with whatever handles its scheme. One debug line when nothing
-  /// does.
+  /// Asks the system to open the URL with whatever handles its scheme, never through a shell. One
+  /// debug line when nothing does. Files of this machine are not opened.
   virtual void openURL(const URL& url) = 0;
   /// Whether something on this system handles the URL's scheme. Blocks for no longer than a look-up
   /// in the local database takes.
   virtual bool canOpenURL(const URL& url) const = 0;
 
-  /// Keeps the application running until the task is ended, also when its window is closed. After
-  /// the time that the system grants (seconds), `expired` is called once and the task ends by
-  /// itself.
+  /// Keeps the application running until the task is ended, also when its window is closed. Once
+  /// the application has been in the background for the time that the system grants (three minutes;
+  /// ten seconds when its window was closed), `expired` is called once and the task ends by itself.
+  /// In the foreground a task may last.
   virtual BackgroundTaskID beginBackgroundTask(std::function<void()> expired) = 0;
   /// Ends a task; 0 and ended ones are ignored.
   virtual void endBackgroundTask(BackgroundTaskID task) = 0;

@@ -10,11 +10,29 @@
 namespace platform {
 namespace {
 
-/// What the system grants a background task.
-constexpr double kBackgroundSeconds = 10;
+// What background tasks are granted: while the application is out of sight, and at its end.
+constexpr double kSecondsOutOfSight = 180;
+constexpr double kSecondsAtTheEnd = 10;
 
 void post(const char* name) {
   NotificationCenter::defaultCenter().postNotificationName(name, &Application::shared());
+}
+
+/// Whether the URL may be handed to another program: it says which kind, and names no file.
+bool isForOthers(const URL& url) {
+  const std::string scheme = url.lowercaseScheme();
+  return !scheme.empty() && scheme != "file";
+}
+
+/// Inside a sandbox the handlers outside cannot be seen, and a portal finds them.
+bool isInSandbox() {
+  static const bool sandboxed = g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS);
+  return sandboxed;
+}
+
+/// What every desktop opens.
+bool isOpenedByPortals(const std::string& scheme) {
+  return scheme == "http" || scheme == "https" || scheme == "mailto";
 }
 
 void opened(GObject*, GAsyncResult* result, gpointer) {
@@ -25,11 +43,6 @@ void opened(GObject*, GAsyncResult* result, gpointer) {
 }
 
 }  // namespace
-
-struct LinuxApplication::Task {
-  std::function<void()> expired;
-  std::unique_ptr<Timer> timer;
-};
 
 Application& Application::standard() {
   return LinuxApplication::instance();
@@ -74,55 +87,73 @@ void LinuxApplication::setInhibitor(std::function<void(bool)> inhibitor) {
 }
 
 void LinuxApplication::openURL(const URL& url) {
+  if (!isForOthers(url)) return logDebug("Not opened: " + url.absoluteString());
   g_app_info_launch_default_for_uri_async(url.absoluteString().c_str(), nullptr, nullptr, opened,
                                           nullptr);
 }
 
 bool LinuxApplication::canOpenURL(const URL& url) const {
+  if (!isForOthers(url)) return false;
   const std::string scheme = url.lowercaseScheme();
-  if (scheme.empty()) return false;
   GAppInfo* const handler = g_app_info_get_default_for_uri_scheme(scheme.c_str());
-  if (handler) g_object_unref(handler);
-  return handler != nullptr;
+  if (!handler) return isInSandbox() && isOpenedByPortals(scheme);
+  g_object_unref(handler);
+  return true;
 }
 
 BackgroundTaskID LinuxApplication::beginBackgroundTask(std::function<void()> expired) {
   const BackgroundTaskID id = ++lastTask_;
-  auto task = std::make_shared<Task>();
-  task->expired = std::move(expired);
-  task->timer = RunLoop::shared().scheduleTimer(kBackgroundSeconds, [this, id] {
-    const auto found = tasks_.find(id);
-    if (found == tasks_.end()) return;
-    const std::shared_ptr<Task> keptUntilReturn = found->second;
-    if (keptUntilReturn->expired) keptUntilReturn->expired();
-    endBackgroundTask(id);
-  });
-  tasks_[id] = std::move(task);
-  if (tasks_.size() == 1 && holder_) holder_(true);
+  tasks_[id] = std::move(expired);
+  // One that is begun when the time is over gets a time of its own.
+  if (state_ == ApplicationState::Background && !(grant_ && grant_->isValid())) {
+    expireTasksAfter(kSecondsAtTheEnd);
+  }
   return id;
 }
 
 void LinuxApplication::endBackgroundTask(BackgroundTaskID task) {
   const auto found = tasks_.find(task);
   if (found == tasks_.end()) return;
-  const std::shared_ptr<Task> keptUntilReturn = found->second;
+  // What the task kept alive may go with it, and end other tasks.
+  const std::function<void()> keptUntilReturn = std::move(found->second);
   tasks_.erase(found);
-  if (tasks_.empty() && holder_) holder_(false);
   if (tasks_.empty() && idle_)
     RunLoop::shared().performAfterDelay(*this, 0, [this] {
       if (tasks_.empty() && idle_) idle_();
     });
 }
 
+void LinuxApplication::beginToEnd() {
+  isEnding_ = true;
+  expireTasksAfter(kSecondsAtTheEnd);
+}
+
+void LinuxApplication::expireTasksAfter(double seconds) {
+  grant_ = RunLoop::shared().scheduleTimer(seconds, [this] { expireTasks(); });
+}
+
+void LinuxApplication::expireTasks() {
+  const BackgroundTaskID last = lastTask_;
+  while (!tasks_.empty() && tasks_.begin()->first <= last) {
+    const auto& [id, expired] = *tasks_.begin();
+    const BackgroundTaskID task = id;
+    const std::function<void()> keptUntilReturn = expired;
+    if (keptUntilReturn) keptUntilReturn();
+    endBackgroundTask(task);
+  }
+}
+
 void LinuxApplication::enterBackground() {
   if (state_ == ApplicationState::Background) return;
   post(kApplicationWillResignActive);
   state_ = ApplicationState::Background;
+  expireTasksAfter(kSecondsOutOfSight);
   post(kApplicationDidEnterBackground);
 }
 
 void LinuxApplication::enterForeground() {
-  if (state_ != ApplicationState::Background) return;
+  if (state_ != ApplicationState::Background || isEnding_) return;
+  grant_.reset();
   post(kApplicationWillEnterForeground);
   state_ = ApplicationState::Active;
   post(kApplicationDidBecomeActive);

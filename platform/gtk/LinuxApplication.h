@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "platform/Application.h"
+#include "platform/RunLoop.h"
 
 namespace platform {
 
@@ -29,6 +30,9 @@ class LinuxApplication final : public Application, public Trackable {
   /// Changes the state and posts the notices that go with it. Nothing when it is the present one.
   void enterBackground();
   void enterForeground();
+  /// From now on the application stays in the background, and background tasks are granted what is
+  /// due at the end of a run.
+  void beginToEnd();
 
   std::size_t backgroundTaskCount() const { return tasks_.size(); }
   /// Called when the last background task has ended.
@@ -40,13 +44,17 @@ class LinuxApplication final : public Application, public Trackable {
   void setInhibitor(std::function<void(bool inhibited)> inhibitor);
 
  private:
-  struct Task;
   LinuxApplication();
+  void expireTasksAfter(double seconds);
+  void expireTasks();
 
   ApplicationState state_ = ApplicationState::Active;
+  bool isEnding_ = false;
   bool idleTimerDisabled_ = false;
   BackgroundTaskID lastTask_ = 0;
-  std::map<BackgroundTaskID, std::shared_ptr<Task>> tasks_;
+  std::map<BackgroundTaskID, std::function<void()>> tasks_;
+  /// Runs while the application is in the background.
+  std::unique_ptr<Timer> grant_;
   std::function<void()> idle_;
   std::function<void(bool)> holder_;
   std::function<void(bool)> inhibitor_;

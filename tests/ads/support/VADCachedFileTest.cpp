@@ -1,0 +1,438 @@
+#include "ads/support/VADCachedFile.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <utime.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "ads/support/VADCacheFolder.h"
+#include "ads/support/VADHTTPDate.h"
+#include "ads/support/VADNetworkUtilities.h"
+#include "platform/Folders.h"
+#include "tests/support/FakeURLLoading.h"
+#include "tests/support/Fakes.h"
+#include "tests/support/Loop.h"
+#include "tests/support/LoopbackServer.h"
+
+namespace valdren {
+namespace {
+
+namespace fs = std::filesystem;
+using platform::URL;
+using quorbel_tests::FakeClock;
+using quorbel_tests::FakeURLLoading;
+using quorbel_tests::LoopbackServer;
+using quorbel_tests::runUntil;
+using ::testing::ElementsAre;
+
+constexpr const char* kURL = "http://scripts.example/core.js?v=1";
+constexpr const char* kModified = "Wed, 09 Jun 2010 10:18:14 GMT";
+constexpr double kModifiedSeconds = 1276078694;
+
+/// Notes what it is told, and does in it what a test asks.
+class Owner : public VADCachedFileDelegate {
+ public:
+  std::vector<std::string> events;
+  std::optional<platform::Error> refusal;
+  std::optional<platform::Error> error;
+  std::function<void(VADCachedFile&)> onEvent;
+
+  void cachedFileDownloadDidEnd(VADCachedFile& file) override { note("end", file); }
+  void cachedFileDownloadDidFail(VADCachedFile& file,
+                                 const std::optional<platform::Error>& failure) override {
+    error = failure;
+    note(failure ? "failed: " + failure->message : "failed", file);
+  }
+  std::optional<platform::Error> cachedFileShouldRedirectToURL(VADCachedFile& file,
+                                                               const URL& url) override {
+    note("redirect to " + url.absoluteString(), file);
+    return refusal;
+  }
+
+ private:
+  void note(const std::string& event, VADCachedFile& file) {
+    events.push_back(event);
+    if (onEvent) onEvent(file);
+  }
+};
+
+class VADCachedFileTest : public ::testing::Test {
+ protected:
+  VADCachedFileTest() {
+    fs::remove_all(*platform::cachesFolder());
+    file = fileFor(kURL);
+  }
+
+  std::shared_ptr<VADCachedFile> fileFor(const char* url) {
+    return VADCachedFile::initWithDelegate(&owner, *URL::parse(url));
+  }
+  void write(const std::string& content) {
+    fs::create_directories(fs::path(*file->filePath()).parent_path());
+    std::ofstream(*file->filePath()) << content;
+  }
+
+  FakeClock clock;
+  FakeURLLoading network;
+  Owner owner;
+  std::shared_ptr<VADCachedFile> file;
+};
+
+TEST_F(VADCachedFileTest, AFreshFileHasNothing) {
+  EXPECT_FALSE(file->hasContent());
+  EXPECT_FALSE(file->content());
+  EXPECT_FALSE(file->fileModificationDate());
+  EXPECT_EQ(file->httpStatusCode(), 0);
+  EXPECT_EQ(file->httpDestinationURL(), file->sourceURL());
+  EXPECT_EQ(network.count(), 0u);
+}
+
+TEST_F(VADCachedFileTest, TheFirstFetchIsUnconditional) {
+  VADNetworkUtilities::setUserAgentString("Agent/1");
+  file->validate();
+  const auto& request = network.last().request();
+  EXPECT_EQ(request.url, file->sourceURL());
+  EXPECT_EQ(request.cachePolicy, platform::CachePolicy::ReloadIgnoringLocalCache);
+  EXPECT_TRUE(request.handlesCookies);
+  EXPECT_EQ(request.headers.at("User-Agent"), "Agent/1");
+  EXPECT_FALSE(request.headers.contains("If-Modified-Since"));
+}
+
+TEST_F(VADCachedFileTest, ADownloadIsKeptAndRevalidatedByTheServersTime) {
+  file->validate();
+  network.last().respond(200, {{"Last-Modified", kModified}});
+  network.last().data("alert(");
+  network.last().data("1)");
+  EXPECT_FALSE(file->hasContent());
+  network.last().finish();
+  EXPECT_THAT(owner.events, ElementsAre("end"));
+  EXPECT_EQ(file->content(), "alert(1)");
+  struct stat status {};
+  ASSERT_EQ(stat(file->filePath()->c_str(), &status), 0);
+  EXPECT_EQ(status.st_mtim.tv_sec, kModifiedSeconds);
+  EXPECT_EQ(status.st_atim.tv_sec, kModifiedSeconds);
+
+  file->validate();
+  EXPECT_EQ(network.last().request().headers.at("If-Modified-Since"), "Wed, 09 Jun 2010 10:18:14");
+  network.last().respond(304);
+  EXPECT_TRUE(network.last().isCancelled());
+  EXPECT_THAT(owner.events, ElementsAre("end", "end"));
+  EXPECT_EQ(file->content(), "alert(1)");
+  EXPECT_EQ(file->httpStatusCode(), 304);
+}
+
+TEST_F(VADCachedFileTest, TheTimeIsSetAfterTheDelegateIsTold) {
+  std::string seen;
+  owner.onEvent = [&](VADCachedFile& told) { seen = told.fileModificationDate().value(); };
+  file->validate();
+  network.last().answer(200, {{"Last-Modified", kModified}}, "x");
+  EXPECT_NE(seen, "Wed, 09 Jun 2010 10:18:14");
+  EXPECT_EQ(file->fileModificationDate(), "Wed, 09 Jun 2010 10:18:14");
+}
+
+TEST_F(VADCachedFileTest, AnUnreadableLastModifiedLeavesTheTimeOfWriting) {
+  for (const char* text : {"", "GMT", "yesterday", "Wed, 31 Jun 2010 10:18:14 GMT",
+                           "Wednesday, 09-Jun-10 10:18:14 GMT", "2010-06-09T10:18:14Z"}) {
+    file->validate();
+    network.last().answer(200, {{"Last-Modified", text}}, "x");
+    struct stat status {};
+    ASSERT_EQ(stat(file->filePath()->c_str(), &status), 0);
+    EXPECT_GT(status.st_mtim.tv_sec, time(nullptr) - 1000) << text;
+  }
+}
+
+TEST_F(VADCachedFileTest, OtherStatusesFailWithoutErrorAndKeepTheCopy) {
+  write("old");
+  for (const int status : {201, 204, 206, 302, 400, 404, 500, 999}) {
+    owner.events.clear();
+    file->validate();
+    network.last().respond(status);
+    EXPECT_TRUE(network.last().isCancelled());
+    EXPECT_THAT(owner.events, ElementsAre("failed")) << status;
+    EXPECT_EQ(file->httpStatusCode(), status);
+    EXPECT_EQ(file->content(), "old");
+  }
+}
+
+TEST_F(VADCachedFileTest, ASecondResponseStartsTheBodyAgain) {
+  file->validate();
+  network.last().respond(200);
+  network.last().data("half of the fir");
+  network.last().answer(200, {}, "second");
+  EXPECT_EQ(file->content(), "second");
+}
+
+TEST_F(VADCachedFileTest, AResponseThatIsNotHTTPLeavesNoStatusAndNoHeaders) {
+  file->validate();
+  network.last().answer(0, {{"X-Odd", "1"}}, "body");
+  EXPECT_EQ(file->httpStatusCode(), 0);
+  EXPECT_TRUE(file->httpHeaders().empty());
+  EXPECT_EQ(file->content(), "body");
+}
+
+TEST_F(VADCachedFileTest, OneFetchAtATime) {
+  file->validate();
+  file->validate();
+  file->validateWithCacheBuster();
+  EXPECT_EQ(network.count(), 1u);
+  network.last().answer(404);
+  file->validate();
+  EXPECT_EQ(network.count(), 2u);
+}
+
+TEST_F(VADCachedFileTest, TheCacheBusterChangesTheRequestButNotTheFile) {
+  file->validateWithCacheBuster();
+  EXPECT_EQ(network.last().url(), std::string(kURL) + "&unique=599529600");
+  network.last().answer(200, {}, "x");
+  EXPECT_EQ(fileFor(kURL)->content(), "x");
+  EXPECT_EQ(file->sourceURL(), *URL::parse(kURL));
+}
+
+TEST_F(VADCachedFileTest, RedirectsAreAskedAboutWithTheHeadersOfTheRedirect) {
+  std::vector<std::string> hops;
+  owner.onEvent = [&](VADCachedFile& told) { hops.push_back(told.httpHeaders().at("X-Hop")); };
+  file->validate();
+  network.last().redirect("http://b.example/", {{"X-Hop", "1"}});
+  network.last().answer(200, {{"X-Hop", "2"}}, "x");
+  EXPECT_THAT(owner.events, ElementsAre("redirect to http://b.example/", "end"));
+  EXPECT_THAT(hops, ElementsAre("1", "2"));
+  EXPECT_EQ(file->httpDestinationURL(), *URL::parse("http://b.example/"));
+}
+
+TEST_F(VADCachedFileTest, ARefusedRedirectStopsTheFetchAndReportsTheRefusal) {
+  owner.refusal = platform::Error{"mine", 7, "no thanks"};
+  file->validate();
+  network.last().redirect("http://b.example/");
+  EXPECT_TRUE(network.last().isCancelled());
+  EXPECT_THAT(owner.events, ElementsAre("redirect to http://b.example/", "failed: no thanks"));
+  EXPECT_EQ(owner.error->code, 7);
+}
+
+TEST_F(VADCachedFileTest, FailuresReachTheDelegateAfterTheFetchHasStopped) {
+  owner.onEvent = [&](VADCachedFile& told) {
+    if (network.count() == 1) told.validate();
+  };
+  file->validate();
+  network.last().fail({"net", -1005, "gone"});
+  EXPECT_THAT(owner.events, ElementsAre("failed: gone"));
+  EXPECT_EQ(network.count(), 2u);
+}
+
+TEST_F(VADCachedFileTest, WhatCannotBeFetchedFailsWithoutError) {
+  network.refuses = true;
+  file->validate();
+  EXPECT_THAT(owner.events, ElementsAre("failed"));
+  network.refuses = false;
+  file->validate();
+  EXPECT_EQ(network.count(), 1u);
+}
+
+TEST_F(VADCachedFileTest, WhatCannotBeWrittenFailsWithTheReason) {
+  // A file is where the host's folder should be.
+  fs::create_directories(*platform::cachesFolder());
+  std::ofstream(fs::path(*file->filePath()).parent_path()) << "in the way";
+  file->validate();
+  network.last().answer(200, {}, "x");
+  ASSERT_EQ(owner.events.size(), 1u);
+  EXPECT_EQ(owner.error->domain, kVADFileErrorDomain);
+  EXPECT_FALSE(owner.error->message.empty());
+}
+
+TEST_F(VADCachedFileTest, CancelAndInvalidateAreSilent) {
+  write("old");
+  file->validate();
+  network.last().respond(200);
+  file->cancel();
+  EXPECT_TRUE(network.last().isCancelled());
+  EXPECT_EQ(file->content(), "old");
+  file->validate();
+  file->invalidate();
+  EXPECT_TRUE(network.last().isCancelled());
+  EXPECT_FALSE(file->hasContent());
+  EXPECT_FALSE(fs::exists(fs::path(*file->filePath()).parent_path()));
+  file->invalidate();
+  EXPECT_TRUE(owner.events.empty());
+}
+
+TEST_F(VADCachedFileTest, InvalidateLeavesTheHostsOtherFiles) {
+  write("old");
+  const auto other = fileFor("http://scripts.example/other");
+  other->validate();
+  network.last().answer(200, {}, "other");
+  file->invalidate();
+  EXPECT_EQ(other->content(), "other");
+}
+
+TEST_F(VADCachedFileTest, ContentIsNilUnlessItIsUTF8) {
+  write("caf\xC3\xA9");
+  EXPECT_EQ(file->content(), "caf\xC3\xA9");
+  write("caf\xE9");
+  EXPECT_FALSE(file->content());
+  EXPECT_TRUE(file->hasContent());
+  write("");
+  EXPECT_EQ(file->content(), "");
+}
+
+TEST_F(VADCachedFileTest, TheDelegateMayLetGoInAnyCallback) {
+  const std::function<void(FakeURLLoading::Fetch&)> ways[] = {
+      [](auto& fetch) { fetch.redirect("http://b.example/"); },
+      [](auto& fetch) { fetch.respond(304); },
+      [](auto& fetch) { fetch.respond(404); },
+      [](auto& fetch) {
+        fetch.fail({"net", 1, "x"});
+      },
+      [](auto& fetch) {
+        fetch.answer(200, {{"Last-Modified", kModified}}, "x");
+      },
+  };
+  for (const bool refuses : {false, true}) {
+    if (refuses) owner.refusal = platform::Error{"mine", 1, "no"};
+    for (const auto& way : ways) {
+      file = fileFor(kURL);
+      owner.events.clear();
+      owner.onEvent = [&](VADCachedFile& told) {
+        told.setDelegate(nullptr);
+        told.invalidate();
+        file.reset();
+      };
+      file->validate();
+      way(network.last());
+      EXPECT_EQ(owner.events.size(), 1u);
+    }
+  }
+}
+
+TEST_F(VADCachedFileTest, AFetchBegunInACallbackIsNotStoppedByTheOldOne) {
+  owner.onEvent = [&](VADCachedFile& told) {
+    told.cancel();
+    if (network.count() == 1) told.validate();
+  };
+  file->validate();
+  network.last().respond(404);
+  EXPECT_EQ(network.count(), 2u);
+  EXPECT_TRUE(network.last().isUnderWay());
+}
+
+TEST_F(VADCachedFileTest, NothingHappensOnceOwnerAndFileAreGone) {
+  {
+    Owner gone;
+    file->setDelegate(&gone);
+  }
+  file->validate();
+  network.last().answer(200, {}, "x");
+  file->validate();
+  file.reset();
+  EXPECT_TRUE(network.last().isCancelled());
+}
+
+TEST_F(VADCachedFileTest, DescribesItself) {
+  file->validate();
+  network.last().respond(404);
+  char identity[100];
+  std::snprintf(identity, sizeof identity,
+                "<VADCachedFile: %p> HTTP code: 404\n\turl: ", static_cast<void*>(file.get()));
+  EXPECT_EQ(file->description(), identity + std::string(kURL) + "\n\tfile: " + *file->filePath());
+}
+
+TEST(VADCachedFileOverHTTPTest, RevalidatesWithARealServer) {
+  LoopbackServer server;
+  server.answer("/moved", 302, {{"Location", "/script"}});
+  server.answer("/script", [](const quorbel_tests::LoopbackRequest& request) {
+    quorbel_tests::LoopbackResponse response{.headers = {{"Last-Modified", kModified}},
+                                             .body = "script"};
+    if (request.headers.contains("If-Modified-Since")) response = {.status = 304};
+    return response;
+  });
+  Owner owner;
+  const auto file = VADCachedFile::initWithDelegate(&owner, server.url("/moved"));
+  file->validate();
+  ASSERT_TRUE(runUntil([&] { return owner.events.size() == 2; }));
+  file->validate();
+  ASSERT_TRUE(runUntil([&] { return owner.events.size() == 4; }));
+  EXPECT_EQ(owner.events.back(), "end");
+  EXPECT_EQ(file->httpStatusCode(), 304);
+  EXPECT_EQ(file->content(), "script");
+  EXPECT_EQ(server.requests("/script").at(1).headers.at("If-Modified-Since"),
+            "Wed, 09 Jun 2010 10:18:14");
+}
+
+TEST(VADCacheFolderTest, EachURLHasItsFileInsideTheCachesFolder) {
+  const std::string longHost(300, 'h');
+  const std::string texts[] = {"http://a.example/",
+                               "http://a.example/?q=1",
+                               "http://a.example/?q=2",
+                               "http://b.example/",
+                               "http:///",
+                               "http://../etc/passwd",
+                               "http://./x",
+                               "http://%2e%2e/x",
+                               "http://%2E%2E%2F%2E%2E/x",
+                               "http://a%00b/x",
+                               "http://[::1]:80/x",
+                               "relative",
+                               "http://" + longHost + "/",
+                               "http://" + longHost + "x/"};
+  const fs::path caches = *platform::cachesFolder();
+  std::set<std::string> paths;
+  for (const std::string& text : texts) {
+    const auto path = cachePathForURL(*URL::parse(text));
+    ASSERT_TRUE(path) << text;
+    EXPECT_EQ(path, cachePathForURL(*URL::parse(text)));
+    const fs::path relative = fs::path(*path).lexically_normal().lexically_relative(caches);
+    EXPECT_EQ(std::distance(relative.begin(), relative.end()), 2) << *path;
+    EXPECT_NE(*relative.begin(), "..") << *path;
+    for (const fs::path& part : relative) EXPECT_LE(part.string().size(), 255u);
+    EXPECT_TRUE(paths.insert(*path).second) << text;
+  }
+  EXPECT_TRUE(paths.begin()->starts_with(caches.string() + "/"));
+  EXPECT_EQ(fs::path(*cachePathForURL(*URL::parse(kURL))).parent_path().filename(),
+            "scripts.example");
+}
+
+TEST(VADCacheFolderTest, LeftoversOfEarlierRunsAreCleared) {
+  const fs::path caches = *platform::cachesFolder();
+  fs::remove_all(caches);
+  fs::create_directories(caches / "host");
+  fs::create_directories(caches / "emptied");
+  for (int copy = 0; copy < 230; ++copy) {
+    char name[20];
+    std::snprintf(name, sizeof name, "abc%x", copy);
+    std::ofstream(caches / "host" / name) << "x";
+  }
+  std::ofstream(caches / "emptied" / "0123abcd");
+  std::ofstream(caches / "host" / "not-ours") << "x";
+  std::ofstream(caches / "host" / "abc0.a1B2c3") << "being written";
+  trimCacheFolder();
+  EXPECT_EQ(std::distance(fs::directory_iterator(caches / "host"), {}), 202);
+  EXPECT_FALSE(fs::exists(caches / "emptied"));
+  EXPECT_TRUE(fs::exists(caches / "host" / "not-ours"));
+  EXPECT_TRUE(fs::exists(caches / "host" / "abc0.a1B2c3"));
+}
+
+TEST(VADHTTPDateTest, WritesAndReadsTheSameInstant) {
+  const std::pair<double, const char*> cases[] = {{kModifiedSeconds, "Wed, 09 Jun 2010 10:18:14"},
+                                                  {0, "Thu, 01 Jan 1970 00:00:00"},
+                                                  {-1, "Wed, 31 Dec 1969 23:59:59"},
+                                                  {951782400, "Tue, 29 Feb 2000 00:00:00"},
+                                                  {253402300799, "Fri, 31 Dec 9999 23:59:59"}};
+  for (const auto& [seconds, text] : cases) {
+    EXPECT_EQ(httpDateText(platform::Date(seconds)), text);
+    EXPECT_EQ(dateFromHTTPText(std::string(text) + " "), platform::Date(seconds)) << text;
+  }
+  EXPECT_EQ(dateFromHTTPText("wed, 9 JUN 2010 10:18:14"), platform::Date(kModifiedSeconds));
+}
+
+TEST(VADHTTPDateTest, ReadsNothingElse) {
+  for (const char* text :
+       {"", "Wed", "Wed, 09 Jun 2010", "Wed, 09 Jun 2010 10:18:14 GMT",
+        "Wed, 09 Jun 2010 10:18:14 +0200", "Wed, 09 Jun 2010 24:00:00", "Wed, 00 Jun 2010 10:18:14",
+        "Wed, 30 Feb 2010 10:18:14", "Wed, 09 Juh 2010 10:18:14", "Wed, 09 Jun 10 10:18:14",
+        "Wed, 09 Jun 99999 10:18:14", "Wed, 09 Jun 2010 10:18:99", "Wed, -9 Jun 2010 10:18:14"}) {
+    EXPECT_FALSE(dateFromHTTPText(text)) << text;
+  }
+}
+
+}  // namespace
+}  // namespace valdren
