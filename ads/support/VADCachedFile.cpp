@@ -126,6 +126,7 @@ void VADCachedFile::beginFetchWithCacheBuster(bool cacheBuster) {
   if (userAgent && !userAgent->empty()) request.headers["User-Agent"] = *userAgent;
   if (const auto date = fileModificationDate()) request.headers["If-Modified-Since"] = *date;
 
+  ++fetch_;
   connection_ = platform::URLLoading::shared().makeConnection(request, this);
   if (!connection_) return tellFailure(std::nullopt);
   receivedData_.clear();
@@ -138,8 +139,8 @@ void VADCachedFile::cleanUpConnection() {
   receivedModificationDate_ = {};
 }
 
-void VADCachedFile::cleanUpConnection(const platform::URLConnection& connection) {
-  if (connection_.get() == &connection) cleanUpConnection();
+void VADCachedFile::cleanUpFetch(unsigned fetch) {
+  if (fetch_ == fetch) cleanUpConnection();
 }
 
 void VADCachedFile::tellEnd() {
@@ -166,11 +167,12 @@ void VADCachedFile::connectionWillSendRequest(platform::URLConnection&,
   tellFailure(refusal);
 }
 
-void VADCachedFile::connectionDidReceiveResponse(platform::URLConnection& connection,
+void VADCachedFile::connectionDidReceiveResponse(platform::URLConnection&,
                                                  const platform::URLResponse& response) {
   receivedData_.clear();
   if (!response.isHTTP()) return;
   const auto keptUntilReturn = shared_from_this();
+  const unsigned fetch = fetch_;
   httpStatusCode_ = response.statusCode;
   httpHeaders_ = response.headers;
   if (response.statusCode == 200) {
@@ -182,15 +184,16 @@ void VADCachedFile::connectionDidReceiveResponse(platform::URLConnection& connec
   } else {
     tellFailure(std::nullopt);
   }
-  cleanUpConnection(connection);
+  cleanUpFetch(fetch);
 }
 
 void VADCachedFile::connectionDidReceiveData(platform::URLConnection&, std::string_view data) {
   receivedData_.append(data);
 }
 
-void VADCachedFile::connectionDidFinishLoading(platform::URLConnection& connection) {
+void VADCachedFile::connectionDidFinishLoading(platform::URLConnection&) {
   const auto keptUntilReturn = shared_from_this();
+  const unsigned fetch = fetch_;
   if (const auto error = writeReceivedData()) {
     tellFailure(error);
   } else {
@@ -199,7 +202,7 @@ void VADCachedFile::connectionDidFinishLoading(platform::URLConnection& connecti
     // Told before the time is set: whoever asks in the meantime sees when the file was written.
     if (const auto date = dateFromHTTPText(modification)) setTimes(*filePath(), *date);
   }
-  cleanUpConnection(connection);
+  cleanUpFetch(fetch);
 }
 
 void VADCachedFile::connectionDidFail(platform::URLConnection&, const platform::Error& error) {

@@ -84,7 +84,7 @@ class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
   void beginFetchWithCacheBuster(bool cacheBuster);
   void cleanUpConnection();
   /// The same, unless a delegate has begun another fetch in the meantime.
-  void cleanUpConnection(const platform::URLConnection& connection);
+  void cleanUpFetch(unsigned fetch);
   std::optional<platform::Error> writeReceivedData();
   void tellEnd();
   void tellFailure(const std::optional<platform::Error>& error);
@@ -101,6 +101,7 @@ class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
   platform::URL sourceURL_;
   mutable std::optional<std::string> filePath_;
   std::unique_ptr<platform::URLConnection> connection_;
+  unsigned fetch_ = 0;  // the number of the latest
   std::string receivedData_;
   std::string receivedModificationDate_;
   platform::URL httpDestinationURL_;

@@ -69,6 +69,7 @@ class Runner : public Trackable {
     tellOfTheEnd();
     // What is under way in the background gets the time that it was granted.
     auto& system = LinuxApplication::instance();
+    system.beginToEnd();
     system.setIdleHandler([this] { application_->quit(); });
     if (system.backgroundTaskCount() == 0) application_->quit();
   }

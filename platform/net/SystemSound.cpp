@@ -13,34 +13,30 @@ namespace {
 class FeedbackDaemon final : public SystemSound {
  public:
   void play(std::uint32_t sound) override {
-    if (sound != kSystemSoundVibrate || asking_) return;
-    asking_ = true;
-    if (bus_) {
-      trigger();
-    } else {
-      g_bus_get(G_BUS_TYPE_SESSION, nullptr, connected, this);
-    }
+    if (sound != kSystemSoundVibrate || isAsking_) return;
+    isAsking_ = true;
+    g_bus_get(G_BUS_TYPE_SESSION, nullptr, connected, this);
   }
 
  private:
   static void connected(GObject*, GAsyncResult* result, gpointer self) {
     auto& daemon = *static_cast<FeedbackDaemon*>(self);
     GError* error = nullptr;
-    daemon.bus_.reset(g_bus_get_finish(result, &error));
+    const GObjectPtr<GDBusConnection> bus(g_bus_get_finish(result, &error));
     const GErrorPtr ownedError(error);
-    if (daemon.bus_) {
-      daemon.trigger();
+    if (bus) {
+      daemon.trigger(bus.get());
     } else {
-      daemon.asking_ = false;
+      daemon.isAsking_ = false;
     }
   }
 
-  void trigger() {
+  void trigger(GDBusConnection* bus) {
     GVariantBuilder hints;
     g_variant_builder_init(&hints, G_VARIANT_TYPE_VARDICT);
     g_variant_builder_add(&hints, "{sv}", "profile", g_variant_new_string("quiet"));
     constexpr gint kEventsOwnLength = -1;
-    g_dbus_connection_call(bus_.get(), "org.sigxcpu.Feedback", "/org/sigxcpu/Feedback",
+    g_dbus_connection_call(bus, "org.sigxcpu.Feedback", "/org/sigxcpu/Feedback",
                            "org.sigxcpu.Feedback", "TriggerFeedback",
                            g_variant_new("(ssa{sv}i)", Bundle::main().identifier().c_str(),
                                          "message-new-instant", &hints, kEventsOwnLength),
@@ -54,13 +50,13 @@ class FeedbackDaemon final : public SystemSound {
       g_variant_unref(answer);
     }
     const GErrorPtr ownedError(error);
-    static_cast<FeedbackDaemon*>(self)->asking_ = false;
+    static_cast<FeedbackDaemon*>(self)->isAsking_ = false;
   }
 
   static constexpr int kLongestAnswer = 5000;  // milliseconds
 
   GObjectPtr<GDBusConnection> bus_;
-  bool asking_ = false;
+  bool isAsking_ = false;
 };
 
 }  // namespace

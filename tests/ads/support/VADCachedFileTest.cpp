@@ -108,11 +108,11 @@ TEST_F(VADCachedFileTest, ADownloadIsKeptAndRevalidatedByTheServersTime) {
   EXPECT_FALSE(file->hasContent());
   network.last().finish();
   EXPECT_THAT(owner.events, ElementsAre("end"));
-  EXPECT_EQ(file->content(), "alert(1)");
   struct stat status {};
   ASSERT_EQ(stat(file->filePath()->c_str(), &status), 0);
   EXPECT_EQ(status.st_mtim.tv_sec, kModifiedSeconds);
   EXPECT_EQ(status.st_atim.tv_sec, kModifiedSeconds);
+  EXPECT_EQ(file->content(), "alert(1)");
 
   file->validate();
   EXPECT_EQ(network.last().request().headers.at("If-Modified-Since"), "Wed, 09 Jun 2010 10:18:14");
