@@ -5,6 +5,9 @@
 namespace quorbel {
 namespace {
 
+/// A clip that is not heard within this many seconds will not be heard.
+constexpr double kPressPatience = 2;
+
 SoundScreen* screen() {
   platform::Window* const window = platform::Window::keyWindow();
   return window ? dynamic_cast<SoundScreen*>(window->rootViewController().get()) : nullptr;
@@ -68,7 +71,7 @@ std::vector<TourStep> soundboardSteps() {
   for (const Sound& sound : sounds()) {
     const std::string action = sound.action;
     steps.push_back({"press " + action, [action] { press(action); },
-                     [action] { return playingProblem(action); }});
+                     [action] { return playingProblem(action); }, kPressPatience});
   }
   steps.push_back({"stop", [] { press("stop"); }, silenceProblem});
   return steps;

@@ -10,7 +10,6 @@
 namespace quorbel {
 namespace {
 
-constexpr double kPatience = 10;        // seconds until a step has failed
 constexpr double kLookInterval = 0.02;  // seconds between two looks
 constexpr double kSettling = 0.15;      // seconds until what was done is also drawn
 
@@ -48,7 +47,7 @@ void Tour::watchStep() {
   platform::RunLoop::shared().performAfterDelay(*this, kLookInterval, [this] {
     const std::string problem = steps_[current_].problem();
     const double waited = platform::Clock::shared().monotonicSeconds() - stepBegan_;
-    if (!problem.empty() && waited < kPatience) {
+    if (!problem.empty() && waited < steps_[current_].patience) {
       watchStep();
       return;
     }

@@ -18,6 +18,8 @@ struct TourStep {
   /// Asked until it gives an empty text; what it gives last, when time runs out, is why the step
   /// failed.
   std::function<std::string()> problem;
+  /// Seconds until then.
+  double patience = 10;
 };
 
 /// Goes through steps one after another on the run loop and leaves numbered pictures and a report,

@@ -9,7 +9,9 @@
 #include <gtkmm/window.h>
 
 #include <cstdlib>
+#include <set>
 #include <string_view>
+#include <utility>
 
 namespace platform {
 namespace {
@@ -47,6 +49,8 @@ bool isHighContrast() {
 }
 
 void loadStyleSheet(const std::string& resource) {
+  static std::set<std::string> loaded;
+  if (!loaded.insert(resource).second) return;
   if (!Gio::Resource::get_file_exists_global_nothrow(resource)) return;
   const auto sheet = Gtk::CssProvider::create();
   sheet->load_from_resource(resource);
@@ -58,14 +62,15 @@ void loadStyleSheet(const std::string& resource) {
 class Portal {
  public:
   void connect() {
+    if (std::exchange(connected_, true)) return;
     Gio::DBus::Proxy::create_for_bus(
         Gio::DBus::BusType::SESSION, kPortal, kPortalPath, kSettings,
-        [this](const Glib::RefPtr<Gio::AsyncResult>& result) { connected(result); }, {},
+        [this](const Glib::RefPtr<Gio::AsyncResult>& result) { receive(result); }, {},
         Gio::DBus::ProxyFlags::DO_NOT_LOAD_PROPERTIES | Gio::DBus::ProxyFlags::DO_NOT_AUTO_START);
   }
 
  private:
-  void connected(const Glib::RefPtr<Gio::AsyncResult>& result) {
+  void receive(const Glib::RefPtr<Gio::AsyncResult>& result) {
     try {
       proxy_ = Gio::DBus::Proxy::create_for_bus_finish(result);
     } catch (const Glib::Error&) {
@@ -103,6 +108,7 @@ class Portal {
         arguments);
   }
 
+  bool connected_ = false;
   Glib::RefPtr<Gio::DBus::Proxy> proxy_;
 };
 

@@ -65,6 +65,8 @@ class Runner : public Trackable {
     }
     terminating_ = true;
     status_ = status;
+    // A hidden window no longer keeps the application running.
+    application_->hold();
     if (window_) window_->native().window().set_visible(false);
     tellOfTheEnd();
     // What is under way in the background gets the time that it was granted.
@@ -262,7 +264,7 @@ int applicationMain(const ApplicationDescription& description) {
                  description.name.c_str());
     return 1;
   }
-  g_set_application_name(description.name.c_str());
+  if (!g_get_application_name()) g_set_application_name(description.name.c_str());
   Runner runner(description);
   const EndingSignals signals;
   return runner.run();

@@ -3,6 +3,7 @@
 #include <giomm/resource.h>
 #include <giomm/simpleactiongroup.h>
 #include <glibmm/value.h>
+#include <gtk/gtk.h>
 #include <gtkmm/builder.h>
 #include <gtkmm/button.h>
 #include <gtkmm/label.h>
@@ -78,7 +79,9 @@ std::shared_ptr<InterfaceView> InterfaceView::load(const std::string& name,
   auto widgets = std::make_unique<Widgets>();
   try {
     widgets->builder = Gtk::Builder::create_from_resource(theResourceBase + "/" + name + ".ui");
-    widgets->root = widgets->builder->get_widget<Gtk::Widget>(object);
+    // Asked for in C, since gtkmm calls an object that is missing a fault of the program.
+    GObject* const root = gtk_builder_get_object(widgets->builder->gobj(), object.c_str());
+    if (GTK_IS_WIDGET(root)) widgets->root = Glib::wrap(GTK_WIDGET(root));
   } catch (const Glib::Error& error) {
     logWarning("The interface file \"" + name + ".ui\" cannot be read: " + error.what());
     return nullptr;
@@ -107,7 +110,9 @@ const std::vector<std::string>& InterfaceView::controls() const {
 
 bool InterfaceView::press(std::string_view control) {
   Gtk::Button* const button = widgets_->button(control);
-  return button && button->is_sensitive() && button->activate();
+  if (!button || !button->is_sensitive()) return false;
+  g_signal_emit_by_name(button->gobj(), "clicked");
+  return true;
 }
 
 void InterfaceView::setSelected(std::string_view control, bool selected) {

@@ -1,0 +1,159 @@
+#include "platform/Application.h"
+
+#include <gio/gio.h>
+#include <gtest/gtest.h>
+#include <gtkmm/window.h>
+
+#include "app/quorbelAppDelegate.h"
+#include "platform/ApplicationMain.h"
+#include "platform/NotificationCenter.h"
+#include "platform/RunLoop.h"
+#include "platform/gtk/NativeWindow.h"
+
+namespace {
+
+using platform::ApplicationDescription;
+using platform::Window;
+using Lines = std::vector<std::string>;
+
+/// The application's delegate with a diary.
+class Delegate final : public platform::ApplicationDelegate {
+ public:
+  Delegate(Lines& lines, bool launches) : lines_(lines), launches_(launches) {}
+  ~Delegate() override { lines_.push_back("gone"); }
+
+  void setWindow(std::shared_ptr<Window> window) override { inner_.setWindow(std::move(window)); }
+  void setViewController(std::shared_ptr<platform::ViewController> screen) override {
+    inner_.setViewController(std::move(screen));
+  }
+  bool applicationDidFinishLaunching() override {
+    lines_.push_back("launched");
+    EXPECT_TRUE(inner_.window());
+    EXPECT_TRUE(inner_.viewController());
+    EXPECT_EQ(inner_.window()->rootViewController(), nullptr);
+    EXPECT_TRUE(inner_.applicationDidFinishLaunching());
+    EXPECT_EQ(inner_.window()->rootViewController(), inner_.viewController());
+    EXPECT_TRUE(inner_.window()->isVisible());
+    EXPECT_EQ(Window::keyWindow(), inner_.window().get());
+    return launches_;
+  }
+  void applicationWillResignActive() override { lines_.push_back("resigns"); }
+  void applicationDidEnterBackground() override { lines_.push_back("background"); }
+  void applicationWillTerminate() override { lines_.push_back("terminates"); }
+  void applicationDidReceiveMemoryWarning() override { lines_.push_back("memory"); }
+
+ private:
+  quorbel::quorbelAppDelegate inner_;
+  Lines& lines_;
+  bool launches_;
+};
+
+class ApplicationTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!gtk_is_initialized()) GTEST_SKIP() << "needs a display";
+    description.identifier = "com.valdren.quorbel.test";
+    description.name = "Test";
+    description.version = "1";
+    description.resourceBase = "/com/valdren/quorbel";
+    description.alone = true;
+    description.idiom = platform::InterfaceIdiom::Phone;
+    description.starting = [this] { lines.push_back("starting"); };
+    description.makeDelegate = [this] { return std::make_unique<Delegate>(lines, launches); };
+    const auto plain = [] { return std::make_shared<platform::ViewController>(); };
+    description.screens = {{"quorbelViewController", plain}, {"quorbeliPad", plain}};
+  }
+
+  ApplicationDescription description;
+  bool launches = true;
+  Lines lines;
+};
+
+TEST_F(ApplicationTest, TellsItsDelegateOfItsLifeAndGivesTheStatusItWasEndedWith) {
+  description.started = [] { platform::terminateApplication(3); };
+  EXPECT_EQ(platform::applicationMain(description), 3);
+  EXPECT_EQ(lines, (Lines{"starting", "launched", "resigns", "background", "terminates", "gone"}));
+  EXPECT_EQ(Window::keyWindow(), nullptr);
+}
+
+TEST_F(ApplicationTest, ClosingTheWindowEndsItInOrder) {
+  description.started = [] { Window::keyWindow()->native().window().close(); };
+  EXPECT_EQ(platform::applicationMain(description), 0);
+  EXPECT_EQ(lines.back(), "gone");
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), "terminates"), 1);
+}
+
+TEST_F(ApplicationTest, ADelegateThatRefusesToLaunchEndsItAsAFailure) {
+  launches = false;
+  description.started = [] { FAIL() << "it did not start"; };
+  EXPECT_EQ(platform::applicationMain(description), 1);
+  EXPECT_EQ(lines.back(), "gone");
+}
+
+TEST_F(ApplicationTest, AnInterfaceFileWithoutAKnownScreenEndsItAsAFailure) {
+  description.screens.clear();
+  EXPECT_EQ(platform::applicationMain(description), 1);
+  EXPECT_EQ(lines, Lines{"starting"});
+}
+
+TEST_F(ApplicationTest, WhatRunsInTheBackgroundIsWaitedForUnlessAskedTwice) {
+  for (const bool twice : {false, true}) {
+    bool finished = false;
+    description.started = [&] {
+      auto& application = platform::Application::shared();
+      const auto task = application.beginBackgroundTask({});
+      platform::terminateApplication(0);
+      EXPECT_EQ(application.applicationState(), platform::ApplicationState::Background);
+      if (twice) {
+        platform::terminateApplication(0);
+        application.endBackgroundTask(task);
+        return;
+      }
+      platform::RunLoop::shared().performAfterDelay(0.1, [&, task] {
+        finished = true;
+        application.endBackgroundTask(task);
+      });
+    };
+    EXPECT_EQ(platform::applicationMain(description), 0);
+    EXPECT_EQ(finished, !twice);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "terminates"), 1);
+    lines.clear();
+  }
+}
+
+TEST_F(ApplicationTest, HandsOnThatMemoryRunsLow) {
+  description.started = [&] {
+    GMemoryMonitor* const monitor = g_memory_monitor_dup_default();
+    g_signal_emit_by_name(monitor, "low-memory-warning", G_MEMORY_MONITOR_WARNING_LEVEL_MEDIUM);
+    g_object_unref(monitor);
+    EXPECT_EQ(lines.back(), "memory");
+    platform::terminateApplication(0);
+  };
+  EXPECT_EQ(platform::applicationMain(description), 0);
+}
+
+TEST_F(ApplicationTest, OpensTheWindowInTheShapeThatWasAskedFor) {
+  struct Case {
+    platform::InterfaceIdiom idiom;
+    std::optional<bool> landscape;
+    platform::Size size;
+  };
+  using platform::InterfaceIdiom;
+  const Case cases[] = {
+      {InterfaceIdiom::Phone, std::nullopt, {360, 640}},
+      {InterfaceIdiom::Phone, true, {640, 360}},
+      {InterfaceIdiom::Tablet, std::nullopt, {1024, 768}},
+      {InterfaceIdiom::Tablet, false, {768, 1024}},
+  };
+  for (const Case& each : cases) {
+    description.idiom = each.idiom;
+    description.landscape = each.landscape;
+    description.started = [&] {
+      EXPECT_EQ(Window::keyWindow()->size(), each.size);
+      platform::terminateApplication(0);
+    };
+    EXPECT_EQ(platform::applicationMain(description), 0);
+  }
+}
+
+}  // namespace

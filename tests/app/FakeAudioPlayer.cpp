@@ -1,0 +1,58 @@
+#include "tests/app/FakeAudioPlayer.h"
+
+#include <filesystem>
+
+namespace quorbel_tests {
+namespace {
+
+FakeAudioPlayer* theLatest = nullptr;
+
+}  // namespace
+
+std::vector<std::string>& FakeAudioPlayer::events() {
+  static std::vector<std::string> all;
+  return all;
+}
+
+FakeAudioPlayer* FakeAudioPlayer::latest() {
+  return theLatest;
+}
+
+bool& FakeAudioPlayer::broken() {
+  static bool value = false;
+  return value;
+}
+
+FakeAudioPlayer::FakeAudioPlayer(const std::string& path) {
+  events().push_back("new " + std::filesystem::path(path).filename().string());
+  theLatest = this;
+}
+
+FakeAudioPlayer::~FakeAudioPlayer() {
+  events().push_back("gone");
+  if (theLatest == this) theLatest = nullptr;
+}
+
+bool FakeAudioPlayer::play() {
+  events().push_back("play");
+  return playing = true;
+}
+
+void FakeAudioPlayer::stop() {
+  events().push_back("stop");
+  playing = false;
+}
+
+}  // namespace quorbel_tests
+
+namespace platform {
+
+// In place of the sound library's own.
+std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& path) {
+  if (quorbel_tests::FakeAudioPlayer::broken()) return nullptr;
+  return std::make_unique<quorbel_tests::FakeAudioPlayer>(path);
+}
+
+void AudioPlayer::prepare(std::vector<std::string>) {}
+
+}  // namespace platform

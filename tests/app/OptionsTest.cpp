@@ -1,0 +1,76 @@
+#include "app/Options.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using quorbel::Command;
+using quorbel::Options;
+using quorbel::parseOptions;
+using quorbel::UsageError;
+
+std::variant<Options, UsageError> parse(std::vector<const char*> arguments) {
+  arguments.insert(arguments.begin(), "quorbel");
+  return parseOptions(static_cast<int>(arguments.size()), arguments.data());
+}
+
+TEST(Options, EachIsReadWithASpaceOrAnEqualsSign) {
+  for (const std::vector<const char*>& arguments :
+       {std::vector<const char*>{"--idiom", "tablet", "--orientation", "landscape", "--ad-server",
+                                 "http://127.0.0.1:8080", "--script-host", "https://host.example/x",
+                                 "--tour", "pictures"},
+        {"--idiom=tablet", "--orientation=landscape", "--ad-server=http://127.0.0.1:8080",
+         "--script-host=https://host.example/x", "--tour=pictures"}}) {
+    const auto parsed = parse(arguments);
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    const auto& options = std::get<Options>(parsed);
+    EXPECT_EQ(options.idiom, platform::InterfaceIdiom::Tablet);
+    EXPECT_EQ(options.landscape, true);
+    EXPECT_EQ(options.adServer->absoluteString(), "http://127.0.0.1:8080");
+    EXPECT_EQ(options.scriptHost->absoluteString(), "https://host.example/x");
+    EXPECT_EQ(options.command, Command::Tour);
+    EXPECT_EQ(options.tourFolder, "pictures");
+  }
+}
+
+TEST(Options, WithoutArgumentsNothingIsForced) {
+  const auto options = std::get<Options>(parse({}));
+  EXPECT_EQ(options.command, Command::Run);
+  EXPECT_FALSE(options.idiom || options.landscape || options.adServer || options.scriptHost);
+}
+
+TEST(Options, HelpAndVersionWinOverWhatFollows) {
+  EXPECT_EQ(std::get<Options>(parse({"--help", "--nonsense"})).command, Command::Help);
+  EXPECT_EQ(std::get<Options>(parse({"-h"})).command, Command::Help);
+  EXPECT_EQ(std::get<Options>(parse({"--tour", "x", "--version"})).command, Command::Version);
+}
+
+TEST(Options, MistakesAreNamed) {
+  struct Case {
+    std::vector<const char*> arguments;
+    const char* named;
+  };
+  const Case cases[] = {
+      {{"--frobnicate"}, "unknown option \"--frobnicate\""},
+      {{"sound"}, "unknown option \"sound\""},
+      {{""}, "unknown option \"\""},
+      {{"--idiom"}, "--idiom needs phone or tablet"},
+      {{"--idiom", "watch"}, "not \"watch\""},
+      {{"--idiom="}, "not \"\""},
+      {{"--orientation", "sideways"}, "portrait or landscape"},
+      {{"--ad-server", "ftp://host/"}, "http or https"},
+      {{"--ad-server", "nonsense"}, "http or https"},
+      {{"--ad-server", "http://"}, "http or https"},
+      {{"--script-host", "file:///etc/passwd"}, "http or https"},
+      {{"--tour", ""}, "--tour takes a folder"},
+      {{"--help=yes"}, "unknown option \"--help\""},
+  };
+  for (const Case& each : cases) {
+    const auto parsed = parse(each.arguments);
+    ASSERT_TRUE(std::holds_alternative<UsageError>(parsed)) << each.named;
+    EXPECT_NE(std::get<UsageError>(parsed).message.find(each.named), std::string::npos)
+        << std::get<UsageError>(parsed).message;
+  }
+}
+
+}  // namespace

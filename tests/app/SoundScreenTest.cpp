@@ -1,0 +1,267 @@
+#include <gtest/gtest.h>
+#include <gtkmm/button.h>
+#include <gtkmm/window.h>
+
+#include "ads/api/VADConfiguration.h"
+#include "app/quorbelViewController.h"
+#include "app/quorbeliPad.h"
+#include "platform/Bundle.h"
+#include "platform/Window.h"
+#include "platform/gtk/Appearance.h"
+#include "platform/gtk/NativeView.h"
+#include "platform/gtk/NativeWindow.h"
+#include "tests/app/FakeAudioPlayer.h"
+#include "tests/support/FakeURLLoading.h"
+#include "tests/support/FakeUserDefaults.h"
+#include "tests/support/FakeWebEngine.h"
+#include "tests/support/Loop.h"
+
+namespace {
+
+using platform::InterfaceOrientation;
+using platform::Rect;
+using platform::Size;
+using quorbel::sounds;
+using quorbel::SoundScreen;
+using quorbel_tests::FakeAudioPlayer;
+using quorbel_tests::runUntil;
+using Events = std::vector<std::string>;
+
+constexpr const char* kResources = "/com/valdren/quorbel";
+
+struct Idiom {
+  const char* name;
+  std::shared_ptr<SoundScreen> (*make)();
+  const char* file;
+  const char* object;
+};
+
+const Idiom kPhone{"phone",
+                   [] { return std::shared_ptr<SoundScreen>(new quorbel::quorbelViewController); },
+                   "phone", "quorbelViewController"};
+const Idiom kTablet{"tablet", [] { return std::shared_ptr<SoundScreen>(new quorbel::quorbeliPad); },
+                    "tablet", "quorbeliPad"};
+
+class SoundScreenTest : public ::testing::TestWithParam<Idiom> {
+ protected:
+  void SetUp() override {
+    if (!gtk_is_initialized()) GTEST_SKIP() << "needs a display";
+    platform::Bundle::main().setResourceFolder(QUORBEL_CLIPS);
+    platform::InterfaceView::setResourceBase(kResources);
+    static const bool styled = (platform::followAppearance(kResources), true);
+    static_cast<void>(styled);
+    FakeAudioPlayer::events().clear();
+    FakeAudioPlayer::broken() = false;
+    show({360, 640});
+  }
+
+  void TearDown() override {
+    screen.reset();
+    window.reset();
+    platform::Bundle::main().setResourceFolder("");
+    if (gtk_is_initialized()) quorbel_tests::runFor(0.02);
+  }
+
+  void show(Size size) {
+    screen = GetParam().make();
+    screen->setInterface(GetParam().file, GetParam().object);
+    window = std::make_shared<platform::Window>(size);
+    window->setRootViewController(screen);
+    window->makeKeyAndVisible();
+    ASSERT_TRUE(screen->controls());
+    ASSERT_TRUE(runUntil([&] { return screen->controls()->frameOfControl("stop").width > 0; }));
+  }
+
+  Events takeEvents() { return std::exchange(FakeAudioPlayer::events(), {}); }
+
+  std::string playingTile() {
+    std::string found;
+    for (const std::string& control : screen->controls()->controls()) {
+      if (screen->controls()->isSelected(control)) found += control;
+    }
+    return found;
+  }
+
+  quorbel_tests::FakeUserDefaults defaults;
+  quorbel_tests::FakeURLLoading loading;
+  quorbel_tests::FakeWebEngines engines;
+  std::shared_ptr<SoundScreen> screen;
+  std::shared_ptr<platform::Window> window;
+};
+
+INSTANTIATE_TEST_SUITE_P(Idioms, SoundScreenTest, ::testing::Values(kPhone, kTablet),
+                         [](const auto& idiom) { return idiom.param.name; });
+
+TEST_P(SoundScreenTest, EveryTilePlaysItsOwnClipFromAPlayerMadeAnew) {
+  const std::map<std::string, std::string> clips = {
+      {"wikipedia", "wikipedia"},
+      {"family", "gresh-family"},
+      {"shoot", "shoot-gresh"},
+      {"retards", "retards"},
+      {"proudest", "proudest-moment"},
+      {"presents", "presents"},
+      {"dorvan", "i-am-dorvan"},
+      {"happy", "happy-bday-ardo"},
+      {"friends", "friends-with-everybody"},
+      {"fear", "fear-or-love"},
+      {"collar", "collar-blind"},
+      {"candy", "candy"},
+      {"babies", "babies"},
+      {"arabs", "arabs"},
+  };
+  ASSERT_EQ(screen->controls()->controls().size(), clips.size() + 1);
+  bool first = true;
+  for (const auto& [action, clip] : clips) {
+    ASSERT_TRUE(screen->controls()->press(action)) << action;
+    ASSERT_TRUE(runUntil([&] { return FakeAudioPlayer::events().size() >= (first ? 2u : 3u); }));
+    Events expected{"new " + clip + ".m4a", "play"};
+    // The player before it is gone before the new one is made.
+    if (!first) expected.insert(expected.begin(), "gone");
+    EXPECT_EQ(takeEvents(), expected) << action;
+    EXPECT_EQ(FakeAudioPlayer::latest()->delegate.get(), screen.get());
+    EXPECT_EQ(playingTile(), action);
+    first = false;
+  }
+}
+
+TEST_P(SoundScreenTest, StopSilencesThePlayerAndKeepsIt) {
+  screen->stop();
+  EXPECT_EQ(takeEvents(), Events{}) << "nothing plays yet";
+  screen->play("candy");
+  takeEvents();
+  ASSERT_TRUE(screen->controls()->press("stop"));
+  ASSERT_TRUE(runUntil([&] { return !FakeAudioPlayer::events().empty(); }));
+  EXPECT_EQ(takeEvents(), Events{"stop"});
+  EXPECT_TRUE(screen->player());
+  EXPECT_EQ(playingTile(), "");
+}
+
+TEST_P(SoundScreenTest, AClipThatEndsByItselfLeavesItsPlayerButNotItsMark) {
+  screen->play("candy");
+  EXPECT_EQ(playingTile(), "candy");
+  FakeAudioPlayer::latest()->playing = false;
+  EXPECT_TRUE(runUntil([&] { return playingTile().empty(); }));
+  EXPECT_TRUE(screen->player());
+}
+
+TEST_P(SoundScreenTest, AMissingOrBrokenClipSilencesTheOneBeforeAndMarksNothing) {
+  screen->play("candy");
+  takeEvents();
+  FakeAudioPlayer::broken() = true;
+  screen->play("babies");
+  EXPECT_EQ(takeEvents(), Events{"gone"});
+  EXPECT_EQ(screen->player(), nullptr);
+  EXPECT_EQ(playingTile(), "");
+  FakeAudioPlayer::broken() = false;
+  screen->stop();
+  screen->play("babies");
+  EXPECT_EQ(playingTile(), "babies");
+}
+
+TEST_P(SoundScreenTest, EveryTileSaysWhatItIsAndWhichKeyPressesIt) {
+  const std::string keys = "1234567890QWER";
+  std::set<std::string> titles;
+  for (std::size_t place = 0; place < sounds().size(); ++place) {
+    const std::string control = sounds()[place].action;
+    EXPECT_EQ(screen->controls()->controls()[place], control) << "keys go by the order of tiles";
+    titles.insert(screen->controls()->titleOfControl(control));
+    const std::string tooltip = screen->controls()->tooltipOfControl(control);
+    EXPECT_TRUE(tooltip.ends_with(std::string("(key ") + keys[place] + ")")) << tooltip;
+  }
+  titles.insert(screen->controls()->titleOfControl("stop"));
+  EXPECT_EQ(titles.size(), sounds().size() + 1) << "no two tiles have one title";
+  EXPECT_FALSE(titles.contains(""));
+  EXPECT_NE(screen->controls()->tooltipOfControl("stop").find("Escape"), std::string::npos);
+}
+
+TEST_P(SoundScreenTest, TheBannerLiesOnTheBottomEdgeAndNoTileUnderIt) {
+  EXPECT_EQ(screen->banner().adUnitID(), "a19d27c3b40e6f5");
+  EXPECT_EQ(screen->banner().rootViewController(), screen.get());
+  EXPECT_EQ(screen->banner().delegate(), nullptr);
+  EXPECT_EQ(screen->banner().superview(), screen->view().get());
+  for (const Size size :
+       {Size{360, 640}, {640, 360}, {280, 200}, {1024, 768}, {768, 1024}, {1400, 900}}) {
+    window->resize(size);
+    const auto bounds = [&] { return screen->view()->bounds(); };
+    ASSERT_TRUE(runUntil([&] {
+      return window->size() == size && bounds() == window->contentBounds() &&
+             screen->banner().frame() == Rect{0, bounds().height - 50, 320, 50};
+    })) << size.width
+        << " x " << size.height;
+    quorbel_tests::runFor(0.05);
+    Gtk::Widget& widget = screen->view()->native().widget();
+    for (double x = 2; x < bounds().width; x += 20) {
+      for (double y = bounds().height - 48; y < bounds().height; y += 15) {
+        for (Gtk::Widget* hit = widget.pick(x, y, Gtk::PickFlags::DEFAULT); hit && hit != &widget;
+             hit = hit->get_parent()) {
+          ASSERT_FALSE(dynamic_cast<Gtk::Button*>(hit)) << "a tile at " << x << ", " << y;
+        }
+      }
+    }
+  }
+}
+
+TEST_P(SoundScreenTest, TilesAreLargeEnoughAndLieSideBySideInEveryWindow) {
+  for (const Size size : {Size{360, 640}, {640, 360}, {280, 200}, {1024, 768}, {768, 1024}}) {
+    window->resize(size);
+    ASSERT_TRUE(runUntil([&] { return window->size() == size; }));
+    quorbel_tests::runFor(0.05);
+    std::vector<Rect> tiles;
+    for (const std::string& control : screen->controls()->controls()) {
+      tiles.push_back(screen->controls()->frameOfControl(control));
+      const Rect& tile = tiles.back();
+      EXPECT_GE(tile.width, 72) << control;
+      EXPECT_GE(tile.height, 64) << control;
+      EXPECT_GE(tile.x, 0) << control;
+      EXPECT_LE(tile.x + tile.width, size.width) << control;
+    }
+    for (std::size_t one = 0; one < tiles.size(); ++one) {
+      for (std::size_t other = one + 1; other < tiles.size(); ++other) {
+        const Rect& a = tiles[one];
+        const Rect& b = tiles[other];
+        EXPECT_TRUE(a.x + a.width <= b.x || b.x + b.width <= a.x || a.y + a.height <= b.y ||
+                    b.y + b.height <= a.y)
+            << one << " over " << other << " at " << size.width << " x " << size.height;
+      }
+    }
+  }
+}
+
+TEST_P(SoundScreenTest, AsksForAnAdOnceItsViewIsLoaded) {
+  ASSERT_TRUE(runUntil([&] { return loading.count() > 0; }));
+  EXPECT_TRUE(loading.fetch(0).url().starts_with(
+      valdren::VADConfiguration::scriptHostBaseURL().absoluteString()))
+      << loading.fetch(0).url();
+}
+
+TEST_P(SoundScreenTest, OnlyTheTabletsScreenTurnsWithItsWindow) {
+  const bool tablet = std::string(GetParam().name) == "tablet";
+  for (const auto orientation :
+       {InterfaceOrientation::PortraitUpsideDown, InterfaceOrientation::LandscapeLeft,
+        InterfaceOrientation::LandscapeRight}) {
+    EXPECT_EQ(screen->shouldAutorotateToInterfaceOrientation(orientation), tablet);
+  }
+  EXPECT_TRUE(screen->shouldAutorotateToInterfaceOrientation(InterfaceOrientation::Portrait));
+}
+
+TEST_P(SoundScreenTest, ATileThatOutlivesItsScreenDoesNothing) {
+  const std::shared_ptr<platform::View> view = screen->view();
+  window->setRootViewController(nullptr);
+  screen.reset();
+  takeEvents();
+  auto* const tiles = dynamic_cast<platform::InterfaceView*>(view.get());
+  ASSERT_TRUE(tiles);
+  tiles->press("candy");
+  quorbel_tests::runFor(0.4);
+  EXPECT_EQ(takeEvents(), Events{});
+}
+
+TEST_P(SoundScreenTest, AnInterfaceFileThatIsMissingOrNamesNoSuchObjectGivesNoView) {
+  EXPECT_EQ(platform::InterfaceView::load("nothing", "quorbeliPad", {}, {}), nullptr);
+  EXPECT_EQ(platform::InterfaceView::load(GetParam().file, "somebodyElse", {}, {}), nullptr);
+  EXPECT_FALSE(screen->controls()->press("nothing"));
+  EXPECT_EQ(screen->controls()->titleOfControl("nothing"), "");
+  EXPECT_EQ(screen->controls()->frameOfControl("nothing"), Rect{});
+}
+
+}  // namespace

@@ -1,0 +1,99 @@
+// The built program as a script uses it.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/support/Process.h"
+
+namespace {
+
+using quorbel_tests::Finished;
+using quorbel_tests::run;
+using quorbel_tests::TemporaryFolder;
+
+const std::string kProgram = QUORBEL_PROGRAM;
+const std::string kWithoutDisplay = "env -u DISPLAY -u WAYLAND_DISPLAY ";
+
+class CommandLine : public ::testing::Test {
+ protected:
+  /// The program with a state folder of its own.
+  std::string program(const std::string& arguments, const std::string& before = "") const {
+    return before + " env XDG_STATE_HOME=" + folder.path() + " " + kProgram + " " + arguments;
+  }
+
+  /// Starts the program in the background, waits until its window is there, and runs `then` with
+  /// the process's number in $first and a "say" that `said` hears. The bus is the command's own,
+  /// and what its other services print is not mixed with what is said.
+  std::string whileRunning(const std::string& start, const std::string& then) const {
+    return "dbus-run-session -- sh -c 'say() { echo $* >>" + folder.file("said") + "; }; " + start +
+           " & first=$!; tries=0; until gdbus call --session --dest com.valdren.quorbel "
+           "--object-path /com/valdren/quorbel --method org.freedesktop.DBus.Peer.Ping "
+           ">/dev/null 2>&1; do tries=$((tries+1)); test $tries -lt 300 || exit 99; sleep 0.1; "
+           "done; sleep 1; " +
+           then + "'";
+  }
+  std::string said() const { return quorbel_tests::readFile(folder.file("said")); }
+
+  TemporaryFolder folder;
+};
+
+TEST_F(CommandLine, HelpAndVersionNeedNoDisplay) {
+  const Finished help = run(program("--help", kWithoutDisplay));
+  EXPECT_EQ(help.status, 0);
+  for (const char* option : {"--idiom", "--orientation", "--ad-server", "--script-host", "--tour",
+                             "--help", "--version"}) {
+    EXPECT_NE(help.output.find(option), std::string::npos) << option;
+  }
+  const Finished version = run(program("--version", kWithoutDisplay));
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.output, std::string("quorbel ") + QUORBEL_VERSION + "\n");
+}
+
+TEST_F(CommandLine, MistakesAreOneSentenceAndAStatusOfTheirOwn) {
+  struct Case {
+    std::string command;
+    int status;
+    const char* sentence;
+  };
+  TemporaryFolder other;
+  quorbel_tests::writeFile(other.file("file"), "in the way");
+  const std::string inTheWay = "env XDG_STATE_HOME=" + other.file("file") + " " + kProgram;
+  const Case cases[] = {
+      {program("--loud", kWithoutDisplay), 2, "unknown option \"--loud\""},
+      {program("--idiom watch", kWithoutDisplay), 2, "phone or tablet"},
+      {program("--ad-server gopher://x", kWithoutDisplay), 2, "http or https"},
+      {program("", kWithoutDisplay), 1, "there is no display"},
+      {program("--tour " + folder.file("tour"), kWithoutDisplay), 1, "there is no display"},
+      {inTheWay, 1, "cannot be written"},
+      {"env -u HOME -u XDG_STATE_HOME " + kProgram, 1, "set HOME or XDG_STATE_HOME"},
+      {program("--tour " + other.file("file/tour")), 1, "cannot be written"},
+  };
+  for (const Case& each : cases) {
+    const Finished finished = run(each.command);
+    EXPECT_EQ(finished.status, each.status) << each.command << "\n" << finished.errors;
+    EXPECT_NE(finished.errors.find(each.sentence), std::string::npos) << finished.errors;
+  }
+}
+
+TEST_F(CommandLine, ASecondInstanceWakesTheFirstAndEnds) {
+  const Finished finished = run(whileRunning(
+      program("--idiom phone"), "timeout 30 " + program("--idiom tablet") +
+                                    "; echo second $?; kill -0 $first && echo first runs; "
+                                    "kill -TERM $first; wait $first; echo first $?"));
+  EXPECT_EQ(finished.output, "second 0\nfirst runs\nfirst 0\n") << finished.errors;
+}
+
+TEST_F(CommandLine, SignalsEndItInOrder) {
+  for (const char* signal : {"TERM", "INT", "HUP"}) {
+    const Finished finished =
+        run(whileRunning(program("--idiom phone"),
+                         std::string("kill -") + signal + " $first; wait $first; say ended $?"));
+    EXPECT_EQ(said(), "ended 0\n") << signal << "\n" << finished.errors;
+    std::filesystem::remove(folder.file("said"));
+    // What is kept at the end is there: the ads' timings and statistics.
+    EXPECT_EQ(run("find " + folder.path() + " -type f -size +0 | grep -q .").status, 0) << signal;
+    std::filesystem::remove_all(folder.file("com.valdren.quorbel"));
+  }
+}
+
+}  // namespace

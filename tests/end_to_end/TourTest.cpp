@@ -1,0 +1,84 @@
+// The tour: the real program, its real widgets, clips, ad network and web engine.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+
+#include "tests/support/Process.h"
+
+namespace {
+
+using quorbel_tests::readFile;
+using quorbel_tests::run;
+using quorbel_tests::TemporaryFolder;
+
+/// Width and height of a PNG file, in pixels; 0 when it is none.
+std::pair<unsigned, unsigned> sizeOfPicture(const std::string& png) {
+  if (png.size() < 24 || png.substr(1, 3) != "PNG") return {0, 0};
+  const auto number = [&](std::size_t at) {
+    unsigned value = 0;
+    for (std::size_t place = at; place < at + 4; ++place) {
+      value = value << 8 | static_cast<unsigned char>(png[place]);
+    }
+    return value;
+  };
+  return {number(16), number(20)};
+}
+
+struct Walk {
+  const char* name;
+  const char* options;
+  std::pair<unsigned, unsigned> size;
+};
+
+class Tour : public ::testing::TestWithParam<Walk> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, Tour,
+    ::testing::Values(Walk{"phone", "--idiom phone", {360, 640}},
+                      Walk{"phone_lying", "--idiom phone --orientation landscape", {640, 360}},
+                      Walk{"tablet", "--idiom tablet", {1024, 768}}),
+    [](const auto& walk) { return walk.param.name; });
+
+TEST_P(Tour, EveryStepIsAsItShouldBeAndHasItsPicture) {
+  TemporaryFolder folder;
+  const std::string pictures = folder.file("pictures");
+  const auto finished = run("env G_DEBUG=fatal-criticals XDG_STATE_HOME=" + folder.file("state") +
+                            " XDG_CACHE_HOME=" + folder.file("cache") + " " QUORBEL_PROGRAM " " +
+                            GetParam().options + " --tour " + pictures);
+  ASSERT_EQ(finished.status, 0) << finished.output << finished.errors;
+
+  const std::string report = readFile(pictures + "/tour.txt");
+  EXPECT_EQ(report, finished.output);
+  std::istringstream lines(report);
+  std::set<std::string> seen;
+  std::size_t steps = 0;
+  for (std::string line; std::getline(lines, line) && line.find(".png  ") != std::string::npos;) {
+    ++steps;
+    EXPECT_TRUE(line.ends_with(": as it should be")) << line;
+    const std::string picture = readFile(pictures + "/" + line.substr(0, line.find("  ")));
+    EXPECT_EQ(sizeOfPicture(picture), GetParam().size) << line;
+    if (line.find("press") != std::string::npos) {
+      EXPECT_TRUE(seen.insert(picture).second) << "shows nothing of its own: " << line;
+    }
+  }
+  EXPECT_GE(steps, 16u);
+  EXPECT_NE(report.find(std::to_string(steps) + " steps, 0 failed\n"), std::string::npos) << report;
+  const auto files = std::filesystem::directory_iterator(pictures);
+  EXPECT_EQ(static_cast<std::size_t>(std::distance(begin(files), end(files))), steps + 1);
+}
+
+TEST(FailingTour, ClipsThatAreMissingFailTheirStepsAndTheProgram) {
+  TemporaryFolder folder;
+  // A copy of the program has no clips beside it.
+  std::filesystem::copy(QUORBEL_PROGRAM, folder.file("quorbel"));
+  const auto finished =
+      run("env -u QUORBEL_RESOURCES XDG_STATE_HOME=" + folder.file("state") + " " +
+          folder.file("quorbel") + " --idiom phone --tour " + folder.file("t"));
+  EXPECT_EQ(finished.status, 1);
+  EXPECT_NE(finished.output.find("press candy: FAILED: no clip plays"), std::string::npos);
+  EXPECT_NE(finished.output.find("14 failed\n"), std::string::npos) << finished.output;
+  EXPECT_NE(finished.errors.find("The clip \"candy.m4a\" is missing."), std::string::npos);
+}
+
+}  // namespace
