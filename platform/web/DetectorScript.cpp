@@ -5,14 +5,14 @@ namespace platform {
 // Each repetition is bounded, so that no text makes a search long.
 const char* const kDetectorScript = R"js(
 (() => {
-  const kTexts = 5000, kLinks = 300, kLongest = 20000;
+  const kTexts = 5000, kLinks = 300, kLongest = 20000, kCharacters = 300000;
   const kSkipped = 'a,area,button,code,input,label,noscript,pre,script,select,style,svg,textarea,'
     + 'title,[contenteditable]';
-  const kFound = new RegExp([
-    '(?<mail>\\b[\\w.+-]{1,64}@[\\w-]{1,63}(?:\\.[\\w-]{1,63}){1,6})',
-    '(?<web>\\b(?:https?:\\/\\/|www\\.)[^\\s<>"\']{3,2000})',
-    '(?<call>(?<![\\w.\\/:-])(?:\\+\\d|\\(\\d|\\d)[\\d ().\\/-]{5,22}\\d(?![\\w\\/-]))'
-  ].join('|'), 'giu');
+  const kMail = '(?<mail>\\b[\\w.+-]{1,64}@[\\w-]{1,63}(?:\\.[\\w-]{1,63}){1,6})';
+  const kOther = '(?<web>\\b(?:https?:\\/\\/|www\\.)[^\\s<>"\']{3,2000})|'
+    + '(?<call>(?<![\\w.\\/:-])(?:\\+\\d|\\(\\d|\\d)[\\d ().\\/-]{5,22}\\d(?![\\w\\/-]))';
+  const kWithMail = new RegExp(kMail + '|' + kOther, 'gi');
+  const kWithoutMail = new RegExp(kOther, 'gi');
   const isNumber = (text) => {
     const digits = text.replace(/\D/g, '');
     if (digits.length < 7 || digits.length > 15) return false;
@@ -34,14 +34,16 @@ const char* const kDetectorScript = R"js(
     const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
     const texts = [];
     while (texts.length < kTexts && walker.nextNode()) texts.push(walker.currentNode);
-    let links = 0;
+    let links = 0, characters = 0;
     for (const text of texts) {
       const content = text.data;
       if (content.length < 7 || content.length > kLongest) continue;
       if (!text.parentElement || text.parentElement.closest(kSkipped)) continue;
+      characters += content.length;
+      if (characters > kCharacters) return;
       const pieces = document.createDocumentFragment();
       let end = 0;
-      for (const match of content.matchAll(kFound)) {
+      for (const match of content.matchAll(content.includes('@') ? kWithMail : kWithoutMail)) {
         const found = addressOf(match);
         if (!found || links >= kLinks) continue;
         ++links;

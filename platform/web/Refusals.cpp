@@ -59,8 +59,9 @@ gboolean denyPermissionState(WebKitWebView*, WebKitPermissionStateQuery* query, 
   return TRUE;
 }
 
-gboolean cancelAuthentication(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer) {
-  webkit_authentication_request_cancel(request);
+/// The page that the server shows to those without a password is shown.
+gboolean goOnWithoutPassword(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer) {
+  webkit_authentication_request_authenticate(request, nullptr);
   return TRUE;
 }
 
@@ -144,7 +145,7 @@ void refuseWhatReachesBeyondThePage(WebKitWebView* view) {
       {"script-dialog", G_CALLBACK(answerScriptDialog)},
       {"permission-request", G_CALLBACK(denyPermission)},
       {"query-permission-state", G_CALLBACK(denyPermissionState)},
-      {"authenticate", G_CALLBACK(cancelAuthentication)},
+      {"authenticate", G_CALLBACK(goOnWithoutPassword)},
       {"run-file-chooser", G_CALLBACK(cancelFileChooser)},
       {"run-color-chooser", G_CALLBACK(cancelColorChooser)},
       {"print", G_CALLBACK(refuseObject)},

@@ -18,7 +18,7 @@ namespace {
 constexpr const char* kBlank = "about:blank";
 constexpr double kSmallestZoom = 0.25;
 /// A page that answers nothing for so long, after the engine's own patience, ends.
-constexpr double kUnresponsiveSeconds = 10;
+constexpr double kUnresponsiveSeconds = 5;
 constexpr int kAttempts = 4;
 
 WebKitWebView* makeView(WebKitSettings* settings, WebKitUserContentManager* content,
@@ -76,7 +76,9 @@ WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
   refuseWhatReachesBeyondThePage(view_.get());
   connectSignals();
   policy_.setProceedHandler([this](bool responded) {
-    if (responded || !fromNetwork_) setScriptsRun(true);
+    if (!responded && fromNetwork_) return;
+    setScriptsRun(true);
+    forgetWidth();  // the new page is measured at its full size
   });
   scripts_.setWidthHandler([this](double width) {
     pageWidth_ = width;
@@ -112,13 +114,12 @@ void WebKitEngine::connectSignals() {
   gtk_widget_add_controller(GTK_WIDGET(view_.get()), keys_);
 }
 
-void WebKitEngine::loadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer self) {
+void WebKitEngine::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) {
   auto& engine = *static_cast<WebKitEngine*>(self);
   if (event == WEBKIT_LOAD_COMMITTED) {
     engine.setScriptsRun(true);
     engine.insecureContent_ = false;
-    engine.pageWidth_ = 0;
-    webkit_web_view_set_zoom_level(view, 1);
+    engine.forgetWidth();
   }
   if (event == WEBKIT_LOAD_STARTED) {
     engine.load_ = {};
@@ -129,7 +130,9 @@ void WebKitEngine::loadChanged(WebKitWebView* view, WebKitLoadEvent event, gpoin
 
 gboolean WebKitEngine::loadFailed(WebKitWebView*, WebKitLoadEvent, char*, GError* error,
                                   gpointer self) {
-  static_cast<WebKitEngine*>(self)->loads_.failed(
+  auto& engine = *static_cast<WebKitEngine*>(self);
+  if (!engine.load_) engine.setScriptsRun(true);
+  engine.loads_.failed(
       errorOf(error), g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED));
   return TRUE;  // shows no page about the failure
 }
@@ -208,6 +211,11 @@ void WebKitEngine::boundsChanged() {
                      &ignored);
   const GtkAllocation place{0, 0, width, height};
   gtk_widget_size_allocate(widget, &place, -1);
+}
+
+void WebKitEngine::forgetWidth() {
+  pageWidth_ = 0;
+  webkit_web_view_set_zoom_level(view_.get(), 1);
 }
 
 void WebKitEngine::fit() {

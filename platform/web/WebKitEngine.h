@@ -47,6 +47,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
 
   void connectSignals();
   void fit();
+  void forgetWidth();
   /// Begins a load that the web view was asked for, and begins it again when the page that it
   /// replaces gets in its way.
   void begin(std::function<void()> load, bool fromNetwork);

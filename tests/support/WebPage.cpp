@@ -52,6 +52,12 @@ int RecordingDelegate::count(const std::string& line) const {
   return int(std::count(lines.begin(), lines.end(), line));
 }
 
+bool RecordingDelegate::asked(const std::string& address) const {
+  return std::any_of(requests.begin(), requests.end(), [&](const platform::URLRequest& request) {
+    return request.url.absoluteString() == address;
+  });
+}
+
 std::string RecordingDelegate::text() const {
   std::string all;
   for (const std::string& line : lines) all += line + "\n";
@@ -60,6 +66,10 @@ std::string RecordingDelegate::text() const {
 
 Page::Page(const platform::Rect& frame, platform::WebView* related)
     : view(std::make_shared<platform::WebView>(frame, related)) {
+  view->setDelegate(&delegate);
+}
+
+Page::Page(std::shared_ptr<platform::WebView> made) : view(std::move(made)) {
   view->setDelegate(&delegate);
 }
 
@@ -128,9 +138,9 @@ unsigned Page::pixel(platform::Point point) {
   return pixels.at(std::size_t(point.y) * width + std::size_t(point.x)) & 0xFFFFFF;
 }
 
-int webProcesses() {
+std::vector<int> webProcesses() {
   std::map<long, long> parents;
-  std::vector<long> web;
+  std::vector<int> web;
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
     const long pid = std::atol(entry.path().filename().c_str());
     if (pid <= 0) continue;
@@ -141,12 +151,13 @@ int webProcesses() {
     std::istringstream rest(line.substr(close + 2));
     char state = 0;
     rest >> state >> parents[pid];
-    if (state != 'Z' && line.find("(WebKitWebProces") != std::string::npos) web.push_back(pid);
+    if (state != 'Z' && line.find("(WebKitWebProces") != std::string::npos) web.push_back(int(pid));
   }
-  return int(std::count_if(web.begin(), web.end(), [&](long pid) {
+  std::erase_if(web, [&](long pid) {
     while (pid > 1 && pid != getpid()) pid = parents.contains(pid) ? parents[pid] : 0;
-    return pid == getpid();
-  }));
+    return pid != getpid();
+  });
+  return web;
 }
 
 }  // namespace quorbel_tests

@@ -24,6 +24,8 @@ class RecordingDelegate final : public platform::WebViewDelegate {
   int count(const std::string& line) const;
   bool has(const std::string& line) const { return count(line) > 0; }
   int finishes() const { return count("finish"); }
+  /// Whether the page was asked to go to this address, whatever the type.
+  bool asked(const std::string& address) const;
   int fails() const { return count("fail"); }
   std::string text() const;
 
@@ -44,6 +46,7 @@ class Page {
  public:
   explicit Page(const platform::Rect& frame = {0, 0, 320, 50},
                 platform::WebView* related = nullptr);
+  explicit Page(std::shared_ptr<platform::WebView> view);
   ~Page();
 
   /// Puts the view into a window of `size` and waits until that is on the screen.
@@ -69,6 +72,6 @@ class Page {
 };
 
 /// The web processes of this program.
-int webProcesses();
+std::vector<int> webProcesses();
 
 }  // namespace quorbel_tests

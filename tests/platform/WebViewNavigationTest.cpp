@@ -1,0 +1,195 @@
+// Which navigations a web view asks about, and what becomes of the refused ones.
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "tests/support/FakeWebEngine.h"
+#include "tests/support/Fakes.h"
+#include "tests/support/Loop.h"
+#include "tests/support/LoopbackServer.h"
+#include "tests/support/WebPage.h"
+
+namespace {
+
+using namespace quorbel_tests;
+using Lines = std::vector<std::string>;
+
+const std::vector<std::pair<std::string, std::string>> kHTML{{"Content-Type", "text/html"}};
+
+TEST(WebViewNavigation, AsksAboutAddressesOfAnyScheme) {
+  struct Case {
+    const char* script;
+    const char* line;
+  };
+  const Case cases[] = {
+      {"link('gmsg://h/click?u=a%20b').click()", "ask 0 gmsg://h/click?u=a%20b"},
+      {"link('vantic://launch?url=x', '_blank').click()", "ask 0 vantic://launch?url=x"},
+      {"link('tel:+1-555-0100').click()", "ask 0 tel:+1-555-0100"},
+      {"form('gmsg://h/form').submit()", "ask 1 gmsg://h/form?q=1"},
+      {"form('mailto:a@b.example', 'post').submit()", "ask 1 mailto:a@b.example?body=q%3D1"},
+      {"location = 'itms://store/app'", "ask 5 itms://store/app"},
+      {"location = 'mailto:a@b.example?subject=x'", "ask 5 mailto:a@b.example?subject=x"},
+      {"location = 'gmsg:///'", "ask 5 gmsg:///"},
+      {"location = 'gmsg://h/a|b c%zz\\u00e4'", "ask 5 gmsg://h/a%7Cb%20c%25zz%C3%A4"},
+      {"location.replace('GMSG://H/x')", "ask 5 gmsg://H/x"},
+      {"frame('gmsg://h/frame')", "ask 5 gmsg://h/frame"},
+      {"frame('about:blank').contentWindow.location = 'gmsg://h/inner'", "ask 5 gmsg://h/inner"},
+      {"window.open('gmsg://h/opened')", "ask 5 gmsg://h/opened"},
+  };
+  Page page;
+  page.load(R"(<script>
+    const add = (element) => document.body.appendChild(element);
+    function link(href, target) {
+      const a = document.createElement('a');
+      a.href = href; a.target = target || '';
+      return add(a);
+    }
+    function form(action, method) {
+      const f = document.createElement('form');
+      f.action = action; f.method = method || 'get';
+      f.innerHTML = '<input name=q value=1>';
+      return add(f);
+    }
+    function frame(src) {
+      const f = document.createElement('iframe');
+      f.src = src;
+      return add(f);
+    }
+  </script><body>here)");
+  page.delegate.lines.clear();
+  for (const Case& each : cases) {
+    page.evaluate(each.script);
+    EXPECT_TRUE(runUntil([&] { return page.delegate.has(each.line); }, 3)) << each.script << "\n"
+                                                                           << page.delegate.text();
+  }
+  runFor(0.7);
+  EXPECT_EQ(page.delegate.count("start") + page.ends(), 0) << "a refused one is no load";
+  EXPECT_EQ(page.evaluate("document.body.innerText.trim().slice(0, 4)"), "here");
+}
+
+TEST(WebViewNavigation, AsksAboutEachHopOfAPage) {
+  LoopbackServer server;
+  server.redirect("/store", "itms://store/app");
+  server.redirect("/message", "gmsg://h/redirected");
+  Page page;
+  page.load("before<iframe src='" + server.address("/message") + "'></iframe>");
+  EXPECT_TRUE(runUntil([&] { return page.delegate.asked("gmsg://h/redirected"); }));
+  EXPECT_EQ(page.delegate.finishes(), 1);
+  EXPECT_FALSE(page.go(server.address("/store"))) << "what had started ends";
+  EXPECT_TRUE(page.delegate.asked("itms://store/app"));
+  EXPECT_EQ(page.delegate.fails(), 1);
+  EXPECT_FALSE(page.view->isLoading());
+  EXPECT_EQ(page.evaluate("document.body.innerText"), "before");
+}
+
+TEST(WebViewNavigation, MessagesOfAPageThatStillLoadsDoNotDisturbIt) {
+  LoopbackServer server;
+  server.answer("/late.png", {200, {{"Content-Type", "image/png"}}, "none", 0.5});
+  Page page;
+  EXPECT_TRUE(page.load("<img src='" + server.address("/late.png") +
+                        "'><script>location = 'gmsg://h/first';"
+                        "setTimeout(() => { location = 'gmsg://h/second' }, 50)</script>"));
+  EXPECT_EQ(page.delegate.lines, (Lines{"ask 5 about:blank", "start", "ask 5 gmsg://h/first",
+                                        "ask 5 gmsg://h/second", "finish"}));
+}
+
+TEST(WebViewNavigation, OpensNewWindowsInPlace) {
+  LoopbackServer server;
+  server.answer("/new", 200, kHTML, "new");
+  Page page;
+  for (const char* script : {"window.open('/new')", "document.querySelector('a').click()"}) {
+    page.load("<a href=/new target=_blank>x</a>", server.address("/"));
+    page.delegate.lines.clear();
+    EXPECT_EQ(page.evaluate(std::string(script) + "; 'done'"), "done");
+    EXPECT_TRUE(page.waitForEnd(0));
+    EXPECT_EQ(page.evaluate("document.body.innerText"), "new");
+    EXPECT_EQ(page.delegate.lines.size(), 3u) << "asked once:\n" << page.delegate.text();
+  }
+  page.load("<a href=/new target=_blank>x</a>", server.address("/"));
+  page.delegate.decide = [](const platform::URLRequest&, platform::NavigationType) {
+    return false;
+  };
+  page.evaluate("window.open('/new')");
+  runFor(0.3);
+  EXPECT_EQ(server.requests("/new").size(), 2u);
+}
+
+TEST(WebViewNavigation, LoadsNothingButWebPagesWhateverItsDelegateSays) {
+  Page page;
+  page.load("here");
+  page.delegate.lines.clear();
+  page.delegate.decide = [](const platform::URLRequest&, platform::NavigationType) { return true; };
+  for (const char* address : {"file:///etc/passwd", "gmsg://h/x", "tel:1", "ftp://127.0.0.1/"}) {
+    page.view->loadRequest({*platform::URL::parse(address)});
+    runUntil([&] { return !page.view->isLoading(); });
+    page.evaluate("location = '" + std::string(address) + "'");
+    page.evaluate("document.body.appendChild(document.createElement('iframe')).src = '" +
+                  std::string(address) + "'");
+  }
+  runFor(0.5);
+  EXPECT_EQ(page.delegate.finishes(), 0) << page.delegate.text();
+  EXPECT_EQ(page.evaluate("document.body.innerText.trim()"), "here");
+  page.view->loadHTMLString("<img src='file:///etc/passwd'>", platform::URL::parse("file:///etc/"));
+  page.waitForEnd(page.ends());
+  EXPECT_EQ(page.evaluate("document.baseURI"), "about:blank") << "a page with the rights of a file";
+}
+
+TEST(WebViewNavigation, RefusesWhatItsDelegateFailsOn) {
+  FakeWebEngines engines;
+  platform::WebView view;
+  RecordingDelegate delegate;
+  delegate.decide = [](const platform::URLRequest& request, platform::NavigationType) -> bool {
+    if (request.url.scheme() == "gmsg") throw std::out_of_range("no name");
+    if (request.url.scheme() == "vantic") throw std::invalid_argument("no record");
+    return true;
+  };
+  view.setDelegate(&delegate);
+  EXPECT_FALSE(engines.last().navigate("gmsg://h"));
+  EXPECT_FALSE(engines.last().navigate("vantic://other"));
+  EXPECT_TRUE(engines.last().navigate("http://h/"));
+}
+
+TEST(WebViewNavigation, TellsNobodyOnceItsDelegateIsGone) {
+  FakeWebEngines engines;
+  platform::WebView view;
+  {
+    RecordingDelegate delegate;
+    view.setDelegate(&delegate);
+  }
+  EXPECT_TRUE(engines.last().navigate("http://h/"));
+  engines.last().start();
+  engines.last().finish();
+  engines.last().fail();
+}
+
+TEST(WebViewNavigation, OutlastsFloods) {
+  struct Case {
+    const char* script;
+    bool ends;  // with the page's process
+  };
+  const Case cases[] = {
+      {"setInterval(() => { for (let i = 0; i < 200; ++i) location = 'gmsg://h/' + i }, 0)", false},
+      {"setInterval(() => { for (let i = 0; i < 50; ++i) {"
+       "  const f = document.createElement('iframe'); f.src = 'gmsg://h/' + i;"
+       "  document.body.appendChild(f); f.remove() } }, 0)",
+       true},
+      {"while (true) window.open('gmsg://h/')", true},
+      {"while (true) alert(1)", true},
+  };
+  for (const Case& each : cases) {
+    Page page;
+    page.load("<body>");
+    page.view->stringByEvaluatingJavaScriptFromString(each.script);
+    if (each.ends) {
+      EXPECT_TRUE(runUntil([&] { return page.delegate.fails() == 1; }, 30)) << each.script;
+    } else {
+      runFor(1);
+    }
+    const auto asked = page.delegate.requests.size();
+    EXPECT_LT(asked, 8000u) << each.script;
+    EXPECT_TRUE(page.load("<script>var ran = true</script>next")) << each.script;
+    EXPECT_EQ(page.evaluate("document.body.innerText + ran"), "nexttrue");
+  }
+}
+
+}  // namespace
