@@ -1,4 +1,4 @@
-// One line of small text, with a symbol in front of it when it has one.
+// One line of small text, with a symbol before it and a detail behind it when it has them.
 #pragma once
 
 #include <memory>
@@ -9,15 +9,18 @@
 
 namespace platform {
 
-/// Centred; what does not fit ends in an ellipsis and is told by the tooltip.
+/// Centred. Where room is short, the text loses its beginning and the detail its end; the tooltip
+/// tells all.
 class Label : public View {
  public:
   explicit Label(const Rect& frame = {});
   ~Label() override;
 
-  /// Control characters and those that change the writing direction are left out.
+  // Of both, control characters and those that change the writing direction are left out.
   void setText(const std::string& text);
   const std::string& text() const { return text_; }
+  void setDetail(const std::string& detail);
+  const std::string& detail() const { return detail_; }
   /// `meaning` is what a screen reader says for the symbol.
   void setSymbol(Symbol symbol, const std::string& meaning);
   Symbol symbol() const { return symbol_; }
@@ -28,6 +31,7 @@ class Label : public View {
 
   std::unique_ptr<Native> native_;
   std::string text_;
+  std::string detail_;
   std::string meaning_;
   Symbol symbol_ = Symbol::None;
 };

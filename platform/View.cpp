@@ -131,6 +131,10 @@ void View::becomeFirstResponder() {
   native_->focus();
 }
 
+bool View::isFirstResponder() const {
+  return native_->isFocused();
+}
+
 View* View::hitTest(Point point, EventType type) {
   if (hidden_ || !userInteractionEnabled_ || !bounds().contains(point)) return nullptr;
   const std::shared_ptr<View> keptAlive = weak_from_this().lock();

@@ -75,6 +75,8 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
 
   /// Moves the keyboard's focus here.
   void becomeFirstResponder();
+  /// Whether the keyboard's focus is here or in a view inside, while the window is active.
+  bool isFirstResponder() const;
 
   /// Asked before a touch is delivered: the deepest view at `point` (in this view's coordinates)
   /// that reacts to events, or null. Overrides see every touch first and hand on to the base.

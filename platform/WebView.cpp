@@ -127,4 +127,8 @@ void WebView::engineDidFailLoad(const Error& error) {
   if (WebViewDelegate* const delegate = delegate_.get()) delegate->webViewDidFailLoad(*this, error);
 }
 
+void WebView::engineDidChangeTitle() {
+  if (WebViewDelegate* const delegate = delegate_.get()) delegate->webViewDidChangeTitle(*this);
+}
+
 }  // namespace platform

@@ -37,6 +37,7 @@ class WebViewDelegate : public virtual Trackable {
   virtual void webViewDidStartLoad(WebView&) {}
   virtual void webViewDidFinishLoad(WebView&) {}
   virtual void webViewDidFailLoad(WebView&, const Error&) {}
+  virtual void webViewDidChangeTitle(WebView&) {}
 
  protected:
   ~WebViewDelegate() = default;
@@ -52,6 +53,7 @@ class WebEngine {
     virtual void engineDidStartLoad() = 0;
     virtual void engineDidFinishLoad() = 0;
     virtual void engineDidFailLoad(const Error& error) = 0;
+    virtual void engineDidChangeTitle() {}
 
    protected:
     ~Client() = default;
@@ -148,6 +150,7 @@ class WebView : public View, private WebEngine::Client {
   void engineDidStartLoad() override;
   void engineDidFinishLoad() override;
   void engineDidFailLoad(const Error& error) override;
+  void engineDidChangeTitle() override;
 
   WeakPtr<WebViewDelegate> delegate_;
   WebEngine::Settings settings_;

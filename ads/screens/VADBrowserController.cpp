@@ -15,8 +15,6 @@ constexpr double kBarHeight = 44;
 constexpr double kLandscapeBarHeight = 30;
 constexpr double kItemWidth = 27;
 constexpr double kSpinnerSide = 20;
-/// What a line shows of a host at most: its end, which tells whose page it is.
-constexpr std::size_t kMostOfHost = 40;
 
 /// The screen's view. Bars keep their height whatever size the window takes, where masks alone
 /// would stretch them along.
@@ -40,11 +38,6 @@ double toolbarHeight() {
   if (isTablet()) return kBarHeight;
   return VADIdentifierUtilities::sharedInstance().isOrientationLandscape() ? kLandscapeBarHeight
                                                                            : kBarHeight;
-}
-
-std::string shownHost(const platform::URL& url) {
-  const std::string host = url.host();
-  return host.size() <= kMostOfHost ? host : "…" + host.substr(host.size() - kMostOfHost);
 }
 
 }  // namespace
@@ -244,11 +237,13 @@ void VADBrowserController::refreshToolbar() {
 
 void VADBrowserController::refreshPrompt() {
   const VADBrowserControllerPrivate& mine = vars();
+  if (!mine.webView || !mine.prompt) return;
   const std::optional<platform::URL> url = mine.webView->currentURL();
-  const std::string host = url ? shownHost(*url) : "";
+  const std::string host = url ? url->host() : "";
   if (host.empty() || mine.webView->isLoading()) {
     mine.prompt->setSymbol(platform::Symbol::None, "");
     mine.prompt->setText(host);
+    mine.prompt->setDetail("");
     return;
   }
   if (mine.webView->isSecure()) {
@@ -256,9 +251,8 @@ void VADBrowserController::refreshPrompt() {
   } else {
     mine.prompt->setSymbol(platform::Symbol::NotSecure, "Not secure");
   }
-  // The host comes first: a title is whatever its page likes.
-  const std::string title = mine.webView->title();
-  mine.prompt->setText(title.empty() ? host : host + " – " + title);
+  mine.prompt->setText(host);
+  mine.prompt->setDetail(mine.webView->title());
 }
 
 void VADBrowserController::layOut() {

@@ -34,6 +34,8 @@ class VADBrowserController final : public VADViewController {
   void openInSafari();
   /// Brings the toolbar up to date with the page.
   void refreshToolbar();
+  /// Says whose page is shown, how it came, and its title.
+  void refreshPrompt();
 
   /// A plain item that works on this screen. `width` is in points; `name` is its accessibility
   /// label.
@@ -69,7 +71,6 @@ class VADBrowserController final : public VADViewController {
                                                       const std::string& name, double width,
                                                       bool enabled,
                                                       void (VADBrowserController::*action)());
-  void refreshPrompt();
   void layOut();
 };
 

@@ -50,4 +50,8 @@ void VADBrowserWebViewDelegate::webViewDidFailLoad(platform::WebView& webView,
   if (browserController_) browserController_->refreshToolbar();
 }
 
+void VADBrowserWebViewDelegate::webViewDidChangeTitle(platform::WebView&) {
+  if (browserController_) browserController_->refreshPrompt();
+}
+
 }  // namespace valdren

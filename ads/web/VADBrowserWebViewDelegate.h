@@ -22,6 +22,7 @@ class VADBrowserWebViewDelegate final : public VADWebViewDelegate {
   void webViewDidStartLoad(platform::WebView& webView) override;
   void webViewDidFinishLoad(platform::WebView& webView) override;
   void webViewDidFailLoad(platform::WebView& webView, const platform::Error& error) override;
+  void webViewDidChangeTitle(platform::WebView& webView) override;
 
  private:
   explicit VADBrowserWebViewDelegate(VADBrowserController& browser);

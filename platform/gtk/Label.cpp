@@ -42,19 +42,25 @@ struct Label::Native {
   Gtk::Box box{Gtk::Orientation::HORIZONTAL, 4};
   SymbolWidget symbol{Symbol::None, kSymbolPoints};
   Gtk::Label text;
+  Gtk::Label detail;
 };
 
 Label::Label(const Rect& frame) : View(frame), native_(std::make_unique<Native>()) {
   loadWidgetStyle();
   native_->symbol.set_visible(false);
   native_->symbol.set_valign(Gtk::Align::CENTER);
-  native_->text.set_ellipsize(Pango::EllipsizeMode::END);
+  native_->text.set_ellipsize(Pango::EllipsizeMode::START);
   native_->text.set_single_line_mode(true);
+  native_->detail.set_ellipsize(Pango::EllipsizeMode::END);
+  native_->detail.set_single_line_mode(true);
+  native_->detail.set_visible(false);
+  native_->detail.add_css_class("detail");
   native_->box.add_css_class("platform-label");
   native_->box.set_halign(Gtk::Align::CENTER);
   native_->box.set_valign(Gtk::Align::CENTER);
   native_->box.append(native_->symbol);
   native_->box.append(native_->text);
+  native_->box.append(native_->detail);
   native().setContent(&native_->box);
 }
 
@@ -69,6 +75,13 @@ void Label::setText(const std::string& text) {
   announce();
 }
 
+void Label::setDetail(const std::string& detail) {
+  detail_ = tame(detail);
+  native_->detail.set_text(detail_);
+  native_->detail.set_visible(!detail_.empty());
+  announce();
+}
+
 void Label::setSymbol(Symbol symbol, const std::string& meaning) {
   symbol_ = symbol;
   meaning_ = meaning;
@@ -78,7 +91,12 @@ void Label::setSymbol(Symbol symbol, const std::string& meaning) {
 }
 
 void Label::announce() {
-  const std::string all = meaning_.empty() ? text_ : meaning_ + ", " + text_;
+  std::string all;
+  for (const std::string* part : {&meaning_, &text_, &detail_}) {
+    if (part->empty()) continue;
+    if (!all.empty()) all += ", ";
+    all += *part;
+  }
   native_->box.set_tooltip_text(all);
   setAccessibilityLabel(all);
 }

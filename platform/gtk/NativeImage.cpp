@@ -153,7 +153,8 @@ button.platform-button.done label {
 button.platform-button.done:hover, button.platform-button.done:active { background: none; }
 button.platform-button.done:hover label { background: #4d4d51; }
 button.platform-button.done:active label { background: #6a6a70; }
-.platform-label { font-size: 10px; color: #d2d2d6; }
+.platform-label { font-size: 10px; color: #e3e3e6; }
+.platform-label .detail { color: #9a9a9f; }
 spinner.white { color: white; opacity: 1; }
 spinner.white:not(:checked) { opacity: 0; }
 )");

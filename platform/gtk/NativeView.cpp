@@ -2,6 +2,7 @@
 
 #include <gtk/gtk.h>
 #include <gtkmm/accessible.h>
+#include <gtkmm/root.h>
 #include <gtkmm/init.h>
 #include <gtkmm/snapshot.h>
 #include <gtkmm/widget.h>
@@ -149,6 +150,12 @@ void NativeView::focus() {
   const std::unique_ptr<FocusMemory> memory = std::move(focusMemory_);
   if (memory && memory->restore()) return;
   if (!container_->child_focus(Gtk::DirectionType::TAB_FORWARD)) container_->grab_focus();
+}
+
+bool NativeView::isFocused() const {
+  Gtk::Root* const root = container_->get_root();
+  Gtk::Widget* const focus = root ? root->get_focus() : nullptr;
+  return focus && (focus == container_.get() || focus->is_ancestor(*container_));
 }
 
 void NativeView::insertOnTop(NativeView& subview) {

@@ -33,6 +33,7 @@ class NativeView {
   /// Moves the keyboard's focus into the view: to the control that had it when the view was
   /// covered, else to the first.
   void focus();
+  bool isFocused() const;
 
   // What the view tells.
   void insertOnTop(NativeView& subview);

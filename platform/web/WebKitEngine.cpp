@@ -71,6 +71,7 @@ WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
       view_(
           makeView(settings_.get(), scripts_.manager(), related ? related->view_.get() : nullptr)),
       keys_(gtk_event_controller_key_new()),
+      client_(client),
       loads_(client),
       policy_(view_.get(), client, loads_) {
   refuseWhatReachesBeyondThePage(view_.get());
@@ -107,6 +108,11 @@ void WebKitEngine::connectSignals() {
   g_signal_connect(view_.get(), "insecure-content-detected",
                    G_CALLBACK(+[](WebKitWebView*, WebKitInsecureContentEvent, gpointer self) {
                      static_cast<WebKitEngine*>(self)->insecureContent_ = true;
+                   }),
+                   this);
+  g_signal_connect(view_.get(), "notify::title",
+                   G_CALLBACK(+[](WebKitWebView*, GParamSpec*, gpointer self) {
+                     static_cast<WebKitEngine*>(self)->client_.engineDidChangeTitle();
                    }),
                    this);
   gtk_event_controller_set_propagation_phase(keys_, GTK_PHASE_CAPTURE);

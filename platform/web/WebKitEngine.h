@@ -60,6 +60,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   GObjectPtr<WebKitSettings> settings_;
   GObjectPtr<WebKitWebView> view_;
   GtkEventController* keys_;  // owned by the view
+  Client& client_;
   LoadTracker loads_;
   NavigationPolicy policy_;
   std::function<void()> load_;  // until it has started

@@ -161,13 +161,10 @@ TEST_F(VADBrowserControllerTest, SaysWhosePageItIsAndHowItCame) {
     const char* shown;
     platform::Symbol symbol;
   } kCases[] = {
-      {"https://shop.example/", "Sale", true, false, "shop.example – Sale",
-       platform::Symbol::Secure},
+      {"https://shop.example/", "Sale", true, false, "shop.example", platform::Symbol::Secure},
       {"http://shop.example/", "", false, false, "shop.example", platform::Symbol::NotSecure},
       {"https://shop.example/", "Sale", true, true, "shop.example", platform::Symbol::None},
       {"about:blank", "Trust me", false, false, "", platform::Symbol::None},
-      {"https://www.bank.example.a-very-long-name-of-somebody-else.example/", "", true, false,
-       "…-very-long-name-of-somebody-else.example", platform::Symbol::Secure},
   };
   for (const auto& each : kCases) {
     engine.url = url(each.address);
@@ -176,8 +173,14 @@ TEST_F(VADBrowserControllerTest, SaysWhosePageItIsAndHowItCame) {
     engine.loading = each.loading;
     browser.refreshToolbar();
     EXPECT_EQ(vars->prompt->text(), each.shown);
+    EXPECT_EQ(vars->prompt->detail(), std::string(each.secure && !each.loading ? "Sale" : ""));
     EXPECT_EQ(vars->prompt->symbol(), each.symbol) << each.address;
   }
+  engine.loading = false;
+  engine.url = url("https://shop.example/");
+  engine.pageTitle = "Winter sale";
+  engine.client.engineDidChangeTitle();
+  EXPECT_EQ(vars->prompt->detail(), "Winter sale");
 }
 
 TEST_F(VADBrowserControllerTest, LeavesForTheSystemsBrowserWithThePresentPage) {
