@@ -60,7 +60,7 @@ TEST_F(URLConnectionTest, AHeaderCannotSmuggleInAnother) {
                                       {"X-Na me", "b"},
                                       {"X-Forged: 2\r\nY", "c"},
                                       {"X-Good", "d"}}}));
-  const auto& headers = server.requests().at(0).headers;
+  const Headers headers = server.requests().at(0).headers;
   EXPECT_FALSE(headers.contains("X-Forged"));
   EXPECT_FALSE(headers.contains("User-Agent"));
   EXPECT_EQ(headers.at("X-Good"), "d");
