@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <random>
 
-#include "platform/Date.h"
 #include "platform/Json.h"
 #include "sandbox/Landing.h"
 #include "sandbox/Pages.h"
@@ -21,8 +20,9 @@ constexpr std::string_view kScenarioUnit = "scenario-";
 constexpr std::string_view kAdUnit = "ad-";
 constexpr std::string_view kInterstitialSeconds = "5";
 
+/// Seconds since 1970, by the machine's clock: tests may turn the application's.
 double now() {
-  return platform::Date::now().secondsSince1970();
+  return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
 int numberFrom(const std::optional<std::string>& text) {
@@ -308,10 +308,9 @@ const Ad& AdNetwork::nextAd(std::string_view slot) {
 }
 
 std::string AdNetwork::newTicket() {
-  static std::mt19937 random(std::random_device{}());
   char text[48];
   std::snprintf(text, sizeof text, "t%llu-%04x", static_cast<unsigned long long>(++tickets_),
-                static_cast<unsigned>(random() & 0xffff));
+                static_cast<unsigned>(random_() & 0xffff));
   return text;
 }
 

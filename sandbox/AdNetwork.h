@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <mutex>
 #include <optional>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -59,6 +60,7 @@ class AdNetwork {
   double refreshSeconds_ = 30;
   std::size_t turn_ = 0;
   std::uint64_t tickets_ = 0;
+  std::mt19937 random_{std::random_device{}()};
   RequestLog log_;
 };
 

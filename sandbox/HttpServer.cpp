@@ -14,6 +14,7 @@ namespace {
 
 /// Beyond it, a further request is turned away.
 constexpr std::size_t kMostDeliveries = 256;
+constexpr int kLastTurns = 1000;
 
 /// The server itself; lives on its thread.
 class Service {
@@ -51,6 +52,7 @@ class Service {
       if (isSecure == secure) found = static_cast<std::uint16_t>(g_uri_get_port(uri));
     }
     g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(g_uri_unref));
+    if (!found) failure = "the server does not know its own port";
     return found;
   }
 
@@ -131,6 +133,8 @@ HttpServer::~HttpServer() {
   if (loop_) {
     // Not invoked: the loop may not run yet, and then would not see it.
     const SourceHandle source(g_idle_source_new());
+    // Before any answer that never ends.
+    g_source_set_priority(source.get(), G_PRIORITY_HIGH);
     g_source_set_callback(source.get(), quit, loop_, nullptr);
     g_source_attach(source.get(), context_);
     thread_.join();
@@ -169,8 +173,8 @@ void HttpServer::run(std::uint16_t port, const Handler& handler, const Listening
       g_main_loop_run(loop_);
     }
   }
-  // What the closing connections still have to say.
-  while (g_main_context_iteration(context, FALSE)) {
+  // What the closing connections still have to say, but not for ever.
+  for (int turn = 0; turn < kLastTurns && g_main_context_iteration(context, FALSE); ++turn) {
   }
   g_main_context_pop_thread_default(context);
   g_main_context_unref(context);

@@ -24,8 +24,15 @@
                    td: Date.now() - began});
   }, true);
 
+  // Has the client ping a click. It waits for what the tap opens: only a click that is under way
+  // is reported with its ticket.
+  function clicked(address) {
+    setTimeout(function () { send('click', {u: address}); }, 0);
+  }
+
   window.ad = {
     send: send,
+    clicked: clicked,
     on: function (name, listener) { listeners[name] = listener; }
   };
   window.URVO_ReceiveMessage = function (name, info) {

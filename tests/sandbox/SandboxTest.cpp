@@ -90,12 +90,15 @@ TEST(Sandbox, EndsAtOnceWhileAnswersAreUnderWay) {
        {"scenario-hang", "scenario-endless", "scenario-dribble", "scenario-slow"}) {
     auto sandbox = Sandbox::start(0);
     ASSERT_TRUE(sandbox);
-    std::thread client([url = sandbox->baseURL() + "/ad?slotname=" + unit] {
-      ask({.url = url, .mostBytes = std::size_t{1} << 31});
+    std::size_t received = 0;
+    std::thread client([&received, url = sandbox->baseURL() + "/ad?slotname=" + unit] {
+      received = ask({.url = url, .mostBytes = std::size_t{1} << 31}).body.size();
     });
     while (sandbox->log().find("\"kind\":\"ad\"") == std::string::npos) std::this_thread::yield();
     sandbox.reset();
     client.join();
+    // Where the endless body would have ended by itself.
+    EXPECT_LT(received, std::size_t{1} << 30) << unit << " had to be waited for";
   }
 }
 
