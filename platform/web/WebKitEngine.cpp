@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 #include "platform/Log.h"
 #include "platform/RunLoop.h"
@@ -154,20 +155,23 @@ void WebKitEngine::loadingChanged(WebKitWebView* view, GParamSpec*, gpointer sel
 void WebKitEngine::settle() {
   if (webkit_web_view_is_loading(view_.get())) return;
   setScriptsRun(true);
+  const std::function<void()> load = std::exchange(load_, {});
   if (loads_.settled()) return;
-  if (load_ && ++attempts_ < kAttempts) {
-    setScriptsRun(false);
-    load_();
-  } else {
-    loads_.failed({"platform.web", 0, "The page could not be replaced."}, false);
+  if (!load || ++attempts_ >= kAttempts) {
+    return loads_.failed({"platform.web", 0, "The page could not be replaced."}, false);
   }
+  load_ = load;
+  setScriptsRun(false);
+  load();
 }
 
 void WebKitEngine::processEnded(WebKitWebView*, WebKitWebProcessTerminationReason reason,
                                 gpointer self) {
-  static_cast<WebKitEngine*>(self)->setScriptsRun(true);
+  auto& engine = *static_cast<WebKitEngine*>(self);
+  engine.load_ = {};
+  engine.setScriptsRun(true);
   logWarning("The process of a web page has ended.");
-  static_cast<WebKitEngine*>(self)->loads_.crashed(
+  engine.loads_.crashed(
       {"platform.web", static_cast<int>(reason), "The process of the page has ended."});
 }
 

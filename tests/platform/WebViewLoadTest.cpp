@@ -176,6 +176,7 @@ TEST(WebViewLoad, OutlivesItsWebProcess) {
   LoopbackServer server;
   server.answer("/slow", {200, kHTML, "slow", 3});
   for (const bool loading : {false, true}) {
+    EXPECT_TRUE(runUntil([] { return webProcesses().empty(); })) << "of earlier views";
     Page page;
     page.load("before");
     if (loading) page.view->loadRequest({server.url("/slow")});

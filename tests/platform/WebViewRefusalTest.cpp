@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
@@ -100,6 +102,20 @@ TEST(WebViewRefusal, BeginsNoDownloads) {
     }
   }
   EXPECT_EQ(page.evaluate("'still ' + document.links.length"), "still 1");
+}
+
+TEST(WebViewRefusal, RunsPagesInASandbox) {
+  EXPECT_TRUE(runUntil([] { return webProcesses().empty(); })) << "of earlier views";
+  Page page;
+  page.load("x");
+  ASSERT_EQ(webProcesses().size(), 1u);
+  std::ifstream status("/proc/" + std::to_string(webProcesses()[0]) + "/status");
+  std::string line;
+  while (std::getline(status, line) && !line.starts_with("NSpid:")) {
+  }
+  std::istringstream words(line);
+  EXPECT_GE(std::distance(std::istream_iterator<std::string>(words), {}), 3)
+      << "it sees every process of the machine: " << line;
 }
 
 TEST(WebViewRefusal, EndsAPageThatHangs) {
