@@ -76,11 +76,11 @@ TEST_F(CommandLine, MistakesAreOneSentenceAndAStatusOfTheirOwn) {
 }
 
 TEST_F(CommandLine, ASecondInstanceWakesTheFirstAndEnds) {
+  const std::string second = "timeout 30 " + program("--idiom tablet");
   const Finished finished = run(whileRunning(
-      program("--idiom phone"), "timeout 30 " + program("--idiom tablet") +
-                                    "; echo second $?; kill -0 $first && echo first runs; "
-                                    "kill -TERM $first; wait $first; echo first $?"));
-  EXPECT_EQ(finished.output, "second 0\nfirst runs\nfirst 0\n") << finished.errors;
+      program("--idiom phone"), second + "; say second $?; kill -0 $first && say first runs; "
+                                         "kill -TERM $first; wait $first; say first $?"));
+  EXPECT_EQ(said(), "second 0\nfirst runs\nfirst 0\n") << finished.errors;
 }
 
 TEST_F(CommandLine, SignalsEndItInOrder) {
