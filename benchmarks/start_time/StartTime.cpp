@@ -1,0 +1,175 @@
+// How long the soundboard takes from exec to its first window and to the first frame in it, and how
+// much memory it then has, beside a bare gtkmm window in the same run. Needs an X display:
+// tools/with_session benchmark_start_time [ROUNDS]
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+extern char** environ;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kPatience = std::chrono::seconds(20);
+constexpr auto kUntilSettled = std::chrono::seconds(3);
+
+struct Start {
+  double mapped = 0;        // milliseconds from exec to the window on the screen
+  double drawn = 0;         // milliseconds from exec to a window that shows something
+  double resident = 0;      // MiB of the process when it has settled
+  double proportional = 0;  // MiB of it and its helpers, shared pages counted by their share
+};
+
+double millisecondsSince(Clock::time_point begun) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - begun).count();
+}
+
+/// The first child of the root window that is mapped and larger than a toolkit's helper window.
+std::optional<Window> mappedWindow(Display* display) {
+  Window root;
+  Window parent;
+  Window* children = nullptr;
+  unsigned count = 0;
+  std::optional<Window> found;
+  if (!XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count)) {
+    return found;
+  }
+  for (unsigned place = 0; place < count && !found; ++place) {
+    XWindowAttributes attributes;
+    if (XGetWindowAttributes(display, children[place], &attributes) &&
+        attributes.map_state == IsViewable && attributes.width > 100) {
+      found = children[place];
+    }
+  }
+  if (children) XFree(children);
+  return found;
+}
+
+/// Whether the window has more than one colour along its middle and its title bar.
+bool isDrawn(Display* display, Window window) {
+  XWindowAttributes attributes;
+  if (!XGetWindowAttributes(display, window, &attributes)) return false;
+  XImage* const image =
+      XGetImage(display, window, 0, 0, static_cast<unsigned>(attributes.width),
+                static_cast<unsigned>(std::min(attributes.height, 60)), AllPlanes, ZPixmap);
+  if (!image) return false;
+  const unsigned long first = XGetPixel(image, 0, 0);
+  bool several = false;
+  for (int x = 0; x < image->width && !several; x += 2) {
+    several = XGetPixel(image, x, image->height / 2) != first;
+  }
+  XDestroyImage(image);
+  return several;
+}
+
+double mebibytesIn(const std::string& path, const std::string& key) {
+  std::ifstream file(path);
+  for (std::string word; file >> word;) {
+    double kibibytes = 0;
+    if (word == key && file >> kibibytes) return kibibytes / 1024;
+  }
+  return 0;
+}
+
+/// The process and all that it has started, such as web processes.
+std::vector<pid_t> familyOf(pid_t process) {
+  std::vector<pid_t> family{process};
+  for (std::size_t place = 0; place < family.size(); ++place) {
+    const std::string number = std::to_string(family[place]);
+    std::ifstream children("/proc/" + number + "/task/" + number + "/children");
+    for (pid_t child = 0; children >> child;) family.push_back(child);
+  }
+  return family;
+}
+
+std::optional<Start> startOnce(Display* display, std::vector<std::string> command) {
+  std::vector<char*> arguments;
+  for (std::string& each : command) arguments.push_back(each.data());
+  arguments.push_back(nullptr);
+  pid_t process = 0;
+  const auto begun = Clock::now();
+  if (posix_spawn(&process, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0) {
+    return std::nullopt;
+  }
+  Start start;
+  std::optional<Window> window;
+  while (Clock::now() - begun < kPatience && start.drawn == 0) {
+    if (!window && (window = mappedWindow(display))) start.mapped = millisecondsSince(begun);
+    if (window && isDrawn(display, *window)) start.drawn = millisecondsSince(begun);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  std::this_thread::sleep_for(kUntilSettled);
+  start.resident = mebibytesIn("/proc/" + std::to_string(process) + "/status", "VmRSS:");
+  for (const pid_t member : familyOf(process)) {
+    start.proportional += mebibytesIn("/proc/" + std::to_string(member) + "/smaps_rollup", "Pss:");
+  }
+  kill(process, SIGTERM);
+  waitpid(process, nullptr, 0);
+  while (mappedWindow(display)) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  if (start.drawn == 0) return std::nullopt;
+  return start;
+}
+
+double median(const std::vector<Start>& starts, double Start::*figure) {
+  std::vector<double> values;
+  for (const Start& start : starts) values.push_back(start.*figure);
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 7;
+  Display* const display = XOpenDisplay(nullptr);
+  if (!display) {
+    std::fputs("There is no X display; run this with tools/with_session.\n", stderr);
+    return 1;
+  }
+  XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });  // windows may go while we look
+  struct Program {
+    const char* name;
+    std::vector<std::string> command;
+    std::vector<Start> starts = {};
+  };
+  Program programs[] = {
+      {"bare gtkmm window", {BARE_WINDOW_PROGRAM}},
+      {"quorbel, phone", {QUORBEL_PROGRAM, "--idiom", "phone"}},
+      {"quorbel, tablet", {QUORBEL_PROGRAM, "--idiom", "tablet"}},
+  };
+  for (int round = 0; round <= rounds; ++round) {
+    for (Program& program : programs) {
+      const std::optional<Start> start = startOnce(display, program.command);
+      if (!start) {
+        std::fprintf(stderr, "%s: no window within the time.\n", program.name);
+        return 1;
+      }
+      if (round > 0) program.starts.push_back(*start);  // the first round warms the file cache
+    }
+  }
+  std::printf("%d starts each, medians\n", rounds);
+  std::printf("%-20s %12s %12s %14s %18s\n", "", "mapped, ms", "drawn, ms", "resident, MiB",
+              "with helpers, MiB");
+  for (const Program& program : programs) {
+    std::printf("%-20s %12.0f %12.0f %14.1f %18.1f\n", program.name,
+                median(program.starts, &Start::mapped), median(program.starts, &Start::drawn),
+                median(program.starts, &Start::resident),
+                median(program.starts, &Start::proportional));
+  }
+  XCloseDisplay(display);
+}
