@@ -149,6 +149,7 @@ class Runner : public Trackable {
     window_->setTitle(description_.name);
     Gtk::Window& window = window_->native().window();
     application_->add_window(window);
+    window.set_icon_name(description_.identifier);
     markHighContrast(window);
     window.signal_close_request().connect(
         [this] {
