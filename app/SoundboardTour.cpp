@@ -1,4 +1,6 @@
-// The tour's way through the soundboard: every button, then stop.
+// The tour's way through the soundboard: the ad, every button, then stop.
+#include "ads/loading/VADObjectPrivate.h"
+#include "ads/support/VADPrivateUtilities.h"
 #include "app/SoundScreen.h"
 #include "app/Tour.h"
 
@@ -7,6 +9,8 @@ namespace {
 
 /// A clip that is not heard within this many seconds will not be heard.
 constexpr double kPressPatience = 2;
+/// An ad takes two pages of the web engine, whose first process may be slow to start.
+constexpr double kAdPatience = 30;
 
 SoundScreen* screen() {
   platform::Window* const window = platform::Window::keyWindow();
@@ -33,6 +37,14 @@ std::string screenProblem() {
     return "the banner covers the stop button";
   }
   return "";
+}
+
+std::string bannerProblem() {
+  SoundScreen* const shown = screen();
+  if (!shown) return "the sound screen is not shown";
+  const auto loader = valdren::VADPrivateUtilities::privateObjectForKey<valdren::VADObjectPrivate>(
+      &shown->banner());
+  return loader && loader->state() == valdren::kVADStateShowingAd ? "" : "the banner shows no ad";
 }
 
 std::string playingProblem(const std::string& action) {
@@ -68,6 +80,7 @@ void press(const std::string& control) {
 std::vector<TourStep> soundboardSteps() {
   std::vector<TourStep> steps;
   steps.push_back({"the screen", {}, screenProblem});
+  steps.push_back({"an ad in the banner", {}, bannerProblem, kAdPatience});
   for (const Sound& sound : sounds()) {
     const std::string action = sound.action;
     steps.push_back({"press " + action, [action] { press(action); },

@@ -112,11 +112,15 @@ bool NativeWindow::savePicture(const std::string& path) {
   if (!renderer || width <= 0 || height <= 0) return false;
   GdkPaintable* const paintable = gtk_widget_paintable_new(widget);
   GtkSnapshot* const snapshot = gtk_snapshot_new();
-  gdk_paintable_snapshot(paintable, snapshot, width, height);
+  // The widget's picture comes with its frame and shadow; what is kept is what lies within.
+  const int pictured = std::max(width, gdk_paintable_get_intrinsic_width(paintable));
+  const int high = std::max(height, gdk_paintable_get_intrinsic_height(paintable));
+  gdk_paintable_snapshot(paintable, snapshot, pictured, high);
   g_object_unref(paintable);
   GskRenderNode* const node = gtk_snapshot_free_to_node(snapshot);
   if (!node) return false;
-  const graphene_rect_t area = GRAPHENE_RECT_INIT(0, 0, float(width), float(height));
+  const graphene_rect_t area = GRAPHENE_RECT_INIT(
+      float(pictured - width) / 2, float(high - height) / 2, float(width), float(height));
   GdkTexture* const texture = gsk_renderer_render_texture(renderer, node, &area);
   gsk_render_node_unref(node);
   const bool written = gdk_texture_save_to_png(texture, path.c_str());
