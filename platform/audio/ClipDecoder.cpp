@@ -1,5 +1,12 @@
 #include "platform/audio/ClipDecoder.h"
 
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <system_error>
+
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
@@ -9,7 +16,18 @@ extern "C" {
 namespace platform {
 namespace {
 
-constexpr std::size_t kLongestClipFrames = std::size_t{60} * kSampleRate;
+constexpr std::size_t kLongestClip = std::size_t{60} * kSampleRate * kChannels;
+constexpr std::int64_t kLargestFile = 64 * 1024 * 1024;
+
+/// What a file may be. A playlist, for one, would make the library open what it names.
+constexpr const char* kProtocols = "file";
+constexpr const char* kForms = "mov,m4a,wav";
+constexpr const char* kCodecs = "aac,alac,pcm_u8,pcm_s16le,pcm_s24le,pcm_f32le";
+
+/// Outside of these a few bytes of file would become seconds of sound, or nothing anyone hears.
+constexpr int kLeastRate = 4000;
+constexpr int kMostRate = 384000;
+constexpr int kMostChannels = 8;
 
 struct Deleter {
   void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
@@ -30,26 +48,33 @@ std::string text(int error) {
 /// One decoding, from the opened file to the samples.
 class Decoding {
  public:
-  bool open(const std::string& path, std::string& problem) {
+  /// 0, or the library's error.
+  int open(const std::string& path) {
+    AVDictionary* options = nullptr;
+    av_dict_set(&options, "protocol_whitelist", kProtocols, 0);
+    av_dict_set(&options, "format_whitelist", kForms, 0);
+    av_dict_set(&options, "codec_whitelist", kCodecs, 0);
     AVFormatContext* opened = nullptr;
     // The "file:" keeps a path from being taken for another protocol's.
-    int error = avformat_open_input(&opened, ("file:" + path).c_str(), nullptr, nullptr);
+    int error = avformat_open_input(&opened, ("file:" + path).c_str(), nullptr, &options);
+    av_dict_free(&options);
     input_.reset(opened);
     if (error >= 0) error = avformat_find_stream_info(input_.get(), nullptr);
+    if (error < 0) return error;
     const AVCodec* codec = nullptr;
-    if (error >= 0) {
-      error = stream_ = av_find_best_stream(input_.get(), AVMEDIA_TYPE_AUDIO, -1, -1, &codec, 0);
-    }
-    if (error >= 0) error = openCodec(*codec);
-    if (error >= 0) error = openResampler();
-    if (error < 0) problem = text(error);
-    return error >= 0;
+    stream_ = av_find_best_stream(input_.get(), AVMEDIA_TYPE_AUDIO, -1, -1, &codec, 0);
+    if (stream_ < 0) return stream_;
+    codec_.reset(avcodec_alloc_context3(codec));
+    error = avcodec_parameters_to_context(codec_.get(), input_->streams[stream_]->codecpar);
+    // Without the packets' time base the samples that come before the clip's beginning are kept.
+    codec_->pkt_timebase = input_->streams[stream_]->time_base;
+    return error < 0 ? error : avcodec_open2(codec_.get(), codec, nullptr);
   }
 
+  /// Appends what can be decoded, up to the longest clip.
   void run(std::vector<float>& samples) {
     const Owned<AVPacket> packet(av_packet_alloc());
-    while (samples.size() < kLongestClipFrames * kChannels &&
-           av_read_frame(input_.get(), packet.get()) >= 0) {
+    while (samples.size() < kLongestClip && av_read_frame(input_.get(), packet.get()) >= 0) {
       if (packet->stream_index == stream_) {
         avcodec_send_packet(codec_.get(), packet.get());
         receive(samples);
@@ -59,35 +84,42 @@ class Decoding {
     avcodec_send_packet(codec_.get(), nullptr);
     receive(samples);
     convert(nullptr, samples);
-    if (samples.size() > kLongestClipFrames * kChannels) {
-      samples.resize(kLongestClipFrames * kChannels);
-    }
+    samples.resize(std::min(samples.size(), kLongestClip));
   }
 
  private:
-  int openCodec(const AVCodec& codec) {
-    codec_.reset(avcodec_alloc_context3(&codec));
-    const int error =
-        avcodec_parameters_to_context(codec_.get(), input_->streams[stream_]->codecpar);
-    return error < 0 ? error : avcodec_open2(codec_.get(), &codec, nullptr);
+  void receive(std::vector<float>& samples) {
+    while (samples.size() < kLongestClip &&
+           avcodec_receive_frame(codec_.get(), frame_.get()) >= 0) {
+      if (prepareFor(*frame_, samples)) convert(frame_.get(), samples);
+    }
   }
 
-  int openResampler() {
-    AVChannelLayout stereo = AV_CHANNEL_LAYOUT_STEREO;
+  /// Makes the resampler fit the frame. The form may change from one frame to the next.
+  bool prepareFor(const AVFrame& frame, std::vector<float>& samples) {
+    const Form form{frame.format, frame.sample_rate, frame.ch_layout.nb_channels};
+    if (resampler_ && form == form_) return true;
+    convert(nullptr, samples);
+    resampler_.reset();
+    if (form.rate < kLeastRate || form.rate > kMostRate || form.channels < 1 ||
+        form.channels > kMostChannels) {
+      return false;
+    }
+    const AVChannelLayout stereo = AV_CHANNEL_LAYOUT_STEREO;
     SwrContext* made = nullptr;
     const int error =
-        swr_alloc_set_opts2(&made, &stereo, AV_SAMPLE_FMT_FLT, kSampleRate, &codec_->ch_layout,
-                            codec_->sample_fmt, codec_->sample_rate, 0, nullptr);
+        swr_alloc_set_opts2(&made, const_cast<AVChannelLayout*>(&stereo), AV_SAMPLE_FMT_FLT,
+                            kSampleRate, const_cast<AVChannelLayout*>(&frame.ch_layout),
+                            AVSampleFormat(form.format), form.rate, 0, nullptr);
     resampler_.reset(made);
-    return error < 0 ? error : swr_init(made);
-  }
-
-  void receive(std::vector<float>& samples) {
-    while (avcodec_receive_frame(codec_.get(), frame_.get()) >= 0) convert(frame_.get(), samples);
+    if (error < 0 || swr_init(made) < 0) resampler_.reset();
+    form_ = form;
+    return resampler_ != nullptr;
   }
 
   /// Appends the frame, or without one what the resampler still holds.
   void convert(const AVFrame* frame, std::vector<float>& samples) {
+    if (!resampler_) return;
     const int incoming = frame ? frame->nb_samples : 0;
     const int room = swr_get_out_samples(resampler_.get(), incoming);
     if (room <= 0) return;
@@ -100,12 +132,29 @@ class Decoding {
     samples.resize(before + (written > 0 ? static_cast<std::size_t>(written) * kChannels : 0));
   }
 
+  struct Form {
+    int format = -1;
+    int rate = 0;
+    int channels = 0;
+    bool operator==(const Form&) const = default;
+  };
+
   Owned<AVFormatContext> input_;
   Owned<AVCodecContext> codec_;
   Owned<SwrContext> resampler_;
+  Form form_;  // what the resampler takes
   Owned<AVFrame> frame_{av_frame_alloc()};
   int stream_ = -1;
 };
+
+/// Empty when the file may be read.
+std::string problemWith(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return std::generic_category().message(errno);
+  if (!S_ISREG(status.st_mode)) return "it is no file";
+  if (status.st_size > kLargestFile) return "it is larger than 64 MiB";
+  return "";
+}
 
 }  // namespace
 
@@ -115,13 +164,21 @@ std::shared_ptr<const DecodedClip> decodeClip(const std::string& path, std::stri
     return true;
   }();
   static_cast<void>(quiet);
+  problem = problemWith(path);
+  if (!problem.empty()) return nullptr;
   Decoding decoding;
-  if (!decoding.open(path, problem)) return nullptr;
+  if (const int error = decoding.open(path); error < 0) {
+    problem = text(error);
+    return nullptr;
+  }
   auto clip = std::make_shared<DecodedClip>();
   decoding.run(clip->samples);
   if (clip->samples.empty()) {
     problem = "it holds no sound";
     return nullptr;
+  }
+  for (float& sample : clip->samples) {
+    sample = std::isfinite(sample) ? std::clamp(sample, -1.0F, 1.0F) : 0.0F;
   }
   return clip;
 }
