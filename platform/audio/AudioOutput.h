@@ -1,7 +1,6 @@
 // The one way to the sound server, kept open between clips.
 #pragma once
 
-#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -10,6 +9,8 @@
 #include "platform/audio/Voice.h"
 
 namespace platform {
+
+class SoundServer;
 
 /// Mixes voices into one stream. Called on the main thread; the server is spoken to on a thread of
 /// the output's own, so that no call ever waits for it. Without a server, or when it goes away, one
@@ -26,18 +27,18 @@ class AudioOutput {
   void prepare();
   /// Lets the clip be heard from `startFrame` on.
   std::shared_ptr<Voice> start(std::shared_ptr<const DecodedClip> clip, std::size_t startFrame);
+  /// Silences the voice.
+  void stop(Voice& voice);
 
  private:
-  class Server;
-
   void run();
-  void wake();
 
   std::mutex mutex_;
   std::vector<std::shared_ptr<Voice>> incoming_;  // guarded by mutex_
   bool connectWanted_ = false;                    // guarded by mutex_
+  bool changed_ = false;                          // guarded by mutex_
   bool ending_ = false;                           // guarded by mutex_
-  std::unique_ptr<Server> server_;
+  const std::unique_ptr<SoundServer> server_;     // of the thread, but for `wake`
   std::thread thread_;
 };
 

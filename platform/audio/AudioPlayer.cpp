@@ -16,28 +16,34 @@ class ClipPlayer final : public AudioPlayer, public Trackable {
   explicit ClipPlayer(std::shared_ptr<const DecodedClip> clip) : clip_(std::move(clip)) {}
   ~ClipPlayer() override { stop(); }
 
-  void setDelegate(WeakPtr<AudioPlayerDelegate> delegate) override { delegate_ = delegate; }
+  void setDelegate(WeakPtr<AudioPlayerDelegate> delegate) override {
+    delegate_ = delegate;
+    if (isPlaying()) follow();
+  }
 
   bool play() override {
     if (isPlaying()) return true;
     const bool atEnd = !voice_ || voice_->position >= clip_->frameCount();
     voice_ = AudioOutput::shared().start(clip_, atEnd ? 0 : voice_->position.load());
-    if (delegate_) watch();
+    follow();  // even if the voice has failed already: that too is an end to be told
     return true;
   }
 
   void stop() override {
-    if (voice_) voice_->stopping = true;
+    if (isPlaying()) AudioOutput::shared().stop(*voice_);
     RunLoop::shared().cancelPerformRequests(*this);
   }
 
   bool isPlaying() const override { return voice_ && !voice_->stopping && !voice_->ended; }
 
  private:
-  void watch() {
+  /// Watches the voice for the delegate, if there is one.
+  void follow() {
+    RunLoop::shared().cancelPerformRequests(*this);
+    if (!delegate_) return;
     RunLoop::shared().performAfterDelay(*this, kWatchInterval, [this] {
       if (isPlaying()) {
-        watch();
+        follow();
       } else if (AudioPlayerDelegate* const delegate = delegate_.get()) {
         delegate->audioPlayerDidFinishPlaying(*this, voice_->position >= clip_->frameCount());
       }

@@ -6,23 +6,31 @@ namespace platform {
 namespace {
 
 /// Three milliseconds: short enough not to be heard, long enough not to click.
-constexpr int kFadeFrames = kSampleRate * 3 / 1000;
+constexpr StreamFrame kFadeFrames = kSampleRate * 3 / 1000;
 
 }  // namespace
 
-void mix(Voice& voice, float* target, std::size_t frames) {
-  if (voice.ended) return;
-  std::size_t position = voice.position;
-  const std::size_t last = std::min(position + frames, voice.clip->frameCount());
-  if (voice.stopping && voice.fadeLeft < 0) voice.fadeLeft = kFadeFrames;
-  for (; position < last && voice.fadeLeft != 0; ++position, target += kChannels) {
-    const float gain = voice.fadeLeft < 0 ? 1.0F : float(voice.fadeLeft--) / float(kFadeFrames);
+StreamFrame Voice::end() const {
+  const auto whole = begin + StreamFrame(clip->frameCount() - std::min(from, clip->frameCount()));
+  if (fade == kNoFrame) return whole;
+  return fade <= begin ? begin : std::min(whole, fade + kFadeFrames);
+}
+
+void mix(const Voice& voice, StreamFrame at, float* target, std::size_t frames) {
+  const StreamFrame first = std::max(at, voice.begin);
+  const StreamFrame last = std::min(at + StreamFrame(frames), voice.end());
+  for (StreamFrame frame = first; frame < last; ++frame) {
+    const float gain = voice.fade == kNoFrame || frame < voice.fade
+                           ? 1.0F
+                           : float(voice.fade + kFadeFrames - frame) / float(kFadeFrames);
+    const float* const source =
+        voice.clip->samples.data() +
+        (voice.from + static_cast<std::size_t>(frame - voice.begin)) * kChannels;
+    float* const place = target + static_cast<std::size_t>(frame - at) * kChannels;
     for (std::uint32_t channel = 0; channel < kChannels; ++channel) {
-      target[channel] += gain * voice.clip->samples[position * kChannels + channel];
+      place[channel] += gain * source[channel];
     }
   }
-  voice.position = position;
-  if (voice.fadeLeft == 0 || position >= voice.clip->frameCount()) voice.ended = true;
 }
 
 }  // namespace platform

@@ -3,28 +3,41 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include "platform/audio/ClipDecoder.h"
 
 namespace platform {
 
+/// Counts the frames of the output stream from its opening on.
+using StreamFrame = std::int64_t;
+inline constexpr StreamFrame kNoFrame = -1;
+
 /// Shared by the player that started it and the output that mixes it. The output alone moves it on;
 /// the player alone asks it to stop.
 struct Voice {
-  Voice(std::shared_ptr<const DecodedClip> sound, std::size_t from)
-      : clip(std::move(sound)), position(from) {}
+  Voice(std::shared_ptr<const DecodedClip> sound, std::size_t fromFrame)
+      : clip(std::move(sound)), from(fromFrame), position(fromFrame) {}
 
   const std::shared_ptr<const DecodedClip> clip;
-  /// The next frame to be mixed.
+  /// The frame of the clip that it starts with.
+  const std::size_t from;
+  /// How far the clip was heard.
   std::atomic<std::size_t> position;
   std::atomic<bool> stopping = false;
   std::atomic<bool> ended = false;
-  /// Frames of the fade-out that are left; negative before the fade. Of the output alone.
-  int fadeLeft = -1;
+
+  /// Where in the stream it begins, and where it begins to fade out. Of the output alone, and no
+  /// more than plans: any part of the stream may be mixed again, while it is not yet heard.
+  StreamFrame begin = kNoFrame;
+  StreamFrame fade = kNoFrame;
+
+  /// The first frame of the stream without it. Only once it has a beginning.
+  StreamFrame end() const;
 };
 
-/// Adds the voice to `frames` interleaved frames. Marks it as ended at its end.
-void mix(Voice& voice, float* target, std::size_t frames);
+/// Adds what the voice gives to `frames` interleaved frames of the stream, from `at` on.
+void mix(const Voice& voice, StreamFrame at, float* target, std::size_t frames);
 
 }  // namespace platform
