@@ -16,8 +16,8 @@ class AudioSession : public Shared<AudioSession> {
   static AudioSession& standard();
   virtual ~AudioSession() = default;
 
-  /// Connects to the sound server. `kAlreadyInitialized` from the second call on; another status
-  /// when there is no server.
+  /// Connects to the sound server, without waiting for it. `kAlreadyInitialized` from the second
+  /// call on; another status when there is no server.
   virtual int initialize() = 0;
 
   struct Route {
@@ -26,8 +26,9 @@ class AudioSession : public Shared<AudioSession> {
     /// empty when the output has none; absent when it cannot be told.
     std::optional<std::string> name;
   };
-  /// The route last reported by the server; never waits for it.
-  virtual Route route() const = 0;
+  /// The route last reported by the server; never waits for it. Looks for the server anew when it
+  /// was lost.
+  virtual Route route() = 0;
 };
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include <pulse/pulseaudio.h>
 
+#include <atomic>
 #include <mutex>
 #include <string_view>
 
@@ -31,30 +32,46 @@ class PulseAudioSession final : public AudioSession {
   ~PulseAudioSession() override {
     if (!loop_) return;
     pa_threaded_mainloop_stop(loop_);
-    if (context_) {
-      pa_context_disconnect(context_);
-      pa_context_unref(context_);
-    }
+    disconnect();
     pa_threaded_mainloop_free(loop_);
   }
 
   int initialize() override {
     if (loop_) return kAlreadyInitialized;
     loop_ = pa_threaded_mainloop_new();
-    context_ = pa_context_new(pa_threaded_mainloop_get_api(loop_), "Quorbel");
-    pa_context_set_state_callback(context_, contextChanged, this);
-    const bool started =
-        pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0 &&
-        pa_threaded_mainloop_start(loop_) >= 0;
-    return started ? 0 : kNoServer;
+    pa_threaded_mainloop_start(loop_);
+    return reconnect() ? 0 : kNoServer;
   }
 
-  Route route() const override {
+  Route route() override {
+    if (loop_ && lost_) reconnect();
     const std::lock_guard lock(mutex_);
     return {0, route_};
   }
 
  private:
+  bool reconnect() {
+    lost_ = false;
+    pa_threaded_mainloop_lock(loop_);
+    disconnect();
+    context_ = pa_context_new(pa_threaded_mainloop_get_api(loop_), "Quorbel");
+    pa_context_set_state_callback(context_, contextChanged, this);
+    const bool started =
+        pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0;
+    if (!started) lost_ = true;
+    pa_threaded_mainloop_unlock(loop_);
+    return started;
+  }
+
+  void disconnect() {
+    if (!context_) return;
+    pa_context_set_state_callback(context_, nullptr, nullptr);
+    pa_context_set_subscribe_callback(context_, nullptr, nullptr);
+    pa_context_disconnect(context_);
+    pa_context_unref(context_);
+    context_ = nullptr;
+  }
+
   static void contextChanged(pa_context* context, void* self) {
     auto& session = *static_cast<PulseAudioSession*>(self);
     const pa_context_state_t state = pa_context_get_state(context);
@@ -71,6 +88,7 @@ class PulseAudioSession final : public AudioSession {
       session.ask(context);
     } else if (!PA_CONTEXT_IS_GOOD(state)) {
       session.keep(std::nullopt);
+      session.lost_ = true;
     }
   }
 
@@ -78,9 +96,10 @@ class PulseAudioSession final : public AudioSession {
     release(pa_context_get_sink_info_by_name(
         context, "@DEFAULT_SINK@",
         [](pa_context*, const pa_sink_info* sink, int last, void* self) {
+          auto& session = *static_cast<PulseAudioSession*>(self);
+          if (last < 0) session.keep(std::nullopt);
           if (last || !sink) return;
-          static_cast<PulseAudioSession*>(self)->keep(
-              sink->active_port ? routeNamed(*sink->active_port) : std::string());
+          session.keep(sink->active_port ? routeNamed(*sink->active_port) : std::string());
         },
         this));
   }
@@ -96,7 +115,9 @@ class PulseAudioSession final : public AudioSession {
 
   pa_threaded_mainloop* loop_ = nullptr;
   pa_context* context_ = nullptr;
-  mutable std::mutex mutex_;
+  /// The server went away, or was not there; the next question after the route looks for it again.
+  std::atomic<bool> lost_ = false;
+  std::mutex mutex_;
   std::optional<std::string> route_;  // guarded by mutex_
 };
 

@@ -53,7 +53,7 @@ class FakeAudioSession final : public platform::AudioSession {
     ++initializeCount;
     return initializeStatus;
   }
-  Route route() const override { return currentRoute; }
+  Route route() override { return currentRoute; }
 
  private:
   platform::AudioSession::Replacement replacement_{*this};
