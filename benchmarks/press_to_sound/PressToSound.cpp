@@ -1,0 +1,175 @@
+// From the press of a sound button to its first sample: how long, and for how long the main thread
+// is blocked. Our player beside a GStreamer playbin made anew for each press, and beside decoding
+// anew for each press; one private sound server, recorded from its output's monitor.
+// benchmark_press_to_sound [CLIP [PRESSES]]
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+
+#ifdef HAVE_GSTREAMER
+#include <gst/gst.h>
+#endif
+
+#include "benchmarks/Figures.h"
+#include "platform/AudioPlayer.h"
+#include "platform/audio/AudioOutput.h"
+#include "platform/audio/ClipDecoder.h"
+#include "tests/support/PrivateSoundServer.h"
+
+namespace {
+
+using quorbel_tests::MonitorRecording;
+
+/// Loud enough to be told from an encoder's noise, quiet enough for a clip's first millisecond.
+constexpr float kHeard = 0.01F;
+
+void wait(double seconds) {
+  std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+}
+
+/// One way to play: the press replaces what plays, the release silences it.
+struct Way {
+  const char* name;
+  std::function<void()> press;
+  std::function<void()> release;
+  std::function<void()> before = [] {};
+  double pause = 0;  // before each press, in seconds
+};
+
+void measure(const Way& way, const MonitorRecording& recording, int presses) {
+  benchmarks::Figures heard;
+  benchmarks::Figures blocked;
+  int unheard = 0;
+  // The first press makes what the program keeps, and is not counted.
+  for (int press = -1; press < presses; ++press) {
+    wait(0.3 + 0.001 * (std::rand() % 50));
+    while (recording.peakOfLast(0.25) > kHeard / 2) wait(0.02);
+    way.before();
+    wait(way.pause);
+    const double before = MonitorRecording::now();
+    way.press();
+    const double after = MonitorRecording::now();
+    double first = -1;
+    while (first < 0 && MonitorRecording::now() < before + 3) {
+      wait(0.05);
+      first = recording.firstSoundSince(before, kHeard);
+    }
+    wait(0.1);  // the recording's clock knows better with time on both sides
+    first = recording.firstSoundSince(before, kHeard);
+    way.release();
+    if (press < 0) continue;
+    if (first < 0) {
+      ++unheard;
+      continue;
+    }
+    heard.add((first - before) * 1000);
+    blocked.add((after - before) * 1000);
+  }
+  std::printf("%-34s %8.1f %8.1f %8.1f %12.2f %8d\n", way.name, heard.median(),
+              heard.quantile(0.95), heard.quantile(1), blocked.quantile(1), unheard);
+  std::fflush(stdout);
+}
+
+Way ourPlayer(const std::string& clip) {
+  auto player = std::make_shared<std::unique_ptr<platform::AudioPlayer>>();
+  return {"decoded in memory, one stream",
+          [player, clip] {
+            player->reset();
+            *player = platform::AudioPlayer::withContentsOfFile(clip);
+            if (*player) (*player)->play();
+          },
+          [player] { (*player)->stop(); }};
+}
+
+/// The same while a clip plays, a silent one, so that the new one's first sample can be told.
+Way ourPlayerReplacing(const std::string& clip) {
+  auto playing = std::make_shared<std::shared_ptr<platform::Voice>>();
+  auto silence = std::make_shared<platform::DecodedClip>();
+  silence->samples.resize(std::size_t{3} * platform::kSampleRate * platform::kChannels);
+  Way way = ourPlayer(clip);
+  way.name = "  while another clip plays";
+  way.before = [playing, silence] {
+    *playing = platform::AudioOutput::shared().start(silence, 0);
+    wait(0.2 + 0.001 * (std::rand() % 50));
+  };
+  way.press = [playing, press = way.press] {
+    platform::AudioOutput::shared().stop(**playing);
+    press();
+  };
+  return way;
+}
+
+/// The same after so long a silence that the stream has been put to rest.
+Way ourPlayerRested(const std::string& clip) {
+  Way way = ourPlayer(clip);
+  way.name = "  after 21 seconds of silence";
+  way.pause = 21;
+  return way;
+}
+
+Way decodedAnew(const std::string& clip) {
+  auto voice = std::make_shared<std::shared_ptr<platform::Voice>>();
+  return {"decoded anew, one stream",
+          [voice, clip] {
+            if (*voice) platform::AudioOutput::shared().stop(**voice);
+            std::string problem;
+            if (auto decoded = platform::decodeClip(clip, problem)) {
+              *voice = platform::AudioOutput::shared().start(std::move(decoded), 0);
+            }
+          },
+          [voice] { platform::AudioOutput::shared().stop(**voice); }};
+}
+
+#ifdef HAVE_GSTREAMER
+Way playbin(const std::string& clip) {
+  auto* const uri = gst_filename_to_uri(clip.c_str(), nullptr);
+  auto bin = std::shared_ptr<GstElement*>(new GstElement*(nullptr));
+  const auto end = [bin] {
+    if (!*bin) return;
+    gst_element_set_state(*bin, GST_STATE_NULL);
+    gst_object_unref(*bin);
+    *bin = nullptr;
+  };
+  return {"GStreamer playbin made anew",
+          [bin, end, address = std::string(uri)] {
+            end();
+            *bin = gst_element_factory_make("playbin", nullptr);
+            GstElement* const sink = gst_element_factory_make("pulsesink", nullptr);
+            g_object_set(*bin, "uri", address.c_str(), "audio-sink", sink, nullptr);
+            gst_element_set_state(*bin, GST_STATE_PLAYING);
+          },
+          end};
+}
+#endif
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string clip = argc > 1 ? argv[1] : CLIP_FOLDER "/gresh-family.m4a";
+  const int presses = argc > 2 ? std::atoi(argv[2]) : 30;
+  static quorbel_tests::PrivateSoundServer server;  // outlives what connects to it
+  if (!server.start()) {
+    std::puts("pulseaudio is not installed, or does not start: nothing to measure.");
+    return 0;
+  }
+  const MonitorRecording recording;
+  std::printf("%d presses each, milliseconds\n%-34s %8s %8s %8s %12s %8s\n", presses, "", "median",
+              "p95", "worst", "main thread", "unheard");
+  // First, while nothing of ours is connected.
+#ifdef HAVE_GSTREAMER
+  gst_init(&argc, &argv);
+  measure(playbin(clip), recording, presses);
+#else
+  std::puts("GStreamer playbin made anew: not built (package libgstreamer1.0-dev)");
+#endif
+  platform::AudioPlayer::prepare({clip});
+  measure(decodedAnew(clip), recording, presses);
+  measure(ourPlayer(clip), recording, presses);
+  measure(ourPlayerReplacing(clip), recording, presses);
+  measure(ourPlayerRested(clip), recording, std::min(presses, 4));
+  return 0;
+}
