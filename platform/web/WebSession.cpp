@@ -12,6 +12,10 @@ void refuseDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
 }
 
 WebKitWebContext* makeContext() {
+  // Other models keep the web processes of closed views for later. The model is one for all
+  // contexts, and a context looks at it when it is made, so another one has to set it first.
+  webkit_web_context_set_cache_model(webkit_web_context_get_default(),
+                                     WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
   WebKitMemoryPressureSettings* const limits = webkit_memory_pressure_settings_new();
   webkit_memory_pressure_settings_set_memory_limit(limits, kMemoryLimitMegabytes);
   webkit_memory_pressure_settings_set_kill_threshold(limits, 1.0);
@@ -19,8 +23,6 @@ WebKitWebContext* makeContext() {
   auto* const context = WEBKIT_WEB_CONTEXT(
       g_object_new(WEBKIT_TYPE_WEB_CONTEXT, "memory-pressure-settings", limits, nullptr));
   webkit_memory_pressure_settings_free(limits);
-  // Other models keep the web processes of closed views for later.
-  webkit_web_context_set_cache_model(context, WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
   return context;
 }
 

@@ -239,7 +239,10 @@ TEST(WebViewLoad, RelatedViewsShareOneProcessAndNoneIsLeft) {
     ad.view.reset();
     EXPECT_EQ(builder.evaluate("'still there'"), "still there");
   }
-  for (int count = 0; count < 10; ++count) Page().load("x");
+  for (int count = 0; count < 5; ++count) {
+    Page().load("x");
+    Page().go(server.address("/page"));
+  }
   EXPECT_TRUE(runUntil([] { return webProcesses().empty(); })) << webProcesses().size();
 }
 
