@@ -64,6 +64,7 @@ const std::map<std::string, Option, std::less<>>& optionsWithValue() {
 std::optional<Command> commandNamed(std::string_view argument) {
   if (argument == "--help" || argument == "-h") return Command::Help;
   if (argument == "--version") return Command::Version;
+  if (argument == "--print-request") return Command::PrintRequest;
   return std::nullopt;
 }
 
@@ -109,6 +110,7 @@ const char* const kHelp =
     "  --script-host URL                 fetch the ad engine script from there; either of these\n"
     "                                    two stands for both when the other is missing\n"
     "  --tour FOLDER                     walk through the application and leave pictures there\n"
+    "  --print-request                   say what an ad request would tell now, as JSON, and end\n"
     "  --help, --version                 say this, or the version, and end\n"
     "\n"
     "Keys: 1 to 9, 0, Q, W, E and R play; Escape stops.\n"

@@ -10,7 +10,7 @@
 
 namespace quorbel {
 
-enum class Command { Run, Tour, Help, Version };
+enum class Command { Run, Tour, PrintRequest, Help, Version };
 
 struct Options {
   Command command = Command::Run;

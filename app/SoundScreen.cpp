@@ -9,7 +9,6 @@
 namespace quorbel {
 namespace {
 
-constexpr const char* kAdUnitID = "a19d27c3b40e6f5";
 constexpr double kBannerWidth = 320;
 constexpr double kBannerHeight = 50;
 
@@ -50,19 +49,25 @@ void SoundScreen::viewDidLoad() {
   placeBanner();
 }
 
+platform::Rect SoundScreen::bannerFrame(platform::Size screen) {
+  return {0, screen.height - kBannerHeight, kBannerWidth, kBannerHeight};
+}
+
+std::shared_ptr<valdren::VADRequest> SoundScreen::makeRequest() {
+  auto request = valdren::VADRequest::request();
+  request->setTesting(true);
+  return request;
+}
+
 void SoundScreen::placeBanner() {
-  const platform::Rect frame = view()->frame();
-  bannerView_ = std::make_shared<valdren::VADBannerView>(
-      platform::Rect{0, frame.height - kBannerHeight, kBannerWidth, kBannerHeight});
+  bannerView_ = std::make_shared<valdren::VADBannerView>(bannerFrame(view()->frame().size()));
   // A desktop's window changes its size at will; the banner stays on its bottom edge.
   bannerView_->setAutoresizingMask(platform::kFlexibleTopMargin);
   bannerView_->setAdUnitID(kAdUnitID);
   bannerView_->setRootViewController(this);
   view()->addSubview(bannerView_);
 
-  const auto request = valdren::VADRequest::request();
-  request->setTesting(true);
-  bannerView_->loadRequest(request);
+  bannerView_->loadRequest(makeRequest());
 }
 
 void SoundScreen::play(const std::string& action) {

@@ -24,11 +24,19 @@ const std::vector<Sound>& sounds();
 /// The type of every clip.
 inline constexpr const char* kClipType = "m4a";
 
+/// The ads that the banner shows.
+inline constexpr const char* kAdUnitID = "a19d27c3b40e6f5";
+
 class SoundScreen : public platform::ViewController, public platform::AudioPlayerDelegate {
  public:
   SoundScreen();
 
   void viewDidLoad() override;
+
+  /// The banner's place in a screen of this size.
+  static platform::Rect bannerFrame(platform::Size screen);
+  /// What the banner asks for.
+  static std::shared_ptr<valdren::VADRequest> makeRequest();
 
   /// Plays the action's clip from its beginning, cutting off the one before it. Unknown actions are
   /// ignored.

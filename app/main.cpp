@@ -4,6 +4,7 @@
 
 #include "app/AdNetwork.h"
 #include "app/Options.h"
+#include "app/PrintRequest.h"
 #include "app/StateFolder.h"
 #include "app/Tour.h"
 #include "app/quorbelAppDelegate.h"
@@ -86,6 +87,7 @@ int main(int argc, char** argv) {
   switch (options.command) {
     case Command::Help: std::fputs(kHelp, stdout); return 0;
     case Command::Version: std::puts("quorbel " QUORBEL_VERSION); return 0;
+    case Command::PrintRequest: return printRequest(describe(options));
     default: return run(options);
   }
 }

@@ -50,8 +50,8 @@ bool isDottedNumbers(std::string_view text) {
 }
 
 std::string versionFromOSRelease(const std::string& content) {
-  constexpr std::string_view kKey = "VERSION_ID=";
-  std::size_t place = content.starts_with(kKey) ? 0 : content.find("\n" + std::string(kKey));
+  constexpr std::string_view kLine = "\nVERSION_ID=";
+  std::size_t place = content.starts_with(kLine.substr(1)) ? 0 : content.find(kLine);
   if (place == std::string::npos) return "";
   place = content.find('=', place) + 1;
   std::string value = content.substr(place, content.find('\n', place) - place);

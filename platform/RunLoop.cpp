@@ -10,6 +10,8 @@
 #include <thread>
 #include <unordered_map>
 
+#include "platform/Clock.h"
+
 namespace platform {
 namespace {
 
@@ -151,6 +153,17 @@ std::unique_ptr<Timer> RunLoop::scheduleTimer(double seconds, Task task) {
   auto timer = std::make_unique<SourceTimer>(*this);
   timer->schedule(boundedDelay(seconds), std::move(task));
   return timer;
+}
+
+bool RunLoop::turnUntil(const std::function<bool()>& done, double seconds) {
+  constexpr double kAskAgainAfter = 0.01;  // not every answer comes through the loop
+  const double end = Clock::shared().monotonicSeconds() + seconds;
+  while (!done()) {
+    if (Clock::shared().monotonicSeconds() >= end) return false;
+    const std::unique_ptr<Timer> turn = standard().scheduleTimer(kAskAgainAfter, [] {});
+    g_main_context_iteration(nullptr, TRUE);
+  }
+  return true;
 }
 
 void RunLoop::autorelease(std::shared_ptr<void> object) {

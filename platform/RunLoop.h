@@ -40,6 +40,10 @@ class RunLoop : public Shared<RunLoop> {
   /// Runs `task` once after `seconds` unless the timer is destroyed first. Bounds as above.
   std::unique_ptr<Timer> scheduleTimer(double seconds, Task task);
 
+  /// For programs that run no application: turns the loop until `done` says yes. False when
+  /// `seconds` pass first.
+  static bool turnUntil(const std::function<bool()>& done, double seconds);
+
   /// Keeps `object` alive until the next turn of the loop.
   void autorelease(std::shared_ptr<void> object);
 

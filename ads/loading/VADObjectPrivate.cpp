@@ -244,14 +244,23 @@ void VADObjectPrivate::buildAdUrl() {
 }
 
 void VADObjectPrivate::addAdditionalParameters(platform::Dictionary& parameters) const {
-  if (!adUnitID_.empty()) parameters.set("slotname", platform::repairedUTF8(adUnitID_));
+  putSlot(parameters, adUnitID_);
   if (request_->isInterstitialAd()) {
     parameters.set("format", "interstitial_mb");
     return;
   }
   const platform::View& view = adView_ ? *adView_.get() : *webView_;
-  parameters.set("ad_frame", dictionaryOf(view.frame()));
-  parameters.set("ad_bounds", dictionaryOf(view.bounds()));
+  putPlace(parameters, view.frame(), view.bounds());
+}
+
+void VADObjectPrivate::putSlot(platform::Dictionary& parameters, const std::string& adUnitID) {
+  if (!adUnitID.empty()) parameters.set("slotname", platform::repairedUTF8(adUnitID));
+}
+
+void VADObjectPrivate::putPlace(platform::Dictionary& parameters, const platform::Rect& frame,
+                                const platform::Rect& bounds) {
+  parameters.set("ad_frame", dictionaryOf(frame));
+  parameters.set("ad_bounds", dictionaryOf(bounds));
 }
 
 void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {

@@ -69,6 +69,12 @@ class VADObjectPrivate final : public VADAdController,
   std::optional<std::string> adHTMLString() const;
   std::optional<platform::URL> adHTMLBaseURL() const;
 
+  /// What a banner's request carries beyond `VADRequestPrivate::parameters`: which ads are wanted
+  /// (left out when empty), and where they will be.
+  static void putSlot(platform::Dictionary& parameters, const std::string& adUnitID);
+  static void putPlace(platform::Dictionary& parameters, const platform::Rect& frame,
+                       const platform::Rect& bounds);
+
   VADState state() const override { return state_; }
   void changeState(VADState state) override;
   double timeLastLoaded() const override { return timeLastLoaded_; }

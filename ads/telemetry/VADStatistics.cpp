@@ -7,6 +7,8 @@
 #include "ads/signals/Signals.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
+#include "platform/Application.h"
+#include "platform/NotificationCenter.h"
 #include "platform/Text.h"
 
 namespace valdren {
@@ -49,38 +51,55 @@ VADStatistics::VADStatistics() {
   srandom(
       static_cast<unsigned>(static_cast<std::int64_t>(platform::Date::now().secondsSince2001())));
   sessionId_ = sessionIdFromRandom(random());
+  platform::NotificationCenter::defaultCenter().addObserver(
+      *this, platform::kApplicationWillTerminate,
+      [this](const platform::Notification&) { statistics_.savePersistentStatistics(); });
+}
+
+VADStatistics::~VADStatistics() {
+  platform::NotificationCenter::defaultCenter().removeObserver(*this);
 }
 
 std::uint32_t VADStatistics::sessionIdFromRandom(long random) {
   return truncated((static_cast<double>(random) - 1) / 2147483647.0 * 4294967295.0);
 }
 
+std::int32_t VADStatistics::increment(const char* counter) {
+  const std::int32_t count = statistics_.addValue(1, counter);
+  statistics_.savePersistentStatistics();
+  return count;
+}
+void VADStatistics::setCounter(const char* counter, std::int32_t count) {
+  statistics_.setNumber(count, counter);
+  statistics_.savePersistentStatistics();
+}
+
 void VADStatistics::incrementClickCount() {
-  statistics_.addValue(1, kVADParameterPriorClickCount);
+  increment(kVADParameterPriorClickCount);
 }
 void VADStatistics::resetClickCount() {
-  statistics_.setNumber(0, kVADParameterPriorClickCount);
+  setCounter(kVADParameterPriorClickCount, 0);
 }
 
 void VADStatistics::incrementPageNavigationCount() {
-  statistics_.addValue(1, kVADParameterPriorLandingPageNavCount);
+  increment(kVADParameterPriorLandingPageNavCount);
 }
 void VADStatistics::resetPageNavigationCount() {
-  statistics_.setNumber(0, kVADParameterPriorLandingPageNavCount);
+  setCounter(kVADParameterPriorLandingPageNavCount, 0);
 }
 
 void VADStatistics::incrementSSLPageNavigationCount() {
-  statistics_.addValue(1, kVADParameterPriorLandingPageSSLNavCount);
+  increment(kVADParameterPriorLandingPageSSLNavCount);
 }
 void VADStatistics::resetSSLPageNavigationCount() {
-  statistics_.setNumber(0, kVADParameterPriorLandingPageSSLNavCount);
+  setCounter(kVADParameterPriorLandingPageSSLNavCount, 0);
 }
 
 std::int32_t VADStatistics::incrementAdRequestCount() {
-  return statistics_.addValue(1, kVADParameterTotalAdRequests);
+  return increment(kVADParameterTotalAdRequests);
 }
 void VADStatistics::setAdRequestCount(std::int32_t count) {
-  statistics_.setNumber(count, kVADParameterTotalAdRequests);
+  setCounter(kVADParameterTotalAdRequests, count);
 }
 std::int32_t VADStatistics::adRequestCount() const {
   const auto count = statistics_.numberForKey(kVADParameterTotalAdRequests);
@@ -88,10 +107,11 @@ std::int32_t VADStatistics::adRequestCount() const {
 }
 
 void VADStatistics::setFlagWithParameterName(const char* name) {
-  statistics_.setNumber(1, name);
+  setCounter(name, 1);
 }
 void VADStatistics::resetFlagWithParameterName(const char* name) {
   statistics_.removeObjectForKey(name);
+  statistics_.savePersistentStatistics();
 }
 
 void VADStatistics::setClickBackgroundedApp() {
@@ -183,7 +203,7 @@ platform::Dictionary VADStatistics::parameters() {
   if (sinceClick != 0) parameters.set(kVADParameterPriorClickLatency, sinceClick);
 
   putCounters(parameters);
-  resetCounters();
+  forgetWhatTravelled();
   return parameters;
 }
 
@@ -218,14 +238,18 @@ void VADStatistics::putCounters(platform::Dictionary& parameters) const {
   }
 }
 
-void VADStatistics::resetCounters() {
-  resetBreakOutToSafari();
-  resetAppOpenInterstitialTimeOut();
-  resetAppOpenInterstitialNoFill();
-  resetClickBackgroundedApp();
-  resetPageNavigationCount();
-  resetSSLPageNavigationCount();
-  resetClickCount();
+void VADStatistics::forgetWhatTravelled() {
+  // Not saved yet: a request that never leaves must not cost them.
+  for (const char* flag :
+       {kVADParameterPriorClickBreakOut, kVADParameterAppOpenInterstitialTimedOut,
+        kVADParameterAppOpenInterstitialNoFill, kVADParameterPriorClickBackgroundedApp}) {
+    statistics_.removeObjectForKey(flag);
+  }
+  for (const char* counter :
+       {kVADParameterPriorLandingPageNavCount, kVADParameterPriorLandingPageSSLNavCount,
+        kVADParameterPriorClickCount}) {
+    statistics_.setNumber(0, counter);
+  }
 }
 
 platform::URL VADStatistics::urlForClick(const platform::URL& url) {

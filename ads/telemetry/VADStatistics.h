@@ -31,14 +31,16 @@ inline constexpr const char* kVADParameterPriorLandingPageLoad = "plpl";
 inline constexpr const char* kVADParameterPriorLandingPageDuration = "plpd";
 inline constexpr const char* kVADParameterTimeSinceFirstRequest = "ptime";
 
-/// Counters and flags persist in the user defaults, latencies as named timings. Main thread only.
-class VADStatistics {
+/// Counters and flags are kept in the user defaults as soon as they change, latencies as named
+/// timings when the application ends. Main thread only.
+class VADStatistics : public platform::Trackable {
  public:
   /// Made on first use; lives until it is released.
   static VADStatistics& sharedStatistics();
   /// Saves and forgets the shared object; the next use makes a new one, with a session of its own.
   static void releaseSharedStatistics();
   VADStatistics();
+  ~VADStatistics();
   VADStatistics(const VADStatistics&) = delete;
   VADStatistics& operator=(const VADStatistics&) = delete;
 
@@ -86,7 +88,8 @@ class VADStatistics {
 
   /// Keeps everything now.
   void synchronize();
-  /// What the next request is to carry. Clears most of it, as it travels once.
+  /// What the next request is to carry. Clears most of it, as it travels once; that it was cleared
+  /// is kept with the next change, when told to, and when the application ends.
   platform::Dictionary parameters();
   /// Counts and times a click on the URL; the URL to go on with.
   platform::URL urlForClick(const platform::URL& url);
@@ -94,7 +97,9 @@ class VADStatistics {
  private:
   platform::Dictionary takeTimings();
   void putCounters(platform::Dictionary& parameters) const;
-  void resetCounters();
+  std::int32_t increment(const char* counter);
+  void setCounter(const char* counter, std::int32_t count);
+  void forgetWhatTravelled();
   std::uint32_t millisecondsSinceClick(const VADTiming& click) const;
 
   std::uint32_t sessionId_;

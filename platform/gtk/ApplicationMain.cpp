@@ -4,6 +4,7 @@
 #include <gtk/gtk.h>
 #include <gtkmm/application.h>
 #include <gtkmm/builder.h>
+#include <gtkmm/init.h>
 
 #include <algorithm>
 #include <csignal>
@@ -26,6 +27,24 @@ namespace {
 
 constexpr Size kPhoneSize{360, 640};
 constexpr Size kTabletSize{1024, 768};
+
+InterfaceIdiom idiomOf(const ApplicationDescription& description) {
+  return description.idiom.value_or(
+      Device::shared().userInterfaceIdiom().value_or(InterfaceIdiom::Phone));
+}
+
+/// The window's size at first, with the status bar.
+Size firstSizeOf(const ApplicationDescription& description) {
+  Size size = idiomOf(description) == InterfaceIdiom::Tablet ? kTabletSize : kPhoneSize;
+  if (description.landscape && *description.landscape != (size.width > size.height)) {
+    size = {size.height, size.width};
+  }
+  if (const auto monitor = primaryMonitor()) {
+    size.width = std::min(size.width, monitor->size.width);
+    size.height = std::min(size.height, monitor->size.height);
+  }
+  return size;
+}
 
 class Runner;
 Runner* theRunner = nullptr;
@@ -94,14 +113,13 @@ class Runner : public Trackable {
 
   bool launch() {
     if (description_.starting) description_.starting();
-    const InterfaceIdiom idiom = description_.idiom.value_or(
-        Device::shared().userInterfaceIdiom().value_or(InterfaceIdiom::Phone));
+    const InterfaceIdiom idiom = idiomOf(description_);
     InterfaceView::setResourceBase(description_.resourceBase);
     followAppearance(description_.resourceBase);
     const std::string file = idiom == InterfaceIdiom::Tablet ? "tablet" : "phone";
     std::shared_ptr<ViewController> screen = screenOf(file);
     if (!screen) return false;
-    openWindow(idiom);
+    openWindow();
     delegate_ = description_.makeDelegate();
     delegate_->setWindow(window_);
     delegate_->setViewController(std::move(screen));
@@ -136,16 +154,8 @@ class Runner : public Trackable {
     return nullptr;
   }
 
-  void openWindow(InterfaceIdiom idiom) {
-    Size size = idiom == InterfaceIdiom::Tablet ? kTabletSize : kPhoneSize;
-    if (description_.landscape && *description_.landscape != (size.width > size.height)) {
-      size = {size.height, size.width};
-    }
-    if (const auto monitor = primaryMonitor()) {
-      size.width = std::min(size.width, monitor->size.width);
-      size.height = std::min(size.height, monitor->size.height);
-    }
-    window_ = std::make_shared<Window>(size);
+  void openWindow() {
+    window_ = std::make_shared<Window>(firstSizeOf(description_));
     window_->setTitle(description_.name);
     Gtk::Window& window = window_->native().window();
     application_->add_window(window);
@@ -252,7 +262,16 @@ class EndingSignals {
 }  // namespace
 
 bool hasDisplay() {
-  return gtk_init_check();
+  return gtk_init_check() && gdk_display_get_default();  // its second call says yes in any case
+}
+
+std::shared_ptr<Window> makeHiddenWindow(const ApplicationDescription& description) {
+  if (!hasDisplay()) return nullptr;
+  Gtk::init_gtkmm_internals();
+  followAppearance(description.resourceBase);
+  auto window = std::make_shared<Window>(firstSizeOf(description));
+  window->makeKey();
+  return window;
 }
 
 int applicationMain(const ApplicationDescription& description) {

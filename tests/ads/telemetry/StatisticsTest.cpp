@@ -127,6 +127,23 @@ TEST_F(Statistics, CountersAndFlagsTravelOnce) {
       << "flags are removed, counters set to 0";
 }
 
+TEST_F(Statistics, WhatChangesIsKeptAtOnceAndWhatTravelledWithTheNextChange) {
+  const auto kept = [&](const char* key) {
+    const auto store = defaults_.written().find("valdren_stats_shared");
+    if (store == defaults_.written().end()) return std::string("(none)");
+    const Value* const value = store->second.dictionary()->find(key);
+    return value ? value->description() : "(none)";
+  };
+  statistics_.incrementAdRequestCount();
+  statistics_.incrementClickCount();
+  statistics_.setBreakOutToSafari();
+  EXPECT_EQ(kept("preqs") + kept("pcc") + kept("pcbo"), "111") << "a kill would cost them";
+  statistics_.parameters();
+  EXPECT_EQ(kept("pcc") + kept("pcbo"), "11") << "the request may never leave";
+  application_.post(platform::kApplicationWillTerminate);
+  EXPECT_EQ(kept("preqs") + kept("pcc") + kept("pcbo"), "10(none)");
+}
+
 TEST_F(Statistics, ResetFlagsAndCountersDoNotTravel) {
   statistics_.incrementClickCount();
   statistics_.resetClickCount();

@@ -1,0 +1,13 @@
+// What an ad request from this machine would tell, for whoever wants to know before it does.
+#pragma once
+
+#include "platform/ApplicationMain.h"
+
+namespace quorbel {
+
+/// Writes the parameters of the next ad request to standard output, as indented JSON. Sends
+/// nothing, shows nothing, and leaves everything that is kept as it was: nothing is counted,
+/// nothing reported is forgotten. Gives the exit status.
+int printRequest(const platform::ApplicationDescription& description);
+
+}  // namespace quorbel

@@ -1,0 +1,155 @@
+// The program itself, run as a person would run it.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+
+#include "ads/telemetry/VADStatistics.h"
+#include "platform/ApplicationMain.h"
+#include "platform/Bundle.h"
+#include "platform/FileUserDefaults.h"
+#include "platform/Folders.h"
+#include "platform/Json.h"
+#include "tests/support/Printing.h"
+#include "tests/support/Process.h"
+
+namespace {
+
+using platform::Dictionary;
+using platform::Value;
+using quorbel_tests::Finished;
+using quorbel_tests::readFile;
+using quorbel_tests::run;
+using quorbel_tests::ScopedVariable;
+using quorbel_tests::TemporaryFolder;
+using quorbel_tests::writeFile;
+
+namespace fs = std::filesystem;
+
+class PrintRequest : public testing::Test {
+ protected:
+  PrintRequest() { platform::Bundle::main().setIdentifier("com.valdren.quorbel"); }
+  ~PrintRequest() override { platform::Bundle::main().setIdentifier("com.valdren.host"); }
+
+  /// What it prints, run with these words in front of and behind it.
+  Dictionary printed(const std::string& before = "", const std::string& options = "") {
+    last_ = run(before + " '" QUORBEL_PROGRAM "' --print-request " + options);
+    EXPECT_EQ(last_.status, 0) << last_.errors;
+    const auto value = platform::parseJson(last_.output);
+    EXPECT_TRUE(value && value->dictionary()) << last_.output;
+    return value && value->dictionary() ? *value->dictionary() : Dictionary();
+  }
+
+  /// Every file of the state folder with its content.
+  std::map<std::string, std::string> stateFiles() const {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(home_.path())) {
+      if (entry.is_regular_file()) files[entry.path()] = readFile(entry.path());
+    }
+    return files;
+  }
+
+  TemporaryFolder home_;
+  ScopedVariable state_{"XDG_STATE_HOME", home_.path().c_str()};
+  ScopedVariable documents_{"XDG_DOCUMENTS_DIR", home_.file("Documents").c_str()};
+  Finished last_;
+};
+
+constexpr const char* kWithoutDisplay = "env -u DISPLAY -u WAYLAND_DISPLAY";
+
+TEST_F(PrintRequest, TellsEverythingThatIsAlwaysThereWithoutADisplay) {
+  const Dictionary request = printed(kWithoutDisplay);
+  for (const char* key :
+       {"ios_metadata", "app_name", "isu", "platform", "submodel", "u_audio", "u_so", "u_sd", "u_w",
+        "u_h", "js", "session_id", "ptime", "preqs", "slotname"}) {
+    EXPECT_TRUE(request.contains(key)) << key;
+  }
+  EXPECT_EQ(*request.text("submodel") + "\n", run("uname -m").output);
+  EXPECT_EQ(*request.text("js"), "urvo-sdk-i-v4.1.1");
+  EXPECT_EQ(*request.text("app_name"), QUORBEL_VERSION ".iphone.com.valdren.quorbel");
+  EXPECT_EQ(*request.text("testing"), "1");
+  EXPECT_FALSE(request.contains("ad_frame")) << "without a window there is no place for an ad";
+  EXPECT_EQ(last_.output.substr(0, 4), "{\n  ") << "not indented";
+  EXPECT_EQ(printed(kWithoutDisplay).text("isu")->size(), 32u);
+}
+
+TEST_F(PrintRequest, TellsTheWindowThatTheApplicationWouldOpen) {
+  if (!platform::hasDisplay()) GTEST_SKIP() << "needs a display";
+  const Dictionary phone = printed("", "--idiom phone");
+  EXPECT_EQ(*phone.text("u_w"), "360");
+  EXPECT_EQ(*phone.text("u_h"), "640");
+  EXPECT_EQ(*phone.text("u_so"), "p");
+  const Dictionary& frame = *phone.find("ad_frame")->dictionary();
+  EXPECT_EQ(frame.find("w")->integerValue(), 320);
+  EXPECT_EQ(frame.find("h")->integerValue(), 50);
+  EXPECT_GT(frame.find("y")->integerValue(), 400);
+  EXPECT_LE(frame.find("y")->integerValue(), 590) << "it hangs over the edge";
+  EXPECT_EQ(*printed("", "--idiom phone --orientation landscape").text("u_so"), "l");
+}
+
+TEST_F(PrintRequest, TellsTheLanguageAndTheStoreMetadata) {
+  writeFile(home_.file("iTunesMetadata.plist"),
+            "<plist><dict><key>itemId</key><integer>42</integer></dict></plist>");
+  const Dictionary request =
+      printed(std::string(kWithoutDisplay) + " -u LANGUAGE LC_ALL=pt_PT.UTF-8");
+  EXPECT_EQ(*request.text("hl"), "pt-pt");
+  EXPECT_EQ(*request.find("ios_metadata"), Value(Dictionary{{"itemId", 42}}));
+  EXPECT_FALSE(printed(std::string(kWithoutDisplay) + " LC_ALL=C").contains("hl"));
+  EXPECT_FALSE(printed(std::string(kWithoutDisplay) + " LC_ALL=\xff\xfe").contains("hl"));
+}
+
+TEST_F(PrintRequest, CountsAndForgetsNothing) {
+  {
+    platform::FileUserDefaults files(platform::FileUserDefaults::standardFolder());
+    const platform::UserDefaults::Replacement replacement(files);
+    valdren::VADStatistics statistics;
+    statistics.setAdRequestCount(41);
+    statistics.incrementClickCount();
+    statistics.setBreakOutToSafari();
+    statistics.startTimingNamed("ptime");
+    statistics.startTimingNamed("prl");
+    statistics.endTimingNamed("prl");
+  }
+  const fs::path folder = *platform::FileUserDefaults::standardFolder();
+  writeFile(folder / "damaged.json", "{");
+  const auto before = stateFiles();
+  ASSERT_EQ(before.size(), 3u);
+  for (int time = 0; time < 2; ++time) {
+    const Dictionary request = printed(kWithoutDisplay);
+    EXPECT_EQ(*request.find("preqs"), Value(42)) << "the number of the next request";
+    EXPECT_EQ(*request.find("pcc"), Value(1));
+    EXPECT_EQ(*request.find("pcbo"), Value(1));
+    EXPECT_TRUE(request.contains("prl"));
+    EXPECT_TRUE(stateFiles() == before) << "a file changed";
+  }
+}
+
+TEST_F(PrintRequest, WorksOnAMachineWithoutAPlaceForItsState) {
+  const Dictionary request = printed("env -u DISPLAY -u WAYLAND_DISPLAY -u XDG_STATE_HOME -u HOME");
+  EXPECT_EQ(*request.find("preqs"), Value(1));
+  writeFile(home_.file("damaged/com.valdren.quorbel/defaults/valdren_stats_shared.json"), "[[[");
+  EXPECT_EQ(
+      *printed(std::string(kWithoutDisplay) + " XDG_STATE_HOME='" + home_.file("damaged") + "'")
+           .find("preqs"),
+      Value(1));
+}
+
+TEST_F(PrintRequest, SaysSoWhenItCannotWrite) {
+  const Finished finished =
+      run(std::string(kWithoutDisplay) + " '" QUORBEL_PROGRAM "' --print-request >/dev/full");
+  EXPECT_EQ(finished.status, 1);
+  EXPECT_NE(finished.errors.find("cannot be written"), std::string::npos) << finished.errors;
+}
+
+TEST_F(PrintRequest, TheMachinesOwnIdentifierIsNowhere) {
+  printed(kWithoutDisplay);
+  for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
+    std::string identifier = readFile(path);
+    identifier.erase(identifier.find_last_not_of("\n") + 1);
+    if (identifier.empty()) continue;
+    EXPECT_EQ(last_.output.find(identifier), std::string::npos);
+    EXPECT_EQ(last_.errors.find(identifier), std::string::npos);
+  }
+}
+
+}  // namespace
