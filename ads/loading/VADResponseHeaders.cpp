@@ -46,7 +46,6 @@ void storeInterstitialTimeout(const platform::Headers& headers) {
   if (!header) return;
   const platform::Value seconds(static_cast<double>(floatValue(*header)));
   auto& defaults = platform::UserDefaults::shared();
-  if (defaults.objectForKey(kInterstitialTimeoutKey) == seconds) return;
   defaults.setObject(kInterstitialTimeoutKey, seconds);
   defaults.synchronize();
 }
