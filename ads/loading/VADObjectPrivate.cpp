@@ -2,6 +2,7 @@
 
 #include "ads/api/VADConfiguration.h"
 #include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/loading/VADLaunchObserver.h"
 #include "ads/loading/VADResponseHeaders.h"
 #include "ads/signals/Signals.h"
 #include "ads/support/VADMacros.h"
@@ -26,26 +27,11 @@ constexpr double kScriptLifetime = 86400;
 constexpr int kMinimumOSMajor = 3;
 constexpr int kMinimumOSMinor = 0;
 
-/// Whether the application has finished launching, once the process has begun to watch.
-class LaunchObserver : public platform::Trackable {
- public:
-  LaunchObserver() {
-    auto& center = platform::NotificationCenter::defaultCenter();
-    center.addObserver(*this, platform::kApplicationDidFinishLaunching, [this](const auto&) {
-      finished = true;
-      platform::NotificationCenter::defaultCenter().removeObserver(*this);
-    });
-  }
-  bool finished = false;
-};
-
-std::unique_ptr<LaunchObserver>& launchObserver() {
-  static auto observer = std::make_unique<LaunchObserver>();
-  return observer;
+const char* nameOf(VADState state) {
+  constexpr const char* kNames[] = {"idle",       "loading script", "script failed", "building URL",
+                                    "loading ad", "rendering ad",   "showing ad",    "failed"};
+  return kNames[state];
 }
-
-// From the start of the process on: a first banner may well come after the launch.
-[[maybe_unused]] const LaunchObserver* const watchFromTheStart = launchObserver().get();
 
 platform::Dictionary dictionaryOf(const platform::Rect& rect) {
   return {{"x", rect.x}, {"y", rect.y}, {"w", rect.width}, {"h", rect.height}};
@@ -64,12 +50,8 @@ std::string described(const std::optional<platform::Error>& error) {
 
 }  // namespace
 
-void VADObjectPrivate::initialize() {
-  launchObserver() = std::make_unique<LaunchObserver>();
-}
-
 bool VADObjectPrivate::didAppFinishLaunching() {
-  return launchObserver()->finished;
+  return VADLaunchObserver::shared().didAppFinishLaunching();
 }
 
 std::shared_ptr<VADObjectPrivate> VADObjectPrivate::initWithView(platform::View& view) {
@@ -143,8 +125,8 @@ void VADObjectPrivate::loadPrivateRequest(const std::shared_ptr<VADRequestPrivat
                                           bool autoRefresh) {
   const auto keptUntilReturn = shared_from_this();
   if (isMakingRequest() || !isAppActive()) {
-    platform::logDebug(isMakingRequest() ? "A request is ignored: another one is under way."
-                                         : "A request is ignored: the application is not active.");
+    debug(isMakingRequest() ? "a request is ignored, for another one is under way"
+                            : "a request is ignored, for the application is not active");
     return;
   }
   if (!supportsMinimumRequirementsForRequest(request.get())) return;
@@ -160,8 +142,7 @@ void VADObjectPrivate::loadPrivateRequest(const std::shared_ptr<VADRequestPrivat
     statistics.startTimingNamed(kVADParameterTimeSinceFirstRequest);
   }
   request_->setCounter(statistics.incrementAdRequestCount());
-  platform::logDebug("Ad request " + std::to_string(request_->counter()) +
-                     (autoRefresh ? " (refresh)" : "") + " for ad unit \"" + adUnitID_ + "\"");
+  debug("request " + std::to_string(request_->counter()) + (autoRefresh ? ", a refresh" : ""));
   changeState(kVADStateBuildingURL);
   ensureSupportFiles();
 }
@@ -212,15 +193,14 @@ void VADObjectPrivate::ensureSupportFiles() {
   store.setDate(platform::Value(now.after(kScriptLifetime)), kExpireDateKey);
   store.synchronize();
   changeState(kVADStateLoadingScript);
-  platform::logDebug("Asking for the ad engine script at " +
-                     buildAdJS_->sourceURL().absoluteString());
+  debug("asking for the ad engine script at " + buildAdJS_->sourceURL().absoluteString());
   buildAdJS_->validate();
 }
 
 void VADObjectPrivate::failedToDownloadJavaScriptWithError(
     const std::optional<platform::Error>& error) {
-  platform::logDebug("No new ad engine script: status " +
-                     std::to_string(buildAdJS_->httpStatusCode()) + ", " + described(error));
+  debug("no new ad engine script: status " + std::to_string(buildAdJS_->httpStatusCode()) + ", " +
+        described(error));
   // Over by now in any case; so the publisher may ask for the next ad when told of the error.
   buildAdJS_->cancel();
   changeState(kVADStateScriptFailed);
@@ -305,7 +285,7 @@ void VADObjectPrivate::loadHTMLFromURL(const std::optional<platform::URL>& url) 
     failedAdRequestWithError(std::nullopt, 0);
     return;
   }
-  platform::logDebug("Asking for the ad at " + url->absoluteString());
+  debug("asking for the ad at " + url->absoluteString());
   setAdHTML(VADCachedFile::initWithDelegate(this, *url));
 }
 
@@ -346,7 +326,7 @@ void VADObjectPrivate::showAd() {
 
 void VADObjectPrivate::failedAdRequestWithError(const std::optional<platform::Error>& error,
                                                 int httpStatusCode) {
-  platform::logDebug("No ad: status " + std::to_string(httpStatusCode) + ", " + described(error));
+  debug("no ad: status " + std::to_string(httpStatusCode) + ", " + described(error));
   changeState(kVADStateFailed);
   std::int32_t code = kVADErrorServerError;
   if (httpStatusCode == 400) {
@@ -363,14 +343,17 @@ void VADObjectPrivate::failedAdRequestWithError(const std::optional<platform::Er
 
 void VADObjectPrivate::reportError(std::int32_t code, const VADRequest* request) {
   const VADRequestError error = VADRequestError::errorWithCode(code, request);
-  platform::logDebug("Error " + std::to_string(code) +
-                     " for the banner's delegate: " + error.localizedDescription());
+  debug("error " + std::to_string(code) + " goes to the delegate: " + error.localizedDescription());
   delegateManager_->didFailToReceiveAdWithError(error);
+}
+
+void VADObjectPrivate::debug(const std::string& line) const {
+  platform::logDebug("Banner \"" + adUnitID_ + "\": " + line);
 }
 
 void VADObjectPrivate::changeState(VADState state) {
   if (state == state_) return;
-  platform::logDebug("Loader state " + std::to_string(state_) + " -> " + std::to_string(state));
+  debug(std::string(nameOf(state_)) + " -> " + nameOf(state));
   state_ = state;
   if (state != kVADStateShowingAd) return;
   webView_->setTouched(false);
@@ -386,7 +369,7 @@ void VADObjectPrivate::addReloadInformationFromHeaders() {
 
 void VADObjectPrivate::trackURLs(const std::vector<platform::URL>& urls) {
   for (const platform::URL& url : urls) {
-    platform::logDebug("Ping to " + url.absoluteString());
+    debug("ping to " + url.absoluteString());
     const auto tracker = std::make_shared<VADClickTracker>();
     tracker->setDelegate(this);
     tracker->trackURL(url);
@@ -414,8 +397,8 @@ void VADObjectPrivate::cachedFileDownloadDidEnd(VADCachedFile& file) {
     buildAdUrl();
     return;
   }
-  platform::logDebug("Ad server answers " + std::to_string(file.httpStatusCode()) + " " +
-                     described(file.httpHeaders()));
+  debug("the ad server answers " + std::to_string(file.httpStatusCode()) + " " +
+        described(file.httpHeaders()));
   processHTTPHeaders(file);
   showAd();
 }
@@ -432,19 +415,19 @@ void VADObjectPrivate::cachedFileDownloadDidFail(VADCachedFile& file,
 
 std::optional<platform::Error> VADObjectPrivate::cachedFileShouldRedirectToURL(
     VADCachedFile& file, const platform::URL& url) {
-  platform::logDebug("Redirected to " + url.absoluteString() + " " + described(file.httpHeaders()));
+  debug("redirected to " + url.absoluteString() + " " + described(file.httpHeaders()));
   processHTTPHeaders(file);
   return std::nullopt;
 }
 
 void VADObjectPrivate::trackerDidRedirect(VADClickTracker&, const platform::URL& url) {
-  platform::logDebug("A ping has arrived at " + url.absoluteString());
+  debug("a ping has arrived at " + url.absoluteString());
   cleanupTrackersOnNextTurn();
 }
 
 void VADObjectPrivate::trackerDidFailWithError(VADClickTracker&,
                                                const std::optional<platform::Error>& error) {
-  platform::logDebug("A ping has failed: " + described(error));
+  debug("a ping has failed: " + described(error));
   cleanupTrackersOnNextTurn();
 }
 

@@ -29,9 +29,7 @@ class VADObjectPrivate final : public VADAdController,
                                private VADCachedFileDelegate,
                                private VADClickTrackerDelegate {
  public:
-  /// Begins to watch whether the application has finished launching. Done once by itself when the
-  /// process starts; again, it forgets what it saw.
-  static void initialize();
+  /// Whether the launch of the application is over; loads during it need no active application.
   static bool didAppFinishLaunching();
 
   /// A loader for the view, which it does not own. Adds its web view to it.
@@ -116,6 +114,7 @@ class VADObjectPrivate final : public VADAdController,
   void processHTTPHeaders(const VADCachedFile& file);
   void showAd();
   void failedAdRequestWithError(const std::optional<platform::Error>& error, int httpStatusCode);
+  void debug(const std::string& line) const;
   void reportError(std::int32_t code, const VADRequest* request);
 
   void addReloadInformationFromHeaders();

@@ -11,6 +11,7 @@
 
 #include "ads/api/VADBannerView.h"
 #include "ads/api/VADRequestError.h"
+#include "ads/loading/VADLaunchObserver.h"
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
@@ -58,7 +59,7 @@ class LoaderTest : public ::testing::Test {
 
   LoaderTest() {
     valdren::VADStatistics::releaseSharedStatistics();
-    valdren::VADObjectPrivate::initialize();
+    valdren::VADLaunchObserver::shared().reset();
     clearCaches();
     makeBanner();
   }
