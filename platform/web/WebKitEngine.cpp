@@ -21,6 +21,9 @@ constexpr double kSmallestZoom = 0.25;
 /// A page that answers nothing for so long, after the engine's own patience, ends.
 constexpr double kUnresponsiveSeconds = 5;
 constexpr int kAttempts = 4;
+/// So long may the engine take, in seconds, from the decision on a load to the load's start. It
+/// calls itself idle in between.
+constexpr double kStartSeconds = 0.5;
 
 WebKitWebView* makeView(WebKitSettings* settings, WebKitUserContentManager* content,
                         WebKitWebView* related) {
@@ -129,6 +132,7 @@ void WebKitEngine::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer s
     engine.forgetWidth();
   }
   if (event == WEBKIT_LOAD_STARTED) {
+    engine.overdue_.reset();
     engine.load_ = {};
     return engine.loads_.started();
   }
@@ -154,14 +158,23 @@ void WebKitEngine::loadingChanged(WebKitWebView* view, GParamSpec*, gpointer sel
 
 void WebKitEngine::settle() {
   if (webkit_web_view_is_loading(view_.get())) return;
-  setScriptsRun(true);
-  const std::function<void()> load = std::exchange(load_, {});
-  if (loads_.settled()) return;
+  if (loads_.settled()) {
+    setScriptsRun(true);
+    load_ = {};
+    return;
+  }
+  overdue_ = RunLoop::shared().scheduleTimer(kStartSeconds, [this] { beginAgain(); });
+}
+
+void WebKitEngine::beginAgain() {
+  if (webkit_web_view_is_loading(view_.get()) || loads_.settled()) return;
+  const std::function<void()> load = load_;
   if (!load || ++attempts_ >= kAttempts) {
+    load_ = {};
+    setScriptsRun(true);
     return loads_.failed({"platform.web", 0, "The page could not be replaced."}, false);
   }
-  load_ = load;
-  setScriptsRun(false);
+  if (replaces_) setScriptsRun(false);
   load();
 }
 
@@ -242,8 +255,11 @@ void WebKitEngine::fit() {
 void WebKitEngine::begin(std::function<void()> load, bool fromNetwork) {
   attempts_ = 0;
   fromNetwork_ = fromNetwork;
+  overdue_.reset();
   load_ = std::move(load);
-  if (webkit_web_view_get_uri(view_.get())) setScriptsRun(false);
+  // A page that does not exist yet cannot get in the way; its own first script must run.
+  replaces_ = webkit_web_view_get_uri(view_.get()) != nullptr;
+  if (replaces_) setScriptsRun(false);
   load_();
 }
 

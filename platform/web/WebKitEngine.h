@@ -3,6 +3,7 @@
 
 #include <webkit/webkit.h>
 
+#include "platform/RunLoop.h"
 #include "platform/WebView.h"
 #include "platform/net/GObjectPtr.h"
 #include "platform/web/LoadTracker.h"
@@ -52,6 +53,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   /// replaces gets in its way.
   void begin(std::function<void()> load, bool fromNetwork);
   void settle();
+  void beginAgain();
   /// The page that is being replaced runs no scripts of its own any more, or may again.
   void setScriptsRun(bool run);
 
@@ -64,7 +66,9 @@ class WebKitEngine final : public WebEngine, public Trackable {
   LoadTracker loads_;
   NavigationPolicy policy_;
   std::function<void()> load_;  // until it has started
+  std::unique_ptr<Timer> overdue_;
   int attempts_ = 0;
+  bool replaces_ = false;
   bool fromNetwork_ = false;
   bool scalesPageToFit_ = false;
   double pageWidth_ = 0;  // in the page's pixels; 0 while unknown
