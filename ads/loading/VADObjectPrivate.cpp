@@ -201,14 +201,16 @@ void VADObjectPrivate::failedToDownloadJavaScriptWithError(
     const std::optional<platform::Error>& error) {
   debug("no new ad engine script: status " + std::to_string(buildAdJS_->httpStatusCode()) + ", " +
         described(error));
-  // Over by now in any case; so the publisher may ask for the next ad when told of the error.
+  // The fetch is over by now in any case. Seen so, the publisher may ask for the next ad when told
+  // of the error.
   buildAdJS_->cancel();
   changeState(kVADStateScriptFailed);
   if (!buildAdJS_->content().value_or("").empty()) {
     buildAdUrl();
-  } else {
-    reportError(kVADErrorNetworkError, nullptr);
+    return;
   }
+  buildAdJS_->invalidate();  // a copy that is no script must not be found unchanged next time
+  reportError(kVADErrorNetworkError, nullptr);
 }
 
 void VADObjectPrivate::buildAdUrl() {

@@ -201,6 +201,9 @@ TEST_F(VADObjectPrivateTest, ReportsAScriptThatCannotBeHad) {
   fetches.last().answer(200, {}, "");
   EXPECT_EQ(state(), kVADStateScriptFailed);
   EXPECT_THAT(record.take(), ElementsAre("failed 2")) << "an empty script is none";
+  load();
+  EXPECT_FALSE(fetches.last().request().headers.contains("If-Modified-Since"))
+      << "the server would say that nothing has changed";
 }
 
 TEST_F(VADObjectPrivateTest, LetsThePublisherRetryFromTheFailure) {
