@@ -1,10 +1,29 @@
 // The least that a gtkmm program can be: what starting costs before anything is shown in the
 // window.
 #include <gtkmm/application.h>
+#include <gtkmm/label.h>
 #include <gtkmm/window.h>
+
+namespace {
+
+class BareWindow final : public Gtk::Window {
+ public:
+  BareWindow() {
+    set_title("Bare");
+    set_default_size(360, 640);
+    label_.set_valign(Gtk::Align::START);
+    label_.set_margin_top(20);
+    set_child(label_);
+  }
+
+ private:
+  Gtk::Label label_{"Bare, but drawn"};
+};
+
+}  // namespace
 
 int main(int argc, char** argv) {
   const auto application =
       Gtk::Application::create("com.valdren.barewindow", Gio::Application::Flags::NON_UNIQUE);
-  return application->make_window_and_run<Gtk::Window>(argc, argv);
+  return application->make_window_and_run<BareWindow>(argc, argv);
 }

@@ -60,7 +60,7 @@ std::optional<Window> mappedWindow(Display* display) {
   return found;
 }
 
-/// Whether the window has more than one colour along its middle and its title bar.
+/// Whether the window has more than one colour in its title bar.
 bool isDrawn(Display* display, Window window) {
   XWindowAttributes attributes;
   if (!XGetWindowAttributes(display, window, &attributes)) return false;
@@ -68,10 +68,12 @@ bool isDrawn(Display* display, Window window) {
       XGetImage(display, window, 0, 0, static_cast<unsigned>(attributes.width),
                 static_cast<unsigned>(std::min(attributes.height, 60)), AllPlanes, ZPixmap);
   if (!image) return false;
-  const unsigned long first = XGetPixel(image, 0, 0);
+  const unsigned long first = XGetPixel(image, image->width / 4, image->height / 2);
   bool several = false;
-  for (int x = 0; x < image->width && !several; x += 2) {
-    several = XGetPixel(image, x, image->height / 2) != first;
+  for (int y = 10; y < image->height && !several; ++y) {
+    for (int x = 20; x < image->width - 20 && !several; ++x) {
+      several = XGetPixel(image, x, y) != first;
+    }
   }
   XDestroyImage(image);
   return several;
