@@ -9,8 +9,8 @@
 
 namespace platform {
 
-/// Centred. Where room is short, the text loses its beginning and the detail its end; the tooltip
-/// tells all.
+/// Centred. Where room is short, the detail loses its end, or goes altogether, and the text loses
+/// its beginning; the tooltip tells all.
 class Label : public View {
  public:
   explicit Label(const Rect& frame = {});
@@ -24,6 +24,9 @@ class Label : public View {
   /// `meaning` is what a screen reader says for the symbol.
   void setSymbol(Symbol symbol, const std::string& meaning);
   Symbol symbol() const { return symbol_; }
+
+ protected:
+  void layoutSubviews() override;
 
  private:
   struct Native;

@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kSymbolPoints = 9;
 constexpr std::size_t kMostCharacters = 300;
+constexpr double kRoomForDetail = 140;
 
 bool changesDirection(gunichar character) {
   return (character >= 0x202A && character <= 0x202E) ||
@@ -78,8 +79,12 @@ void Label::setText(const std::string& text) {
 void Label::setDetail(const std::string& detail) {
   detail_ = tame(detail);
   native_->detail.set_text(detail_);
-  native_->detail.set_visible(!detail_.empty());
+  layoutSubviews();
   announce();
+}
+
+void Label::layoutSubviews() {
+  native_->detail.set_visible(!detail_.empty() && frame().width >= kRoomForDetail);
 }
 
 void Label::setSymbol(Symbol symbol, const std::string& meaning) {
