@@ -242,7 +242,8 @@ void VADBrowserController::refreshPrompt() {
   const std::string host = url ? url->host() : "";
   if (host.empty() || mine.webView->isLoading()) {
     mine.prompt->setSymbol(platform::Symbol::None, "");
-    mine.prompt->setText(host);
+    // Whose page it is that did not come stays to be seen.
+    if (!host.empty() || mine.webViewDelegate->hasLoadedAtLeastOnce()) mine.prompt->setText(host);
     mine.prompt->setDetail("");
     return;
   }

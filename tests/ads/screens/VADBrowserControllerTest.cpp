@@ -154,6 +154,13 @@ TEST_F(VADBrowserControllerTest, SaysWhosePageItIsAndHowItCame) {
   VADBrowserController& browser = open();
   const auto vars = varsOf(browser);
   FakeWebEngine& engine = engines.last();
+  engine.url = url("http://shop.example/");
+  engine.start();
+  EXPECT_EQ(vars->prompt->text(), "shop.example");
+  engine.url.reset();
+  engine.fail();
+  EXPECT_EQ(vars->prompt->text(), "shop.example") << "whose page did not come";
+  engine.finish();
   const struct {
     const char* address;
     const char* title;
