@@ -12,6 +12,7 @@
 
 #include "platform/Bundle.h"
 #include "platform/InterfaceView.h"
+#include "platform/LinuxDevice.h"
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
@@ -113,6 +114,8 @@ class Runner : public Trackable {
 
   bool launch() {
     if (description_.starting) description_.starting();
+    // Before anybody asks: what is told of the device is told once.
+    if (description_.idiom) LinuxDevice::instance().setIdiom(description_.idiom);
     const InterfaceIdiom idiom = idiomOf(description_);
     InterfaceView::setResourceBase(description_.resourceBase);
     followAppearance(description_.resourceBase);
