@@ -5,20 +5,21 @@
 namespace valdren {
 namespace {
 
-bool isRunning(const char* name) {
-  const auto timing = VADStatistics::sharedStatistics().timingNamed(name);
-  return timing && timing->isActive();
+/// The first landing page since the last request is the one that counts: pages that it leads to
+/// neither start its load anew nor end it.
+bool isTimed(const char* name) {
+  return VADStatistics::sharedStatistics().timingNamed(name) != nullptr;
 }
 
 }  // namespace
 
 void landingPageDidStartLoad() {
-  if (isRunning(kVADParameterPriorLandingPageLoad)) return;
+  if (isTimed(kVADParameterPriorLandingPageLoad)) return;
   VADStatistics::sharedStatistics().startTimingNamed(kVADParameterPriorLandingPageLoad);
 }
 
 void landingPageDidFinishLoad() {
-  if (isRunning(kVADParameterPriorLandingPageDuration)) return;
+  if (isTimed(kVADParameterPriorLandingPageDuration)) return;
   VADStatistics::sharedStatistics().endTimingNamed(kVADParameterPriorLandingPageLoad);
   VADStatistics::sharedStatistics().startTimingNamed(kVADParameterPriorLandingPageDuration);
 }

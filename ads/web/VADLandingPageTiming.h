@@ -3,10 +3,10 @@
 
 namespace valdren {
 
-/// The page begins to load: starts the timing of its load unless that is running.
+/// The page begins to load: starts the timing of its load unless there is one already.
 void landingPageDidStartLoad();
-/// The page is there: ends the timing of its load and starts that of the visit, unless a visit is
-/// being timed already.
+/// The page is there: ends the timing of its load and starts that of the visit, unless there is one
+/// of a visit already.
 void landingPageDidFinishLoad();
 
 }  // namespace valdren

@@ -84,9 +84,14 @@ TEST_F(ScreenDelegatesTest, BothTimeTheLoadAndTheVisitOfTheLandingPage) {
     engine.finish();
     EXPECT_EQ(seconds(kVADParameterPriorLandingPageLoad), 2) << "the visit goes on";
     EXPECT_TRUE(isRunning(kVADParameterPriorLandingPageDuration));
+    engine.start();  // a page that the landing page leads to
+    loop.advance(2);
+    engine.finish();
+    EXPECT_EQ(seconds(kVADParameterPriorLandingPageLoad), 2) << "only the landing page counts";
+    EXPECT_FALSE(isRunning(kVADParameterPriorLandingPageLoad));
     loop.advance(1);
     screen.relinquishScreen();
-    EXPECT_EQ(seconds(kVADParameterPriorLandingPageDuration), 4);
+    EXPECT_EQ(seconds(kVADParameterPriorLandingPageDuration), 6);
     EXPECT_FALSE(isRunning(kVADParameterPriorLandingPageDuration));
     loop.advance(3);
   }
