@@ -114,6 +114,7 @@ class LoaderTest : public ::testing::Test {
     ASSERT_EQ(state(), wanted);
   }
 
+  FakeWebEngines engines;  // outlives the views that wait in the loop
   FakeClock clock;
   FakeRunLoop loop{&clock};
   FakeUserDefaults defaults;
@@ -121,7 +122,6 @@ class LoaderTest : public ::testing::Test {
   FakeDevice device;
   FakeScreen display;
   FakeAudioSession audio;
-  FakeWebEngines engines;
   FakeURLLoading fetches;
   LogLines log;
   std::shared_ptr<platform::ViewController> screen = std::make_shared<platform::ViewController>();

@@ -122,11 +122,11 @@ class VADBannerWebViewDelegateTest : public ::testing::Test {
                nullptr);
   }
 
+  quorbel_tests::FakeWebEngines engines;  // outlives the views that wait in the loop
   quorbel_tests::FakeClock clock;
   quorbel_tests::FakeRunLoop loop{&clock};
   quorbel_tests::FakeUserDefaults defaults;
   quorbel_tests::FakeApplication application;
-  quorbel_tests::FakeWebEngines engines;
   Events events;
   Publisher publisher{events};
   std::shared_ptr<VADBannerView> publisherBanner = std::make_shared<VADBannerView>();

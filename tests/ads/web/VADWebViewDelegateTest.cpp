@@ -97,11 +97,11 @@ class VADWebViewDelegateTest : public ::testing::Test, public platform::Trackabl
   }
   quorbel_tests::FakeWebEngine& page() { return quorbel_tests::FakeWebEngines::of(*view); }
 
+  quorbel_tests::FakeWebEngines engines;  // outlives the views that wait in the loop
   quorbel_tests::FakeClock clock;
   quorbel_tests::FakeRunLoop loop{&clock};
   quorbel_tests::FakeUserDefaults defaults;
   quorbel_tests::FakeApplication application;
-  quorbel_tests::FakeWebEngines engines;
   quorbel_tests::FakeURLLoading fetches;
   quorbel_tests::LogLines log;
   FakeSystemSound sounds;
