@@ -18,13 +18,16 @@ namespace {
 /// About three years: longer waits are as good as this one, and fit the main context's counter.
 constexpr double kLongestWait = 1e8;
 
+/// Noted while the program starts: whoever asks first may be another thread.
+const std::thread::id kMainThread = std::this_thread::get_id();
+
 double boundedDelay(double seconds) {
   return seconds > 0 ? std::min(seconds, kLongestWait) : 0;  // NaN is not above 0
 }
 
 class GLibRunLoop final : public RunLoop {
  public:
-  bool isMainThread() const override { return std::this_thread::get_id() == mainThread_; }
+  bool isMainThread() const override { return std::this_thread::get_id() == kMainThread; }
 
   void performOnMainThreadAndWait(const Task& task) override {
     if (isMainThread()) {
@@ -85,7 +88,6 @@ class GLibRunLoop final : public RunLoop {
     return G_SOURCE_REMOVE;
   }
 
-  const std::thread::id mainThread_ = std::this_thread::get_id();
 };
 
 }  // namespace

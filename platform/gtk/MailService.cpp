@@ -52,37 +52,54 @@ void composed(GObject* portal, GAsyncResult* result, gpointer data) {
   }
 }
 
+/// Never freed: the library keeps answering it until the process ends.
+XdpPortal* thePortal() {
+  static XdpPortal* const portal = xdp_portal_new();
+  return portal;
+}
+
+void composeInPortal(std::unique_ptr<Call> call) {
+  const MailMessage message = call->message;
+  const TextList to(message.toRecipients);
+  const TextList cc(message.ccRecipients);
+  const TextList bcc(message.bccRecipients);
+  xdp_portal_compose_email(thePortal(), nullptr, to.get(), cc.get(), bcc.get(),
+                           message.subject.c_str(), message.body.c_str(), nullptr,
+                           XDP_EMAIL_FLAG_NONE, nullptr, composed, call.release());
+}
+
+/// The library takes a portal for granted, so the bus is asked for one first.
+void portalStarted(GObject* bus, GAsyncResult* result, gpointer data) {
+  std::unique_ptr<Call> call(static_cast<Call*>(data));
+  GVariant* const answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr);
+  if (!answer) {
+    logDebug("There is no portal to write mails with.");
+    openWithDefaultHandler(call->message, call->finished);
+    return;
+  }
+  g_variant_unref(answer);
+  composeInPortal(std::move(call));
+}
+
+void busFound(GObject*, GAsyncResult* result, gpointer data) {
+  std::unique_ptr<Call> call(static_cast<Call*>(data));
+  GDBusConnection* const bus = g_bus_get_finish(result, nullptr);
+  if (!bus) {
+    openWithDefaultHandler(call->message, call->finished);
+    return;
+  }
+  g_dbus_connection_call(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                         "org.freedesktop.DBus", "StartServiceByName",
+                         g_variant_new("(su)", "org.freedesktop.portal.Desktop", 0u), nullptr,
+                         G_DBUS_CALL_FLAGS_NONE, -1, nullptr, portalStarted, call.release());
+  g_object_unref(bus);
+}
+
 class DesktopMailService final : public MailService {
  public:
   void compose(const MailMessage& message, Finished finished) override {
-    XdpPortal* const portal = this->portal();
-    if (!portal) {
-      RunLoop::shared().performAfterDelay(0, [message, finished = std::move(finished)] {
-        openWithDefaultHandler(message, finished);
-      });
-      return;
-    }
-    const TextList to(message.toRecipients);
-    const TextList cc(message.ccRecipients);
-    const TextList bcc(message.bccRecipients);
-    xdp_portal_compose_email(portal, nullptr, to.get(), cc.get(), bcc.get(),
-                             message.subject.c_str(), message.body.c_str(), nullptr,
-                             XDP_EMAIL_FLAG_NONE, nullptr, composed,
-                             new Call{message, std::move(finished)});
+    g_bus_get(G_BUS_TYPE_SESSION, nullptr, busFound, new Call{message, std::move(finished)});
   }
-
- private:
-  /// Null without a session bus, which the library takes for granted.
-  XdpPortal* portal() {
-    if (portal_) return portal_;
-    GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-    if (!bus) return nullptr;
-    g_object_unref(bus);
-    portal_ = xdp_portal_new();
-    return portal_;
-  }
-
-  XdpPortal* portal_ = nullptr;
 };
 
 }  // namespace
