@@ -44,7 +44,10 @@ std::string bannerProblem() {
   if (!shown) return "the sound screen is not shown";
   const auto loader = valdren::VADPrivateUtilities::privateObjectForKey<valdren::VADObjectPrivate>(
       &shown->banner());
-  return loader && loader->state() == valdren::kVADStateShowingAd ? "" : "the banner shows no ad";
+  if (!loader || loader->state() != valdren::kVADStateShowingAd) return "the banner has no ad";
+  // The web engine draws it a moment later.
+  if (shown->window()->isBlank(shown->banner().frame())) return "the banner's ad is not drawn";
+  return "";
 }
 
 std::string playingProblem(const std::string& action) {

@@ -329,6 +329,9 @@ void Window::setStatusBarHidden(bool hidden) {
 double Window::statusBarHeight() const {
   return native_->statusBarHeight();
 }
+bool Window::isBlank(const Rect& area) const {
+  return native_->isBlank({area.x, area.y + statusBarHeight(), area.width, area.height});
+}
 bool Window::savePicture(const std::string& path) {
   return native_->savePicture(path);
 }

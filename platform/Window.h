@@ -60,6 +60,8 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   /// Writes what the window shows now to a PNG file; false when it shows nothing or the file cannot
   /// be written.
   bool savePicture(const std::string& path);
+  /// Whether this part of the screens (as in `contentBounds`) is drawn in one colour alone.
+  bool isBlank(const Rect& area) const;
 
   /// Brings a running transition to its end at once.
   void finishTransition();

@@ -10,6 +10,7 @@
 namespace Gtk {
 class Window;
 }
+struct _GdkTexture;
 
 namespace platform {
 
@@ -32,7 +33,8 @@ class NativeWindow {
   bool isStatusBarHidden() const;
   void setStatusBarHidden(bool hidden);
   double statusBarHeight() const;
-  bool savePicture(const std::string& path);
+  bool savePicture(const std::string& path) const;
+  bool isBlank(const Rect& area) const;
 
   /// Calls `step` with the progress, 0 to 1, at each frame until it was called with 1; once, with
   /// 1, at once when the desktop wants no animations.
@@ -41,6 +43,11 @@ class NativeWindow {
 
  private:
   struct Widgets;
+  using Picture = std::unique_ptr<_GdkTexture, void (*)(void*)>;
+
+  /// What the window shows now; null when it shows nothing.
+  Picture picture() const;
+
   std::unique_ptr<Widgets> widgets_;
 };
 

@@ -345,6 +345,17 @@ TEST_F(WindowTest, IgnoresPresentationsThatMakeNoSense) {
   EXPECT_EQ(window->topViewController(), root.get());
 }
 
+TEST_F(WindowTest, TellsWhichPartOfItIsBlank) {
+  const auto box = std::make_shared<View>(platform::Rect{100, 100, 50, 50});
+  box->setBackgroundColor({1, 0, 0, 1});
+  root->view()->addSubview(box);
+  ASSERT_TRUE(runUntil([&] { return !window->isBlank({90, 90, 70, 70}); }));
+  EXPECT_TRUE(window->isBlank({100, 100, 50, 50}));
+  EXPECT_FALSE(window->isBlank({99, 99, 51, 51})) << "nor is what lies beside it";
+  EXPECT_TRUE(window->isBlank({200, 200, 50, 50}));
+  EXPECT_TRUE(window->isBlank({-500, 5000, 10, 10})) << "outside there is nothing";
+}
+
 TEST_F(WindowTest, SavesWhatItShowsOrSaysThatItCannot) {
   EXPECT_FALSE(window->savePicture("/nonexistent/picture.png"));
   EXPECT_FALSE(Window(Size{300, 300}).savePicture("/dev/null"));
