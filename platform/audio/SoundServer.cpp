@@ -9,9 +9,10 @@
 namespace platform {
 namespace {
 
-/// How much sound lies ready at the server, and in what pieces it asks for more.
-constexpr pa_usec_t kBuffered = 60 * PA_USEC_PER_MSEC;
-constexpr pa_usec_t kPiece = 5 * PA_USEC_PER_MSEC;
+/// How much sound lies ready at the server: for so long this machine may be too busy for us without
+/// a stutter. And in what pieces the server asks for more, which is also how far it mixes ahead.
+constexpr pa_usec_t kBuffered = 250 * PA_USEC_PER_MSEC;
+constexpr pa_usec_t kPiece = 10 * PA_USEC_PER_MSEC;
 
 /// What is to be heard so soon cannot be changed any more: the change takes a while to get there.
 constexpr StreamFrame kTooLate = kSampleRate * 2 / 1000;
@@ -88,7 +89,7 @@ void SoundServer::openStream() {
   buffer.minreq = std::uint32_t(pa_usec_to_bytes(kPiece, &kForm));
   buffer.prebuf = kFrameBytes;  // stands still when it runs dry, and sets off with the next frame
   buffer.fragsize = std::uint32_t(-1);
-  if (pa_stream_connect_playback(stream_, nullptr, &buffer, PA_STREAM_ADJUST_LATENCY, nullptr,
+  if (pa_stream_connect_playback(stream_, nullptr, &buffer, PA_STREAM_EARLY_REQUESTS, nullptr,
                                  nullptr) < 0) {
     fail();
   }

@@ -15,7 +15,7 @@ struct pa_stream;
 
 namespace platform {
 
-/// Keeps some fiftieths of a second of sound at the server, so that a busy machine does not make it
+/// Keeps a quarter of a second of sound at the server, so that a busy machine does not make it
 /// stutter, and yet is heard at once: while nothing plays the stream stands still, and when
 /// something changes, what the server holds but has not played is mixed and written again.
 ///

@@ -150,10 +150,8 @@ void MonitorRecording::connect() {
         pa_buffer_attr buffer{};
         buffer.maxlength = std::uint32_t(-1);
         buffer.fragsize = std::uint32_t(pa_usec_to_bytes(10000, &kForm));
-        pa_stream_connect_record(
-            recording.stream_, "nothing.monitor", &buffer,
-            pa_stream_flags_t(PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE |
-                              PA_STREAM_INTERPOLATE_TIMING));
+        pa_stream_connect_record(recording.stream_, "nothing.monitor", &buffer,
+                                 PA_STREAM_ADJUST_LATENCY);
       },
       this);
   pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr);
@@ -174,9 +172,26 @@ void MonitorRecording::read() {
     }
     if (bytes > 0) pa_stream_drop(stream_);
   }
-  pa_usec_t position = 0;
-  if (pa_stream_get_time(stream_, &position) == 0)
-    marks_.push_back({now(), double(position) / 1e6});
+  // The library's own clock of the stream takes seconds to settle, so the server is asked.
+  if (asking_) return;
+  asking_ = true;
+  release(pa_stream_update_timing_info(
+      stream_,
+      [](pa_stream*, int succeeded, void* self) {
+        static_cast<MonitorRecording*>(self)->mark(succeeded != 0);
+      },
+      this));
+}
+
+void MonitorRecording::mark(bool answered) {
+  const std::lock_guard lock(mutex_);
+  asking_ = false;
+  const pa_timing_info* const timing = pa_stream_get_timing_info(stream_);
+  if (!answered || !timing || timing->write_index_corrupt) return;
+  // What was recorded but is not yet sent was played before; what was mixed ahead is played later.
+  const double sent = double(timing->write_index) / sizeof(float) / kRate;
+  const double ahead = (double(timing->sink_usec) - double(timing->source_usec)) / 1e6;
+  marks_.push_back({now() - double(timing->transport_usec) / 1e6, sent - ahead});
 }
 
 /// The clock and the recording run alongside; the middle of many marks leaves out the late ones.
@@ -204,6 +219,14 @@ std::size_t MonitorRecording::sampleAt(double clock) const {
 double MonitorRecording::firstSoundSince(double since, float level) const {
   const std::lock_guard lock(mutex_);
   for (std::size_t sample = sampleAt(since); sample < samples_.size(); ++sample) {
+    if (std::abs(samples_[sample]) > level) return clockOf(sample);
+  }
+  return -1;
+}
+
+double MonitorRecording::lastSound(float level) const {
+  const std::lock_guard lock(mutex_);
+  for (std::size_t sample = samples_.size(); sample-- > 0;) {
     if (std::abs(samples_[sample]) > level) return clockOf(sample);
   }
   return -1;

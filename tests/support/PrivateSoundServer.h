@@ -58,6 +58,8 @@ class MonitorRecording {
 
   /// When the first sample above `level` after `since` was played; below 0 when there is none yet.
   double firstSoundSince(double since, float level = 0.01F) const;
+  /// When the last sample above `level` was played; below 0 when there is none.
+  double lastSound(float level = 0.01F) const;
   /// The loudest sample of the last `seconds`.
   float peakOfLast(double seconds) const;
   /// How strong the tone is in the last `seconds`: its amplitude.
@@ -76,6 +78,7 @@ class MonitorRecording {
 
   void connect();
   void read();
+  void mark(bool answered);
   double clockOf(std::size_t sample) const;
   std::size_t sampleAt(double clock) const;
 
@@ -85,6 +88,7 @@ class MonitorRecording {
   mutable std::mutex mutex_;
   std::vector<float> samples_;  // guarded by mutex_
   std::vector<Mark> marks_;     // guarded by mutex_
+  bool asking_ = false;         // of the library's thread
 };
 
 }  // namespace quorbel_tests
