@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <numbers>
 #include <string>
 #include <thread>
 
@@ -124,6 +125,24 @@ Way decodedAnew(const std::string& clip) {
           [voice] { platform::AudioOutput::shared().stop(**voice); }};
 }
 
+/// A tone without a pause, to hear whether it stutters.
+void measureGaps(const MonitorRecording& recording) {
+  constexpr int kSeconds = 20;
+  auto tone = std::make_shared<platform::DecodedClip>();
+  for (std::uint32_t frame = 0; frame < kSeconds * platform::kSampleRate; ++frame) {
+    const auto sample = float(0.5 * std::sin(2 * std::numbers::pi * 1000 * frame / 48000));
+    tone->samples.insert(tone->samples.end(), platform::kChannels, sample);
+  }
+  const auto voice = platform::AudioOutput::shared().start(tone, 0);
+  wait(0.5);
+  const double since = MonitorRecording::now();
+  wait(kSeconds - 2);
+  const double gap = recording.longestGapSince(since, 0.3F);
+  platform::AudioOutput::shared().stop(*voice);
+  std::printf("Longest gap in %d seconds of a steady tone: %.1f ms\n", kSeconds - 2,
+              gap < 0.001 ? 0 : gap * 1000);
+}
+
 #ifdef HAVE_GSTREAMER
 Way playbin(const std::string& clip) {
   auto* const uri = gst_filename_to_uri(clip.c_str(), nullptr);
@@ -171,5 +190,6 @@ int main(int argc, char** argv) {
   measure(ourPlayer(clip), recording, presses);
   measure(ourPlayerReplacing(clip), recording, presses);
   measure(ourPlayerRested(clip), recording, std::min(presses, 4));
+  measureGaps(recording);
   return 0;
 }
