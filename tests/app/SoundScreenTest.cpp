@@ -180,7 +180,7 @@ TEST_P(SoundScreenTest, TheBannerLiesOnTheBottomEdgeAndNoTileUnderIt) {
   EXPECT_EQ(screen->banner().delegate(), nullptr);
   EXPECT_EQ(screen->banner().superview(), screen->view().get());
   for (const Size size :
-       {Size{360, 640}, {640, 360}, {280, 200}, {1024, 768}, {768, 1024}, {1400, 900}}) {
+       {Size{360, 640}, {640, 360}, {320, 200}, {1024, 768}, {768, 1024}, {1400, 900}}) {
     window->resize(size);
     const auto bounds = [&] { return screen->view()->bounds(); };
     ASSERT_TRUE(runUntil([&] {
@@ -202,7 +202,7 @@ TEST_P(SoundScreenTest, TheBannerLiesOnTheBottomEdgeAndNoTileUnderIt) {
 }
 
 TEST_P(SoundScreenTest, TilesAreLargeEnoughAndLieSideBySideInEveryWindow) {
-  for (const Size size : {Size{360, 640}, {640, 360}, {280, 200}, {1024, 768}, {768, 1024}}) {
+  for (const Size size : {Size{360, 640}, {640, 360}, {320, 200}, {1024, 768}, {768, 1024}}) {
     window->resize(size);
     ASSERT_TRUE(runUntil([&] { return window->size() == size; }));
     quorbel_tests::runFor(0.05);
