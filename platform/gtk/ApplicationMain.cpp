@@ -28,6 +28,8 @@ namespace {
 
 constexpr Size kPhoneSize{360, 640};
 constexpr Size kTabletSize{1024, 768};
+/// No phone's screen is narrower, and screens are laid out for that.
+constexpr int kNarrowest = 320;
 
 InterfaceIdiom idiomOf(const ApplicationDescription& description) {
   return description.idiom.value_or(
@@ -161,6 +163,7 @@ class Runner : public Trackable {
     window_ = std::make_shared<Window>(firstSizeOf(description_));
     window_->setTitle(description_.name);
     Gtk::Window& window = window_->native().window();
+    window.property_width_request() = kNarrowest;
     application_->add_window(window);
     window.set_icon_name(description_.identifier);
     markHighContrast(window);

@@ -19,7 +19,7 @@
 namespace platform {
 namespace {
 
-constexpr int kNarrowest = 320;  // what a banner needs
+constexpr int kNarrowest = 280;
 constexpr int kLowest = 200;
 
 /// What the toolkit takes of a window's size for a frame of its own, which it draws where nothing

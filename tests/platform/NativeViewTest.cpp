@@ -66,7 +66,7 @@ TEST_F(NativeViewTest, ABannerStaysOnTheBottomEdgeHoweverTheWindowIsResized) {
   const Rect bounds = screen->view()->bounds();
   const auto banner = addView({0, bounds.height - 50, 320, 50});
   banner->setAutoresizingMask(platform::kFlexibleTopMargin);
-  for (const platform::Size size : {platform::Size{600, 300}, {300, 600}, {320, 200}}) {
+  for (const platform::Size size : {platform::Size{600, 300}, {300, 600}, {280, 200}}) {
     window->resize(size);
     EXPECT_TRUE(runUntil([&] {
       const double height = window->contentBounds().height;
