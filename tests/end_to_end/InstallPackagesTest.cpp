@@ -1,0 +1,102 @@
+// The script that installs what is missing, among commands that only say what they were called
+// with.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/support/Process.h"
+
+namespace {
+
+using quorbel_tests::Finished;
+using quorbel_tests::run;
+using quorbel_tests::TemporaryFolder;
+
+class InstallPackages : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    // What the script itself is written with.
+    for (const char* tool : {"bash", "dirname", "readlink", "grep", "env"}) {
+      const Finished found = run(std::string("command -v ") + tool);
+      ASSERT_EQ(found.status, 0) << tool;
+      std::filesystem::create_symlink(found.output.substr(0, found.output.find('\n')),
+                                      folder.file(tool));
+    }
+    command("apt-get", "echo apt-get \"$@\"");
+    command("id", "echo 0");
+  }
+
+  void command(const std::string& name, const std::string& body) {
+    quorbel_tests::writeFile(folder.file(name), "#!" + folder.file("bash") + "\n" + body + "\n");
+    std::filesystem::permissions(folder.file(name), std::filesystem::perms::owner_all);
+  }
+
+  /// Everything that the list names for building is installed but these.
+  void installAllBut(const std::string& pattern) {
+    command("dpkg-query", "grep '^build' " INSTALL_PACKAGES_FOLDER
+                          "/packages | while read -r purpose packages; do echo \"ii  "
+                          "${packages%%|*}\"; done | grep -vE '" +
+                              pattern + "'");
+  }
+
+  Finished install() {
+    return run("env PATH=" + folder.path() +
+               " " INSTALL_PACKAGES_FOLDER "/install_packages build 2>&1");
+  }
+
+  TemporaryFolder folder;
+};
+
+TEST_F(InstallPackages, DoesAndSaysNothingWhenNothingIsMissing) {
+  installAllBut("nothing");
+  command("apt-get", "echo called; exit 1");
+  const Finished finished = install();
+  EXPECT_EQ(finished.status, 0);
+  EXPECT_EQ(finished.output, "");
+}
+
+TEST_F(InstallPackages, InstallsJustWhatIsMissingAndNamesItFirst) {
+  installAllBut("libplist-dev|libsoup-3.0-dev");
+  const Finished finished = install();
+  EXPECT_EQ(finished.status, 0) << finished.output;
+  EXPECT_NE(finished.output.find("missing:\n  libsoup-3.0-dev libplist-dev\n"), std::string::npos)
+      << finished.output;
+  EXPECT_NE(finished.output.find("--no-install-recommends libsoup-3.0-dev libplist-dev\n"),
+            std::string::npos)
+      << finished.output;
+}
+
+TEST_F(InstallPackages, APackageThatWillDoAsWellCounts) {
+  installAllBut("^ii  g\\+\\+$");
+  EXPECT_NE(install().output.find("missing:\n  g++\n"), std::string::npos);
+  command("dpkg-query", "grep '^build' " INSTALL_PACKAGES_FOLDER
+                        "/packages | while read -r purpose packages; do echo \"ii  "
+                        "${packages##*|}\"; done");
+  EXPECT_EQ(install().output, "");
+}
+
+TEST_F(InstallPackages, AsksForRootsRightsOnlyFromOthersAndSaysWhatToDoWithoutThem) {
+  installAllBut("libplist-dev");
+  command("id", "echo 1000");
+  const Finished refused = install();
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.output.find("apt-get install libplist-dev\n"), std::string::npos);
+  EXPECT_EQ(refused.output.find("apt-get -y"), std::string::npos) << "nothing may be tried";
+
+  command("sudo", "echo sudo \"$@\"; exec \"$@\"");
+  const Finished helped = install();
+  EXPECT_EQ(helped.status, 0);
+  EXPECT_NE(helped.output.find("sudo may ask for your password"), std::string::npos);
+  EXPECT_NE(helped.output.find("sudo env DEBIAN_FRONTEND=noninteractive apt-get"),
+            std::string::npos);
+}
+
+TEST_F(InstallPackages, AnInstallationThatFailsIsAFailureOfItsOwn) {
+  installAllBut("libplist-dev");
+  command("apt-get", "echo \"$@\"; [[ $* != *install* ]]");
+  const Finished finished = install();
+  EXPECT_EQ(finished.status, 1);
+  EXPECT_NE(finished.output.find("could not be installed"), std::string::npos);
+}
+
+}  // namespace
