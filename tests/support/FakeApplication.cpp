@@ -27,6 +27,7 @@ bool FakeApplication::canOpenURL(const platform::URL& url) const {
 }
 
 platform::BackgroundTaskID FakeApplication::beginBackgroundTask(std::function<void()> expired) {
+  if (!grantsBackgroundTasks) return 0;
   tasks_[++lastTask_] = std::move(expired);
   return lastTask_;
 }

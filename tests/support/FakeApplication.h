@@ -25,6 +25,8 @@ class FakeApplication final : public platform::Application {
   std::set<std::string> openableSchemes;
   /// The URLs that were to be opened, in order.
   std::vector<std::string> openedURLs;
+  /// Whether the system holds an application open for its background tasks.
+  bool grantsBackgroundTasks = true;
   /// Called from `openURL`, after it is recorded.
   std::function<void(const platform::URL&)> onOpen;
   /// Every change of the idle timer and of the status bar, in order.

@@ -42,25 +42,6 @@ class Owner : public VADClickTrackerDelegate {
   }
 };
 
-/// Waits for nobody: its background tasks are refused.
-class FakeApplicationWithoutTasks : public platform::Application {
- public:
-  platform::ApplicationState applicationState() const override { return {}; }
-  bool isStatusBarHidden() const override { return true; }
-  void setStatusBarHidden(bool) override {}
-  double statusBarHeight() const override { return 0; }
-  platform::InterfaceOrientation statusBarOrientation() const override { return {}; }
-  bool isIdleTimerDisabled() const override { return false; }
-  void setIdleTimerDisabled(bool) override {}
-  void openURL(const URL&) override {}
-  bool canOpenURL(const URL&) const override { return false; }
-  platform::BackgroundTaskID beginBackgroundTask(std::function<void()>) override { return 0; }
-  void endBackgroundTask(platform::BackgroundTaskID) override {}
-
- private:
-  platform::Application::Replacement replacement_{*this};
-};
-
 class VADClickTrackerTest : public ::testing::Test {
  protected:
   VADClickTrackerTest() { tracker->setDelegate(&owner); }
@@ -211,10 +192,8 @@ TEST_F(VADClickTrackerTest, ACompletedPingLeavesItsTicket) {
   VADStatistics::releaseSharedStatistics();
 }
 
-TEST(VADClickTrackerWithoutTasksTest, ActiveTrackingsLastFromStartToOutcome) {
-  FakeApplicationWithoutTasks application;
-  FakeURLLoading network;
-  const auto tracker = std::make_shared<VADClickTracker>();
+TEST_F(VADClickTrackerTest, WithoutBackgroundTasksItIsActiveFromStartToOutcome) {
+  application.grantsBackgroundTasks = false;
   EXPECT_FALSE(VADClickTracker::activeTrackings());
   tracker->trackURL(kPing);
   EXPECT_TRUE(VADClickTracker::activeTrackings());

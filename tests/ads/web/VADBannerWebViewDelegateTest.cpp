@@ -3,12 +3,12 @@
 #include <gmock/gmock.h>
 
 #include "ads/api/VADBannerView.h"
-#include "ads/api/VADDelegateManager.h"
-#include "ads/loading/VADRequestPrivate.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/telemetry/VADTiming.h"
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADWebView.h"
+#include "tests/ads/web/FakeAdController.h"
+#include "tests/ads/web/RecordingOpener.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/FakeWebEngine.h"
@@ -21,61 +21,6 @@ using platform::NavigationType;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Events = std::vector<std::string>;
-
-class FakeLoader final : public VADAdController {
- public:
-  explicit FakeLoader(Events& events) : events_(events) {}
-  ~FakeLoader() { invalidateWeakReferences(); }
-  VADState state() const override { return state_; }
-  void changeState(VADState state) override {
-    state_ = state;
-    events_.push_back("state " + std::to_string(state));
-  }
-  double timeLastLoaded() const override { return shownAt; }
-  const std::shared_ptr<VADRequestPrivate>& request() const override { return request_; }
-  const std::shared_ptr<VADDelegateManager>& delegateManager() const override { return manager_; }
-  platform::ViewController* rootViewController() const override { return root.get(); }
-  const std::shared_ptr<VADWebView>& webView() const override { return webView_; }
-  std::vector<platform::URL> pendingTrackingURLs() const override {
-    return {*platform::URL::parse("http://p.test/")};
-  }
-  std::vector<platform::URL> pendingClickURLs() const override { return clickURLs; }
-  int supportedOrientations() const override { return 3; }
-  void trackURLs(const std::vector<platform::URL>& urls) override {
-    for (const auto& url : urls) events_.push_back("track " + url.absoluteString());
-  }
-
-  VADState state_ = kVADStateShowingAd;
-  double shownAt = VADTiming::counter();
-  std::shared_ptr<platform::ViewController> root = std::make_shared<platform::ViewController>();
-  std::vector<platform::URL> clickURLs;
-
- private:
-  Events& events_;
-  std::shared_ptr<VADRequestPrivate> request_ = std::make_shared<VADRequestPrivate>();
-  std::shared_ptr<VADDelegateManager> manager_ = std::make_shared<VADDelegateManager>();
-  std::shared_ptr<VADWebView> webView_ = std::make_shared<VADWebView>();
-};
-
-class FakeOpener final : public VADOpener {
- public:
-  explicit FakeOpener(Events& events) : events_(events) {}
-  void openBrowserToURL(const std::optional<platform::URL>& url, int orientations) override {
-    add("browser", url, orientations);
-  }
-  void openWebApp(const std::optional<platform::URL>& url, int orientations) override {
-    add("webapp", url, orientations);
-  }
-  void openApp(const std::optional<platform::URL>& url) override {
-    events_.push_back("app " + url->absoluteString());
-  }
-
- private:
-  void add(const std::string& what, const std::optional<platform::URL>& url, int orientations) {
-    events_.push_back(what + " " + url->absoluteString() + " " + std::to_string(orientations));
-  }
-  Events& events_;
-};
 
 /// Hears of ads and errors; stands in for a publisher.
 class Publisher final : public VADBannerViewDelegate {
@@ -99,7 +44,7 @@ class VADBannerWebViewDelegateTest : public ::testing::Test {
     loader->delegateManager()->setBannerDelegate(&publisher);
     loader->delegateManager()->setAdView(publisherBanner.get());
     delegate = VADBannerWebViewDelegate::initWithObjectPrivate(
-        *loader, std::make_unique<FakeOpener>(events));
+        *loader, std::make_unique<quorbel_tests::RecordingOpener>(events));
   }
   ~VADBannerWebViewDelegateTest() override {
     delegate.reset();
@@ -129,8 +74,9 @@ class VADBannerWebViewDelegateTest : public ::testing::Test {
   quorbel_tests::FakeApplication application;
   Events events;
   Publisher publisher{events};
+  std::shared_ptr<quorbel_tests::FakeAdController> loader =
+      std::make_shared<quorbel_tests::FakeAdController>(events);
   std::shared_ptr<VADBannerView> publisherBanner = std::make_shared<VADBannerView>();
-  std::shared_ptr<FakeLoader> loader = std::make_shared<FakeLoader>(events);
   std::shared_ptr<VADBannerWebViewDelegate> delegate;
 };
 
@@ -158,7 +104,7 @@ TEST_F(VADBannerWebViewDelegateTest, TellsClicksFromThePagesOwnDoings) {
       {kVADStateFailed, 1, link, true, false},
   };
   for (const Case& each : cases) {
-    loader->state_ = each.state;
+    loader->present = each.state;
     // From 0 up, so that 0.15 seconds are 0.15 seconds to the last bit.
     loader->shownAt = 0;
     clock.advance(each.secondsShown - VADTiming::counter());
@@ -210,11 +156,11 @@ TEST_F(VADBannerWebViewDelegateTest, LeavesClicksThatAreActedOnAndOpensNoPageles
 
 TEST_F(VADBannerWebViewDelegateTest, ShowsTheAdOnceItsPageHasFinished) {
   loader->webView()->setHidden(true);
-  loader->state_ = kVADStateLoadingAd;
+  loader->present = kVADStateLoadingAd;
   page().finish();
   EXPECT_THAT(events, IsEmpty());
   EXPECT_TRUE(loader->webView()->isHidden());
-  loader->state_ = kVADStateRenderingAd;
+  loader->present = kVADStateRenderingAd;
   page().finish();
   EXPECT_THAT(events, ElementsAre("state 6", "received", "track http://p.test/"));
   EXPECT_FALSE(loader->webView()->isHidden());
@@ -225,7 +171,7 @@ TEST_F(VADBannerWebViewDelegateTest, ShowsTheAdOnceItsPageHasFinished) {
 TEST_F(VADBannerWebViewDelegateTest, FailsEveryLoadButThatOfAShownAd) {
   page().fail();
   EXPECT_THAT(events, IsEmpty());
-  loader->state_ = kVADStateRenderingAd;
+  loader->present = kVADStateRenderingAd;
   page().fail();
   EXPECT_THAT(events, ElementsAre("state 7", "failed 2"));
 }

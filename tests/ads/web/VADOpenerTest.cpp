@@ -7,56 +7,12 @@
 #include "ads/telemetry/VADClickTracker.h"
 #include "platform/MailComposer.h"
 #include "tests/ads/screens/ScreenTest.h"
+#include "tests/ads/web/FakeAdController.h"
+#include "tests/ads/web/RecordingOpener.h"
 #include "tests/support/FakeURLLoading.h"
 
 namespace valdren {
 namespace {
-
-/// Writes down what a message leads to.
-class RecordingOpener final : public VADOpener {
- public:
-  void openBrowserToURL(const std::optional<platform::URL>& url, int orientations) override {
-    add("browser", url, orientations);
-  }
-  void openWebApp(const std::optional<platform::URL>& url, int orientations) override {
-    add("webapp", url, orientations);
-  }
-  void openWebAppWithHTML(const std::optional<std::string>& html, int orientations) override {
-    opened.push_back("html " + html.value_or("none") + " " + std::to_string(orientations));
-  }
-  void openApp(const std::optional<platform::URL>& url) override { add("app", url, 0); }
-
-  std::vector<std::string> opened;
-
- private:
-  void add(const std::string& what, const std::optional<platform::URL>& url, int orientations) {
-    opened.push_back(what + " " + (url ? url->absoluteString() : "none") + " " +
-                     std::to_string(orientations));
-  }
-};
-
-/// A loader with click pings, which counts how often they are fired.
-struct Loader final : VADAdController {
-  VADState state() const override { return kVADStateShowingAd; }
-  void changeState(VADState) override {}
-  double timeLastLoaded() const override { return 0; }
-  const std::shared_ptr<VADRequestPrivate>& request() const override { return request_; }
-  const std::shared_ptr<VADDelegateManager>& delegateManager() const override { return manager_; }
-  platform::ViewController* rootViewController() const override { return nullptr; }
-  const std::shared_ptr<VADWebView>& webView() const override { return webView_; }
-  std::vector<platform::URL> pendingTrackingURLs() const override { return {}; }
-  std::vector<platform::URL> pendingClickURLs() const override { return {clickURL}; }
-  int supportedOrientations() const override { return kVADOrientationAny; }
-  void trackURLs(const std::vector<platform::URL>& urls) override { tracked += urls.size(); }
-
-  platform::URL clickURL = *platform::URL::parse("http://ads.example/click");
-  std::size_t tracked = 0;
-
- private:
-  std::shared_ptr<VADRequestPrivate> request_;
-  std::shared_ptr<VADDelegateManager> manager_;
-  std::shared_ptr<VADWebView> webView_;
-};
 
 struct RecordingMailService final : platform::MailService {
   void compose(const platform::MailMessage& message,
@@ -75,11 +31,16 @@ class VADOpenerTest : public quorbel_tests::ScreenTest {
     opener->setDelegateManager(manager);
     opener->setViewController(host.get());
     opener->setAdController(loader.get());
+    loader->clickURLs = {url("http://ads.example/click")};
   }
+  /// How often the click pings were fired.
+  std::size_t tracked() const { return tracks.size(); }
 
   quorbel_tests::FakeURLLoading loading;
   RecordingMailService mail;
-  std::shared_ptr<Loader> loader = std::make_shared<Loader>();
+  Events tracks;
+  std::shared_ptr<quorbel_tests::FakeAdController> loader =
+      std::make_shared<quorbel_tests::FakeAdController>(tracks);
   std::unique_ptr<VADOpener> opener = std::make_unique<VADOpener>();
 };
 
@@ -101,31 +62,27 @@ TEST_F(VADOpenerTest, OpensWhatTheMessageSays) {
       {"a=webapp", ""},
       {"a=browser&html=x", ""},
       {"html=x", ""},
-      {"a=call&u=tel%3A1", "app tel:1 0"},
-      {"a=app&u=other%3A%2F%2F", "app other:// 0"},
-      {"a=Browser&u=http%3A%2F%2Fb%2F", "app http://b/ 0"},
-      {"a=&u=http%3A%2F%2Fb%2F", "app http://b/ 0"},
-      {"u=http%3A%2F%2Fb%2F", "app http://b/ 0"},
+      {"a=call&u=tel%3A1", "app tel:1"},
+      {"a=app&u=other%3A%2F%2F", "app other://"},
+      {"a=Browser&u=http%3A%2F%2Fb%2F", "app http://b/"},
+      {"a=&u=http%3A%2F%2Fb%2F", "app http://b/"},
+      {"u=http%3A%2F%2Fb%2F", "app http://b/"},
       {"a=browser&u=", ""},
       {"", ""},
       {"a=browser&a=webapp&u=http%3A%2F%2Fa%2F&u=http%3A%2F%2Fb%2F", "webapp http://b/ 1"},
       {"a=browser&u=http%3A%2F%2Fb%2Fa%20b", "browser http://b/a%20b 1"},
       {"a=webapp&html=" + large, "html " + large + " 1"},
       {"a=browser&u=http%3A%2F%2Fb%2F" + large + large + large, ""},
-      {"a=" + large + "&u=tel%3A1", "app tel:1 0"},
+      {"a=" + large + "&u=tel%3A1", "app tel:1"},
   };
   for (const auto& each : kCases) {
-    RecordingOpener recording;
+    Events opened;
     const auto message = VADNotification::notificationFromURL(
         platform::URL::parse("gmsg://x/open?" + each.query).value_or(url("gmsg://x/open")));
-    recording.openNotification(*message);
-    const std::vector<std::string> expected =
-        each.opened.empty() ? std::vector<std::string>{} : std::vector{each.opened};
-    EXPECT_TRUE(recording.opened == expected) << each.query.substr(0, 60);
+    quorbel_tests::RecordingOpener(opened).openNotification(*message);
+    const Events expected = each.opened.empty() ? Events{} : Events{each.opened};
+    EXPECT_TRUE(opened == expected) << each.query.substr(0, 60);
   }
-  RecordingOpener recording;
-  recording.openNotification(*VADNotification::notificationFromURL(url("gmsg://x/open")));
-  EXPECT_TRUE(recording.opened.empty());
 }
 
 TEST_F(VADOpenerTest, HandsItsOwnToTheScreensAndFiresTheClickPings) {
@@ -139,7 +96,7 @@ TEST_F(VADOpenerTest, HandsItsOwnToTheScreensAndFiresTheClickPings) {
   EXPECT_EQ(browser->openingWebView(), &opening);
   EXPECT_EQ(browser->delegateManager(), manager);
   EXPECT_EQ(engines.last().requests.at(0).headers.at("Referer"), "http://ads.example/banner");
-  EXPECT_EQ(loader->tracked, 1u);
+  EXPECT_EQ(tracked(), 1u);
   browser->relinquishScreen();
 
   opener->openWebAppWithHTML("<p>", kVADOrientationPortrait);
@@ -148,7 +105,7 @@ TEST_F(VADOpenerTest, HandsItsOwnToTheScreensAndFiresTheClickPings) {
   EXPECT_EQ(webApp->supportedOrientations(), kVADOrientationPortrait);
   EXPECT_EQ(webApp->openingWebView(), &opening);
   EXPECT_EQ(engines.last().pages.at(0).text, "<p>");
-  EXPECT_EQ(loader->tracked, 2u);
+  EXPECT_EQ(tracked(), 2u);
   webApp->relinquishScreen();
   loop.advance(3);
 }
@@ -168,7 +125,7 @@ TEST_F(VADOpenerTest, OpensNothingWithoutADestinationOrAScreenToOpenItOver) {
   EXPECT_EQ(window->topViewController(), host.get());
   EXPECT_TRUE(mail.messages.empty());
   EXPECT_TRUE(application.openedURLs.empty());
-  EXPECT_EQ(loader->tracked, 0u);
+  EXPECT_EQ(tracked(), 0u);
 }
 
 TEST_F(VADOpenerTest, APublisherMayThrowTheAdAwayWhenToldOfIt) {
@@ -189,42 +146,21 @@ TEST_F(VADOpenerTest, TellsThePublisherBeforeTheSystemOpensAnother) {
   EXPECT_EQ(application.openedURLs, std::vector<std::string>{"tel:1"});
 }
 
-/// An application whose system has no background tasks, so that pings are unprotected.
-class WithoutBackgroundTasks final : public platform::Application {
- public:
-  explicit WithoutBackgroundTasks(platform::Application& other) : other_(other) {}
-  platform::ApplicationState applicationState() const override { return {}; }
-  bool isStatusBarHidden() const override { return false; }
-  void setStatusBarHidden(bool) override {}
-  double statusBarHeight() const override { return 0; }
-  platform::InterfaceOrientation statusBarOrientation() const override { return {}; }
-  bool isIdleTimerDisabled() const override { return false; }
-  void setIdleTimerDisabled(bool) override {}
-  void openURL(const platform::URL& url) override { other_.openURL(url); }
-  bool canOpenURL(const platform::URL&) const override { return false; }
-  platform::BackgroundTaskID beginBackgroundTask(std::function<void()>) override { return 0; }
-  void endBackgroundTask(platform::BackgroundTaskID) override {}
-
- private:
-  platform::Application& other_;
-  Replacement replacement_{*this};
-};
-
 TEST_F(VADOpenerTest, GivesPingsUnderWayThreeTurnsToLeaveAndThenOpens) {
-  WithoutBackgroundTasks system(application);
+  application.grantsBackgroundTasks = false;
   const auto tracker = std::make_shared<VADClickTracker>();
   tracker->trackURL(url("http://ads.example/ping"));
   ASSERT_TRUE(VADClickTracker::activeTrackings());
   for (int round = 0; round < 2; ++round) {
     application.openedURLs.clear();
-    loader->tracked = 0;
+    tracks.clear();
     opener->openApp(url("tel:1"));
     for (int i = 0; i < 3; ++i) {
-      EXPECT_EQ(loader->tracked, std::size_t(i + 1));
+      EXPECT_EQ(tracked(), std::size_t(i + 1));
       EXPECT_EQ(record.take(), Events{});
       loop.advance(0.3);
     }
-    EXPECT_EQ(loader->tracked, 4u);
+    EXPECT_EQ(tracked(), 4u);
     EXPECT_EQ(record.take(), (Events{"will leave"}));
     loop.advance(0);
     EXPECT_EQ(application.openedURLs, std::vector<std::string>{"tel:1"}) << round;
@@ -233,7 +169,7 @@ TEST_F(VADOpenerTest, GivesPingsUnderWayThreeTurnsToLeaveAndThenOpens) {
 }
 
 TEST_F(VADOpenerTest, OpensAtOnceWhenThePingIsOverOrTheBannerGone) {
-  WithoutBackgroundTasks system(application);
+  application.grantsBackgroundTasks = false;
   const auto tracker = std::make_shared<VADClickTracker>();
   tracker->trackURL(url("http://ads.example/ping"));
   opener->openApp(url("tel:1"));
@@ -273,7 +209,7 @@ TEST_F(VADOpenerTest, FillsAMailInFromItsURL) {
     EXPECT_EQ(message.subject, each.subject) << each.url;
     EXPECT_EQ(message.body, each.body) << each.url;
   }
-  EXPECT_EQ(loader->tracked, std::size(kCases));
+  EXPECT_EQ(tracked(), std::size(kCases));
   opener.reset();
   mail.answer(platform::MailResult::Done);
 }

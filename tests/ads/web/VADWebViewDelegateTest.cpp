@@ -11,6 +11,7 @@
 #include "ads/web/VADScreen.h"
 #include "ads/web/VADWebView.h"
 #include "platform/SystemSound.h"
+#include "tests/ads/web/RecordingOpener.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeURLLoading.h"
 #include "tests/support/FakeUserDefaults.h"
@@ -27,24 +28,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-/// Writes down what it was to open.
-class FakeOpener final : public VADOpener {
- public:
-  using Events = std::vector<std::string>;
-  explicit FakeOpener(Events& events) : events_(events) {}
-  void openNotification(const VADNotification& notification) override {
-    events_.push_back("open " + notification.parameter("a").value_or("-") + " " +
-                      notification.parameter("u").value_or("-"));
-  }
-  void openApp(const std::optional<platform::URL>& url) override { add("app", url); }
-  void openEmailComposer(const std::optional<platform::URL>& url) override { add("mail", url); }
-
- private:
-  void add(const char* what, const std::optional<platform::URL>& url) {
-    events_.push_back(std::string(what) + " " + (url ? url->absoluteString() : "-"));
-  }
-  Events& events_;
-};
+using Events = std::vector<std::string>;
 
 class TestedDelegate final : public VADWebViewDelegate {
  public:
@@ -105,12 +89,12 @@ class VADWebViewDelegateTest : public ::testing::Test, public platform::Trackabl
   quorbel_tests::FakeURLLoading fetches;
   quorbel_tests::LogLines log;
   FakeSystemSound sounds;
-  FakeOpener::Events opened;
+  Events opened;
   std::vector<std::string> actions;
   std::vector<std::string> forwarded;
   std::shared_ptr<VADWebView> view = std::make_shared<VADWebView>(platform::Rect{0, 0, 320, 50});
   std::shared_ptr<TestedDelegate> delegate =
-      std::make_shared<TestedDelegate>(std::make_unique<FakeOpener>(opened));
+      std::make_shared<TestedDelegate>(std::make_unique<quorbel_tests::RecordingOpener>(opened));
 };
 
 TEST_F(VADWebViewDelegateTest, SendsEachAddressWhereItBelongs) {
@@ -146,10 +130,10 @@ TEST_F(VADWebViewDelegateTest, SendsEachAddressWhereItBelongs) {
     opened.clear();
     actions.clear();
     EXPECT_EQ(navigate(each.address, each.type), each.loads);
-    EXPECT_EQ(opened, each.opens.empty() ? FakeOpener::Events{} : FakeOpener::Events{each.opens});
+    EXPECT_EQ(opened, each.opens.empty() ? Events{} : Events{each.opens});
     EXPECT_EQ(actions.size(), each.posts ? 1u : 0u);
   }
-  EXPECT_EQ(actions, FakeOpener::Events{R"({"u":"GMSG://x/click?u=http%3A%2F%2Fa%2F"})"});
+  EXPECT_EQ(actions, Events{R"({"u":"GMSG://x/click?u=http%3A%2F%2Fa%2F"})"});
 }
 
 TEST_F(VADWebViewDelegateTest, ActsOnEachMessageAndLoadsNone) {
@@ -170,7 +154,7 @@ TEST_F(VADWebViewDelegateTest, ActsOnEachMessageAndLoadsNone) {
 
   EXPECT_FALSE(navigate("gmsg://x/open?a=app&u=tel%3A1"));
   EXPECT_FALSE(navigate("vantic://launch?url=http%3A%2F%2Fa"));
-  EXPECT_THAT(opened, ElementsAre("open app tel:1", "open browser http://a"));
+  EXPECT_THAT(opened, ElementsAre("app tel:1", "browser http://a 1"));
 
   EXPECT_FALSE(navigate("gmsg://x/vibrate"));
   EXPECT_THAT(sounds.played, ElementsAre(4095u));
