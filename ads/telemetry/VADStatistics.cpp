@@ -252,14 +252,26 @@ void VADStatistics::forgetWhatTravelled() {
   }
 }
 
-platform::URL VADStatistics::urlForClick(const platform::URL& url) {
-  if (VADNotification::isNotificationURL(url) || url.absoluteString() == "about:blank") return url;
+std::shared_ptr<VADTiming> VADStatistics::beginClick() {
   incrementClickCount();
   startTimingNamed(kVADParameterPriorClickLatency);
   startTimingNamed(kVADParameterPriorClickRedirectLatency);
   endTimingNamed(kVADParameterPriorPreClickLatency);
-  const auto click = timingNamed(kVADParameterPriorClickLatency);
+  auto click = timingNamed(kVADParameterPriorClickLatency);
   click->setValue(platform::Date::now(), kDate);
+  return click;
+}
+
+std::optional<platform::URL> VADStatistics::urlForClick(const std::optional<platform::URL>& url) {
+  if (url) return urlForClick(*url);
+  beginClick();
+  endTimingNamed(kVADParameterPriorClickRedirectLatency);
+  return std::nullopt;
+}
+
+platform::URL VADStatistics::urlForClick(const platform::URL& url) {
+  if (VADNotification::isNotificationURL(url) || url.absoluteString() == "about:blank") return url;
+  const auto click = beginClick();
 
   platform::URL result = url;
   const auto identifier = VADNetworkUtilities::parameterValueForKey(kAdIdentifier, url);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "ads/telemetry/VADStatisticsCore.h"
@@ -93,8 +94,12 @@ class VADStatistics : public platform::Trackable {
   platform::Dictionary parameters();
   /// Counts and times a click on the URL; the URL to go on with.
   platform::URL urlForClick(const platform::URL& url);
+  /// The same; a click that opens no URL, but a page in a text, counts as well.
+  std::optional<platform::URL> urlForClick(const std::optional<platform::URL>& url);
 
  private:
+  /// Gives the timing of the click.
+  std::shared_ptr<VADTiming> beginClick();
   platform::Dictionary takeTimings();
   void putCounters(platform::Dictionary& parameters) const;
   std::int32_t increment(const char* counter);

@@ -72,7 +72,7 @@ void VADOpener::openNotification(const VADNotification& notification) {
   if (!url && !(html && action == "webapp")) return;
 
   const int orientation = orientationFor(notification.parameter("o"));
-  if (url) url = VADStatistics::sharedStatistics().urlForClick(*url);
+  url = VADStatistics::sharedStatistics().urlForClick(url);
   if (action == "browser" || action == "video") {
     openBrowserToURL(url, orientation);
   } else if (action != "webapp") {

@@ -76,12 +76,14 @@ TEST_F(VADOpenerTest, OpensWhatTheMessageSays) {
       {"a=" + large + "&u=tel%3A1", "app tel:1"},
   };
   for (const auto& each : kCases) {
+    statistics().removeTimingNamed(kVADParameterPriorClickLatency);
     Events opened;
     const auto message = VADNotification::notificationFromURL(
         platform::URL::parse("gmsg://x/open?" + each.query).value_or(url("gmsg://x/open")));
     quorbel_tests::RecordingOpener(opened).openNotification(*message);
     const Events expected = each.opened.empty() ? Events{} : Events{each.opened};
     EXPECT_TRUE(opened == expected) << each.query.substr(0, 60);
+    EXPECT_EQ(statistics().isTimingClick(), !each.opened.empty()) << each.query.substr(0, 60);
   }
 }
 
