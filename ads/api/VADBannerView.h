@@ -42,13 +42,14 @@ class VADBannerView : public platform::View {
   VADBannerViewDelegate* delegate() const;
   void setDelegate(VADBannerViewDelegate* delegate);
 
+  /// Always NO, also after a refresh.
   bool hasAutoRefreshed() const;
-  /// The view that shows the ad; for the client's own code.
+  /// The view that shows the ad, never null; for the client's own code.
   const std::shared_ptr<VADWebView>& webView() const;
 
   /// Asks for an ad; null stands for a request with default values. The banner keeps a copy.
-  /// Without a root view controller, logs so and reports error code 0. While a request is under way
-  /// this does nothing.
+  /// Without a root view controller, logs so and reports error code 0. While a request is under
+  /// way, and in the background, this does nothing; a launch need not be over.
   void loadRequest(const std::shared_ptr<VADRequest>& request);
 
  private:

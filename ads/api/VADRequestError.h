@@ -26,13 +26,15 @@ enum VADErrorCode : std::int32_t {
 
 class VADRequestError {
  public:
-  /// `request` may be null; it is only read here, and only for code 0.
+  /// `request` may be null. For code 0 it is asked what it sends, and what it tells of earlier ads
+  /// is then told.
   static VADRequestError errorWithCode(std::int32_t code, const VADRequest* request);
   VADRequestError(std::int32_t code, const VADRequest* request);
 
   /// "Request Error: " and the code's text; an unknown code reads like code 0.
   static std::string localizedStringForErrorCode(std::int32_t code);
 
+  /// `kVADErrorDomain`.
   std::string domain() const { return kVADErrorDomain; }
   std::int32_t code() const { return code_; }
   const std::string& localizedDescription() const;
