@@ -4,6 +4,7 @@
 #include "ads/loading/VADIdentifierUtilities.h"
 #include "ads/loading/VADLaunchObserver.h"
 #include "ads/loading/VADResponseHeaders.h"
+#include "ads/screens/VADViewController.h"
 #include "ads/signals/Signals.h"
 #include "ads/support/VADMacros.h"
 #include "ads/support/VADNetworkUtilities.h"
@@ -308,7 +309,8 @@ void VADObjectPrivate::processHTTPHeaders(const VADCachedFile& file) {
   appendURLsFromHeader(pendingTrackingURLs_, headers, kVADHeaderTrackingURLs);
   appendURLsFromHeader(pendingClickURLs_, headers, kVADHeaderClickTrackingURLs);
   const auto orientation = nonEmptyHeader(headers, kVADHeaderOrientation);
-  const VADOrientationCode code = orientationFromString(orientation.value_or(""));
+  const VADOrientationCode code =
+      VADViewController::orientationFromString(orientation.value_or(""));
   if (code != kVADOrientationUnknown) supportedOrientations_ = code;
   storeInterstitialTimeout(headers);
 }
@@ -434,9 +436,11 @@ void VADObjectPrivate::trackerDidFailWithError(VADClickTracker&,
 }
 
 void VADObjectPrivate::cleanupTrackersOnNextTurn() {
-  platform::RunLoop::shared().performAfterDelay(*this, 0, [this] {
-    std::erase_if(trackers_, [](const auto& tracker) { return tracker->hasTracked(); });
-  });
+  platform::RunLoop::shared().performAfterDelay(*this, 0, [this] { cleanupTrackers(); });
+}
+
+void VADObjectPrivate::cleanupTrackers() {
+  std::erase_if(trackers_, [](const auto& tracker) { return tracker->hasTracked(); });
 }
 
 }  // namespace valdren

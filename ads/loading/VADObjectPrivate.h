@@ -86,8 +86,8 @@ class VADObjectPrivate final : public VADAdController,
   int supportedOrientations() const override { return supportedOrientations_; }
   void trackURLs(const std::vector<platform::URL>& urls) override;
 
-  /// How many pings have not been cleared away yet.
-  std::size_t trackerCount() const { return trackers_.size(); }
+  /// The pings that have not been cleared away yet.
+  const std::set<std::shared_ptr<VADClickTracker>>& pendingTrackers() const { return trackers_; }
 
  private:
   explicit VADObjectPrivate(const platform::Rect& frame);
@@ -123,6 +123,7 @@ class VADObjectPrivate final : public VADAdController,
   void adWillPresentFullScreen() { reloadTimer_.resetReloadTimer(); }
   void adDidRelinquishFullScreen() { reloadTimer_.activateReloadTimer(); }
   void cleanupTrackersOnNextTurn();
+  void cleanupTrackers();
 
   void cachedFileDownloadDidEnd(VADCachedFile& file) override;
   void cachedFileDownloadDidFail(VADCachedFile& file,

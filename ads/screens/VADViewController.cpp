@@ -98,6 +98,13 @@ void VADViewController::settingsChanged(const platform::Notification& notificati
   setSupportedOrientations(orientationFromString(orientations));
 }
 
+VADOrientationCode VADViewController::orientationFromString(std::string_view text) {
+  if (text == "any") return kVADOrientationAny;
+  if (text == "portrait") return kVADOrientationPortrait;
+  if (text == "landscape") return kVADOrientationLandscape;
+  return kVADOrientationUnknown;
+}
+
 void VADViewController::presentFromViewController(platform::ViewController* host) {
   if (!host) {
     platform::log("<Valdren> No UIViewController supplied to the ad.  Cannot continue.");

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "ads/web/VADScreen.h"
 #include "platform/NotificationCenter.h"
@@ -34,6 +35,8 @@ class VADViewController : public platform::ViewController, public VADRelinquisha
   /// screen is gone.
   bool isFirstVADViewController() const;
 
+  /// The code for "any", "portrait" or "landscape", exactly so written; unknown for all else.
+  static VADOrientationCode orientationFromString(std::string_view text);
   /// A `VADOrientationCode`.
   int supportedOrientations() const;
   void setSupportedOrientations(int code);

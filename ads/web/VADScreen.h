@@ -1,8 +1,6 @@
 // What the ads code knows of full-screen screens without knowing the screens themselves.
 #pragma once
 
-#include <string_view>
-
 namespace valdren {
 
 // Posted on the platform's default centre with the screen as object.
@@ -18,9 +16,6 @@ enum VADOrientationCode : int {
   kVADOrientationPortrait = 2,
   kVADOrientationLandscape = 3,
 };
-
-/// The code for "any", "portrait" or "landscape", exactly so written; unknown for all else.
-VADOrientationCode orientationFromString(std::string_view text);
 
 /// A view controller that takes itself off the screen when its page asks for it.
 class VADRelinquishableScreen {

@@ -357,12 +357,12 @@ TEST_F(VADObjectPrivateTest, ClearsTrackersAwayAfterTheirOutcome) {
   bringTo(kVADStateShowingAd,
           {{"X-Urvo-Tracking-Urls", "http://p.test/1 http://p.test/2 http://p.test/3"}});
   const std::size_t first = fetches.count() - 3;
-  EXPECT_EQ(loader()->trackerCount(), 3u);
+  EXPECT_EQ(loader()->pendingTrackers().size(), 3u);
   fetches.fetch(first).answer(200);
   fetches.fetch(first + 1).fail({"test", 1, "cut"});
-  EXPECT_EQ(loader()->trackerCount(), 3u) << "a tracker went away inside its own callback";
+  EXPECT_EQ(loader()->pendingTrackers().size(), 3u) << "a tracker went away inside its own callback";
   loop.advance(0);
-  EXPECT_EQ(loader()->trackerCount(), 1u);
+  EXPECT_EQ(loader()->pendingTrackers().size(), 1u);
 }
 
 }  // namespace
