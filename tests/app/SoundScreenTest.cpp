@@ -42,6 +42,10 @@ const Idiom kPhone{"phone",
 const Idiom kTablet{"tablet", [] { return std::shared_ptr<SoundScreen>(new quorbel::quorbeliPad); },
                     "tablet", "quorbeliPad"};
 
+void PrintTo(const Idiom& idiom, std::ostream* out) {
+  *out << idiom.name;
+}
+
 class SoundScreenTest : public ::testing::TestWithParam<Idiom> {
  protected:
   void SetUp() override {

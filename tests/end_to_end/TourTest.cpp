@@ -31,6 +31,10 @@ struct Walk {
   std::pair<unsigned, unsigned> size;
 };
 
+void PrintTo(const Walk& walk, std::ostream* out) {
+  *out << walk.name;
+}
+
 class Tour : public ::testing::TestWithParam<Walk> {};
 
 INSTANTIATE_TEST_SUITE_P(
