@@ -44,6 +44,9 @@ class Button : public View {
   /// around it is disabled or hidden.
   bool press();
 
+ protected:
+  bool tapped(Point) override { return press(); }
+
  private:
   struct Native;
   void clicked();

@@ -146,4 +146,14 @@ View* View::hitTest(Point point, EventType type) {
   return this;
 }
 
+bool View::tap(Point point) {
+  View* const hit = hitTest(point, EventType::Touches);
+  if (!hit) return false;
+  const std::shared_ptr<View> keptUntilReturn = hit->weak_from_this().lock();
+  for (const View* each = hit; each && each != this; each = each->superview_) {
+    point = {point.x - each->frame_.x, point.y - each->frame_.y};
+  }
+  return hit->tapped(point);
+}
+
 }  // namespace platform

@@ -82,12 +82,19 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   /// that reacts to events, or null. Overrides see every touch first and hand on to the base.
   virtual View* hitTest(Point point, EventType type);
 
+  /// Does what a finger does that touches this view at `point` (in its coordinates) and leaves it
+  /// again: the hit test, then the reaction of the view that was hit. False when nothing there
+  /// reacts.
+  bool tap(Point point);
+
   /// The toolkit's side of this view; for the platform's own sources.
   NativeView& native() const { return *native_; }
 
  protected:
   /// Called after the bounds' size has changed, when the subviews have been resized.
   virtual void layoutSubviews() {}
+  /// The reaction to a tap at `point`; false when there is none.
+  virtual bool tapped(Point) { return false; }
 
  private:
   friend class Window;

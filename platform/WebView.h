@@ -144,6 +144,8 @@ class WebView : public View, private WebEngine::Client {
 
  protected:
   void layoutSubviews() override;
+  /// Presses and clicks what the page shows there.
+  bool tapped(Point point) override;
 
  private:
   bool engineShouldStartLoad(const URLRequest& request, NavigationType type) override;

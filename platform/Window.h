@@ -63,6 +63,10 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   /// Whether this part of the screens (as in `contentBounds`) is drawn in one colour alone.
   bool isBlank(const Rect& area) const;
 
+  /// Does what a finger does that taps this point of the screens (as in `contentBounds`); false
+  /// when nothing there reacts.
+  bool tap(Point point);
+
   /// Brings a running transition to its end at once.
   void finishTransition();
 
