@@ -22,7 +22,7 @@ class AdNetwork {
   AdNetwork& operator=(const AdNetwork&) = delete;
 
   /// The network inside this process; null when there is none.
-  const sandbox::Sandbox* builtIn() const { return builtIn_.get(); }
+  sandbox::Sandbox* builtIn() const { return builtIn_.get(); }
 
  private:
   std::unique_ptr<sandbox::Sandbox> builtIn_;

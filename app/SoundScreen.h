@@ -46,7 +46,7 @@ class SoundScreen : public platform::ViewController, public platform::AudioPlaye
 
   /// The player of the clip started last; null before the first, and when that clip is missing.
   const platform::AudioPlayer* player() const { return theAudio.get(); }
-  const valdren::VADBannerView& banner() const { return *bannerView_; }
+  valdren::VADBannerView& banner() const { return *bannerView_; }
   /// The view with the buttons; null when the interface file could not be read.
   platform::InterfaceView* controls();
 

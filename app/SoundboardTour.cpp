@@ -1,8 +1,6 @@
 // The tour's way through the soundboard: the ad, every button, then stop.
-#include "ads/loading/VADObjectPrivate.h"
-#include "ads/support/VADPrivateUtilities.h"
-#include "app/SoundScreen.h"
 #include "app/Tour.h"
+#include "app/TourViews.h"
 
 namespace quorbel {
 namespace {
@@ -12,18 +10,13 @@ constexpr double kPressPatience = 2;
 /// An ad takes two pages of the web engine, whose first process may be slow to start.
 constexpr double kAdPatience = 30;
 
-SoundScreen* screen() {
-  platform::Window* const window = platform::Window::keyWindow();
-  return window ? dynamic_cast<SoundScreen*>(window->rootViewController().get()) : nullptr;
-}
-
 bool overlap(const platform::Rect& first, const platform::Rect& second) {
   return first.x < second.x + second.width && second.x < first.x + first.width &&
          first.y < second.y + second.height && second.y < first.y + first.height;
 }
 
 std::string screenProblem() {
-  SoundScreen* const shown = screen();
+  SoundScreen* const shown = soundScreen();
   if (!shown || !shown->controls()) return "the sound screen is not shown";
   platform::InterfaceView& controls = *shown->controls();
   if (controls.controls().size() != sounds().size() + 1) return "buttons are missing";
@@ -39,19 +32,8 @@ std::string screenProblem() {
   return "";
 }
 
-std::string bannerProblem() {
-  SoundScreen* const shown = screen();
-  if (!shown) return "the sound screen is not shown";
-  const auto loader = valdren::VADPrivateUtilities::privateObjectForKey<valdren::VADObjectPrivate>(
-      &shown->banner());
-  if (!loader || loader->state() != valdren::kVADStateShowingAd) return "the banner has no ad";
-  // The web engine draws it a moment later.
-  if (shown->window()->isBlank(shown->banner().frame())) return "the banner's ad is not drawn";
-  return "";
-}
-
 std::string playingProblem(const std::string& action) {
-  SoundScreen* const shown = screen();
+  SoundScreen* const shown = soundScreen();
   if (!shown || !shown->controls()) return "the sound screen is not shown";
   if (!shown->player() || !shown->player()->isPlaying()) return "no clip plays";
   for (const Sound& sound : sounds()) {
@@ -63,7 +45,7 @@ std::string playingProblem(const std::string& action) {
 }
 
 std::string silenceProblem() {
-  SoundScreen* const shown = screen();
+  SoundScreen* const shown = soundScreen();
   if (!shown || !shown->controls()) return "the sound screen is not shown";
   if (shown->player() && shown->player()->isPlaying()) return "a clip still plays";
   for (const Sound& sound : sounds()) {
@@ -73,7 +55,7 @@ std::string silenceProblem() {
 }
 
 void press(const std::string& control) {
-  if (SoundScreen* const shown = screen(); shown && shown->controls()) {
+  if (SoundScreen* const shown = soundScreen(); shown && shown->controls()) {
     shown->controls()->press(control);
   }
 }

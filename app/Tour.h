@@ -9,6 +9,10 @@
 #include "platform/WeakPtr.h"
 #include "platform/Window.h"
 
+namespace sandbox {
+class Sandbox;
+}
+
 namespace quorbel {
 
 /// One thing to do and to see.
@@ -50,5 +54,9 @@ class Tour : public platform::Trackable {
 
 /// The steps through the soundboard that is shown now.
 std::vector<TourStep> soundboardSteps();
+
+/// The steps through the ads of a sandbox: their taps, what these open, and, where `network` is
+/// given, what the next ad request tells of them. It outlives the steps.
+std::vector<TourStep> adSteps(sandbox::Sandbox* network);
 
 }  // namespace quorbel

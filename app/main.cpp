@@ -1,5 +1,7 @@
 // Entry point of the soundboard.
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 
 #include "app/AdNetwork.h"
@@ -45,11 +47,14 @@ void prepareSounds() {
   platform::AudioPlayer::prepare(std::move(paths));
 }
 
-int runTour(platform::ApplicationDescription description, const std::string& folder) {
+int runTour(platform::ApplicationDescription description, const std::string& folder,
+            const std::unique_ptr<AdNetwork>& network) {
   std::unique_ptr<Tour> tour;
   description.alone = true;
   description.started = [&] {
-    tour = std::make_unique<Tour>(folder, soundboardSteps(), [](int failed) {
+    std::vector<TourStep> steps = soundboardSteps();
+    std::ranges::move(adSteps(network->builtIn()), std::back_inserter(steps));
+    tour = std::make_unique<Tour>(folder, std::move(steps), [](int failed) {
       platform::terminateApplication(failed == 0 ? 0 : 1);
     });
     if (!tour->begin()) platform::terminateApplication(1);
@@ -69,7 +74,9 @@ int run(const Options& options) {
     std::fprintf(stderr, "quorbel: %s.\n", problem->c_str());
     return 1;
   }
-  if (options.command == Command::Tour) return runTour(description, options.tourFolder);
+  if (options.command == Command::Tour) {
+    return runTour(description, options.tourFolder, network);
+  }
   return platform::applicationMain(description);
 }
 

@@ -1,6 +1,7 @@
 // The tour: the real program, its real widgets, clips, ad network and web engine.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <sstream>
 
@@ -23,6 +24,15 @@ std::pair<unsigned, unsigned> sizeOfPicture(const std::string& png) {
     return value;
   };
   return {number(16), number(20)};
+}
+
+/// The window's size at the step that this line of the report is about.
+std::pair<unsigned, unsigned> sizeAtStep(const std::string& line,
+                                         std::pair<unsigned, unsigned> size) {
+  const auto [shorter, longer] = std::minmax({size.first, size.second});
+  if (line.find("be turned: ") != std::string::npos) return {longer, shorter};
+  if (line.find(" page: ") != std::string::npos) return {shorter, longer};
+  return size;
 }
 
 struct Walk {
@@ -61,12 +71,12 @@ TEST_P(Tour, EveryStepIsAsItShouldBeAndHasItsPicture) {
     ++steps;
     EXPECT_TRUE(line.ends_with(": as it should be")) << line;
     const std::string picture = readFile(pictures + "/" + line.substr(0, line.find("  ")));
-    EXPECT_EQ(sizeOfPicture(picture), GetParam().size) << line;
+    EXPECT_EQ(sizeOfPicture(picture), sizeAtStep(line, GetParam().size)) << line;
     if (line.find("press") != std::string::npos) {
       EXPECT_TRUE(seen.insert(picture).second) << "shows nothing of its own: " << line;
     }
   }
-  EXPECT_GE(steps, 17u);
+  EXPECT_EQ(steps, 29u);
   EXPECT_NE(report.find(std::to_string(steps) + " steps, 0 failed\n"), std::string::npos) << report;
   const auto files = std::filesystem::directory_iterator(pictures);
   EXPECT_EQ(static_cast<std::size_t>(std::distance(begin(files), end(files))), steps + 1);
