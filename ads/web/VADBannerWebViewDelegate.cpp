@@ -90,6 +90,8 @@ void VADBannerWebViewDelegate::webViewDidFinishLoad(platform::WebView& webView) 
   VADWebViewDelegate::webViewDidFinishLoad(webView);
   if (!loader || loader->state() != kVADStateRenderingAd) return;
   loader->changeState(kVADStateShowingAd);
+  // The next click comes from another page than the last one did.
+  opener()->setReferringURL(std::nullopt);
   webView.setHidden(false);
   loader->delegateManager()->didReceiveAd();
   loader->trackURLs(loader->pendingTrackingURLs());

@@ -138,6 +138,16 @@ TEST_F(VADBannerWebViewDelegateTest, OpensClicksFullScreen) {
   EXPECT_THAT(events, ElementsAre("browser http://land.test/ 3", "webapp HTTPS://land.test/ 3"));
 }
 
+TEST_F(VADBannerWebViewDelegateTest, TellsNobodyOfTheAdBefore) {
+  page().url = platform::URL::parse("http://ads.test/ad");
+  touchAndWait();
+  EXPECT_FALSE(click("http://land.test/"));
+  EXPECT_TRUE(delegate->opener()->referringURL());
+  loader->present = kVADStateRenderingAd;
+  page().finish();
+  EXPECT_FALSE(delegate->opener()->referringURL());
+}
+
 TEST_F(VADBannerWebViewDelegateTest, OpensTheClickURLWithItsSignals) {
   touchAndWait();
   EXPECT_FALSE(click("http://land.test/?ai=abc"));
