@@ -19,7 +19,8 @@ class Device : public Shared<Device> {
 
   /// The product's name, from the device tree or the firmware; "Linux" when neither tells.
   virtual std::string model() const = 0;
-  /// Dotted numbers, from os-release or else the kernel's.
+  /// Dotted numbers, from os-release when they are those of a whole system (3 and above), or else
+  /// the kernel's.
   virtual std::string systemVersion() const = 0;
   /// Stable for this machine, user and application, different for any other; it reveals none of
   /// them. The machine's own id never leaves this class.

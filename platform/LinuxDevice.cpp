@@ -14,6 +14,7 @@
 #include "platform/Crypto.h"
 #include "platform/Folders.h"
 #include "platform/Text.h"
+#include "platform/Value.h"
 #include "platform/gtk/Monitor.h"
 
 namespace platform {
@@ -21,6 +22,10 @@ namespace {
 
 constexpr std::size_t kLongestModel = 100;
 constexpr std::size_t kLongestFile = 64 * 1024;
+
+/// Distributions that number nothing but their base files stay below this, whatever their age. What
+/// applications may expect of the system shows in the kernel's number then.
+constexpr int kLowestVersion = 3;
 
 /// Monitors with a shorter side under this, in points, are a phone's.
 constexpr double kTabletFrom = 600;
@@ -56,7 +61,8 @@ std::string versionFromOSRelease(const std::string& content) {
   place = content.find('=', place) + 1;
   std::string value = content.substr(place, content.find('\n', place) - place);
   std::erase_if(value, [](char character) { return character == '"' || character == '\''; });
-  return isDottedNumbers(value) ? value : "";
+  const bool isSystems = isDottedNumbers(value) && Value(value).integerValue() >= kLowestVersion;
+  return isSystems ? value : "";
 }
 
 std::string leadingVersion(const std::string& release) {

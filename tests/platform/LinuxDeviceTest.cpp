@@ -54,7 +54,7 @@ TEST_F(LinuxDeviceTest, ReadsTheVersionFromWhereverItIs) {
     EXPECT_EQ(device().systemVersion(), each.version);
   }
   put("/usr/lib/os-release", "VERSION_ID=5");
-  for (const char* useless : {"", "VERSION_ID=rolling", "VERSION_ID="}) {
+  for (const char* useless : {"", "VERSION_ID=rolling", "VERSION_ID=", "VERSION_ID=2.17"}) {
     put("/etc/os-release", useless);
     EXPECT_EQ(device().systemVersion(), "5") << useless;
   }
