@@ -92,10 +92,6 @@ class DelegateManager : public testing::Test {
   std::shared_ptr<VADDelegateManager> manager_ = std::make_shared<VADDelegateManager>();
 };
 
-TEST_F(DelegateManager, WithoutDelegatesNothingHappens) {
-  raiseEverything(*manager_);
-}
-
 TEST_F(DelegateManager, ABannersDelegateHearsEverything) {
   Publisher publisher(&heard_);
   manager_->setBannerDelegate(&publisher);

@@ -146,7 +146,7 @@ TEST_F(RoadOfOneAdTest, CarriesMessagesBothWays) {
       << "the page is still there";
 }
 
-TEST_F(RoadOfOneAdTest, EndsWithTheSpecifiedErrors) {
+TEST_F(RoadOfOneAdTest, EndsEachFailureWithItsOwnError) {
   const auto expectError = [&](int code) {
     publisher.errors.clear();
     banner->loadRequest(nullptr);
