@@ -25,6 +25,9 @@ constexpr const char* kScriptPath = "/urvo/sdk-core-v40.js";
 constexpr const char* kExpireDateKey = "expireDate";
 /// How long a script is used without asking for a newer one, in seconds.
 constexpr double kScriptLifetime = 86400;
+/// So many pings may be under way at once: a page may open one destination after another, and a
+/// server may send ad after ad, each with its pings.
+constexpr std::size_t kMostTrackers = 1000;
 constexpr int kMinimumOSMajor = 3;
 constexpr int kMinimumOSMinor = 0;
 
@@ -373,6 +376,11 @@ void VADObjectPrivate::addReloadInformationFromHeaders() {
 
 void VADObjectPrivate::trackURLs(const std::vector<platform::URL>& urls) {
   for (const platform::URL& url : urls) {
+    if (trackers_.size() >= kMostTrackers) cleanupTrackers();
+    if (trackers_.size() >= kMostTrackers) {
+      debug("pings are dropped, for there are too many under way");
+      return;
+    }
     debug("ping to " + url.absoluteString());
     const auto tracker = std::make_shared<VADClickTracker>();
     tracker->setDelegate(this);
@@ -440,7 +448,10 @@ void VADObjectPrivate::cleanupTrackersOnNextTurn() {
 }
 
 void VADObjectPrivate::cleanupTrackers() {
-  std::erase_if(trackers_, [](const auto& tracker) { return tracker->hasTracked(); });
+  // Those that the system ended in the background have no outcome, and no URL any more.
+  std::erase_if(trackers_, [](const auto& tracker) {
+    return tracker->hasTracked() || !tracker->trackingURL();
+  });
 }
 
 }  // namespace valdren

@@ -50,7 +50,7 @@ class VADAdController : public virtual platform::Trackable,
   virtual std::vector<platform::URL> pendingClickURLs() const = 0;
   /// A `VADOrientationCode` for the screens that the ad opens.
   virtual int supportedOrientations() const = 0;
-  /// Fires a ping at each URL.
+  /// Fires a ping at each URL. Those beyond 1000 under way at once are dropped.
   virtual void trackURLs(const std::vector<platform::URL>& urls) = 0;
 
  protected:

@@ -363,6 +363,14 @@ TEST_F(VADObjectPrivateTest, ClearsTrackersAwayAfterTheirOutcome) {
   EXPECT_EQ(loader()->pendingTrackers().size(), 3u) << "a tracker went away inside its own callback";
   loop.advance(0);
   EXPECT_EQ(loader()->pendingTrackers().size(), 1u);
+  // A page that opens destination after destination fires the click pings each time.
+  loader()->trackURLs(std::vector(5000, *platform::URL::parse("http://p.test/click")));
+  EXPECT_EQ(loader()->pendingTrackers().size(), 1000u) << "pings without end";
+  EXPECT_EQ(application.runningTasks(), 1000u);
+  application.expireBackgroundTasks();
+  loader()->trackURLs({*platform::URL::parse("http://p.test/later")});
+  EXPECT_EQ(application.runningTasks(), 1u) << "pings that the system ended keep others back";
+  EXPECT_EQ(loader()->pendingTrackers().size(), 1u);
 }
 
 }  // namespace
