@@ -97,6 +97,9 @@ class WebEngines : public Shared<WebEngines> {
   /// shares that engine's web process.
   virtual std::unique_ptr<WebEngine> makeEngine(View& host, WebEngine::Client& client,
                                                 WebEngine* related) = 0;
+  /// Starts what takes longest about the next engine without a `related` one, which is going to be
+  /// made soon.
+  virtual void prepare() {}
 };
 
 /// Pages are kept apart from the person's own browsing: nothing of them outlives the process, and
@@ -106,6 +109,10 @@ class WebView : public View, private WebEngine::Client {
   /// With `related`, shares that view's web process, which saves starting one.
   explicit WebView(const Rect& frame = {}, WebView* related = nullptr);
   ~WebView() override;
+
+  /// A view of its own is going to be needed in a moment: its web process starts now, and ends
+  /// again when none comes for some seconds.
+  static void prepareNext() { WebEngines::shared().prepare(); }
 
   void setDelegate(WeakPtr<WebViewDelegate> delegate) { delegate_ = delegate; }
   WebViewDelegate* delegate() const { return delegate_.get(); }

@@ -3,6 +3,7 @@
 #include "ads/api/VADDelegateManager.h"
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
+#include "ads/web/VADWebView.h"
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 
@@ -55,6 +56,14 @@ void VADBannerView::setDelegate(VADBannerViewDelegate* delegate) {
 
 const std::shared_ptr<VADWebView>& VADBannerView::webView() const {
   return loader()->webView();
+}
+
+platform::View* VADBannerView::hitTest(platform::Point point, platform::EventType type) {
+  platform::View* const hit = View::hitTest(point, type);
+  if (hit && hit == webView().get() && type == platform::EventType::Touches) {
+    platform::WebView::prepareNext();
+  }
+  return hit;
 }
 
 bool VADBannerView::hasAutoRefreshed() const {

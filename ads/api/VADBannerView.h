@@ -52,6 +52,9 @@ class VADBannerView : public platform::View {
   /// way, and in the background, this does nothing; a launch need not be over.
   void loadRequest(const std::shared_ptr<VADRequest>& request);
 
+  /// A touch of the ad often opens a page, which is made ready for.
+  platform::View* hitTest(platform::Point point, platform::EventType type) override;
+
  private:
   void commonInitializer();
   std::shared_ptr<VADObjectPrivate> loader() const;

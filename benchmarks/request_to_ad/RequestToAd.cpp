@@ -27,7 +27,7 @@ namespace {
 using namespace benchmarks;
 
 constexpr int kDefaultRounds = 40;
-constexpr int kStarts = 7;
+constexpr int kStarts = 5;
 constexpr double kPatience = 30;
 constexpr double kPause = 0.15;  // between rounds, so that one's pings do not cost the next
 constexpr int kWidth = 320;
@@ -299,6 +299,7 @@ int main(int argc, char** argv) {
   }
   const bool warmOnly = argc > 2 && std::strcmp(argv[2], "warm") == 0;
   const int rounds = argc > 1 ? std::atoi(argv[1]) : kDefaultRounds;
+  setvbuf(stdout, nullptr, _IOLBF, 0);
   const SandboxProcess sandbox;
   sandbox.control("refresh=0");
   // Before this process has windows of its own, which might be taken for the soundboard's.

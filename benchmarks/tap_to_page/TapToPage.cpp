@@ -9,8 +9,8 @@
 #include <cstdlib>
 
 #include "ads/screens/VADViewController.h"
+#include "ads/valdren.h"
 #include "ads/web/VADOpener.h"
-#include "ads/web/VADWebView.h"
 #include "benchmarks/Figures.h"
 #include "benchmarks/support/BareView.h"
 #include "benchmarks/support/Family.h"
@@ -27,6 +27,7 @@ using namespace benchmarks;
 constexpr int kDefaultTaps = 20;
 constexpr int kDefaultOpenings = 100;
 constexpr double kPatience = 30;
+constexpr double kPressSeconds = 0.1;
 constexpr int kWidth = 360;
 constexpr int kHeight = 640;
 /// The sky of the landing page's picture.
@@ -59,19 +60,27 @@ Tap finish(GtkWidget* widget, double began) {
 }
 
 /// The application's window with a screen that opens others, as a tapped ad does.
-class Application {
+class Application final : public valdren::VADBannerViewDelegate {
  public:
   Application() {
     screen_->view()->setBackgroundColor(platform::Color::white());
     window_->setRootViewController(screen_);
     window_->makeKeyAndVisible();
-    // The ad that was tapped has a web process of its own.
-    screen_->view()->addSubview(ad_);
-    ad_->loadHTMLString("<p>An ad", std::nullopt);
+    // An ad that can be tapped; it has a web process of its own.
+    banner_->setRootViewController(screen_.get());
+    banner_->setDelegate(this);
+    screen_->view()->addSubview(banner_);
+    banner_->loadRequest(valdren::VADRequest::request());
+    if (!runUntil([this] { return received_; }, kPatience)) std::puts("The ad did not come.");
     opener_.setViewController(screen_.get());
     runFor(1);
   }
 
+  /// A finger is put on the ad, and taken off after as long as fingers stay.
+  void press() {
+    banner_->hitTest({160, 25}, platform::EventType::Touches);
+    runFor(kPressSeconds);
+  }
   void openBrowser(const platform::URL& url) { opener_.openBrowserToURL(url, 1); }
   void openWebApp(const platform::URL& url) { opener_.openWebApp(url, 1); }
   bool isOpen() const { return screen_->modalViewController() != nullptr; }
@@ -86,15 +95,19 @@ class Application {
   }
 
  private:
+  void adViewDidReceiveAd(valdren::VADBannerView&) override { received_ = true; }
+
   std::shared_ptr<platform::Window> window_ =
       std::make_shared<platform::Window>(platform::Size{kWidth, kHeight});
   std::shared_ptr<Screen> screen_ = std::make_shared<Screen>();
-  std::shared_ptr<valdren::VADWebView> ad_ =
-      std::make_shared<valdren::VADWebView>(platform::Rect{0, 540, 320, 50});
+  std::shared_ptr<valdren::VADBannerView> banner_ =
+      std::make_shared<valdren::VADBannerView>(platform::Rect{0, 500, 320, 50});
+  bool received_ = false;
   valdren::VADOpener opener_;
 };
 
 Tap tapOurs(Application& application, const platform::URL& url) {
+  application.press();
   restartLoopWork();
   const double began = seconds();
   application.openBrowser(url);
@@ -103,12 +116,17 @@ Tap tapOurs(Application& application, const platform::URL& url) {
   return tap;
 }
 
-Tap tapBare(const platform::URL& url) {
+/// With a context of its own, no web process that was kept from the window before is used again.
+Tap tapBare(const platform::URL& url, bool newProcess) {
+  const platform::GObjectPtr<WebKitWebContext> context(newProcess ? webkit_web_context_new()
+                                                                  : nullptr);
   restartLoopWork();
   const double began = seconds();
   GtkWidget* const window = gtk_window_new();
   gtk_window_set_default_size(GTK_WINDOW(window), kWidth, kHeight);
-  GtkWidget* const view = webkit_web_view_new();
+  GtkWidget* const view =
+      GTK_WIDGET(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context",
+                              context ? context.get() : webkit_web_context_get_default(), nullptr));
   gtk_window_set_child(GTK_WINDOW(window), view);
   webkit_web_view_load_uri(WEBKIT_WEB_VIEW(view), url.absoluteString().c_str());
   gtk_window_present(GTK_WINDOW(window));
@@ -141,6 +159,7 @@ void measureTaps(Application& application, const platform::URL& url, int taps) {
   Table sliding;
   Table still;
   Table bare;
+  Table bareFresh;
   for (int tap = 0; tap < taps + 1; ++tap) {
     const auto settled = [&](const std::function<Tap()>& measured) {
       runFor(0.5);
@@ -148,21 +167,27 @@ void measureTaps(Application& application, const platform::URL& url, int taps) {
     };
     setAnimations(false);
     const Tap first = settled([&] { return tapOurs(application, url); });
-    const Tap second = settled([&] { return tapBare(url); });
+    const Tap second = settled([&] { return tapBare(url, false); });
+    const Tap fresh = settled([&] { return tapBare(url, true); });
     setAnimations(true);
     const Tap third = settled([&] { return tapOurs(application, url); });
     if (tap == 0) continue;
     still.add(first);
     bare.add(second);
+    bareFresh.add(fresh);
     sliding.add(third);
   }
   still.print("Tap to page, animations off");
   sliding.print("Tap to page, with the slide");
-  bare.print("Bare window");
+  bare.print("Bare window, in the web process of the one before");
+  bareFresh.print("Bare window, new web process");
   if (bare.painted.median() > 0) {
-    std::printf("Beside the bare window: %.2f times, with the slide %.2f\n\n",
-                still.painted.median() / bare.painted.median(),
-                sliding.painted.median() / bare.painted.median());
+    std::printf(
+        "Beside the bare window: %.2f times, with the slide %.2f; new process: %.2f, %.2f\n\n",
+        still.painted.median() / bare.painted.median(),
+        sliding.painted.median() / bare.painted.median(),
+        still.painted.median() / bareFresh.painted.median(),
+        sliding.painted.median() / bareFresh.painted.median());
   }
 }
 
@@ -199,6 +224,7 @@ int numberFrom(int argc, char** argv, int place, int otherwise) {
 int main(int argc, char** argv) {
   const int taps = numberFrom(argc, argv, 1, kDefaultTaps);
   const int openings = numberFrom(argc, argv, 2, kDefaultOpenings);
+  setvbuf(stdout, nullptr, _IOLBF, 0);
   const SandboxProcess sandbox;
   const Stage stage;
   useServer(sandbox.baseURL());

@@ -11,6 +11,7 @@
 #include "platform/RunLoop.h"
 #include "platform/gtk/NativeView.h"
 #include "platform/web/Refusals.h"
+#include "platform/web/SpareProcess.h"
 #include "platform/web/WebSession.h"
 
 namespace platform {
@@ -72,8 +73,9 @@ std::string textOf(WebKitWebView* view, GAsyncResult* result) {
 WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
     : host_(host),
       settings_(makeStrangersSettings()),
-      view_(
-          makeView(settings_.get(), scripts_.manager(), related ? related->view_.get() : nullptr)),
+      spare_(related ? nullptr : takeSpareProcess()),
+      view_(makeView(settings_.get(), scripts_.manager(),
+                     related ? related->view_.get() : spare_.get())),
       keys_(gtk_event_controller_key_new()),
       client_(client),
       loads_(client),
@@ -127,6 +129,7 @@ void WebKitEngine::connectSignals() {
 void WebKitEngine::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) {
   auto& engine = *static_cast<WebKitEngine*>(self);
   if (event == WEBKIT_LOAD_COMMITTED) {
+    engine.spare_.reset();
     engine.setScriptsRun(true);
     engine.insecureContent_ = false;
     engine.forgetWidth();
@@ -381,6 +384,7 @@ WebEngines& WebEngines::standard() {
                                           WebEngine* related) override {
       return std::make_unique<WebKitEngine>(host, client, dynamic_cast<WebKitEngine*>(related));
     }
+    void prepare() override { startSpareProcess(); }
   };
   static WebKitEngines engines;
   return engines;

@@ -60,6 +60,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   View& host_;
   PageScripts scripts_;
   GObjectPtr<WebKitSettings> settings_;
+  GObjectPtr<WebKitWebView> spare_;  // whose process the view shares, until its first page is there
   GObjectPtr<WebKitWebView> view_;
   GtkEventController* keys_;  // owned by the view
   Client& client_;

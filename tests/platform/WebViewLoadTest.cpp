@@ -16,6 +16,20 @@ using Headers = std::vector<std::pair<std::string, std::string>>;
 
 const Headers kHTML{{"Content-Type", "text/html"}};
 
+TEST(WebViewLoad, PageInAProcessStartedAheadKnowsNothingOfWhatWasBefore) {
+  platform::WebView::prepareNext();
+  runFor(0.5);
+  Page page;
+  EXPECT_TRUE(page.load("<p>Hello", "http://ads.example/"));
+  EXPECT_EQ(page.evaluate("document.body.textContent"), "Hello");
+  EXPECT_EQ(page.delegate.lines, (Lines{"ask 5 http://ads.example/", "start", "finish"}));
+  EXPECT_EQ(page.evaluate("String(history.length)"), "1");
+  EXPECT_FALSE(page.view->canGoBack());
+  platform::WebView::prepareNext();
+  Page next;
+  EXPECT_TRUE(next.load("<p>Again", "http://ads.example/")) << "its process may not be there yet";
+}
+
 TEST(WebViewLoad, TellsOfEachLoadOnce) {
   LoopbackServer server;
   server.answer("/page", 200, kHTML, "<title>Title</title>Text");

@@ -1,0 +1,48 @@
+#include "platform/web/SpareProcess.h"
+
+#include <memory>
+
+#include "platform/RunLoop.h"
+#include "platform/web/Refusals.h"
+#include "platform/web/WebSession.h"
+
+namespace platform {
+namespace {
+
+/// Between the press of a finger and the page that it opens, with time to hesitate, in seconds.
+constexpr double kKeptSeconds = 5;
+
+struct Spare {
+  GObjectPtr<WebKitWebView> view;
+  std::unique_ptr<Timer> end;
+};
+
+Spare& spare() {
+  // Never destroyed: the engine's own objects may be gone when the process ends.
+  static auto* const spare = new Spare;
+  return *spare;
+}
+
+GObjectPtr<WebKitWebView> makeEmptyView() {
+  const GObjectPtr<WebKitSettings> settings(makeStrangersSettings());
+  auto* const made = g_object_new(WEBKIT_TYPE_WEB_VIEW, "settings", settings.get(), "web-context",
+                                  webContext(), "network-session", webSession(), nullptr);
+  GObjectPtr<WebKitWebView> view(WEBKIT_WEB_VIEW(g_object_ref_sink(made)));
+  refuseWhatReachesBeyondThePage(view.get());
+  webkit_web_view_load_uri(view.get(), "about:blank");  // the first load starts the process
+  return view;
+}
+
+}  // namespace
+
+void startSpareProcess() {
+  if (!spare().view) spare().view = makeEmptyView();
+  spare().end = RunLoop::shared().scheduleTimer(kKeptSeconds, [] { spare().view.reset(); });
+}
+
+GObjectPtr<WebKitWebView> takeSpareProcess() {
+  spare().end.reset();
+  return std::move(spare().view);
+}
+
+}  // namespace platform
