@@ -11,6 +11,7 @@
 #include "platform/gtk/NativeView.h"
 #include "platform/gtk/NativeWindow.h"
 #include "tests/app/FakeAudioPlayer.h"
+#include "tests/support/FakeApplication.h"
 #include "tests/support/FakeURLLoading.h"
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/FakeWebEngine.h"
@@ -86,6 +87,7 @@ class SoundScreenTest : public ::testing::TestWithParam<Idiom> {
     return found;
   }
 
+  quorbel_tests::FakeApplication application;
   quorbel_tests::FakeUserDefaults defaults;
   quorbel_tests::FakeURLLoading loading;
   quorbel_tests::FakeWebEngines engines;
