@@ -22,8 +22,10 @@ using valdren::VADWebAppViewController;
 using valdren::VADWebAppViewControllerPrivate;
 using valdren::VADWebView;
 
-/// A page of the web engine, which may have to start a process first.
+/// An ad or a page of the web engine, which may have to start a process first.
 constexpr double kPagePatience = 30;
+/// A screen that goes away.
+constexpr double kLeavingPatience = 10;
 /// The side of the web app screen's close button, in points.
 constexpr double kCorner = 32;
 
@@ -239,7 +241,8 @@ class AdSteps {
   void back(std::string title, std::function<void()> act) {
     const platform::Window* const window = platform::Window::keyWindow();
     const bool landscape = window && platform::isLandscape(window->orientation());
-    add(std::move(title), std::move(act), [landscape] { return soundboardProblem(landscape); });
+    steps_.push_back({std::move(title), std::move(act),
+                      [landscape] { return soundboardProblem(landscape); }, kLeavingPatience});
   }
 
   void add(std::string title, std::function<void()> act, std::function<std::string()> problem) {
