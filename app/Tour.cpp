@@ -11,6 +11,7 @@ namespace quorbel {
 namespace {
 
 constexpr double kLookInterval = 0.02;  // seconds between two looks
+constexpr double kPicturePatience = 2;  // seconds more until no picture can be taken
 constexpr double kSettling = 0.15;      // seconds until what was done is also drawn
 
 }  // namespace
@@ -59,8 +60,16 @@ void Tour::watchStep() {
 void Tour::endStep(const std::string& problem) {
   const std::string picture = pictureName();
   platform::Window* const window = platform::Window::keyWindow();
+  const bool taken = window && window->savePicture(folder_ + "/" + picture);
+  const double waited = platform::Clock::shared().monotonicSeconds() - stepBegan_;
+  if (!taken && waited < steps_[current_].patience + kPicturePatience) {
+    // A window that is about to lay itself out anew has nothing to show until it has.
+    platform::RunLoop::shared().performAfterDelay(*this, kLookInterval,
+                                                  [this, problem] { endStep(problem); });
+    return;
+  }
   std::string trouble = problem;
-  if (!window || !window->savePicture(folder_ + "/" + picture)) {
+  if (!taken) {
     trouble += std::string(trouble.empty() ? "" : "; ") + "no picture could be taken";
   }
   if (!trouble.empty()) ++failed_;
