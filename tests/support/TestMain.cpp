@@ -3,10 +3,24 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 #include <gtkmm/init.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+
+namespace {
+
+/// Ends the program in the middle of a case that hangs, so that the others' outcome is not lost
+/// too.
+class Patience : public ::testing::EmptyTestEventListener {
+  void OnTestStart(const ::testing::TestInfo&) override { alarm(kSeconds); }
+  void OnTestEnd(const ::testing::TestInfo&) override { alarm(0); }
+
+  static constexpr unsigned kSeconds = 300;
+};
+
+}  // namespace
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
@@ -21,6 +35,7 @@ int main(int argc, char** argv) {
   setenv("GSETTINGS_BACKEND", "memory", 0);
   if (gtk_init_check()) Gtk::init_gtkmm_internals();
 
+  ::testing::UnitTest::GetInstance()->listeners().Append(new Patience);
   const int result = RUN_ALL_TESTS();
   std::error_code ignored;
   std::filesystem::remove_all(folder, ignored);
