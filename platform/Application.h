@@ -44,8 +44,10 @@ class Application : public Shared<Application> {
   virtual bool isIdleTimerDisabled() const = 0;
   virtual void setIdleTimerDisabled(bool disabled) = 0;
 
-  /// Asks the system to open the URL with whatever handles its scheme, never through a shell. One
-  /// debug line when nothing does. Files of this machine are not opened.
+  /// Asks the system to open the URL with whatever handles its scheme, never through a shell and
+  /// without waiting for it. One debug line when nothing does. Files of this machine are not
+  /// opened; nor is anything unless a touch or key of the person, seconds ago at most and not used
+  /// by another launch, stands behind it (see `LaunchPermit`).
   virtual void openURL(const URL& url) = 0;
   /// Whether something on this system handles the URL's scheme. Blocks for no longer than a look-up
   /// in the local database takes.

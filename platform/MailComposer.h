@@ -34,7 +34,8 @@ class MailService : public Shared<MailService> {
   /// The desktop portal, or, without one, the default handler of "mailto:".
   static MailService& standard();
   virtual ~MailService() = default;
-  /// Calls `finished` once, later, when the mail has been handed over or cannot be.
+  /// Calls `finished` once, later, when the mail has been handed over or cannot be. It cannot
+  /// unless a touch or key of the person stands behind it (see `LaunchPermit`).
   virtual void compose(const MailMessage& message, std::function<void(MailResult)> finished) = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/LaunchPermit.h"
 #include "platform/gtk/NativeView.h"
 
 namespace platform {
@@ -147,6 +148,7 @@ View* View::hitTest(Point point, EventType type) {
 }
 
 bool View::tap(Point point) {
+  LaunchPermit::shared().touched();
   View* const hit = hitTest(point, EventType::Touches);
   if (!hit) return false;
   const std::shared_ptr<View> keptUntilReturn = hit->weak_from_this().lock();

@@ -3,6 +3,7 @@
 #include <gtkmm/button.h>
 #include <gtkmm/label.h>
 
+#include "platform/LaunchPermit.h"
 #include "platform/gtk/NativeImage.h"
 #include "platform/gtk/NativeView.h"
 
@@ -37,7 +38,10 @@ Button::Button(ButtonStyle style, const Rect& frame)
   button.add_css_class("platform-button");
   if (style != ButtonStyle::Custom) button.add_css_class("bar");
   if (style == ButtonStyle::Done) button.add_css_class("done");
-  button.signal_clicked().connect([this] { clicked(); });
+  button.signal_clicked().connect([this] {
+    LaunchPermit::shared().activated();
+    clicked();
+  });
   native().setContent(&button);
 }
 

@@ -1,11 +1,11 @@
 #include "platform/gtk/LinuxApplication.h"
 
-#include <gio/gio.h>
-
+#include "platform/LaunchPermit.h"
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
 #include "platform/Window.h"
+#include "platform/gtk/Launches.h"
 
 namespace platform {
 namespace {
@@ -22,24 +22,6 @@ void post(const char* name) {
 bool isForOthers(const URL& url) {
   const std::string scheme = url.lowercaseScheme();
   return !scheme.empty() && scheme != "file";
-}
-
-/// Inside a sandbox the handlers outside cannot be seen, and a portal finds them.
-bool isInSandbox() {
-  static const bool sandboxed = g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS);
-  return sandboxed;
-}
-
-/// What every desktop opens.
-bool isOpenedByPortals(const std::string& scheme) {
-  return scheme == "http" || scheme == "https" || scheme == "mailto";
-}
-
-void opened(GObject*, GAsyncResult* result, gpointer) {
-  GError* error = nullptr;
-  if (g_app_info_launch_default_for_uri_finish(result, &error)) return;
-  logDebug(std::string("Nothing opened the URL: ") + error->message);
-  g_error_free(error);
 }
 
 }  // namespace
@@ -88,17 +70,16 @@ void LinuxApplication::setInhibitor(std::function<void(bool)> inhibitor) {
 
 void LinuxApplication::openURL(const URL& url) {
   if (!isForOthers(url)) return logDebug("Not opened: " + url.absoluteString());
-  g_app_info_launch_default_for_uri_async(url.absoluteString().c_str(), nullptr, nullptr, opened,
-                                          nullptr);
+  // What nothing handles uses no touch up, so that a page may go on to something else.
+  auto& permit = LaunchPermit::shared();
+  if (permit.isGiven() && !isInSandbox() && !hasHandler(url)) {
+    return logDebug("Nothing opens the URL: " + url.absoluteString());
+  }
+  if (const LaunchPermit::Touch touch = permit.use(url.absoluteString())) launch(url, touch);
 }
 
 bool LinuxApplication::canOpenURL(const URL& url) const {
-  if (!isForOthers(url)) return false;
-  const std::string scheme = url.lowercaseScheme();
-  GAppInfo* const handler = g_app_info_get_default_for_uri_scheme(scheme.c_str());
-  if (!handler) return isInSandbox() && isOpenedByPortals(scheme);
-  g_object_unref(handler);
-  return true;
+  return isForOthers(url) && hasHandler(url);
 }
 
 BackgroundTaskID LinuxApplication::beginBackgroundTask(std::function<void()> expired) {

@@ -1,10 +1,11 @@
 #include <gio/gio.h>
 #include <libportal/portal.h>
 
-#include "platform/Application.h"
+#include "platform/LaunchPermit.h"
 #include "platform/Log.h"
 #include "platform/MailComposer.h"
 #include "platform/RunLoop.h"
+#include "platform/gtk/Launches.h"
 
 namespace platform {
 namespace {
@@ -24,16 +25,17 @@ class TextList {
   std::vector<const char*> pointers_;
 };
 
-void openWithDefaultHandler(const MailMessage& message, const Finished& finished) {
-  const std::optional<URL> url = message.mailtoURL();
-  if (url) Application::shared().openURL(*url);
-  finished(url ? MailResult::Done : MailResult::Failed);
-}
-
 struct Call {
   MailMessage message;
   Finished finished;
+  LaunchPermit::Touch touch;
 };
+
+void openWithDefaultHandler(const Call& call) {
+  const std::optional<URL> url = call.message.mailtoURL();
+  if (url) launch(*url, call.touch);
+  call.finished(url ? MailResult::Done : MailResult::Failed);
+}
 
 void composed(GObject* portal, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<Call> call(static_cast<Call*>(data));
@@ -48,7 +50,7 @@ void composed(GObject* portal, GAsyncResult* result, gpointer data) {
   if (cancelled) {
     call->finished(MailResult::Cancelled);
   } else {
-    openWithDefaultHandler(call->message, call->finished);
+    openWithDefaultHandler(*call);
   }
 }
 
@@ -74,7 +76,7 @@ void portalStarted(GObject* bus, GAsyncResult* result, gpointer data) {
   GVariant* const answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr);
   if (!answer) {
     logDebug("There is no portal to write mails with.");
-    openWithDefaultHandler(call->message, call->finished);
+    openWithDefaultHandler(*call);
     return;
   }
   g_variant_unref(answer);
@@ -85,7 +87,7 @@ void busFound(GObject*, GAsyncResult* result, gpointer data) {
   std::unique_ptr<Call> call(static_cast<Call*>(data));
   GDBusConnection* const bus = g_bus_get_finish(result, nullptr);
   if (!bus) {
-    openWithDefaultHandler(call->message, call->finished);
+    openWithDefaultHandler(*call);
     return;
   }
   g_dbus_connection_call(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
@@ -98,7 +100,12 @@ void busFound(GObject*, GAsyncResult* result, gpointer data) {
 class DesktopMailService final : public MailService {
  public:
   void compose(const MailMessage& message, Finished finished) override {
-    g_bus_get(G_BUS_TYPE_SESSION, nullptr, busFound, new Call{message, std::move(finished)});
+    const LaunchPermit::Touch touch = LaunchPermit::shared().use("a mail to be written");
+    if (!touch) {
+      RunLoop::shared().performAfterDelay(0, [finished] { finished(MailResult::Failed); });
+      return;
+    }
+    g_bus_get(G_BUS_TYPE_SESSION, nullptr, busFound, new Call{message, std::move(finished), touch});
   }
 };
 

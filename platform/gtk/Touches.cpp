@@ -5,15 +5,46 @@
 #include <gtkmm/widget.h>
 
 #include <optional>
+#include <utility>
 
+#include "platform/LaunchPermit.h"
 #include "platform/View.h"
 #include "platform/gtk/NativeView.h"
 
 namespace platform {
 namespace {
 
-bool isTouch(Gdk::Event::Type type) {
-  return type == Gdk::Event::Type::BUTTON_PRESS || type == Gdk::Event::Type::TOUCH_BEGIN;
+using Type = Gdk::Event::Type;
+
+bool isTouch(Type type) {
+  return type == Type::BUTTON_PRESS || type == Type::TOUCH_BEGIN;
+}
+
+bool isRelease(Type type) {
+  return type == Type::BUTTON_RELEASE || type == Type::TOUCH_END || type == Type::KEY_RELEASE;
+}
+
+/// The key that is down, so that its repetitions are not taken for others; 0 when none is.
+unsigned keyDown = 0;
+
+/// Whether the person has pressed a key that asks for something. One that changes others, or that
+/// leaves a page, does not.
+bool isKey(const Gdk::Event& event) {
+  if (event.get_event_type() != Type::KEY_PRESS) return false;
+  auto* const key = const_cast<GdkEvent*>(event.gobj());
+  const unsigned code = gdk_key_event_get_keycode(key);
+  if (gdk_key_event_is_modifier(key) || gdk_key_event_get_keyval(key) == GDK_KEY_Escape) {
+    return false;
+  }
+  return std::exchange(keyDown, code) != code;
+}
+
+/// Keeps what the person does for those who start other programs.
+void noteForLaunches(const Gdk::Event& event) {
+  const Type type = event.get_event_type();
+  if (isTouch(type) || isKey(event)) LaunchPermit::shared().touched();
+  if (isRelease(type)) LaunchPermit::shared().released();
+  if (type == Type::KEY_RELEASE || isTouch(type)) keyDown = 0;
 }
 
 /// Where the event is in the view's coordinates.
@@ -48,6 +79,7 @@ void watchTouches(Gtk::Widget& widget, View& view) {
   controller->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
   controller->signal_event().connect(
       [&view](const Glib::RefPtr<const Gdk::Event>& event) {
+        noteForLaunches(*event.get());
         if (!isTouch(event->get_event_type())) return false;
         if (const auto place = placeInView(*event.get(), view)) {
           view.hitTest(*place, EventType::Touches);

@@ -10,7 +10,7 @@ namespace platform {
 class View;
 
 /// Asks `view` for a hit test at each touch that goes through `widget`, which holds the view's own
-/// widget or is it. `view` outlives `widget`.
+/// widget or is it, and tells `LaunchPermit` of touches and keys. `view` outlives `widget`.
 void watchTouches(Gtk::Widget& widget, View& view);
 
 }  // namespace platform
