@@ -10,8 +10,10 @@
 #include "platform/Log.h"
 #include "platform/RunLoop.h"
 #include "platform/gtk/NativeView.h"
+#include "platform/web/EngineCheck.h"
 #include "platform/web/Refusals.h"
 #include "platform/web/SpareProcess.h"
+#include "platform/web/WaitingEngine.h"
 #include "platform/web/WebSession.h"
 
 namespace platform {
@@ -382,9 +384,13 @@ WebEngines& WebEngines::standard() {
   class WebKitEngines final : public WebEngines {
     std::unique_ptr<WebEngine> makeEngine(View& host, WebEngine::Client& client,
                                           WebEngine* related) override {
-      return std::make_unique<WebKitEngine>(host, client, dynamic_cast<WebKitEngine*>(related));
+      if (!isUsable()) return std::make_unique<WaitingEngine>(host, client, related);
+      return std::make_unique<WebKitEngine>(host, client, WaitingEngine::resolve(related));
     }
-    void prepare() override { startSpareProcess(); }
+    void prepare() override {
+      if (isUsable()) startSpareProcess();
+    }
+    static bool isUsable() { return EngineCheck::shared().isUsable().value_or(false); }
   };
   static WebKitEngines engines;
   return engines;

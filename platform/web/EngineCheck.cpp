@@ -1,0 +1,217 @@
+#include "platform/web/EngineCheck.h"
+
+#include <dlfcn.h>
+#include <gio/gio.h>
+#include <unistd.h>
+#include <webkit/webkit.h>
+
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+#include "platform/Log.h"
+#include "platform/gtk/Launches.h"
+#include "platform/net/GObjectPtr.h"
+
+namespace platform {
+namespace {
+
+constexpr const char* kWebProcess = "WebKitWebProcess";
+constexpr const char* kNetworkProcess = "WebKitNetworkProcess";
+/// What the engine's programs need, and what any program does.
+constexpr const char* kEngineLibrary = "libwebkitgtk";
+constexpr const char* kAnyLibrary = "lib";
+/// With it set, the engine would do without its sandbox.
+constexpr const char* kNoSandbox = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
+/// Has the dynamic linker name the libraries that a program needs, in place of starting it.
+constexpr const char* kNameLibraries = "LD_TRACE_LOADED_OBJECTS";
+/// A program that does not answer for so long, in seconds, does not work.
+constexpr double kPatienceSeconds = 30;
+
+/// The folder of the engine's programs, which lies near its library.
+std::string programFolder() {
+  namespace fs = std::filesystem;
+  Dl_info library{};
+  if (!dladdr(reinterpret_cast<const void*>(&webkit_get_major_version), &library)) return {};
+  std::error_code error;
+  const fs::path path = fs::canonical(library.dli_fname, error);
+  if (error) return {};
+  for (fs::path above = path.parent_path(); above.has_relative_path();
+       above = above.parent_path()) {
+    for (const char* below : {"webkitgtk-6.0", "libexec/webkitgtk-6.0"}) {
+      for (const char* program : {kWebProcess, kNetworkProcess}) {
+        if (fs::exists(above / below / program, error)) return above / below;
+      }
+    }
+  }
+  return {};
+}
+
+/// As the engine confines its pages: with namespaces of their own and the machine to be looked at.
+std::vector<std::string> inSandbox(const std::string& sandbox, const std::string& program) {
+  return {sandbox,
+          "--die-with-parent",
+          "--unshare-uts",
+          "--unshare-ipc",
+          "--unshare-pid",
+          "--unshare-net",
+          "--ro-bind",
+          "/",
+          "/",
+          "--proc",
+          "/proc",
+          "--dev",
+          "/dev",
+          "--setenv",
+          kNameLibraries,
+          "1",
+          "--",
+          program};
+}
+
+std::string withoutEnd(const std::string& text) {
+  return text.substr(0, text.find('\n'));
+}
+
+/// What is wrong with a program that has named its libraries; empty when nothing is.
+std::string problemOf(const std::string& program, const char* library, GSubprocess* process,
+                      const std::string& output) {
+  if (g_subprocess_get_if_signaled(process)) {
+    return "\"" + program + "\" was ended by signal " +
+           std::to_string(g_subprocess_get_term_sig(process));
+  }
+  if (output.find("bwrap: ") != std::string::npos) return withoutEnd(output);
+  const std::size_t missing = output.find("not found");
+  if (missing != std::string::npos) {
+    const std::size_t line = output.rfind('\n', missing);
+    return withoutEnd(output.substr(line == std::string::npos ? 0 : line + 1));
+  }
+#ifdef __GLIBC__
+  const bool named = output.find(library) != std::string::npos;
+#else
+  const bool named = library;  // this linker names nothing; the program has started and ended
+#endif
+  const int status = g_subprocess_get_exit_status(process);
+  if (named && status < 126) return {};
+  return "\"" + program + "\" does not start (status " + std::to_string(status) + ")";
+}
+
+}  // namespace
+
+/// One program that is asked.
+struct EngineCheck::Run {
+  WeakPtr<EngineCheck> check;
+  std::string program;
+  const char* library;
+  GObjectPtr<GSubprocess> process;
+  std::unique_ptr<Timer> overdue;
+
+  static void ended(GObject* process, GAsyncResult* result, gpointer run);
+};
+
+EnginePrograms EnginePrograms::installed() {
+  return {.folder = programFolder(), .isInSandbox = platform::isInSandbox()};
+}
+
+EngineCheck& EngineCheck::standard() {
+  // Never destroyed: an answer may be on its way while the process ends.
+  static auto* const check = new EngineCheck(EnginePrograms::installed());
+  return *check;
+}
+
+void EngineCheck::ask(std::function<void()> known) {
+  if (usable_) {
+    RunLoop::shared().performAfterDelay(0, std::move(known));
+    return;
+  }
+  waiting_.push_back(std::move(known));
+  if (!std::exchange(isAsking_, true)) {
+    RunLoop::shared().performAfterDelay(*this, 0, [this] { begin(); });
+  }
+}
+
+void EngineCheck::begin() {
+  g_unsetenv(kNoSandbox);
+  const bool isFolderKnown = !programs_.folder.empty();
+  const std::string web = programs_.folder + "/" + kWebProcess;
+  const std::string network = programs_.folder + "/" + kNetworkProcess;
+  std::vector<std::string> needed;
+  if (isFolderKnown) needed = {web, network};
+  if (!programs_.isInSandbox) {
+    needed.insert(needed.end(), {programs_.sandbox, programs_.busFilter});
+  }
+  for (const std::string& program : needed) {
+    char* const found = g_find_program_in_path(program.c_str());
+    if (!found) return finish("the program \"" + program + "\" is missing");
+    g_free(found);
+  }
+  // Counted from one, so that a failure at once does not end the asking early.
+  running_ = 1;
+  if (isFolderKnown) run({network}, network, kEngineLibrary);
+  if (programs_.isInSandbox) {
+    if (isFolderKnown) run({web}, web, kEngineLibrary);
+  } else if (isFolderKnown) {
+    run(inSandbox(programs_.sandbox, web), web, kEngineLibrary);
+  } else {
+    run(inSandbox(programs_.sandbox, programs_.sandbox), programs_.sandbox, kAnyLibrary);
+  }
+  if (--running_ == 0) finish({});
+}
+
+void EngineCheck::run(const std::vector<std::string>& command, const std::string& program,
+                      const char* library) {
+  const GObjectPtr<GSubprocessLauncher> launcher(g_subprocess_launcher_new(
+      GSubprocessFlags(G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_MERGE)));
+  if (command.size() == 1) g_subprocess_launcher_setenv(launcher.get(), kNameLibraries, "1", TRUE);
+  std::vector<const char*> arguments;
+  for (const std::string& argument : command) arguments.push_back(argument.c_str());
+  arguments.push_back(nullptr);
+  GError* error = nullptr;
+  GObjectPtr<GSubprocess> process(
+      g_subprocess_launcher_spawnv(launcher.get(), arguments.data(), &error));
+  if (!process) {
+    finish(error->message);
+    g_error_free(error);
+    return;
+  }
+  ++running_;
+  GSubprocess* const asked = process.get();
+  auto overdue = RunLoop::shared().scheduleTimer(kPatienceSeconds,
+                                                 [asked] { g_subprocess_force_exit(asked); });
+  g_subprocess_communicate_async(asked, nullptr, nullptr, Run::ended,
+                                 new Run{WeakPtr<EngineCheck>(this), program, library,
+                                         std::move(process), std::move(overdue)});
+}
+
+void EngineCheck::Run::ended(GObject* process, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<Run> run(static_cast<Run*>(data));
+  GBytes* bytes = nullptr;
+  GError* error = nullptr;
+  g_subprocess_communicate_finish(G_SUBPROCESS(process), result, &bytes, nullptr, &error);
+  std::string problem = error ? error->message : "";
+  g_clear_error(&error);
+  gsize length = 0;
+  const void* const text = bytes ? g_bytes_get_data(bytes, &length) : nullptr;
+  const std::string output(static_cast<const char*>(text), text ? length : 0);
+  if (bytes) g_bytes_unref(bytes);
+  if (problem.empty())
+    problem = problemOf(run->program, run->library, G_SUBPROCESS(process), output);
+  EngineCheck* const check = run->check.get();
+  if (!check) return;
+  if (!problem.empty()) return check->finish(problem);
+  if (--check->running_ == 0) check->finish({});
+}
+
+void EngineCheck::finish(const std::string& problem) {
+  if (usable_) return;
+  usable_ = problem.empty();
+  if (!*usable_) {
+    logWarning(
+        "<Valdren> There are no ads here, for no page can be shown in the sandbox that it "
+        "needs: " +
+        problem + ".");
+  }
+  for (const auto& known : std::exchange(waiting_, {})) known();
+}
+
+}  // namespace platform

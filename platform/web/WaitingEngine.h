@@ -1,0 +1,66 @@
+// The engine behind a web view until it is known whether pages can be shown at all.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/RunLoop.h"
+#include "platform/WebView.h"
+#include "platform/web/WebKitEngine.h"
+
+namespace platform {
+
+/// Keeps what is asked of it and hands it on to a `WebKitEngine` made as soon as `EngineCheck` says
+/// that there can be one. Where there can be none, every load fails.
+class WaitingEngine final : public WebEngine, public Trackable {
+ public:
+  WaitingEngine(View& host, Client& client, WebEngine* related);
+  ~WaitingEngine() override { invalidateWeakReferences(); }
+
+  /// The WebKit engine that this engine is or stands for; null when it is neither.
+  static WebKitEngine* resolve(WebEngine* engine);
+
+  void apply(const Settings& settings) override;
+  void boundsChanged() override {
+    if (engine_) engine_->boundsChanged();
+  }
+  void loadRequest(const URLRequest& request) override;
+  void loadHTML(const std::string& html, const std::optional<URL>& baseURL) override;
+  void evaluate(const std::string& script, std::function<void(std::string)> result) override;
+  void reload() override {
+    if (engine_) engine_->reload();
+  }
+  void stopLoading() override;
+  void goBack() override {
+    if (engine_) engine_->goBack();
+  }
+  void goForward() override {
+    if (engine_) engine_->goForward();
+  }
+  bool canGoBack() const override { return engine_ && engine_->canGoBack(); }
+  bool canGoForward() const override { return engine_ && engine_->canGoForward(); }
+  bool isLoading() const override { return engine_ ? engine_->isLoading() : bool(load_); }
+  std::optional<URL> currentURL() const override;
+  std::string title() const override { return engine_ ? engine_->title() : ""; }
+  bool isSecure() const override { return engine_ && engine_->isSecure(); }
+  std::string userAgent() const override;
+
+ private:
+  using Action = std::function<void(WebEngine&)>;
+
+  void load(const std::optional<URL>& url, Action action);
+  void decided();
+  void failLater();
+
+  View& host_;
+  Client& client_;
+  WeakPtr<WaitingEngine> related_;
+  std::unique_ptr<WebKitEngine> engine_;
+  Settings settings_;
+  Action load_;
+  std::optional<URL> url_;
+  std::vector<Action> scripts_;
+};
+
+}  // namespace platform

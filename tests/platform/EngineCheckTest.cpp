@@ -1,0 +1,129 @@
+// What becomes of web pages where the engine's sandbox or its processes cannot start.
+#include "platform/web/EngineCheck.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "tests/support/LogLines.h"
+#include "tests/support/Loop.h"
+#include "tests/support/Process.h"
+#include "tests/support/WebPage.h"
+
+namespace {
+
+using platform::EngineCheck;
+using platform::EnginePrograms;
+using quorbel_tests::LogLines;
+using quorbel_tests::runUntil;
+
+/// A shell script that can be run.
+std::string script(const std::string& path, const std::string& commands) {
+  quorbel_tests::writeFile(path, "#!/bin/sh\n" + commands + "\n");
+  chmod(path.c_str(), 0755);
+  return path;
+}
+
+std::string refusingSandbox(const quorbel_tests::TemporaryFolder& folder) {
+  return script(folder.file("bwrap"),
+                "echo 'bwrap: No permissions to create a namespace' >&2\n"
+                "echo again >> " +
+                    folder.file("asked") + "\nexit 1");
+}
+
+TEST(EngineCheckTest, SaysOnceWhyNoPageCanBeShown) {
+  const quorbel_tests::TemporaryFolder folder;
+  const EnginePrograms installed = EnginePrograms::installed();
+  ASSERT_NE(installed.folder, "");
+  const auto withFolder = [&](const std::string& name, bool isInSandbox) {
+    EnginePrograms programs = installed;
+    programs.folder = folder.file(name);
+    programs.isInSandbox = isInSandbox;
+    std::filesystem::create_directories(programs.folder);
+    for (const char* program : {"/WebKitWebProcess", "/WebKitNetworkProcess"}) {
+      std::error_code ignored;
+      std::filesystem::create_symlink(installed.folder + program, programs.folder + program,
+                                      ignored);
+    }
+    return programs;
+  };
+  EnginePrograms rows[9];
+  for (EnginePrograms& row : rows) row = installed;
+  rows[1].sandbox = refusingSandbox(folder);
+  rows[2].sandbox = "/nowhere/bwrap";
+  rows[3].busFilter = "no-such-proxy";
+  rows[4].sandbox = script(folder.file("dies"), "kill -9 $$");
+  rows[5] = withFolder("network", false);
+  std::filesystem::remove(rows[5].folder + "/WebKitNetworkProcess");
+  rows[6] = withFolder("web", false);
+  std::filesystem::remove(rows[6].folder + "/WebKitWebProcess");
+  script(rows[6].folder + "/WebKitWebProcess", "exit 1");
+  rows[7] = withFolder("confined", true);
+  rows[7].sandbox = "/nowhere/bwrap";
+  rows[8].folder = "";
+  const char* const reasons[9] = {
+      "",         "No permissions",       "/nowhere/bwrap",   "no-such-proxy",
+      "signal 9", "WebKitNetworkProcess", "WebKitWebProcess", "",
+      ""};
+  for (int row = 0; row < 9; ++row) {
+    LogLines log;
+    EngineCheck check(rows[row]);
+    int answers = 0;
+    for (int i = 0; i < 3; ++i) check.ask([&] { ++answers; });
+    EXPECT_FALSE(check.isUsable()) << "the answer does not come at once";
+    ASSERT_TRUE(runUntil([&] { return answers == 3; }, 40)) << row;
+    const std::string reason = reasons[row];
+    EXPECT_EQ(check.isUsable(), reason.empty()) << row;
+    ASSERT_EQ(log.lines().size(), reason.empty() ? 0u : 1u) << row;
+    if (!reason.empty())
+      EXPECT_NE(log.lines()[0].find(reason), std::string::npos) << log.lines()[0];
+  }
+}
+
+TEST(EngineCheckTest, WithoutASandboxEveryLoadFailsAndNothingRunsOutsideIt) {
+  const quorbel_tests::TemporaryFolder folder;
+  const quorbel_tests::ScopedVariable asked("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1");
+  EnginePrograms programs = EnginePrograms::installed();
+  programs.sandbox = refusingSandbox(folder);
+  EngineCheck check(programs);
+  const EngineCheck::Replacement replacement(check);
+  LogLines log;
+  const auto before = quorbel_tests::webProcesses();
+  platform::WebView::prepareNext();
+  for (int i = 0; i < 2; ++i) {
+    quorbel_tests::Page page;
+    EXPECT_FALSE(page.load("<p>Hello", "http://ads.example/"));
+    EXPECT_EQ(page.delegate.lines.size(), 2u);
+    EXPECT_FALSE(page.view->isLoading());
+    EXPECT_FALSE(page.go("http://ads.example/again"));
+    EXPECT_EQ(page.evaluate("1 + 1"), "");
+  }
+  EXPECT_EQ(quorbel_tests::webProcesses(), before);
+  EXPECT_EQ(log.lines().size(), 1u);
+  EXPECT_EQ(quorbel_tests::readFile(folder.file("asked")), "again\n");
+  EXPECT_EQ(getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"), nullptr);
+}
+
+TEST(EngineCheckTest, WhatIsAskedOfAPageBeforeTheAnswerHappensAfterIt) {
+  EngineCheck check(EnginePrograms::installed());
+  const EngineCheck::Replacement replacement(check);
+  quorbel_tests::Page page;
+  quorbel_tests::Page related({0, 0, 320, 50}, page.view.get());
+  quorbel_tests::Page stopped;
+  auto dropped = std::make_unique<quorbel_tests::Page>();
+  EXPECT_NE(page.view->engine().userAgent(), "");
+  related.view->loadHTMLString("<p>Two", {});
+  stopped.view->loadHTMLString("<p>Three", {});
+  stopped.view->stopLoading();
+  EXPECT_FALSE(stopped.view->isLoading());
+  dropped.reset();
+  EXPECT_FALSE(check.isUsable());
+  EXPECT_TRUE(page.load("<p>One", "http://ads.example/"));
+  EXPECT_EQ(page.evaluate("document.body.textContent"), "One");
+  EXPECT_TRUE(related.becomes("document.body.textContent", "Two"));
+  EXPECT_TRUE(stopped.delegate.lines.empty());
+  EXPECT_TRUE(check.isUsable());
+}
+
+}  // namespace
