@@ -21,6 +21,7 @@
 #include "platform/gtk/MemoryWarnings.h"
 #include "platform/gtk/Monitor.h"
 #include "platform/gtk/NativeWindow.h"
+#include "platform/gtk/SessionBus.h"
 #include "platform/gtk/WindowState.h"
 
 namespace platform {
@@ -268,6 +269,7 @@ class EndingSignals {
 }  // namespace
 
 bool hasDisplay() {
+  leaveSilentSessionBus();  // the toolkit calls over it as soon as it opens a display
   return gtk_init_check() && gdk_display_get_default();  // its second call says yes in any case
 }
 
