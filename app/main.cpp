@@ -7,7 +7,6 @@
 #include "app/AdNetwork.h"
 #include "app/Options.h"
 #include "app/PrintRequest.h"
-#include "app/StateFolder.h"
 #include "app/Tour.h"
 #include "app/quorbelAppDelegate.h"
 #include "app/quorbelViewController.h"
@@ -70,10 +69,6 @@ int run(const Options& options) {
     network = std::make_unique<AdNetwork>(options);
   };
   platform::Bundle::main().setIdentifier(description.identifier);
-  if (const auto problem = checkStateFolder()) {
-    std::fprintf(stderr, "quorbel: %s.\n", problem->c_str());
-    return 1;
-  }
   if (options.command == Command::Tour) {
     return runTour(description, options.tourFolder, network);
   }
