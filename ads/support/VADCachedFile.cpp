@@ -7,12 +7,14 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 #include "ads/support/VADCacheFolder.h"
 #include "ads/support/VADHTTPDate.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "platform/AtomicFile.h"
 #include "platform/Date.h"
+#include "platform/Log.h"
 #include "platform/Text.h"
 
 namespace valdren {
@@ -74,6 +76,7 @@ void VADCachedFile::cancel() {
 
 void VADCachedFile::invalidate() {
   cleanUpConnection();
+  unwritten_.reset();
   const auto& path = filePath();
   if (!path || ::unlink(path->c_str()) != 0) return;
   // The host's folder goes with its last file; hosts may be many.
@@ -81,11 +84,13 @@ void VADCachedFile::invalidate() {
 }
 
 bool VADCachedFile::hasContent() const {
+  if (unwritten_) return true;
   std::error_code ignored;
   return filePath() && std::filesystem::exists(*filePath(), ignored);
 }
 
 std::optional<std::string> VADCachedFile::content() const {
+  if (unwritten_) return platform::isUTF8(*unwritten_) ? unwritten_ : std::nullopt;
   if (!filePath()) return std::nullopt;
   std::error_code error;
   const auto size = std::filesystem::file_size(*filePath(), error);
@@ -104,7 +109,7 @@ const std::optional<std::string>& VADCachedFile::filePath() const {
 
 std::optional<std::string> VADCachedFile::fileModificationDate() const {
   struct stat status {};
-  if (!filePath() || ::stat(filePath()->c_str(), &status) != 0) return std::nullopt;
+  if (unwritten_ || !filePath() || ::stat(filePath()->c_str(), &status) != 0) return std::nullopt;
   return httpDateText(platform::Date(static_cast<double>(status.st_mtim.tv_sec)));
 }
 
@@ -194,14 +199,12 @@ void VADCachedFile::connectionDidReceiveData(platform::URLConnection&, std::stri
 void VADCachedFile::connectionDidFinishLoading(platform::URLConnection&) {
   const auto keptUntilReturn = shared_from_this();
   const unsigned fetch = fetch_;
-  if (const auto error = writeReceivedData()) {
-    tellFailure(error);
-  } else {
-    const std::string modification = std::exchange(receivedModificationDate_, {});
-    tellEnd();
-    // Told before the time is set: whoever asks in the meantime sees when the file was written.
-    if (const auto date = dateFromHTTPText(modification)) setTimes(*filePath(), *date);
-  }
+  const std::string modification = std::exchange(receivedModificationDate_, {});
+  keepReceivedData();
+  tellEnd();
+  // Told before the time is set: whoever asks in the meantime sees when the file was written.
+  const auto date = dateFromHTTPText(modification);
+  if (date && !unwritten_ && filePath()) setTimes(*filePath(), *date);
   cleanUpFetch(fetch);
 }
 
@@ -212,12 +215,18 @@ void VADCachedFile::connectionDidFail(platform::URLConnection&, const platform::
   tellFailure(kept);
 }
 
-std::optional<platform::Error> VADCachedFile::writeReceivedData() {
+void VADCachedFile::keepReceivedData() {
   const std::string problem =
       filePath() ? platform::writeFileAtomically(*filePath(), receivedData_, platform::Sync::No)
                  : "there is no caches folder";
-  if (problem.empty()) return std::nullopt;
-  return platform::Error{kVADFileErrorDomain, 0, problem};
+  unwritten_.reset();
+  if (problem.empty()) return;
+  unwritten_ = std::move(receivedData_);
+  static bool hasComplained = false;
+  if (!std::exchange(hasComplained, true)) {
+    platform::logWarning("<Valdren> Copies of ads cannot be kept: " + problem +
+                         ". They are fetched anew each time.");
+  }
 }
 
 }  // namespace valdren

@@ -13,9 +13,6 @@
 
 namespace valdren {
 
-/// The domain of the error that tells why a copy could not be written.
-inline constexpr const char* kVADFileErrorDomain = "com.valdren.ads.file";
-
 class VADCachedFile;
 
 /// Told how a fetch ends, and asked at each redirect. It may let go of the file in any of these.
@@ -36,7 +33,9 @@ class VADCachedFileDelegate : public virtual platform::Trackable {
 };
 
 /// At most one fetch is under way at a time; each tells its delegate about its end once. The local
-/// file outlives the object. Main thread only; nothing is logged.
+/// file outlives the object. Where it cannot be written, what was fetched is kept in memory in its
+/// place, as long as the object lives, and the first such copy of a run logs one line. Main thread
+/// only.
 class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
                             private platform::URLConnectionDelegate {
  public:
@@ -85,7 +84,8 @@ class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
   void cleanUpConnection();
   /// The same, unless a delegate has begun another fetch in the meantime.
   void cleanUpFetch(unsigned fetch);
-  std::optional<platform::Error> writeReceivedData();
+  /// In the local file; in memory where that cannot be written.
+  void keepReceivedData();
   void tellEnd();
   void tellFailure(const std::optional<platform::Error>& error);
 
@@ -103,6 +103,8 @@ class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
   std::unique_ptr<platform::URLConnection> connection_;
   unsigned fetch_ = 0;  // the number of the latest
   std::string receivedData_;
+  /// The resource, when the local file could not be written; it stands for that file until then.
+  std::optional<std::string> unwritten_;
   std::string receivedModificationDate_;
   platform::URL httpDestinationURL_;
   int httpStatusCode_ = 0;
