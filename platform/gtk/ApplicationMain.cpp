@@ -63,8 +63,14 @@ class Runner : public Trackable {
     application_->set_resource_base_path(description.resourceBase);
     application_->property_register_session() = true;
     application_->signal_activate().connect([this] { activate(); });
-    // The session may end the application without asking.
-    application_->signal_shutdown().connect([this] { tellOfTheEnd(); });
+    // The session may end the application without asking. Before the toolkit's own handler, which
+    // leaves nothing to ask of the session.
+    application_->signal_shutdown().connect(
+        [this] {
+          letSessionIdle();
+          tellOfTheEnd();
+        },
+        false);
     theRunner = this;
   }
 
@@ -88,6 +94,8 @@ class Runner : public Trackable {
     }
     terminating_ = true;
     status_ = status;
+    giveUpName();
+    letSessionIdle();
     // A hidden window no longer keeps the application running.
     application_->hold();
     if (window_) window_->native().window().set_visible(false);
@@ -101,7 +109,10 @@ class Runner : public Trackable {
 
  private:
   void activate() {
-    if (terminating_) return;
+    if (terminating_) {
+      startAnother();
+      return;
+    }
     if (window_) {
       window_->makeKeyAndVisible();
       return;
@@ -113,6 +124,29 @@ class Runner : public Trackable {
     }
     watchMemory();
     if (description_.started) RunLoop::shared().performAfterDelay(*this, 0, description_.started);
+  }
+
+  /// From now on a new start is a start of its own, which has nothing to wait for here.
+  void giveUpName() {
+    GDBusConnection* const bus =
+        g_application_get_dbus_connection(G_APPLICATION(application_->gobj()));
+    if (!bus || description_.alone) return;
+    g_dbus_connection_call(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                           "org.freedesktop.DBus", "ReleaseName",
+                           g_variant_new("(s)", description_.identifier.c_str()), nullptr,
+                           G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
+  }
+
+  /// For a start that asked this instance for its window just before the name was given up.
+  void startAnother() {
+    const char* arguments[] = {"/proc/self/exe", nullptr};
+    GError* error = nullptr;
+    if (g_spawn_async(nullptr, const_cast<char**>(arguments), nullptr, G_SPAWN_DEFAULT, nullptr,
+                      nullptr, nullptr, &error)) {
+      return;
+    }
+    logWarning(std::string("The application cannot be started anew: ") + error->message);
+    g_error_free(error);
   }
 
   bool launch() {
@@ -186,6 +220,12 @@ class Runner : public Trackable {
                                : 0;
   }
 
+  /// No screen keeps the session awake any more, whatever it asks for.
+  void letSessionIdle() {
+    LinuxApplication::instance().setInhibitor({});
+    if (window_) inhibitIdle(false);
+  }
+
   void relayNotices() {
     relay(kApplicationWillResignActive, &ApplicationDelegate::applicationWillResignActive);
     relay(kApplicationDidEnterBackground, &ApplicationDelegate::applicationDidEnterBackground);
@@ -224,10 +264,8 @@ class Runner : public Trackable {
   void release() {
     auto& system = LinuxApplication::instance();
     system.setIdleHandler({});
-    system.setInhibitor({});
     memory_.reset();
     if (!window_) return;
-    inhibitIdle(false);
     application_->remove_window(window_->native().window());
     delegate_.reset();
     window_->setRootViewController(nullptr);

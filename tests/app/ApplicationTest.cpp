@@ -76,11 +76,23 @@ TEST_F(ApplicationTest, TellsItsDelegateOfItsLifeAndGivesTheStatusItWasEndedWith
   EXPECT_EQ(Window::keyWindow(), nullptr);
 }
 
-TEST_F(ApplicationTest, ClosingTheWindowEndsItInOrder) {
-  description.started = [] { Window::keyWindow()->native().window().close(); };
-  EXPECT_EQ(platform::applicationMain(description), 0);
-  EXPECT_EQ(lines.back(), "gone");
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), "terminates"), 1);
+TEST_F(ApplicationTest, EndsInOrderHoweverItIsEndedUnderAFullScreenPage) {
+  const std::function<void()> ends[] = {
+      [] { Window::keyWindow()->native().window().close(); },
+      [] { g_application_quit(g_application_get_default()); },  // as the session's end does
+  };
+  for (const auto& end : ends) {
+    description.started = [&] {
+      // As a page does that fills the screen; the session may really be kept awake.
+      platform::Application::shared().setIdleTimerDisabled(true);
+      end();
+    };
+    EXPECT_EQ(platform::applicationMain(description), 0);
+    platform::Application::shared().setIdleTimerDisabled(false);
+    EXPECT_EQ(lines.back(), "gone");
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "terminates"), 1);
+    lines.clear();
+  }
 }
 
 TEST_F(ApplicationTest, ADelegateThatRefusesToLaunchEndsItAsAFailure) {

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "tests/support/LoopbackServer.h"
 #include "tests/support/Process.h"
 
 namespace {
@@ -78,6 +79,28 @@ TEST_F(CommandLine, ASecondInstanceWakesTheFirstAndEnds) {
       program("--idiom phone"), second + "; say second $?; kill -0 $first && say first runs; "
                                          "kill -TERM $first; wait $first; say first $?"));
   EXPECT_EQ(said(), "second 0\nfirst runs\nfirst 0\n") << finished.errors;
+}
+
+TEST_F(CommandLine, AStartWhilePingsOfTheLastOneLeaveIsAStartOfItsOwn) {
+  quorbel_tests::LoopbackServer network;
+  network.answer("/urvo/sdk-core-v40.js", 200, {},
+                 "function URVO_buildAdURL() { location.href = \"gmsg://sdk/loadAdURL?url=" +
+                     network.address("/ad") + "\"; }");
+  network.answer("/ad", 200, {{"X-Urvo-Tracking-Urls", network.address("/ping")}}, "An ad");
+  network.answer("/ping", [this](const auto&) {
+    quorbel_tests::writeFile(folder.file("pinged"), "");
+    return quorbel_tests::LoopbackResponse{.delay = 5};
+  });
+  const std::string start = program("--ad-server " + network.address(""));
+  const std::string pinged = folder.file("pinged");
+  const std::string ping = "tries=0; until test -e " + pinged +
+                           " -o $tries = 300; do tries=$((tries+1)); sleep 0.1; done; rm " +
+                           pinged + "; ";
+  const Finished finished = run(whileRunning(
+      start, ping + "kill -TERM $first; " + start + " & second=$!; " + ping +
+                 "wait $first; say first $?; kill -TERM $second; wait $second; say second $?"));
+  EXPECT_EQ(said(), "first 0\nsecond 0\n") << finished.errors;
+  EXPECT_EQ(network.requests("/ping").size(), 2u) << "each shows its ad in its window";
 }
 
 TEST_F(CommandLine, SignalsEndItInOrder) {
