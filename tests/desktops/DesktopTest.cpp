@@ -1,0 +1,123 @@
+// The program itself in the desktop that the environment names in COMPOSITOR, as
+// tools/with_compositor brings it: what it does while nobody can see it, and how it ends.
+#include <gmock/gmock.h>
+#include <gtk/gtk.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "platform/Json.h"
+#include "platform/Value.h"
+#include "sandbox/Sandbox.h"
+#include "tests/support/Loop.h"
+#include "tests/support/Process.h"
+
+namespace {
+
+using quorbel_tests::run;
+using quorbel_tests::runUntil;
+
+constexpr double kRefreshSeconds = 3;
+
+/// How a desktop takes its windows out of sight and brings them back.
+struct Desktop {
+  const char* name;
+  /// Commands; without any, another window covers the screen. `awake` goes on until it is hidden.
+  std::string hide, show, awake;
+};
+
+const std::string kOnScreen = "DISPLAY=$SCREEN_DISPLAY xdotool ";
+
+const Desktop kDesktops[] = {
+    {"sway", "swaymsg workspace 2", "swaymsg workspace 1", ""},
+    {"openbox", kOnScreen + "set_desktop 1", kOnScreen + "set_desktop 0", ""},
+    {"phoc", "", "", ""},
+    // Darkens the screen when nobody moves the pointer.
+    {"weston", "true", kOnScreen + "mousemove_relative 1 1", kOnScreen + "mousemove_relative 1 1"},
+};
+
+class DesktopTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const char* const name = std::getenv("COMPOSITOR");
+    for (const Desktop& each : kDesktops) {
+      if (name && name == std::string(each.name)) desktop = &each;
+    }
+    if (!desktop) GTEST_SKIP() << "needs a desktop of tools/with_compositor";
+    network->setRefreshSeconds(kRefreshSeconds);
+    const std::string command =
+        "env XDG_STATE_HOME=" + folder.path() + " XDG_CACHE_HOME=" + folder.path() +
+        " " QUORBEL_PROGRAM " --idiom phone --ad-server " + network->baseURL();
+    program = g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, nullptr, "sh", "-c",
+                               ("exec " + command).c_str(), nullptr);
+    ASSERT_TRUE(program);
+  }
+  ~DesktopTest() override {
+    if (cover) gtk_window_destroy(cover);
+    if (!program) return;
+    g_subprocess_force_exit(program);
+    g_object_unref(program);
+  }
+
+  void perform(const std::string& command) { EXPECT_EQ(run(command).status, 0) << command; }
+
+  void hide() {
+    if (!desktop->hide.empty()) return perform(desktop->hide);
+    cover = GTK_WINDOW(gtk_window_new());
+    gtk_window_fullscreen(cover);
+    gtk_window_present(cover);
+  }
+
+  void show() {
+    if (!desktop->show.empty()) return perform(desktop->show);
+    gtk_window_destroy(std::exchange(cover, nullptr));
+  }
+
+  /// How many ads were asked for.
+  std::int64_t ads() const {
+    const auto log = platform::parseJson(network->log());
+    const platform::Value* const counts =
+        log && log->dictionary() ? log->dictionary()->find("counts") : nullptr;
+    const platform::Value* const ads =
+        counts && counts->dictionary() ? counts->dictionary()->find("ad") : nullptr;
+    return ads ? ads->integerValue() : 0;
+  }
+
+  bool waitForAds(std::int64_t wanted, double seconds, const std::string& meanwhile = "") {
+    double next = 0;
+    return runUntil(
+        [&] {
+          const double now = double(g_get_monotonic_time()) / 1e6;
+          if (!meanwhile.empty() && now > next) {
+            run(meanwhile);
+            next = now + 1;
+          }
+          return ads() >= wanted;
+        },
+        seconds);
+  }
+
+  quorbel_tests::TemporaryFolder folder;
+  std::unique_ptr<sandbox::Sandbox> network = sandbox::Sandbox::start(0);
+  const Desktop* desktop = nullptr;
+  GSubprocess* program = nullptr;
+  GtkWindow* cover = nullptr;
+};
+
+TEST_F(DesktopTest, AsksForNoAdWhileNobodyCanSeeItAndEndsInOrder) {
+  ASSERT_TRUE(waitForAds(2, 90, desktop->awake)) << "seen, it goes on asking";
+  hide();
+  // The last may be on its way, and the desktop takes its time to hide.
+  const bool wentOn = waitForAds(ads() + 3, 6 * kRefreshSeconds);
+  EXPECT_FALSE(wentOn);
+  const std::int64_t unseen = ads();
+  EXPECT_FALSE(waitForAds(unseen + 1, 3 * kRefreshSeconds));
+  show();
+  EXPECT_TRUE(waitForAds(unseen + 1, 60, desktop->awake)) << "seen again, it goes on";
+
+  g_subprocess_send_signal(program, SIGTERM);
+  ASSERT_TRUE(g_subprocess_wait(program, nullptr, nullptr));
+  EXPECT_TRUE(g_subprocess_get_successful(program));
+}
+
+}  // namespace
