@@ -13,24 +13,31 @@ namespace json = boost::json;
 constexpr int kDeepest = 512;
 constexpr double kLargestWholeDouble = 9007199254740992.0;
 
-Value valueFrom(const json::value& source) {
+/// Sets `isWhole` to false where the text's number is too large to be kept.
+Value valueFrom(const json::value& source, bool& isWhole) {
   switch (source.kind()) {
     case json::kind::null: return nullptr;
     case json::kind::bool_: return source.get_bool();
     case json::kind::int64: return source.get_int64();
     case json::kind::uint64: return static_cast<double>(source.get_uint64());
-    case json::kind::double_: return source.get_double();
+    case json::kind::double_:
+      if (!std::isfinite(source.get_double())) isWhole = false;
+      return source.get_double();
     case json::kind::string: return std::string_view(source.get_string());
     case json::kind::array: {
       Array array;
       array.reserve(source.get_array().size());
-      for (const json::value& element : source.get_array()) array.push_back(valueFrom(element));
+      for (const json::value& element : source.get_array()) {
+        array.push_back(valueFrom(element, isWhole));
+      }
       return array;
     }
     case json::kind::object: break;
   }
   Dictionary dictionary;
-  for (const auto& [key, element] : source.get_object()) dictionary.set(key, valueFrom(element));
+  for (const auto& [key, element] : source.get_object()) {
+    dictionary.set(key, valueFrom(element, isWhole));
+  }
   return dictionary;
 }
 
@@ -127,7 +134,10 @@ std::optional<Value> parseJson(std::string_view text) {
   json::error_code error;
   const json::value parsed = json::parse(text, error, {}, options);
   if (error) return std::nullopt;
-  return valueFrom(parsed);
+  bool isWhole = true;
+  Value value = valueFrom(parsed, isWhole);
+  if (!isWhole) return std::nullopt;
+  return value;
 }
 
 std::optional<std::string> writeJson(const Value& value) {

@@ -9,9 +9,10 @@
 
 namespace platform {
 
-/// The value that the text holds; absent when it is no JSON, is nested deeper than 512 or is not
-/// UTF-8. Keys keep their order; of repeated keys the last one's value counts. Integers beyond 64
-/// bits become doubles.
+/// The value that the text holds; absent when it is no JSON, is nested deeper than 512, holds a
+/// number beyond a double's range, which could not be written again, or is not UTF-8. Keys keep
+/// their order; of repeated keys the last one's value counts. Integers beyond 64 bits become
+/// doubles.
 std::optional<Value> parseJson(std::string_view text);
 
 /// Compact JSON, keys in the dictionary's order. Whole doubles are written without a fraction,

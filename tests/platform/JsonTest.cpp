@@ -64,9 +64,9 @@ TEST(Json, KeepsKeysInOrderAndTheLastOfRepeatedOnes) {
 }
 
 TEST(Json, RefusesWhatIsNone) {
-  for (const char* text :
-       {"", " ", "{", "{\"a\":1}x", "[1,]", "{'a':1}", "NaN", "[Infinity]", "[\"\xff\"]",
-        "{\"\xc3\":1}", "\"\\ud800\"", "\xef\xbb\xbf{}", "[01]", "\"a\nb\"", "nul"}) {
+  for (const char* text : {"", " ", "{", "{\"a\":1}x", "[1,]", "{'a':1}", "NaN", "[Infinity]",
+                           "[\"\xff\"]", "{\"\xc3\":1}", "\"\\ud800\"", "\xef\xbb\xbf{}", "[01]",
+                           "\"a\nb\"", "nul", "[1e400]", "{\"a\":[-1e999]}"}) {
     EXPECT_FALSE(parseJson(text)) << text;
   }
 }
