@@ -16,8 +16,11 @@ void VADDelegateManager::setAdView(VADBannerView* adView) {
 void VADDelegateManager::dispatch(std::string_view bannerSelector, const BannerCall& bannerCall,
                                   std::string_view interstitialSelector,
                                   const InterstitialCall& interstitialCall) {
+  // From the start: while another thread waits here, the main thread may let go of the last banner.
+  auto keptAlive = weak_from_this().lock();
   platform::RunLoop::shared().performOnMainThreadAndWait([&] {
-    const auto keptAlive = weak_from_this().lock();
+    // Let go of on the main thread, whichever thread raised the event.
+    const auto keptUntilReturn = std::move(keptAlive);
     // The banner outlives a callback that lets go of it.
     const auto adView = adView_ ? adView_->weak_from_this().lock() : nullptr;
     if (adView_ && didYouNilOutYourDelegate(bannerDelegate_, bannerSelector)) {
