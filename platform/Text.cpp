@@ -24,6 +24,27 @@ std::size_t validUTF8Length(std::string_view text) {
   }
 }
 
+/// White space as Unicode has it, line breaks, and the byte order mark, which stands for no text.
+bool isBlank(gunichar character) {
+  return g_unichar_isspace(character) || character == '\v' || character == 0x85 ||
+         character == 0xFEFF;
+}
+
+/// How many bytes the text's first character takes; 0 when it is not blank.
+std::size_t blankLengthAtStart(std::string_view text) {
+  const gunichar first = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
+  if (text.empty() || !g_unichar_validate(first) || !isBlank(first)) return 0;
+  return static_cast<std::size_t>(g_unichar_to_utf8(first, nullptr));
+}
+
+/// The same for its last character.
+std::size_t blankLengthAtEnd(std::string_view text) {
+  const char* const last = g_utf8_find_prev_char(text.data(), text.data() + text.size());
+  if (!last) return 0;
+  const auto length = static_cast<std::size_t>(text.data() + text.size() - last);
+  return blankLengthAtStart(text.substr(text.size() - length)) == length ? length : 0;
+}
+
 std::string taken(char* text) {
   std::string result(text);
   g_free(text);
@@ -64,10 +85,9 @@ std::string lowercase(std::string_view text) {
 }
 
 std::string_view trimmed(std::string_view text) {
-  constexpr const char* kSpace = " \t\r\n\v\f";
-  const std::size_t first = text.find_first_not_of(kSpace);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
+  while (const std::size_t length = blankLengthAtStart(text)) text.remove_prefix(length);
+  while (const std::size_t length = blankLengthAtEnd(text)) text.remove_suffix(length);
+  return text;
 }
 
 }  // namespace platform

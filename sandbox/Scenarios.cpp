@@ -75,10 +75,11 @@ std::string large() {
 const Scenario kScenarios[] = {
     {"fill", "An ad, with all five response headers.",
      "The ad is shown and counted; the next comes after the refresh rate.", Stage::AdServer, fill},
-    {"no-fill", "Only white space.", "Error 1; the refresh is still armed.", Stage::AdServer,
+    {"no-fill", "Only white space, of many kinds.", "Error 1; the refresh is still armed.",
+     Stage::AdServer,
      [](const Plan& plan) {
        Answer answer = plan.fill();
-       answer.body = " \r\n\t \n";
+       answer.body = " \r\n\t\u00a0\u3000\n";
        return answer;
      }},
     {"status-204", "Status 204, nothing to show.", "Error 2.", Stage::AdServer,

@@ -49,7 +49,9 @@ TEST(Text, LowersLettersOfAllScripts) {
 
 TEST(Text, TrimsWhiteSpaceOnly) {
   EXPECT_EQ(platform::trimmed(" \t\r\na b\n "), "a b");
-  EXPECT_EQ(platform::trimmed(" \n"), "");
+  EXPECT_EQ(platform::trimmed("\ufeff\u3000 a\u00a0b\u2029\v\u0085"), "a\u00a0b");
+  EXPECT_EQ(platform::trimmed("\xa0 \xc2"), "\xa0 \xc2") << "pieces of characters stay";
+  EXPECT_EQ(platform::trimmed("\u00a0\u2003\u3000\n\u200a"), "");
 }
 
 /// What the process says on its standard error while `work` runs.
