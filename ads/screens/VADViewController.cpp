@@ -51,6 +51,12 @@ bool isFree(const platform::ViewController& controller) {
   return controller.window() && !controller.modalViewController();
 }
 
+/// Whether whoever presented the screen still does; one that is only covered is not gone.
+bool isPresented(const platform::ViewController& screen) {
+  const platform::ViewController* const presenter = screen.presentingViewController();
+  return presenter && presenter->modalViewController().get() == &screen;
+}
+
 }  // namespace
 
 std::shared_ptr<VADViewController> VADViewController::create() {
@@ -280,7 +286,7 @@ void VADViewController::viewDidDisappear(bool animated) {
   VADStatistics& statistics = VADStatistics::sharedStatistics();
   statistics.endTimingNamed(kVADParameterPriorLandingPageDuration);
   statistics.endTimingNamed(kVADParameterPriorClickLatency);
-  if (private_->retained && !modalViewController()) endRemovedScreen();
+  if (private_->retained && !isPresented(*this)) endRemovedScreen();
   if (!isFirstVADViewController() || !private_->interactingWithParent) return;
   private_->interactingWithParent = false;
   const auto manager = private_->delegateManager;

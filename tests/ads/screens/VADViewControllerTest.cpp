@@ -74,19 +74,33 @@ TEST_F(VADViewControllerTest, PutsBackWhatItFound) {
   }
 }
 
-TEST_F(VADViewControllerTest, ANestedScreenOnlyPosts) {
-  VADViewController& first = present(*host);
-  record.take();
-  application.statusBarChanges.clear();
-  VADViewController& nested = present(first);
-  EXPECT_FALSE(nested.isFirstVADViewController());
-  EXPECT_EQ(record.take(), (Events{"posted present"}));
-  nested.relinquishScreen();
-  loop.advance(0);
-  EXPECT_EQ(record.take(), (Events{"posted relinquish"}));
-  EXPECT_TRUE(application.statusBarChanges.empty());
-  EXPECT_EQ(window->topViewController(), &first);
-  EXPECT_TRUE(first.isFirstVADViewController());
+TEST_F(VADViewControllerTest, ANestedScreenOnlyPostsWhateverStillRisesWhenItCloses) {
+  window->makeKeyAndVisible();
+  for (const auto& [firstIsUp, nestedIsUp] :
+       {std::pair(true, true), {true, false}, {false, false}}) {
+    SCOPED_TRACE(testing::Message() << firstIsUp << nestedIsUp);
+    VADViewController& first = present(*host);
+    if (firstIsUp) window->finishTransition();
+    record.take();
+    application.statusBarChanges.clear();
+    VADViewController& nested = present(first);
+    if (nestedIsUp) window->finishTransition();
+    EXPECT_FALSE(nested.isFirstVADViewController());
+    EXPECT_EQ(record.take(), (Events{"posted present"}));
+    EXPECT_TRUE(nested.cancelPressed());
+    window->finishTransition();
+    loop.advance(0);
+    EXPECT_EQ(record.take(), (Events{"posted relinquish"}));
+    EXPECT_TRUE(application.statusBarChanges.empty());
+    ASSERT_EQ(window->topViewController(), &first);
+    EXPECT_TRUE(first.isFirstVADViewController());
+    EXPECT_TRUE(first.view()->isUserInteractionEnabled());
+    EXPECT_TRUE(first.cancelPressed());
+    window->finishTransition();
+    loop.advance(0);
+    EXPECT_EQ(record.take(), (Events{"will dismiss", "posted relinquish", "did dismiss"}));
+    EXPECT_EQ(window->topViewController(), host.get());
+  }
 }
 
 TEST_F(VADViewControllerTest, AFloodOfScreensShowsOneAndLeavesNoTrace) {
