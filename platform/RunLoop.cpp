@@ -87,7 +87,6 @@ class GLibRunLoop final : public RunLoop {
     handover.finished.notify_one();
     return G_SOURCE_REMOVE;
   }
-
 };
 
 }  // namespace

@@ -55,7 +55,8 @@ void padToWholeBlocks(std::string& text) {
 std::array<std::uint8_t, kBlock> vectorFrom(double timestamp) {
   std::array<std::uint8_t, kBlock> vector{};
   for (std::size_t byte = 0; byte < kBlock; ++byte) {
-    const auto word = static_cast<std::uint32_t>(integer32(timestamp * double(byte / 4 + 1)));
+    const std::size_t number = byte / 4 + 1;
+    const auto word = static_cast<std::uint32_t>(integer32(timestamp * double(number)));
     vector[byte] = static_cast<std::uint8_t>(word >> (8 * (byte % 4)));
   }
   return vector;
@@ -71,7 +72,7 @@ VADLocation::VADLocation() : timestamp_(platform::Date::now().secondsSince1970()
 
 std::shared_ptr<VADLocation> VADLocation::initWithLatitude(float latitude, float longitude,
                                                            float accuracy) {
-  const std::shared_ptr<VADLocation> location(new VADLocation);
+  std::shared_ptr<VADLocation> location(new VADLocation);
   location->latitude_ = latitude;
   location->longitude_ = longitude;
   location->accuracy_ = accuracy;
@@ -80,7 +81,7 @@ std::shared_ptr<VADLocation> VADLocation::initWithLatitude(float latitude, float
 
 std::shared_ptr<VADLocation> VADLocation::initWithDescription(const std::string& description) {
   if (description.empty()) return nullptr;
-  const std::shared_ptr<VADLocation> location(new VADLocation);
+  std::shared_ptr<VADLocation> location(new VADLocation);
   location->description_ = description;
   return location;
 }

@@ -2,8 +2,8 @@
 
 #include <gtk/gtk.h>
 #include <gtkmm/accessible.h>
-#include <gtkmm/root.h>
 #include <gtkmm/init.h>
+#include <gtkmm/root.h>
 #include <gtkmm/snapshot.h>
 #include <gtkmm/widget.h>
 

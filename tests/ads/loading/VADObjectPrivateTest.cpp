@@ -360,7 +360,8 @@ TEST_F(VADObjectPrivateTest, ClearsTrackersAwayAfterTheirOutcome) {
   EXPECT_EQ(loader()->pendingTrackers().size(), 3u);
   fetches.fetch(first).answer(200);
   fetches.fetch(first + 1).fail({"test", 1, "cut"});
-  EXPECT_EQ(loader()->pendingTrackers().size(), 3u) << "a tracker went away inside its own callback";
+  EXPECT_EQ(loader()->pendingTrackers().size(), 3u)
+      << "a tracker went away inside its own callback";
   loop.advance(0);
   EXPECT_EQ(loader()->pendingTrackers().size(), 1u);
   // A page that opens destination after destination fires the click pings each time.
