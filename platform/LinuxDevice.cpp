@@ -6,13 +6,12 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 
 #include "platform/AtomicFile.h"
 #include "platform/Bundle.h"
 #include "platform/Crypto.h"
 #include "platform/Folders.h"
+#include "platform/RegularFile.h"
 #include "platform/Text.h"
 #include "platform/Value.h"
 #include "platform/gtk/Monitor.h"
@@ -31,11 +30,7 @@ constexpr int kLowestVersion = 3;
 constexpr double kTabletFrom = 600;
 
 std::string contentOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string content(kLongestFile, '\0');
-  file.read(content.data(), static_cast<std::streamsize>(content.size()));
-  content.resize(static_cast<std::size_t>(file.gcount()));
-  return content;
+  return readRegularFile(path, kLongestFile).bytes;
 }
 
 /// A firmware's text, without what does not belong into a line.
@@ -95,7 +90,8 @@ std::string keptIdentifier() {
   const std::string path = *folder + "/installation-id";
   const std::string kept = lineFrom(contentOf(path));
   if (!kept.empty()) return kept;
-  writeFileAtomically(path, madeUp);
+  // Unsynced: who loses it to a power cut gets another, and nobody waits for the disk.
+  writeFileAtomically(path, madeUp, Sync::No);
   return madeUp;
 }
 

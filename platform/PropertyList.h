@@ -3,14 +3,18 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/Value.h"
 
 namespace platform {
 
-/// What the XML or binary property list in the file holds; none when there is no such file, it is
-/// over 16 MiB, nested deeper than 512, holds a million values, or is no property list. Data
-/// elements are read as base64 text.
+/// What the XML or binary property list holds; none when it is none, is nested deeper than 200
+/// levels or holds over 100,000 values. Data elements are read as base64 text, and what has no
+/// value of its own (such as an element of an unknown kind) as null.
+std::optional<Value> parsePropertyList(std::string_view content);
+
+/// The same for a file; none also when there is no regular file of at most 16 MiB.
 std::optional<Value> readPropertyList(const std::string& path);
 
 }  // namespace platform

@@ -1,0 +1,25 @@
+// An open file of the system's, closed when it goes.
+#pragma once
+
+#include <unistd.h>
+
+namespace platform {
+
+class Descriptor {
+ public:
+  /// Owns the number from now on; one below 0 is none.
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+  bool isOpen() const { return number_ >= 0; }
+
+ private:
+  int number_;
+};
+
+}  // namespace platform
