@@ -9,13 +9,15 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/Descriptor.h"
+
 namespace platform {
 namespace {
 
 constexpr std::string_view kTemporaryMark = ".new-";
 constexpr std::size_t kRandomLetters = 6;
 
-/// Nobody takes longer than this to write a file, in seconds.
+/// Nobody takes longer than this to write a file.
 constexpr auto kAbandonedAfter = std::chrono::seconds(60);
 
 bool isTemporary(std::string_view name) {
@@ -23,20 +25,6 @@ bool isTemporary(std::string_view name) {
   name.remove_suffix(kRandomLetters);
   return name.ends_with(kTemporaryMark);
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int number() const { return number_; }
-
- private:
-  int number_;
-};
 
 std::string lastProblem(const std::string& path) {
   return "\"" + path + "\": " + std::generic_category().message(errno);
@@ -54,7 +42,7 @@ bool writeAll(int descriptor, std::string_view content) {
 
 void syncFolder(const std::string& folder) {
   const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (descriptor.number() >= 0) ::fsync(descriptor.number());
+  if (descriptor.isOpen()) ::fsync(descriptor.number());
 }
 
 }  // namespace
@@ -68,7 +56,7 @@ std::string writeFileAtomically(const std::string& path, std::string_view conten
   std::string temporary = path + std::string(kTemporaryMark) + "XXXXXX";
   {
     const Descriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (descriptor.number() < 0) return lastProblem(path);
+    if (!descriptor.isOpen()) return lastProblem(path);
     const bool written = writeAll(descriptor.number(), content) &&
                          (sync == Sync::No || ::fsync(descriptor.number()) == 0);
     if (!written) {
@@ -92,15 +80,22 @@ std::string removeFileDurably(const std::string& path) {
   return "";
 }
 
+bool removeIfAbandoned(const std::string& path) {
+  namespace fs = std::filesystem;
+  if (!isTemporary(fs::path(path).filename().string())) return false;
+  std::error_code error;
+  const auto age = fs::file_time_type::clock::now() - fs::last_write_time(path, error);
+  // A time that lies ahead is that of a clock which was set back since.
+  if (error || std::chrono::abs(age) < kAbandonedAfter) return false;
+  return fs::remove(path, error);
+}
+
 void removeAbandonedFiles(const std::string& folder) {
   namespace fs = std::filesystem;
-  const auto bound = fs::file_time_type::clock::now() - kAbandonedAfter;
   std::error_code error;
   for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
        entry.increment(error)) {
-    std::error_code ignored;
-    if (!isTemporary(entry->path().filename().string())) continue;
-    if (entry->last_write_time(ignored) < bound) fs::remove(entry->path(), ignored);
+    removeIfAbandoned(entry->path().string());
   }
 }
 

@@ -15,7 +15,11 @@ enum class Sync { Yes, No };
 std::string writeFileAtomically(const std::string& path, std::string_view content,
                                 Sync sync = Sync::Yes);
 
-/// Removes what writers that were killed have left in the folder.
+/// Removes the file when it is one that a writer began and, killed, never finished. True when it is
+/// gone by that.
+bool removeIfAbandoned(const std::string& path);
+
+/// The same for every file in the folder.
 void removeAbandonedFiles(const std::string& folder);
 
 /// Removes a file for good; one that is not there is no error.

@@ -1,17 +1,16 @@
 #include "platform/FileUserDefaults.h"
 
-#include <cerrno>
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
-#include "platform/AtomicFile.h"
 #include "platform/Folders.h"
 #include "platform/Json.h"
 #include "platform/Log.h"
+#include "platform/RegularFile.h"
 #include "platform/Text.h"
 
 namespace platform {
@@ -20,6 +19,8 @@ namespace {
 // JSON knows neither dates nor the difference between 1 and 1.0; these stand for them in the files.
 constexpr const char* kDateKey = "$date";
 constexpr const char* kDoubleKey = "$double";
+
+constexpr std::size_t kLargestFile = 4 * 1024 * 1024;
 
 std::string exact(double number) {
   char text[40];
@@ -89,8 +90,16 @@ std::string fileName(std::string_view key) {
 
 UserDefaults& UserDefaults::standard() {
   // Never destroyed: what is kept may be written while the process ends.
-  static auto* const defaults = new FileUserDefaults(FileUserDefaults::standardFolder());
+  static auto* const defaults = [] {
+    std::atexit([] { standard().flush(); });
+    return new FileUserDefaults(FileUserDefaults::standardFolder());
+  }();
   return *defaults;
+}
+
+FileUserDefaults::FileUserDefaults(std::optional<std::string> folder, Access access)
+    : folder_(std::move(folder)), access_(access) {
+  if (folder_ && access_ == Access::ReadWrite) writer_.emplace(*folder_);
 }
 
 std::optional<std::string> FileUserDefaults::standardFolder() {
@@ -110,14 +119,16 @@ const std::optional<Value>& FileUserDefaults::kept(std::string_view key) const {
 }
 
 std::optional<Value> FileUserDefaults::read(const std::string& path) const {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return std::nullopt;
-  const std::string content{std::istreambuf_iterator<char>(file), {}};
-  if (auto value = parseJson(content)) return decoded(*value);
+  const FileContent file = readRegularFile(path, kLargestFile);
+  if (file.state == FileContent::State::Absent) return std::nullopt;
+  if (file.state == FileContent::State::Read) {
+    if (auto value = parseJson(file.bytes)) return decoded(*value);
+  }
   if (access_ == Access::ReadOnly) return std::nullopt;
   std::error_code error;
   std::filesystem::rename(path, path + ".damaged", error);
-  logWarning("The kept state in \"" + path + "\" is damaged; it was set aside.");
+  logWarning("The kept state in \"" + path + "\" is damaged; it " +
+             (error ? "cannot be set aside." : "was set aside."));
   return std::nullopt;
 }
 
@@ -128,32 +139,45 @@ std::optional<Value> FileUserDefaults::objectForKey(std::string_view key) const 
 void FileUserDefaults::setObject(std::string_view key, Value value) {
   if (kept(key) == value && kept(key)->kind() == value.kind()) return;
   kept_.insert_or_assign(std::string(key), std::move(value));
-  changed_.emplace(key);
+  noteChange(key);
 }
 
 void FileUserDefaults::removeObject(std::string_view key) {
   if (!kept(key)) return;
   kept_.insert_or_assign(std::string(key), std::nullopt);
-  changed_.emplace(key);
+  noteChange(key);
 }
 
-bool FileUserDefaults::synchronize() {
-  if (access_ == Access::ReadOnly || changed_.empty()) return true;
-  if (folder_ && !std::exchange(tidied_, true)) removeAbandonedFiles(*folder_);
-  std::string problem = folder_ ? "" : "there is no state folder";
-  for (auto key = changed_.begin(); key != changed_.end() && problem.empty();) {
-    const std::optional<Value>& value = kept(*key);
-    const std::optional<std::string> text = value ? writeJson(encoded(*value)) : std::nullopt;
-    // What cannot be written as text would not come back either; it stays in memory alone.
-    const bool writes = text.has_value();
-    problem = writes ? writeFileAtomically(pathFor(*key), *text) : removeFileDurably(pathFor(*key));
-    if (problem.empty()) key = changed_.erase(key);
+void FileUserDefaults::noteChange(std::string_view key) {
+  if (std::find(changed_.begin(), changed_.end(), key) == changed_.end()) {
+    changed_.emplace_back(key);
   }
-  if (!problem.empty() && !complained_) {
-    logWarning("The state cannot be kept: " + problem + ".");
+}
+
+void FileUserDefaults::synchronize() {
+  if (access_ == Access::ReadOnly || changed_.empty()) return;
+  if (!writer_) {
+    if (!std::exchange(complained_, true)) {
+      logWarning("The state cannot be kept: there is no state folder.");
+    }
+    return;
   }
-  complained_ = !problem.empty();
-  return problem.empty();
+  for (const std::string& key : std::exchange(changed_, {})) {
+    const std::optional<Value>& value = kept(key);
+    std::optional<std::string> text = value ? writeJson(encoded(*value)) : std::nullopt;
+    // What would not come back stays in memory alone.
+    if (text && text->size() > kLargestFile) text = std::nullopt;
+    writer_->put(pathFor(key), std::move(text));
+  }
+}
+
+void FileUserDefaults::hasten() {
+  if (writer_) writer_->hasten();
+}
+
+bool FileUserDefaults::flush() {
+  synchronize();
+  return writer_ ? writer_->flush() : changed_.empty() || access_ == Access::ReadOnly;
 }
 
 }  // namespace platform

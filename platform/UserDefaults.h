@@ -21,9 +21,13 @@ class UserDefaults : public Shared<UserDefaults> {
   /// Keeps the value, in memory until `synchronize`.
   virtual void setObject(std::string_view key, Value value) = 0;
   virtual void removeObject(std::string_view key) = 0;
-  /// Writes what has changed so that a kill at any instant leaves the old or the new content.
-  /// False, with one log line, when it cannot be written; the values stay in memory.
-  virtual bool synchronize() = 0;
+  /// Has what has changed written soon, and waits for no disk. A kill at any instant leaves of each
+  /// value the old or the new content. What cannot be written stays in memory, with one log line.
+  virtual void synchronize() = 0;
+  /// Has what was synchronised written without delay: the application may be stopped from now on.
+  virtual void hasten() = 0;
+  /// Synchronises, and waits until all is written, for a few seconds at most. False when it is not.
+  virtual bool flush() = 0;
 };
 
 }  // namespace platform

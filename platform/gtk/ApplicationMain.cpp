@@ -16,6 +16,7 @@
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
+#include "platform/UserDefaults.h"
 #include "platform/gtk/Appearance.h"
 #include "platform/gtk/LinuxApplication.h"
 #include "platform/gtk/MemoryWarnings.h"
@@ -249,6 +250,7 @@ class Runner : public Trackable {
     tell(&ApplicationDelegate::applicationWillTerminate);
     NotificationCenter::defaultCenter().postNotificationName(kApplicationWillTerminate,
                                                              &Application::shared());
+    UserDefaults::shared().flush();
   }
 
   /// Hands the system's notices of memory running low on to delegate, observers and screens.

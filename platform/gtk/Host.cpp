@@ -7,6 +7,7 @@
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
+#include "platform/UserDefaults.h"
 #include "platform/Window.h"
 #include "platform/gtk/LinuxApplication.h"
 #include "platform/gtk/NativeView.h"
@@ -74,6 +75,7 @@ void followApplication() {
   const auto ends = +[](GApplication*, gpointer) {
     NotificationCenter::defaultCenter().postNotificationName(kApplicationWillTerminate,
                                                              &Application::shared());
+    UserDefaults::shared().flush();
   };
   g_signal_connect(application, "shutdown", G_CALLBACK(ends), nullptr);
   LinuxApplication::instance().setHolder([](bool held) {

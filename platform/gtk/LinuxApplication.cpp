@@ -4,6 +4,7 @@
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
+#include "platform/UserDefaults.h"
 #include "platform/Window.h"
 #include "platform/gtk/Launches.h"
 
@@ -130,6 +131,9 @@ void LinuxApplication::enterBackground() {
   state_ = ApplicationState::Background;
   expireTasksAfter(kSecondsOutOfSight);
   post(kApplicationDidEnterBackground);
+  // A phone may stop what is out of sight.
+  UserDefaults::shared().synchronize();
+  UserDefaults::shared().hasten();
 }
 
 void LinuxApplication::enterForeground() {

@@ -17,10 +17,14 @@ void FakeUserDefaults::removeObject(std::string_view key) {
   if (found != values_.end()) values_.erase(found);
 }
 
-bool FakeUserDefaults::synchronize() {
+void FakeUserDefaults::synchronize() {
   ++synchronizeCount_;
-  if (writable_) written_ = values_;
-  return writable_;
+  written_ = values_;
+}
+
+bool FakeUserDefaults::flush() {
+  synchronize();
+  return true;
 }
 
 }  // namespace quorbel_tests

@@ -17,21 +17,18 @@ class FakeUserDefaults final : public platform::UserDefaults {
   std::optional<platform::Value> objectForKey(std::string_view key) const override;
   void setObject(std::string_view key, platform::Value value) override;
   void removeObject(std::string_view key) override;
-  bool synchronize() override;
+  void synchronize() override;
+  void hasten() override {}
+  bool flush() override;
 
   const Values& values() const { return values_; }
   const Values& written() const { return written_; }
   int synchronizeCount() const { return synchronizeCount_; }
-  /// Makes `synchronize` fail, or work again.
-  void setWritable(bool writable) { writable_ = writable; }
-  /// What a crash does: everything since the last `synchronize` is lost.
-  void revertToWritten() { values_ = written_; }
 
  private:
   Values values_;
   Values written_;
   int synchronizeCount_ = 0;
-  bool writable_ = true;
   platform::UserDefaults::Replacement replacement_{*this};
 };
 

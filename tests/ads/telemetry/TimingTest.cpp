@@ -50,33 +50,6 @@ TEST(Timing, GoesFromIdleToRunningToEnded) {
   EXPECT_EQ(timing.startSeconds(), 0);
 }
 
-TEST(Timing, CarriesValues) {
-  VADTiming timing("pcl");
-  EXPECT_FALSE(timing.dictionaryRepresentation().contains("userData"));
-  EXPECT_TRUE(timing.keysAndValues().empty());
-  timing.setValue("ticket", "pit");
-  timing.setValue(std::nullopt, "pit");
-  EXPECT_EQ(*timing.valueForKey("pit")->text(), "ticket") << "an absent value removed it";
-  timing.setValue(1, "other");
-  timing.removeValueForKey("other");
-  EXPECT_FALSE(timing.valueForKey("other"));
-  EXPECT_EQ(timing.keysAndValues(), (Dictionary{{"pit", "ticket"}}));
-}
-
-TEST(Timing, ItsCopyIsEqualAndIndependent) {
-  FakeClock clock;
-  VADTiming timing("pcl");
-  timing.start();
-  timing.setValue("v", "k");
-  const auto copy = timing.copy();
-  EXPECT_EQ(copy->dictionaryRepresentation(), timing.dictionaryRepresentation());
-  timing.setValue("w", "k");
-  clock.advance(1);
-  timing.end();
-  EXPECT_EQ(*copy->valueForKey("k")->text(), "v");
-  EXPECT_TRUE(copy->isActive());
-}
-
 TEST(Timing, IsReadFromWhateverWasKept) {
   EXPECT_FALSE(VADTiming::initWithDictionaryRepresentation({{"start", 1.0}}));
   EXPECT_FALSE(VADTiming::initWithDictionaryRepresentation({{"category", 5}}));
@@ -85,22 +58,6 @@ TEST(Timing, IsReadFromWhateverWasKept) {
   ASSERT_TRUE(timing);
   EXPECT_EQ(timing->startSeconds(), 0);
   EXPECT_TRUE(timing->keysAndValues().empty());
-}
-
-TEST(TimingManager, KeepsOneTimingACategory) {
-  FakeUserDefaults defaults;
-  VADTimingManager manager("test");
-  const auto first = manager.addTimingWithCategory("b");
-  const auto second = manager.addTimingWithCategory("b");
-  manager.addTiming(std::make_shared<VADTiming>("a"));
-  manager.addTiming(nullptr);
-  EXPECT_EQ(manager.timingForCategory("b"), second);
-  EXPECT_EQ(manager.categories(), (std::vector<std::string>{"a", "b"}));
-  EXPECT_EQ(manager.timings().size(), 2u);
-  manager.removeTiming(*second);
-  EXPECT_FALSE(manager.timingForCategory("b"));
-  manager.removeTimingsForCategories({"a", "absent"});
-  EXPECT_TRUE(manager.timings().empty());
 }
 
 TEST(TimingManager, SavesWhenTheApplicationEndsWhenToldToAndWhenItGoes) {
@@ -153,6 +110,7 @@ TEST(TimingManager, GoesOnInTheNextProcess) {
     usleep(20'000);
     ended->end();
     manager.synchronize();
+    files.flush();
     quorbel_tests::writeFile(folder.file("ended"), ended->elapsedMillisecondsString());
     _exit(0);
   }
