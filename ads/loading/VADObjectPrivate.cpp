@@ -190,11 +190,14 @@ void VADObjectPrivate::ensureSupportFiles() {
   const auto stored = store.dateForKey(kExpireDateKey);
   const platform::Date* const expireDate = stored ? stored->date() : nullptr;
   const platform::Date now = platform::Date::now();
-  if (expireDate && *expireDate >= now && !buildAdJS_->content().value_or("").empty()) {
+  // One that lies further ahead was kept before the clock was set back.
+  const platform::Date latest = now.after(kScriptLifetime);
+  const bool isFresh = expireDate && *expireDate >= now && *expireDate <= latest;
+  if (isFresh && !buildAdJS_->content().value_or("").empty()) {
     cachedFileDownloadDidEnd(*buildAdJS_);
     return;
   }
-  store.setDate(platform::Value(now.after(kScriptLifetime)), kExpireDateKey);
+  store.setDate(platform::Value(latest), kExpireDateKey);
   store.synchronize();
   changeState(kVADStateLoadingScript);
   debug("asking for the ad engine script at " + buildAdJS_->sourceURL().absoluteString());

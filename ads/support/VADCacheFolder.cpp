@@ -5,10 +5,11 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
+#include <set>
 #include <vector>
 
+#include "platform/AtomicFile.h"
 #include "platform/Crypto.h"
 #include "platform/Folders.h"
 
@@ -18,6 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kMostCopies = 200;
+constexpr std::uintmax_t kMostBytes = 64 * 1024 * 1024;
 constexpr int kMostEntries = 5000;
 constexpr std::size_t kLongestFileName = 255;
 constexpr std::size_t kLongestHash = 16;
@@ -44,15 +46,21 @@ std::string folderName(const std::string& host) {
 struct Copy {
   fs::path path;
   timespec written;
+  std::uintmax_t bytes;
 };
 
-/// Whether the name is one of a copy, or of one that was being written: a hash, or a hash followed
-/// by "." and six characters.
-bool isCopyName(const std::string& name, bool& unfinished) {
-  const std::size_t hash = name.find_first_not_of("0123456789abcdef");
-  unfinished = hash != std::string::npos;
-  if (!unfinished) return !name.empty() && name.size() <= kLongestHash;
-  return hash > 0 && hash <= kLongestHash && name[hash] == '.' && name.size() == hash + 7;
+std::multiset<std::string>& copiesInUse() {
+  // Never destroyed: files may go while the process ends.
+  static auto* const paths = new std::multiset<std::string>;
+  return *paths;
+}
+
+/// What may still be written before the folder has to be looked at again.
+std::uintmax_t roomLeft = 0;
+
+bool isCopyName(const std::string& name) {
+  return !name.empty() && name.size() <= kLongestHash &&
+         name.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
 bool wasWrittenLater(const Copy& left, const Copy& right) {
@@ -66,24 +74,41 @@ void removeCopy(const fs::path& path) {
   fs::remove(path.parent_path(), ignored);  // fails unless it is empty
 }
 
-/// The host's whole copies; the broken ones are removed on the way.
+/// The host's whole copies; what is none is removed on the way, and the folder with its last file.
 void collectCopies(const fs::path& folder, std::vector<Copy>& copies, int& entriesLeft) {
-  constexpr time_t kLongestWrite = 60;
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
     if (--entriesLeft < 0) return;
-    bool unfinished = false;
-    if (!isCopyName(entry->path().filename().string(), unfinished)) continue;
+    const fs::path& path = entry->path();
+    if (platform::removeIfAbandoned(path.string()) || !isCopyName(path.filename().string()))
+      continue;
     struct stat status {};
-    if (::lstat(entry->path().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) continue;
-    const bool inUse = status.st_ctim.tv_sec + kLongestWrite > std::time(nullptr);
-    if (unfinished ? !inUse : status.st_size == 0) {
-      removeCopy(entry->path());
-    } else if (!unfinished) {
-      copies.push_back({entry->path(), status.st_ctim});
+    if (::lstat(path.c_str(), &status) != 0) continue;
+    const auto bytes = static_cast<std::uintmax_t>(status.st_size);
+    std::error_code ignored;
+    if (!S_ISREG(status.st_mode) || bytes == 0 || bytes > kVADLargestCopy) {
+      fs::remove(path, ignored);
+    } else {
+      copies.push_back({path, status.st_ctim, bytes});
     }
   }
+  std::error_code notEmpty;
+  fs::remove(folder, notEmpty);
+}
+
+std::vector<Copy> copiesIn(const std::string& caches) {
+  std::vector<Copy> copies;
+  int entriesLeft = kMostEntries;
+  std::error_code error;
+  for (fs::directory_iterator host(caches, error), end; !error && host != end;
+       host.increment(error)) {
+    if (--entriesLeft < 0) break;
+    std::error_code notReadable;
+    if (host->is_symlink(notReadable) || !host->is_directory(notReadable)) continue;
+    collectCopies(host->path(), copies, entriesLeft);
+  }
+  return copies;
 }
 
 }  // namespace
@@ -94,22 +119,40 @@ std::optional<std::string> cachePathForURL(const platform::URL& url) {
   return *caches + "/" + folderName(url.host()) + "/" + hashOf(url.absoluteString());
 }
 
+VADCopyInUse::VADCopyInUse(std::string path) : path_(std::move(path)) {
+  copiesInUse().insert(path_);
+}
+
+VADCopyInUse::~VADCopyInUse() {
+  copiesInUse().erase(copiesInUse().find(path_));
+}
+
 void trimCacheFolder() {
   const std::optional<std::string> caches = platform::cachesFolder();
   if (!caches) return;
-  std::vector<Copy> copies;
-  int entriesLeft = kMostEntries;
-  std::error_code error;
-  for (fs::directory_iterator host(*caches, error), end; !error && host != end;
-       host.increment(error)) {
-    if (--entriesLeft < 0) break;
-    std::error_code notReadable;
-    if (host->is_symlink(notReadable) || !host->is_directory(notReadable)) continue;
-    collectCopies(host->path(), copies, entriesLeft);
+  std::vector<Copy> copies = copiesIn(*caches);
+  // Those in use come first: the others share the room that these leave.
+  const auto isInUse = [](const Copy& copy) { return copiesInUse().contains(copy.path.string()); };
+  const auto others = std::partition(copies.begin(), copies.end(), isInUse);
+  std::sort(others, copies.end(), wasWrittenLater);
+  std::uintmax_t bytes = 0;
+  std::size_t count = 0;
+  bool full = false;
+  for (auto copy = copies.begin(); copy != copies.end(); ++copy) {
+    full = full || count >= kMostCopies || bytes + copy->bytes > kMostBytes;
+    if (full && copy >= others) {
+      removeCopy(copy->path);
+    } else {
+      ++count;
+      bytes += copy->bytes;
+    }
   }
-  if (copies.size() <= kMostCopies) return;
-  std::sort(copies.begin(), copies.end(), wasWrittenLater);
-  for (std::size_t old = kMostCopies; old < copies.size(); ++old) removeCopy(copies[old].path);
+  roomLeft = bytes < kMostBytes ? kMostBytes - bytes : 0;
+}
+
+void didWriteCopy(std::size_t bytes) {
+  if (bytes > roomLeft) return trimCacheFolder();
+  roomLeft -= bytes;
 }
 
 }  // namespace valdren

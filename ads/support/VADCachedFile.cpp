@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <utility>
 
 #include "ads/support/VADCacheFolder.h"
@@ -15,6 +14,7 @@
 #include "platform/AtomicFile.h"
 #include "platform/Date.h"
 #include "platform/Log.h"
+#include "platform/RegularFile.h"
 #include "platform/Text.h"
 
 namespace valdren {
@@ -54,6 +54,7 @@ VADCachedFile::VADCachedFile(platform::WeakPtr<VADCachedFileDelegate> delegate,
                              const platform::URL& url)
     : delegate_(delegate), sourceURL_(url), httpDestinationURL_(url) {
   trimCacheFolderOnce();
+  if (const auto& path = filePath()) copyInUse_.emplace(*path);
 }
 
 VADCachedFile::~VADCachedFile() {
@@ -84,22 +85,17 @@ void VADCachedFile::invalidate() {
 }
 
 bool VADCachedFile::hasContent() const {
-  if (unwritten_) return true;
-  std::error_code ignored;
-  return filePath() && std::filesystem::exists(*filePath(), ignored);
+  return unwritten_ || modificationTime();
 }
 
 std::optional<std::string> VADCachedFile::content() const {
   if (unwritten_) return platform::isUTF8(*unwritten_) ? unwritten_ : std::nullopt;
   if (!filePath()) return std::nullopt;
-  std::error_code error;
-  const auto size = std::filesystem::file_size(*filePath(), error);
-  if (error) return std::nullopt;
-  std::string text(size, '\0');
-  std::ifstream file(*filePath(), std::ios::binary);
-  file.read(text.data(), static_cast<std::streamsize>(text.size()));
-  if (!file || !platform::isUTF8(text)) return std::nullopt;
-  return text;
+  platform::FileContent file = platform::readRegularFile(*filePath(), kVADLargestCopy);
+  if (file.state != platform::FileContent::State::Read || !platform::isUTF8(file.bytes)) {
+    return std::nullopt;
+  }
+  return std::move(file.bytes);
 }
 
 const std::optional<std::string>& VADCachedFile::filePath() const {
@@ -107,10 +103,18 @@ const std::optional<std::string>& VADCachedFile::filePath() const {
   return filePath_;
 }
 
-std::optional<std::string> VADCachedFile::fileModificationDate() const {
+std::optional<platform::Date> VADCachedFile::modificationTime() const {
   struct stat status {};
   if (unwritten_ || !filePath() || ::stat(filePath()->c_str(), &status) != 0) return std::nullopt;
-  return httpDateText(platform::Date(static_cast<double>(status.st_mtim.tv_sec)));
+  const bool usable =
+      S_ISREG(status.st_mode) && static_cast<std::size_t>(status.st_size) <= kVADLargestCopy;
+  if (!usable) return std::nullopt;
+  return platform::Date(static_cast<double>(status.st_mtim.tv_sec));
+}
+
+std::optional<std::string> VADCachedFile::fileModificationDate() const {
+  const auto time = modificationTime();
+  return time ? std::optional(httpDateText(*time)) : std::nullopt;
 }
 
 std::string VADCachedFile::description() const {
@@ -220,7 +224,7 @@ void VADCachedFile::keepReceivedData() {
       filePath() ? platform::writeFileAtomically(*filePath(), receivedData_, platform::Sync::No)
                  : "there is no caches folder";
   unwritten_.reset();
-  if (problem.empty()) return;
+  if (problem.empty()) return didWriteCopy(receivedData_.size());
   unwritten_ = std::move(receivedData_);
   static bool hasComplained = false;
   if (!std::exchange(hasComplained, true)) {

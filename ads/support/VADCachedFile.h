@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "ads/support/VADCacheFolder.h"
 #include "platform/Date.h"
 #include "platform/URLConnection.h"
 #include "platform/WeakPtr.h"
@@ -59,7 +60,8 @@ class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
   void invalidate();
 
   bool hasContent() const;
-  /// The local file's text; none when there is no file, or when it is not UTF-8.
+  /// The local file's text; none when there is no file, or when it is not UTF-8. What is no regular
+  /// file or over 16 MiB counts as none here and everywhere.
   std::optional<std::string> content() const;
   /// Where the local file is or will be; none when the user has no caches folder. Stays within the
   /// caches folder whatever the URL's host is, and is another one for each host and URL.
@@ -86,6 +88,8 @@ class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
   void cleanUpFetch(unsigned fetch);
   /// In the local file; in memory where that cannot be written.
   void keepReceivedData();
+  /// Of the local file; none when there is none.
+  std::optional<platform::Date> modificationTime() const;
   void tellEnd();
   void tellFailure(const std::optional<platform::Error>& error);
 
@@ -100,6 +104,7 @@ class VADCachedFile final : public std::enable_shared_from_this<VADCachedFile>,
   platform::WeakPtr<VADCachedFileDelegate> delegate_;
   platform::URL sourceURL_;
   mutable std::optional<std::string> filePath_;
+  std::optional<VADCopyInUse> copyInUse_;
   std::unique_ptr<platform::URLConnection> connection_;
   unsigned fetch_ = 0;  // the number of the latest
   std::string receivedData_;

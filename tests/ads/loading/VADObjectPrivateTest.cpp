@@ -256,14 +256,23 @@ TEST_F(VADObjectPrivateTest, AsksForTheScriptOnceADay) {
 
 TEST_F(VADObjectPrivateTest, AsksForTheScriptWhenWhatWasKeptIsDamaged) {
   bringTo(kVADStateShowingAd);
-  for (const bool copyIsGone : {true, false}) {
+  const auto keep = [this](platform::Value date) {
+    defaults.setObject("valdren_stats_VADObjectPrivate",
+                       platform::Dictionary{{"expireDate", std::move(date)}});
+  };
+  const std::function<void()> damages[] = {
+      [this] { clearCaches(); },
+      [&] { keep("tomorrow"); },
+      // The clock was set back since.
+      [&] { keep(platform::Date::now().after(86401)); },
+      [this] {
+        const std::string copy = *valdren::cachePathForURL(VADObjectPrivate::jsBuildAdURL());
+        std::filesystem::resize_file(copy, 1ull << 40);
+      },
+  };
+  for (const auto& damage : damages) {
     makeBanner();
-    if (copyIsGone) {
-      clearCaches();
-    } else {
-      defaults.setObject("valdren_stats_VADObjectPrivate",
-                         platform::Dictionary{{"expireDate", "tomorrow"}});
-    }
+    damage();
     load();
     EXPECT_EQ(state(), kVADStateLoadingScript);
     answerScript();

@@ -58,14 +58,6 @@ TEST(Notification, WithoutAPathHasNoNameToCutOut) {
                std::out_of_range);
 }
 
-TEST(Notification, DescribesItself) {
-  const auto notification = VADNotification::notificationFromURL(*URL::parse("gmsg:///a?b=c"));
-  EXPECT_TRUE(notification->description().ends_with(">: name:a parameters:{\"b\":\"c\"}"));
-  EXPECT_TRUE(notification->description().starts_with("VADNotification<0x"));
-  EXPECT_EQ(notification->parameter("b"), "c");
-  EXPECT_FALSE(notification->parameter("c"));
-}
-
 class NotificationCenterTest : public testing::Test {
  protected:
   struct Observer : platform::Trackable {};

@@ -7,6 +7,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <set>
 
 #include "ads/support/VADCacheFolder.h"
 #include "ads/support/VADHTTPDate.h"
@@ -15,8 +17,6 @@
 #include "tests/support/FakeURLLoading.h"
 #include "tests/support/Fakes.h"
 #include "tests/support/LogLines.h"
-#include "tests/support/Loop.h"
-#include "tests/support/LoopbackServer.h"
 
 namespace valdren {
 namespace {
@@ -25,8 +25,6 @@ namespace fs = std::filesystem;
 using platform::URL;
 using quorbel_tests::FakeClock;
 using quorbel_tests::FakeURLLoading;
-using quorbel_tests::LoopbackServer;
-using quorbel_tests::runUntil;
 using ::testing::ElementsAre;
 
 constexpr const char* kURL = "http://scripts.example/core.js?v=1";
@@ -262,6 +260,29 @@ TEST_F(VADCachedFileTest, ContentIsNilUnlessItIsUTF8) {
   EXPECT_EQ(file->content(), "");
 }
 
+TEST_F(VADCachedFileTest, WhatIsNoCopyIsNotTakenForOne) {
+  const std::string path = *file->filePath();
+  const std::function<void()> makers[] = {
+      [&] { mkfifo(path.c_str(), 0600); },
+      [&] { fs::create_symlink("/dev/zero", path); },
+      [&] { write("x"), fs::resize_file(path, 1ull << 40); },
+      [&] { fs::create_directory(path); },
+  };
+  for (const auto& make : makers) {
+    write("old");
+    fs::remove_all(path);
+    make();
+    EXPECT_FALSE(file->content());
+    EXPECT_FALSE(file->hasContent());
+    file->validate();
+    EXPECT_FALSE(network.last().request().headers.contains("If-Modified-Since"));
+    network.last().answer(200, {}, "new");
+    EXPECT_EQ(file->content(), "new");
+  }
+  trimCacheFolder();
+  EXPECT_FALSE(fs::exists(path)) << "no copy can ever be written there";
+}
+
 TEST_F(VADCachedFileTest, TheDelegateMayLetGoInAnyCallback) {
   const std::function<void(FakeURLLoading::Fetch&)> ways[] = {
       [](auto& fetch) { fetch.redirect("http://b.example/"); },
@@ -314,28 +335,6 @@ TEST_F(VADCachedFileTest, NothingHappensOnceOwnerAndFileAreGone) {
   EXPECT_TRUE(network.last().isCancelled());
 }
 
-TEST(VADCachedFileOverHTTPTest, RevalidatesWithARealServer) {
-  LoopbackServer server;
-  server.answer("/moved", 302, {{"Location", "/script"}});
-  server.answer("/script", [](const quorbel_tests::LoopbackRequest& request) {
-    quorbel_tests::LoopbackResponse response{.headers = {{"Last-Modified", kModified}},
-                                             .body = "script"};
-    if (request.headers.contains("If-Modified-Since")) response = {.status = 304};
-    return response;
-  });
-  Owner owner;
-  const auto file = VADCachedFile::initWithDelegate(&owner, server.url("/moved"));
-  file->validate();
-  ASSERT_TRUE(runUntil([&] { return owner.events.size() == 2; }));
-  file->validate();
-  ASSERT_TRUE(runUntil([&] { return owner.events.size() == 4; }));
-  EXPECT_EQ(owner.events.back(), "end");
-  EXPECT_EQ(file->httpStatusCode(), 304);
-  EXPECT_EQ(file->content(), "script");
-  EXPECT_EQ(server.requests("/script").at(1).headers.at("If-Modified-Since"),
-            "Wed, 09 Jun 2010 10:18:14");
-}
-
 TEST(VADCacheFolderTest, EachURLHasItsFileInsideTheCachesFolder) {
   const std::string longHost(300, 'h');
   const std::string texts[] = {"http://a.example/",
@@ -381,12 +380,39 @@ TEST(VADCacheFolderTest, LeftoversOfEarlierRunsAreCleared) {
   }
   std::ofstream(caches / "emptied" / "0123abcd");
   std::ofstream(caches / "host" / "not-ours") << "x";
-  std::ofstream(caches / "host" / "abc0.a1B2c3") << "being written";
+  std::ofstream(caches / "host" / "abc0.new-a1B2c3") << "being written";
+  for (const int hours : {-1, 1}) {
+    const fs::path left = caches / "emptied" / ("abc0.new-" + std::to_string(hours + 100001));
+    std::ofstream(left) << "by a killed writer";
+    fs::last_write_time(left, fs::file_time_type::clock::now() + std::chrono::hours(hours));
+  }
   trimCacheFolder();
   EXPECT_EQ(std::distance(fs::directory_iterator(caches / "host"), {}), 202);
   EXPECT_FALSE(fs::exists(caches / "emptied"));
   EXPECT_TRUE(fs::exists(caches / "host" / "not-ours"));
-  EXPECT_TRUE(fs::exists(caches / "host" / "abc0.a1B2c3"));
+  EXPECT_TRUE(fs::exists(caches / "host" / "abc0.new-a1B2c3"));
+}
+
+TEST_F(VADCachedFileTest, AllCopiesTogetherAreBoundedButForThoseInUse) {
+  const std::string body(10 * 1024 * 1024, 'x');
+  const auto fetch = [&](const std::string& url) {
+    auto fetched = fileFor(url.c_str());
+    fetched->validate();
+    network.last().answer(200, {}, body);
+    return fetched;
+  };
+  const auto inUse = fetch("http://h/in-use");
+  std::shared_ptr<VADCachedFile> latest;
+  for (int number = 0; number < 8; ++number) latest = fetch("http://h/" + std::to_string(number));
+  std::uintmax_t bytes = 0;
+  for (const auto& copy : fs::directory_iterator(fs::path(*inUse->filePath()).parent_path())) {
+    bytes += copy.file_size();
+  }
+  EXPECT_LE(bytes, 64u * 1024 * 1024);
+  EXPECT_GT(bytes, 50u * 1024 * 1024);
+  EXPECT_TRUE(inUse->hasContent());
+  EXPECT_TRUE(latest->hasContent());
+  EXPECT_FALSE(fileFor("http://h/0")->hasContent()) << "the oldest goes first";
 }
 
 TEST(VADHTTPDateTest, WritesAndReadsTheSameInstant) {
