@@ -16,11 +16,11 @@ void LoadTracker::asked(std::string address, bool mayStay) {
   asked_ = true;
 }
 
-bool LoadTracker::awaits(const std::string& address) const {
+bool LoadTracker::awaits(std::string_view address) const {
   return asked_ && (address_.empty() || address_ == address);
 }
 
-void LoadTracker::refused(const std::string& address) {
+void LoadTracker::refused(std::string_view address) {
   if (awaits(address)) asked_ = false;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/WebView.h"
 
@@ -21,9 +22,9 @@ class LoadTracker : public Trackable {
   /// With `mayStay`, it may be a step inside the same document.
   void asked(std::string address, bool mayStay);
   /// Whether that is what the web view was asked to go to and has not begun yet.
-  bool awaits(const std::string& address) const;
+  bool awaits(std::string_view address) const;
   /// The navigation was refused before it started.
-  void refused(const std::string& address);
+  void refused(std::string_view address);
   /// The web view was asked to stop.
   void stopped();
 

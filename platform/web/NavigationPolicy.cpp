@@ -11,7 +11,9 @@
 namespace platform {
 namespace {
 
-std::string addressOf(WebKitNavigationAction* action) {
+/// As long as the action lasts. A page may make it as long as it likes, so it is copied only once
+/// its length is known.
+std::string_view addressOf(WebKitNavigationAction* action) {
   const char* const address =
       webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
   return address ? address : "";
@@ -44,12 +46,15 @@ bool isDownload(WebKitResponsePolicyDecision* decision) {
   return attachment;
 }
 
+bool isLoadable(std::string_view scheme) {
+  constexpr std::array<std::string_view, 5> kLoadable{"http", "https", "about", "data", "blob"};
+  return std::find(kLoadable.begin(), kLoadable.end(), scheme) != kLoadable.end();
+}
+
 }  // namespace
 
 bool NavigationPolicy::canLoad(const URL& url) {
-  constexpr std::array<const char*, 5> kLoadable{"http", "https", "about", "data", "blob"};
-  const std::string scheme = url.lowercaseScheme();
-  return std::find(kLoadable.begin(), kLoadable.end(), scheme) != kLoadable.end();
+  return isLoadable(url.lowercaseScheme());
 }
 
 NavigationPolicy::NavigationPolicy(WebKitWebView* view, WebEngine::Client& client,
@@ -103,13 +108,13 @@ void NavigationPolicy::decideResponse(WebKitResponsePolicyDecision* decision) {
 }
 
 bool NavigationPolicy::allows(WebKitNavigationAction* action) {
-  const std::string address = addressOf(action);
+  const std::string_view address = addressOf(action);
   if (!approved_.empty() && address == approved_) {
     approved_.clear();
     return true;
   }
   const std::weak_ptr<const void> alive = lifetime();
-  const bool allowed = ask(action);
+  const bool allowed = ask(action, address);
   if (alive.expired()) return false;
   if (!allowed) {
     loads_.refused(address);
@@ -119,9 +124,8 @@ bool NavigationPolicy::allows(WebKitNavigationAction* action) {
   return allowed;
 }
 
-bool NavigationPolicy::ask(WebKitNavigationAction* action) {
-  const std::string address = addressOf(action);
-  if (isFlood(address)) return false;
+bool NavigationPolicy::ask(WebKitNavigationAction* action, std::string_view address) {
+  if (isFlood(address) || isTooLong(address)) return false;
   const std::optional<URL> url = URL::fromPage(address);
   if (!url) return false;
   URLRequest request{*url};
@@ -132,10 +136,22 @@ bool NavigationPolicy::ask(WebKitNavigationAction* action) {
   return client_.engineShouldStartLoad(request, static_cast<NavigationType>(type)) && canLoad(*url);
 }
 
-bool NavigationPolicy::isFlood(const std::string& address) {
-  if (loads_.awaits(address) || budget_.take()) return false;
-  if (budget_.refused() == 1) logWarning("A page's flood of navigations is refused.");
-  if (budget_.refused() == PageBudget::kPatience) {
+bool NavigationPolicy::isTooLong(std::string_view address) {
+  // The engine writes the schemes that it knows in lower case.
+  if (address.size() <= kLongestMessage || isLoadable(address.substr(0, address.find(':')))) {
+    return false;
+  }
+  if (!std::exchange(saidTooLong_, true)) {
+    logWarning("Messages of a page are refused that are longer than 64 KiB.");
+  }
+  return true;
+}
+
+bool NavigationPolicy::isFlood(std::string_view address) {
+  const double before = budget_.refused();
+  if (loads_.awaits(address) || budget_.take(address.size())) return false;
+  if (before == 0) logWarning("A page's flood of navigations is refused.");
+  if (before < PageBudget::kPatience && budget_.refused() >= PageBudget::kPatience) {
     logWarning("A page that floods the application with navigations is ended.");
     RunLoop::shared().performAfterDelay(*this, 0,
                                         [this] { webkit_web_view_terminate_web_process(view_); });
@@ -145,7 +161,7 @@ bool NavigationPolicy::isFlood(const std::string& address) {
 
 void NavigationPolicy::openHere(WebKitNavigationAction* action) {
   const std::weak_ptr<const void> alive = lifetime();
-  if (!ask(action) || alive.expired()) return;
+  if (!ask(action, addressOf(action)) || alive.expired()) return;
   approved_ = addressOf(action);
   loads_.asked(approved_, true);
   webkit_web_view_load_request(view_, webkit_navigation_action_get_request(action));

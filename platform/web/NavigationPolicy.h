@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "platform/WebView.h"
 #include "platform/web/LoadTracker.h"
@@ -14,9 +15,13 @@ namespace platform {
 
 /// Asks the client about each navigation of the main frame and of subframes, and about each new
 /// window, which becomes a navigation of the same view. Whatever the client says, only what a web
-/// page consists of is loaded, and no download is begun. All outlive it.
+/// page consists of is loaded, and no download is begun. An address that is no page's is a message
+/// to the client, which is not asked about one over `kLongestMessage`. All outlive it.
 class NavigationPolicy : public Trackable {
  public:
+  /// In bytes.
+  static constexpr std::size_t kLongestMessage = 64 * 1024;
+
   NavigationPolicy(WebKitWebView* view, WebEngine::Client& client, LoadTracker& loads);
   ~NavigationPolicy();
   NavigationPolicy(const NavigationPolicy&) = delete;
@@ -41,8 +46,9 @@ class NavigationPolicy : public Trackable {
 
   void decideResponse(WebKitResponsePolicyDecision* decision);
   bool allows(WebKitNavigationAction* action);
-  bool ask(WebKitNavigationAction* action);
-  bool isFlood(const std::string& address);
+  bool ask(WebKitNavigationAction* action, std::string_view address);
+  bool isTooLong(std::string_view address);
+  bool isFlood(std::string_view address);
   void openHere(WebKitNavigationAction* action);
   void use(WebKitPolicyDecision* decision) const;
 
@@ -53,6 +59,7 @@ class NavigationPolicy : public Trackable {
   std::string approved_;  // the client was asked already; empty when there is none
   std::function<void(bool)> proceed_ = [](bool) {};
   bool autoplay_ = false;
+  bool saidTooLong_ = false;
 };
 
 }  // namespace platform

@@ -6,12 +6,14 @@
 
 namespace platform {
 
-bool PageBudget::take() {
+bool PageBudget::take(std::size_t bytes) {
   const double now = Clock::shared().monotonicSeconds();
   if (since_ >= 0) left_ = std::min(kBurst, left_ + (now - since_) * kPerSecond);
   since_ = now;
+  const auto weight = static_cast<double>(bytes / kBytesOfOne);
+  left_ = std::max(left_ - weight, -kPatience);
   if (left_ < 1) {
-    ++refused_;
+    refused_ += 1 + weight;
     return false;
   }
   left_ -= 1;

@@ -23,7 +23,7 @@ void endWhenFlooding(WebKitWebView* view) {
     g_object_set_data_full(G_OBJECT(view), kBudget, budget,
                            [](gpointer owned) { delete static_cast<PageBudget*>(owned); });
   }
-  if (budget->take() || budget->refused() != 1) return;
+  if (budget->take(0) || budget->refused() != 1) return;
   logWarning("A page that floods the application with dialogs is ended.");
   g_idle_add_full(
       G_PRIORITY_DEFAULT,

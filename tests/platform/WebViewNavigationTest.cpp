@@ -1,10 +1,12 @@
 // Which navigations a web view asks about, and what becomes of the refused ones.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 
 #include "tests/support/FakeWebEngine.h"
 #include "tests/support/Fakes.h"
+#include "tests/support/LogLines.h"
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/WebPage.h"
@@ -162,6 +164,31 @@ TEST(WebViewNavigation, TellsNobodyOnceItsDelegateIsGone) {
   engines.last().fail();
 }
 
+TEST(WebViewNavigation, RefusesLongMessagesWithOneLineAndLongPagesNot) {
+  Page page;
+  page.load("<body>");
+  page.evaluate(R"(
+    function send(address) {
+      const f = document.createElement('iframe');
+      f.src = address;
+      document.body.appendChild(f);
+    }
+    function sized(begin, size) { return begin + 'a'.repeat(size - begin.length) })");
+  const LogLines log;
+  page.delegate.requests.clear();
+  page.evaluate("for (const size of [65536, 65537, 1e6]) send(sized('gmsg://h/', size))");
+  page.evaluate("send(sized('data:text/html,', 1e6)); send('gmsg://h/last')");
+  EXPECT_TRUE(runUntil([&] { return page.delegate.asked("gmsg://h/last"); }));
+  std::vector<std::size_t> sizes;
+  for (const auto& request : page.delegate.requests) {
+    sizes.push_back(request.url.absoluteString().size());
+  }
+  EXPECT_THAT(sizes, testing::IsSupersetOf({65536u, 1000000u}));
+  EXPECT_THAT(sizes, testing::Not(testing::Contains(65537)));
+  EXPECT_EQ(page.delegate.count("ask 5 gmsg://h/last"), 1);
+  EXPECT_EQ(log.lines().size(), 1u);
+}
+
 TEST(WebViewNavigation, OutlastsFloods) {
   struct Case {
     const char* script;
@@ -172,6 +199,10 @@ TEST(WebViewNavigation, OutlastsFloods) {
       {"setInterval(() => { for (let i = 0; i < 50; ++i) {"
        "  const f = document.createElement('iframe'); f.src = 'gmsg://h/' + i;"
        "  document.body.appendChild(f); f.remove() } }, 0)",
+       true},
+      {"const long = 'gmsg://h/?' + 'a'.repeat(2e6); setInterval(() => {"
+       "  const f = document.createElement('iframe'); f.src = long;"
+       "  document.body.appendChild(f); setTimeout(() => f.remove(), 100) }, 10)",
        true},
       {"while (true) window.open('gmsg://h/')", true},
       {"while (true) alert(1)", true},

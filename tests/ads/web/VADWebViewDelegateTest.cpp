@@ -300,15 +300,4 @@ TEST_F(VADWebViewDelegateTest, TellsThePageTheOrientation) {
   EXPECT_TRUE(delegate->hasLoadedAtLeastOnce());
 }
 
-TEST_F(VADWebViewDelegateTest, ReadsWholeNumbers) {
-  const platform::Dictionary parameters{
-      {"a", "12px"}, {"b", ""}, {"c", "-7"}, {"d", "99999999999"}, {"e", "x"}};
-  EXPECT_EQ(VADWebViewDelegate::intForKey("a", parameters), 12);
-  EXPECT_EQ(VADWebViewDelegate::intForKey("b", parameters), 0);
-  EXPECT_EQ(VADWebViewDelegate::intForKey("c", parameters), -7);
-  EXPECT_EQ(VADWebViewDelegate::intForKey("d", parameters), 2147483647);
-  EXPECT_EQ(VADWebViewDelegate::intForKey("e", parameters), 0);
-  EXPECT_EQ(VADWebViewDelegate::intForKey("f", parameters), -1);
-}
-
 }  // namespace
