@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/Process.h"
@@ -87,9 +88,10 @@ TEST_F(CommandLine, AStartWhilePingsOfTheLastOneLeaveIsAStartOfItsOwn) {
                  "function URVO_buildAdURL() { location.href = \"gmsg://sdk/loadAdURL?url=" +
                      network.address("/ad") + "\"; }");
   network.answer("/ad", 200, {{"X-Urvo-Tracking-Urls", network.address("/ping")}}, "An ad");
-  network.answer("/ping", [this](const auto&) {
+  double delay = 20;  // of the first ping, longer than it is waited for at the end
+  network.answer("/ping", [&](const auto&) {
     quorbel_tests::writeFile(folder.file("pinged"), "");
-    return quorbel_tests::LoopbackResponse{.delay = 5};
+    return quorbel_tests::LoopbackResponse{.delay = std::exchange(delay, 0)};
   });
   const std::string start = program("--ad-server " + network.address(""));
   const std::string pinged = folder.file("pinged");
