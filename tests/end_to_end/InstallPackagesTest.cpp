@@ -56,12 +56,12 @@ TEST_F(InstallPackages, DoesAndSaysNothingWhenNothingIsMissing) {
 }
 
 TEST_F(InstallPackages, InstallsJustWhatIsMissingAndNamesItFirst) {
-  installAllBut("libplist-dev|libsoup-3.0-dev");
+  installAllBut("libxml2-dev|libsoup-3.0-dev");
   const Finished finished = install();
   EXPECT_EQ(finished.status, 0) << finished.output;
-  EXPECT_NE(finished.output.find("missing:\n  libsoup-3.0-dev libplist-dev\n"), std::string::npos)
+  EXPECT_NE(finished.output.find("missing:\n  libsoup-3.0-dev libxml2-dev\n"), std::string::npos)
       << finished.output;
-  EXPECT_NE(finished.output.find("--no-install-recommends libsoup-3.0-dev libplist-dev\n"),
+  EXPECT_NE(finished.output.find("--no-install-recommends libsoup-3.0-dev libxml2-dev\n"),
             std::string::npos)
       << finished.output;
 }
@@ -76,11 +76,11 @@ TEST_F(InstallPackages, APackageThatWillDoAsWellCounts) {
 }
 
 TEST_F(InstallPackages, AsksForRootsRightsOnlyFromOthersAndSaysWhatToDoWithoutThem) {
-  installAllBut("libplist-dev");
+  installAllBut("libxml2-dev");
   command("id", "echo 1000");
   const Finished refused = install();
   EXPECT_EQ(refused.status, 1);
-  EXPECT_NE(refused.output.find("apt-get install libplist-dev\n"), std::string::npos);
+  EXPECT_NE(refused.output.find("apt-get install libxml2-dev\n"), std::string::npos);
   EXPECT_EQ(refused.output.find("apt-get -y"), std::string::npos) << "nothing may be tried";
 
   command("sudo", "echo sudo \"$@\"; exec \"$@\"");
@@ -92,7 +92,7 @@ TEST_F(InstallPackages, AsksForRootsRightsOnlyFromOthersAndSaysWhatToDoWithoutTh
 }
 
 TEST_F(InstallPackages, AnInstallationThatFailsIsAFailureOfItsOwn) {
-  installAllBut("libplist-dev");
+  installAllBut("libxml2-dev");
   command("apt-get", "echo \"$@\"; [[ $* != *install* ]]");
   const Finished finished = install();
   EXPECT_EQ(finished.status, 1);
