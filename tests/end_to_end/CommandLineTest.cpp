@@ -1,5 +1,8 @@
 // The built program as a script uses it.
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <utility>
@@ -72,6 +75,37 @@ TEST_F(CommandLine, MistakesAreOneSentenceAndAStatusOfTheirOwn) {
     EXPECT_EQ(finished.status, each.status) << each.command << "\n" << finished.errors;
     EXPECT_NE(finished.errors.find(each.sentence), std::string::npos) << finished.errors;
   }
+}
+
+TEST_F(CommandLine, AMachineThatLacksSomethingGetsItsWindowAndOneLine) {
+  // A bus that accepts and never answers: connections wait in the listener's queue.
+  const int silent = socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address{AF_UNIX, {}};
+  folder.file("silent").copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(bind(silent, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(listen(silent, 50), 0);
+  quorbel_tests::writeFile(folder.file("no/bwrap"), "#!/bin/sh\necho bwrap: no >&2\nexit 1\n");
+  std::filesystem::permissions(folder.file("no/bwrap"), std::filesystem::perms::owner_all);
+  const struct {
+    std::string lack;
+    const char* line;
+  } rows[] = {
+      {"DBUS_SESSION_BUS_ADDRESS=unix:path=" + folder.file("silent"), "bus does not answer"},
+      {"XDG_STATE_HOME=" + folder.file("no/bwrap"), "state cannot be kept"},
+      {"PATH=" + folder.file("no") + ":$PATH", "There are no ads here"},
+  };
+  for (const auto& row : rows) {
+    // Its ad request says that the window is there.
+    const std::string told = folder.file("told");
+    const Finished finished =
+        run("timeout -s KILL 100 dbus-run-session -- sh -c 'env XDG_STATE_HOME=" + folder.path() +
+            " " + row.lack + " " + kProgram + " 2>" + told +
+            " >&2 & first=$!; until grep -q deprecated " + told + " && grep -q \"" + row.line +
+            "\" " + told + "; do sleep 0.1; done; kill -TERM $first; wait $first'");
+    EXPECT_EQ(finished.status, 0) << row.line << "\n" << quorbel_tests::readFile(told);
+    EXPECT_EQ(run("grep -c \"" + std::string(row.line) + "\" " + told).output, "1\n");
+  }
+  close(silent);
 }
 
 TEST_F(CommandLine, ASecondInstanceWakesTheFirstAndEnds) {
