@@ -1,4 +1,4 @@
-# One set of options for every target of ours: warnings, sanitizers, the compiler cache.
+# One set of options for every target: warnings, hardening, sanitizers, the compiler cache.
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
@@ -7,9 +7,34 @@ if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
       CCACHE_NOHASHDIR=1 ${CCACHE_PROGRAM})
 endif()
 
+# Without a build type nothing would be optimised, nor the library's functions checked.
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "How to build" FORCE)
+endif()
+
 add_library(quorbel_options INTERFACE)
 target_compile_options(quorbel_options INTERFACE -Wall -Wextra -Wpedantic)
 target_include_directories(quorbel_options INTERFACE ${CMAKE_SOURCE_DIR})
+
+# What is left of a memory fault ends the program instead of serving an attacker. The sanitizers have
+# checks of their own in the stack's place.
+include(CheckCXXCompilerFlag)
+include(CheckPIESupported)
+check_pie_supported()
+add_compile_definitions(_GLIBCXX_ASSERTIONS)
+add_link_options(-Wl,-z,relro,-z,now)
+if(NOT QUORBEL_SANITIZE)
+  foreach(flag stack-protector-strong stack-clash-protection cf-protection)
+    # Not every processor has each.
+    string(MAKE_C_IDENTIFIER HAVE_${flag} have)
+    check_cxx_compiler_flag(-f${flag} ${have})
+    if(${have})
+      add_compile_options(-f${flag})
+    endif()
+  endforeach()
+  # Works in optimised code alone.
+  add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>")
+endif()
 
 if(QUORBEL_SANITIZE)
   target_compile_options(quorbel_options INTERFACE
