@@ -61,7 +61,7 @@ TEST(WebViewNavigation, AsksAboutAddressesOfAnyScheme) {
   page.delegate.lines.clear();
   for (const Case& each : cases) {
     page.evaluate(each.script);
-    EXPECT_TRUE(runUntil([&] { return page.delegate.has(each.line); }, 3)) << each.script << "\n"
+    EXPECT_TRUE(runUntil([&] { return page.delegate.has(each.line); })) << each.script << "\n"
                                                                            << page.delegate.text();
   }
   runFor(0.7);

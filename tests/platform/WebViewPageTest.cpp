@@ -81,7 +81,7 @@ TEST_F(WebViewPage, LetsWhatIsBehindShowThroughAndStaysInItsFrame) {
       "<body style='margin:0'><div style='width:500px;height:500px;"
       "background:linear-gradient(90deg,#f00 0 50px,transparent 50px 90px,#f00 90px)'></div>");
   const auto becomes = [&](platform::Point point, unsigned color) {
-    return runUntil([&] { return page.pixel(point) == color; }, 5);
+    return runUntil([&] { return page.pixel(point) == color; });
   };
   EXPECT_TRUE(becomes({30, 40}, 0xFF0000));
   EXPECT_TRUE(becomes({90, 40}, 0x0000FF)) << "not transparent";
@@ -124,7 +124,7 @@ TEST_F(WebViewPage, FitsPagesThatAreTooWide) {
     page.view->setScalesPageToFit(each.scales);
     page.load("<!doctype html><body style='margin:0'>" + std::string(each.html));
     const auto width = [&] { return std::atof(page.evaluate("innerWidth").c_str()); };
-    EXPECT_TRUE(runUntil([&] { return std::abs(width() - each.width) < 60; }, 3))
+    EXPECT_TRUE(runUntil([&] { return std::abs(width() - each.width) < 60; }))
         << each.html << ": " << width();
   }
   page.view->setScalesPageToFit(true);
