@@ -191,7 +191,8 @@ void readState(std::string_view input) {
 
 void askTheSandbox(std::string_view input) {
   static sandbox::AdNetwork network;
-  sandbox::Request request{.method = "GET"};
+  sandbox::Request request;
+  request.method = "GET";
   request.path = takeLine(input);
   request.query = takeLine(input);
   while (!input.empty()) {
