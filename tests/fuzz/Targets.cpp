@@ -10,7 +10,6 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "ads/loading/VADIdentifierUtilities.h"
 #include "ads/loading/VADResponseHeaders.h"
 #include "ads/support/VADHTTPDate.h"
 #include "ads/support/VADNetworkUtilities.h"
@@ -123,10 +122,7 @@ void parseJson(std::string_view input) {
 }
 
 void parsePropertyList(std::string_view input) {
-  const std::string path = folder().write("list.plist", input);
-  platform::readPropertyList(path);
-  const auto metadata = valdren::VADIdentifierUtilities::readITunesMetadataFileAt(path);
-  promise(platform::writeJson(metadata).has_value(), "metadata can travel");
+  if (const auto list = platform::parsePropertyList(input)) list->description();
 }
 
 void decodeText(std::string_view input) {
