@@ -1,6 +1,7 @@
 #include "platform/web/PageScripts.h"
 
 #include <cmath>
+#include <optional>
 
 #include "platform/web/DetectorScript.h"
 
@@ -11,7 +12,8 @@ constexpr const char* kWorld = "platform";
 constexpr const char* kChannel = "pageWidth";
 constexpr double kWidest = 20000;
 
-/// Told when the page's structure is there and again when all of it is.
+/// Told when the page's structure is there, when all of it is, and whenever its viewport changes:
+/// the viewport's width, and the width that the page takes beyond it or asks for, or 0.
 constexpr const char* kMeasureScript = R"js(
 (() => {
   const tell = () => {
@@ -20,13 +22,23 @@ constexpr const char* kMeasureScript = R"js(
     const meta = document.querySelector('meta[name="viewport" i]');
     const stated = /(?:^|[\s,;])width\s*=\s*(\d{3,5})(?:\D|$)/.exec(meta ? meta.content : '');
     const body = document.body ? document.body.scrollWidth : 0;
-    const width = Math.max(root.scrollWidth, body, stated ? Number(stated[1]) : 0);
-    webkit.messageHandlers.pageWidth.postMessage(width);
+    const taken = Math.max(root.scrollWidth, body);
+    const width = Math.max(taken > innerWidth ? taken : 0, stated ? Number(stated[1]) : 0);
+    webkit.messageHandlers.pageWidth.postMessage([innerWidth, width]);
   };
   tell();
   addEventListener('load', () => setTimeout(tell, 0));
+  addEventListener('resize', tell);
 })();
 )js";
+
+std::optional<double> numberAt(JSCValue* array, guint index) {
+  const GObjectPtr<JSCValue> value(jsc_value_object_get_property_at_index(array, index));
+  if (!value || !jsc_value_is_number(value.get())) return std::nullopt;
+  const double number = jsc_value_to_double(value.get());
+  if (!std::isfinite(number) || number < 0 || number > kWidest) return std::nullopt;
+  return number;
+}
 
 }  // namespace
 
@@ -49,15 +61,16 @@ void PageScripts::select(unsigned detectors, bool measures) {
   if (measures) add(kMeasureScript);
 }
 
-void PageScripts::setWidthHandler(std::function<void(double)> handler) {
+void PageScripts::setWidthHandler(std::function<void(double, double)> handler) {
   widthHandler_ = std::move(handler);
 }
 
 void PageScripts::messageReceived(WebKitUserContentManager*, JSCValue* value, gpointer self) {
   const auto& handler = static_cast<PageScripts*>(self)->widthHandler_;
-  if (!handler || !jsc_value_is_number(value)) return;
-  const double width = jsc_value_to_double(value);
-  if (std::isfinite(width) && width > 0 && width <= kWidest) handler(width);
+  if (!handler || !jsc_value_is_array(value)) return;
+  const auto viewport = numberAt(value, 0);
+  const auto width = numberAt(value, 1);
+  if (viewport && width) handler(*viewport, *width);
 }
 
 void PageScripts::add(const char* source) {

@@ -21,15 +21,16 @@ class PageScripts {
   /// From the next page on: what it turns into links (a sum of the types, 0 for nothing), and
   /// whether its width is told.
   void select(unsigned detectors, bool measures);
-  /// Gets the width that a page takes at its present zoom, in its own pixels.
-  void setWidthHandler(std::function<void(double width)> handler);
+  /// Gets the viewport's width at the page's present zoom, and the width that the page needs to be
+  /// seen whole, 0 when the viewport's will do; both in the page's own pixels.
+  void setWidthHandler(std::function<void(double viewport, double width)> handler);
 
  private:
   static void messageReceived(WebKitUserContentManager* manager, JSCValue* value, gpointer self);
   void add(const char* source);
 
   GObjectPtr<WebKitUserContentManager> manager_;
-  std::function<void(double)> widthHandler_;
+  std::function<void(double, double)> widthHandler_;
   unsigned detectors_ = 0;
   bool measures_ = false;
 };

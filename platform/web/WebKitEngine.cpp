@@ -44,6 +44,13 @@ WebKitWebView* makeView(WebKitSettings* settings, WebKitUserContentManager* cont
   return WEBKIT_WEB_VIEW(view);
 }
 
+/// How much larger than usual the person wants text to be. The engine enlarges whole pages by it.
+double textScale() {
+  int dpi = 0;  // in 1024ths
+  g_object_get(gtk_settings_get_default(), "gtk-xft-dpi", &dpi, nullptr);
+  return dpi > 0 ? dpi / 1024.0 / 96 : 1;
+}
+
 /// The address in the engine's own spelling.
 std::string spelled(const std::string& address) {
   const GObjectPtr<WebKitURIRequest> request(webkit_uri_request_new(address.c_str()));
@@ -89,7 +96,9 @@ WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
     setScriptsRun(true);
     forgetWidth();  // the new page is measured at its full size
   });
-  scripts_.setWidthHandler([this](double width) {
+  scripts_.setWidthHandler([this](double viewport, double width) {
+    // What a page takes once it is zoomed out says nothing about its full size.
+    if (std::abs(viewport - fullViewport()) > 1) return;
     pageWidth_ = width;
     fit();
   });
@@ -101,6 +110,7 @@ WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
 WebKitEngine::~WebKitEngine() {
   invalidateWeakReferences();
   g_signal_handlers_disconnect_by_data(view_.get(), this);
+  g_signal_handlers_disconnect_by_data(gtk_widget_get_settings(GTK_WIDGET(view_.get())), this);
   gtk_widget_remove_controller(GTK_WIDGET(view_.get()), keys_);
   host_.native().setContent(nullptr);
   webkit_web_view_stop_loading(view_.get());
@@ -121,6 +131,11 @@ void WebKitEngine::connectSignals() {
   g_signal_connect(view_.get(), "notify::title",
                    G_CALLBACK(+[](WebKitWebView*, GParamSpec*, gpointer self) {
                      static_cast<WebKitEngine*>(self)->client_.engineDidChangeTitle();
+                   }),
+                   this);
+  g_signal_connect(gtk_widget_get_settings(GTK_WIDGET(view_.get())), "notify::gtk-xft-dpi",
+                   G_CALLBACK(+[](GtkSettings*, GParamSpec*, gpointer self) {
+                     static_cast<WebKitEngine*>(self)->fit();
                    }),
                    this);
   gtk_event_controller_set_propagation_phase(keys_, GTK_PHASE_CAPTURE);
@@ -243,14 +258,22 @@ void WebKitEngine::boundsChanged() {
 
 void WebKitEngine::forgetWidth() {
   pageWidth_ = 0;
-  webkit_web_view_set_zoom_level(view_.get(), 1);
+  fit();
+}
+
+double WebKitEngine::fullViewport() const {
+  return host_.bounds().width / textScale();
 }
 
 void WebKitEngine::fit() {
-  const double width = host_.bounds().width;
   double zoom = 1;
-  if (scalesPageToFit_ && width > 0 && pageWidth_ > width) zoom = width / pageWidth_;
-  zoom = std::max(zoom, kSmallestZoom);
+  if (!scalesPageToFit_) {
+    // Made for just these bounds, the page keeps its size. The engine would enlarge it with the
+    // person's text, and what does not fit any more would be cut off.
+    zoom = 1 / textScale();
+  } else if (const double viewport = fullViewport(); viewport > 0 && pageWidth_ > viewport) {
+    zoom = std::max(viewport / pageWidth_, kSmallestZoom);
+  }
   // A page that is laid out anew at each zoom would wander about for ever.
   if (std::abs(zoom - webkit_web_view_get_zoom_level(view_.get())) > 0.01) {
     webkit_web_view_set_zoom_level(view_.get(), zoom);

@@ -48,6 +48,8 @@ class WebKitEngine final : public WebEngine, public Trackable {
 
   void connectSignals();
   void fit();
+  /// The viewport's width, in the page's pixels, where nothing is zoomed out.
+  double fullViewport() const;
   void forgetWidth();
   /// Begins a load that the web view was asked for, and begins it again when the page that it
   /// replaces gets in its way.
@@ -72,7 +74,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   bool replaces_ = false;
   bool fromNetwork_ = false;
   bool scalesPageToFit_ = false;
-  double pageWidth_ = 0;  // in the page's pixels; 0 while unknown
+  double pageWidth_ = 0;  // what it needs, in its pixels; 0 when it fits or that is unknown
   bool insecureContent_ = false;
 };
 
