@@ -12,6 +12,7 @@
 
 #include "platform/Log.h"
 #include "platform/gtk/NativeView.h"
+#include "platform/gtk/TileLayout.h"
 
 namespace platform {
 namespace {
@@ -76,6 +77,7 @@ const std::string& InterfaceView::resourceBase() {
 std::shared_ptr<InterfaceView> InterfaceView::load(const std::string& name,
                                                    const std::string& object, const Rect& frame,
                                                    const Actions& actions) {
+  registerTileLayouts();
   auto widgets = std::make_unique<Widgets>();
   try {
     widgets->builder = Gtk::Builder::create_from_resource(theResourceBase + "/" + name + ".ui");

@@ -196,7 +196,7 @@ TEST_P(SoundScreenTest, TheBannerLiesOnTheBottomEdgeAndNoTileUnderIt) {
         << " x " << size.height;
     quorbel_tests::runFor(0.05);
     Gtk::Widget& widget = screen->view()->native().widget();
-    for (double x = 2; x < bounds().width; x += 20) {
+    for (double x = 2; x < 320; x += 20) {
       for (double y = bounds().height - 48; y < bounds().height; y += 15) {
         for (Gtk::Widget* hit = widget.pick(x, y, Gtk::PickFlags::DEFAULT); hit && hit != &widget;
              hit = hit->get_parent()) {
@@ -207,30 +207,43 @@ TEST_P(SoundScreenTest, TheBannerLiesOnTheBottomEdgeAndNoTileUnderIt) {
   }
 }
 
-TEST_P(SoundScreenTest, TilesAreLargeEnoughAndLieSideBySideInEveryWindow) {
-  for (const Size size : {Size{360, 640}, {640, 360}, {320, 200}, {1024, 768}, {768, 1024}}) {
-    window->resize(size);
-    ASSERT_TRUE(runUntil([&] { return window->size() == size; }));
-    quorbel_tests::runFor(0.05);
-    std::vector<Rect> tiles;
-    for (const std::string& control : screen->controls()->controls()) {
-      tiles.push_back(screen->controls()->frameOfControl(control));
-      const Rect& tile = tiles.back();
-      EXPECT_GE(tile.width, 72) << control;
-      EXPECT_GE(tile.height, 64) << control;
-      EXPECT_GE(tile.x, 0) << control;
-      EXPECT_LE(tile.x + tile.width, size.width) << control;
-    }
-    for (std::size_t one = 0; one < tiles.size(); ++one) {
-      for (std::size_t other = one + 1; other < tiles.size(); ++other) {
-        const Rect& a = tiles[one];
-        const Rect& b = tiles[other];
-        EXPECT_TRUE(a.x + a.width <= b.x || b.x + b.width <= a.x || a.y + a.height <= b.y ||
-                    b.y + b.height <= a.y)
-            << one << " over " << other << " at " << size.width << " x " << size.height;
+TEST_P(SoundScreenTest, TilesLieSideBySideAndStopInSightInEveryWindowAndTextSize) {
+  for (const int textPercent : {100, 150, 200}) {
+    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 96 * 1024 * textPercent / 100, nullptr);
+    for (const Size size : {Size{360, 640}, {720, 360}, {320, 200}, {1024, 768}, {768, 1024}}) {
+      SCOPED_TRACE(testing::Message() << size.width << " x " << size.height << ", " << textPercent);
+      window->resize(size);
+      ASSERT_TRUE(runUntil([&] { return window->size() == size; }));
+      quorbel_tests::runFor(0.05);
+      std::vector<Rect> tiles;
+      for (const std::string& control : screen->controls()->controls()) {
+        tiles.push_back(screen->controls()->frameOfControl(control));
+        const Rect& tile = tiles.back();
+        EXPECT_GE(tile.width, 72) << control;
+        EXPECT_GE(tile.height, 44) << control;
+        EXPECT_GE(tile.x, 0) << control;
+        EXPECT_LE(tile.x + tile.width, size.width) << control;
+      }
+      const auto overlap = [](const Rect& a, const Rect& b) {
+        return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height &&
+               b.y < a.y + a.height;
+      };
+      const Rect stop = tiles.back();
+      tiles.pop_back();  // other than it, they may be scrolled out of sight
+      EXPECT_GE(stop.y, 0);
+      EXPECT_LE(stop.y + stop.height, screen->view()->bounds().height);
+      EXPECT_FALSE(overlap(stop, screen->banner().frame()));
+      for (std::size_t one = 0; one < tiles.size(); ++one) {
+        for (std::size_t other = one + 1; other < tiles.size(); ++other) {
+          EXPECT_FALSE(overlap(tiles[one], tiles[other])) << one << " over " << other;
+        }
+        EXPECT_TRUE(textPercent > 100 || size.height < 300 ||
+                    tiles[one].y + tiles[one].height <= screen->view()->bounds().height - 50)
+            << one << " is not in sight";
       }
     }
   }
+  gtk_settings_reset_property(gtk_settings_get_default(), "gtk-xft-dpi");
 }
 
 TEST_P(SoundScreenTest, AsksForAnAdOnceItsViewIsLoaded) {
