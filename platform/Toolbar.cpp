@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "platform/gtk/NativeView.h"
+
 namespace platform {
 namespace {
 
 constexpr double kMargin = 8;
-constexpr double kPromptHeight = 14;
+constexpr double kPromptHeight = 14;  // at the least
 /// A bar this high has room for the prompt above its items.
 constexpr double kHighBar = 40;
 /// No finger needs more.
@@ -89,10 +91,24 @@ void Toolbar::setPrompt(std::shared_ptr<View> prompt) {
   layoutSubviews();
 }
 
+double Toolbar::promptHeight() const {
+  return std::max(kPromptHeight, prompt_->native().contentHeight());
+}
+
+double Toolbar::heightFrom(double usual) const {
+  double items = 0;
+  for (const auto& item : items_) {
+    if (item->button()) items = std::max(items, item->button()->native().contentHeight());
+  }
+  const double prompt = prompt_ ? promptHeight() : 0;
+  const bool promptOnTop = prompt_ && usual >= kHighBar;
+  return std::max(usual, promptOnTop ? prompt + items : std::max(prompt, items));
+}
+
 void Toolbar::layoutSubviews() {
   const Rect area = bounds();
   const bool promptOnTop = prompt_ && area.height >= kHighBar;
-  const double top = promptOnTop ? kPromptHeight : 0;
+  const double top = promptOnTop ? promptHeight() : 0;
   const double height = area.height - top;
   const std::vector<Slot> slots = slotsFor(items_, area.width - 2 * kMargin);
   for (std::size_t i = 0; i < items_.size(); ++i) {
@@ -109,7 +125,7 @@ void Toolbar::layoutSubviews() {
   }
   if (!prompt_) return;
   const Slot space = widestSpace(items_, slots);
-  prompt_->setFrame(promptOnTop ? Rect{kMargin, 1, area.width - 2 * kMargin, kPromptHeight}
+  prompt_->setFrame(promptOnTop ? Rect{kMargin, 1, area.width - 2 * kMargin, top}
                                 : Rect{space.start + 10, 0, space.width - 20, height});
 }
 

@@ -20,6 +20,9 @@ class Toolbar : public View {
   const std::vector<std::shared_ptr<BarButtonItem>>& items() const { return items_; }
   void setItems(std::vector<std::shared_ptr<BarButtonItem>> items);
 
+  /// The height that the bar needs for all its text to be seen, and `usual` at the least.
+  double heightFrom(double usual) const;
+
   /// A line about what the screen shows: above the items in a bar with room for it, else in its
   /// widest space. Null takes it away.
   void setPrompt(std::shared_ptr<View> prompt);
@@ -28,6 +31,8 @@ class Toolbar : public View {
   void layoutSubviews() override;
 
  private:
+  double promptHeight() const;
+
   std::vector<std::shared_ptr<BarButtonItem>> items_;
   std::shared_ptr<View> prompt_;
 };

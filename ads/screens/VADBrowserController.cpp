@@ -34,7 +34,7 @@ bool isTablet() {
   return !VADIdentifierUtilities::sharedInstance().isPhoneIdiom();
 }
 
-double toolbarHeight() {
+double usualToolbarHeight() {
   if (isTablet()) return kBarHeight;
   return VADIdentifierUtilities::sharedInstance().isOrientationLandscape() ? kLandscapeBarHeight
                                                                            : kBarHeight;
@@ -135,13 +135,14 @@ void VADBrowserController::viewWillAppear(bool animated) {
   createToolbar();
   createToolbarButtons();
   refreshToolbar();
+  layOut();
 }
 
 void VADBrowserController::createWebView() {
   using namespace platform;
   const Rect area = view()->bounds();
   const auto made =
-      std::make_shared<VADWebView>(Rect{0, 0, area.width, area.height - toolbarHeight()});
+      std::make_shared<VADWebView>(Rect{0, 0, area.width, area.height - usualToolbarHeight()});
   made->setAutoresizingMask(isTablet() ? kFlexibleWidth | kFlexibleHeight
                                        : kFlexibleWidth | kFlexibleHeight | kFlexibleBottomMargin);
   view()->addSubview(made);
@@ -158,7 +159,7 @@ void VADBrowserController::createWebView() {
 void VADBrowserController::createToolbar() {
   using namespace platform;
   const Rect area = view()->bounds();
-  const double height = toolbarHeight();
+  const double height = usualToolbarHeight();
   const auto bar = std::make_shared<Toolbar>(Rect{0, area.height - height, area.width, height});
   bar->setAutoresizingMask(isTablet() ? kFlexibleWidth | kFlexibleTopMargin | kFlexibleBottomMargin
                                       : kFlexibleWidth | kFlexibleTopMargin | kFlexibleHeight |
@@ -259,7 +260,7 @@ void VADBrowserController::refreshPrompt() {
 void VADBrowserController::layOut() {
   if (!webView() || !toolbar()) return;
   const platform::Rect area = view()->bounds();
-  const double height = toolbarHeight();
+  const double height = toolbar()->heightFrom(usualToolbarHeight());
   webView()->setFrame({0, 0, area.width, area.height - height});
   toolbar()->setFrame({0, area.height - height, area.width, height});
 }

@@ -129,7 +129,8 @@ void loadWidgetStyle() {
   const auto display = Gdk::Display::get_default();
   if (loaded || !display) return;
   loaded = true;
-  // The bar is black by light and by dark, so its colours do not follow the theme.
+  // The bar is black by light and by dark, so its colours do not follow the theme. Its text, in
+  // points of the desktop's, follows the person's choice of size.
   const auto provider = Gtk::CssProvider::create();
   provider->load_from_data(R"(
 button.platform-button {
@@ -147,13 +148,13 @@ button.platform-button.glows:active {
 button.platform-button.bar:hover { background: alpha(white, 0.10); }
 button.platform-button.bar:active { background: alpha(white, 0.25); }
 button.platform-button.done label {
-  font-size: 13px; font-weight: bold; padding: 3px 9px;
+  font-size: 9.75pt; font-weight: bold; padding: 3px 9px;
   background: #3d3d40; border-radius: 6px;
 }
 button.platform-button.done:hover, button.platform-button.done:active { background: none; }
 button.platform-button.done:hover label { background: #4d4d51; }
 button.platform-button.done:active label { background: #6a6a70; }
-.platform-label { font-size: 10px; color: #e3e3e6; }
+.platform-label { font-size: 7.5pt; color: #e3e3e6; }
 .platform-label .detail { color: #9a9a9f; }
 spinner.white { color: white; opacity: 1; }
 spinner.white:not(:checked) { opacity: 0; }

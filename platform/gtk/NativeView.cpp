@@ -135,6 +135,15 @@ void NativeView::setContent(Gtk::Widget* content) {
   appearanceChanged();
 }
 
+double NativeView::contentHeight() const {
+  if (!container_->content()) return 0;
+  int minimum = 0;
+  int ignored = 0;
+  container_->content()->measure(Gtk::Orientation::VERTICAL, -1, minimum, ignored, ignored,
+                                 ignored);
+  return minimum;
+}
+
 void NativeView::setCovered(bool covered) {
   auto* const widget = GTK_WIDGET(container_->gobj());
   GtkRoot* const root = gtk_widget_get_root(widget);

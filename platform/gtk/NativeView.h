@@ -27,6 +27,9 @@ class NativeView {
   /// caller keeps it alive for as long as it is set.
   void setContent(Gtk::Widget* content);
 
+  /// The least height, in points, that the content can be drawn in; 0 without content.
+  double contentHeight() const;
+
   /// While covered, the view is neither drawn nor reached by touches and keys, and keeps its frame.
   /// It remembers which of its controls has the keyboard's focus.
   void setCovered(bool covered);

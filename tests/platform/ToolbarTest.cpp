@@ -2,9 +2,11 @@
 #include "platform/Toolbar.h"
 
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 
 #include "platform/ActivityIndicator.h"
 #include "platform/Label.h"
+#include "platform/gtk/NativeView.h"
 
 namespace platform {
 namespace {
@@ -15,27 +17,7 @@ std::shared_ptr<BarButtonItem> itemOfWidth(double width, BarButtonItem::Action a
   return item;
 }
 
-double centerOf(const BarButtonItem& item) {
-  return item.view()->frame().x + item.view()->frame().width / 2;
-}
-
 const auto kSpace = BarButtonItem::withSystemItem(BarSystemItem::FlexibleSpace);
-
-TEST(Toolbar, SpacesShareWhatTheItemsLeave) {
-  Toolbar bar({0, 0, 316, 44});
-  const auto first = itemOfWidth(20);
-  const auto middle = itemOfWidth(40);
-  const auto last = itemOfWidth(20);
-  bar.setItems({first, kSpace, middle, kSpace, last});
-  // 300 between the margins, 80 taken, 110 for each space.
-  EXPECT_EQ(centerOf(*first), 8 + 10);
-  EXPECT_EQ(centerOf(*middle), 8 + 20 + 110 + 20);
-  EXPECT_EQ(centerOf(*last), 8 + 300 - 10);
-
-  bar.setFrame({0, 0, 516, 30});
-  EXPECT_EQ(centerOf(*middle), 8 + 20 + 210 + 20);
-  EXPECT_EQ(middle->view()->frame().height, 30);
-}
 
 TEST(Toolbar, NarrowButtonsAreTouchedBesideTheirPictureButNeverTwoAtOnce) {
   for (const double width : {600.0, 320.0, 200.0, 90.0}) {
@@ -94,6 +76,30 @@ TEST(Toolbar, APromptStandsAboveTheItemsOrBetweenThemAndCoversNone) {
   EXPECT_EQ(first->view()->frame().height, 30);
   EXPECT_GT(prompt->frame().x, 8 + 27);
   EXPECT_LT(prompt->frame().x + prompt->frame().width, last->view()->frame().x);
+}
+
+TEST(Toolbar, IsHighEnoughForItsTextInEverySize) {
+  for (const int times : {1, 2}) {
+    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 96 * 1024 * times, nullptr);
+    for (const double usual : {44.0, 30.0}) {
+      SCOPED_TRACE(testing::Message() << usual << " points, text times " << times);
+      Toolbar bar;
+      const auto prompt = std::make_shared<Label>();
+      prompt->setText("shop.example");
+      const auto done = BarButtonItem::withSystemItem(BarSystemItem::Done);
+      bar.setItems({kSpace, done});
+      bar.setPrompt(prompt);
+      const double height = bar.heightFrom(usual);
+      EXPECT_EQ(height > usual, times == 2);
+      bar.setFrame({0, 0, 360, height});
+      EXPECT_GE(done->view()->frame().height, done->view()->native().contentHeight());
+      EXPECT_GE(prompt->frame().height, prompt->native().contentHeight());
+      if (usual == 44) {
+        EXPECT_LE(prompt->frame().y + prompt->frame().height, done->view()->frame().y + 1);
+      }
+    }
+  }
+  gtk_settings_reset_property(gtk_settings_get_default(), "gtk-xft-dpi");
 }
 
 TEST(Button, IsPressedOnlyWherePeopleCouldPressIt) {
