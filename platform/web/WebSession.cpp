@@ -1,11 +1,33 @@
 #include "platform/web/WebSession.h"
 
+#include <memory>
+
 namespace platform {
 namespace {
 
 /// A page that wants more ends with its web process; heavy landing pages need about a third.
-constexpr guint kMemoryLimitMegabytes = 1024;
-constexpr double kMemoryPollSeconds = 5;
+constexpr guint kWebMegabytes = 1024;
+/// What pages keep in storage that vanishes with the session is in the network process's memory,
+/// beside the forty or so megabytes that it needs for itself.
+constexpr guint kNetworkMegabytes = 384;
+/// A page can take several hundred megabytes in a second.
+constexpr double kPollSeconds = 1;
+
+struct FreeLimits {
+  void operator()(WebKitMemoryPressureSettings* limits) const {
+    webkit_memory_pressure_settings_free(limits);
+  }
+};
+using Limits = std::unique_ptr<WebKitMemoryPressureSettings, FreeLimits>;
+
+/// A process that takes more ends.
+Limits limitsOf(guint megabytes) {
+  Limits limits(webkit_memory_pressure_settings_new());
+  webkit_memory_pressure_settings_set_memory_limit(limits.get(), megabytes);
+  webkit_memory_pressure_settings_set_kill_threshold(limits.get(), 1.0);
+  webkit_memory_pressure_settings_set_poll_interval(limits.get(), kPollSeconds);
+  return limits;
+}
 
 void refuseDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
   webkit_download_cancel(download);
@@ -16,17 +38,13 @@ WebKitWebContext* makeContext() {
   // contexts, and a context looks at it when it is made, so another one has to set it first.
   webkit_web_context_set_cache_model(webkit_web_context_get_default(),
                                      WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
-  WebKitMemoryPressureSettings* const limits = webkit_memory_pressure_settings_new();
-  webkit_memory_pressure_settings_set_memory_limit(limits, kMemoryLimitMegabytes);
-  webkit_memory_pressure_settings_set_kill_threshold(limits, 1.0);
-  webkit_memory_pressure_settings_set_poll_interval(limits, kMemoryPollSeconds);
-  auto* const context = WEBKIT_WEB_CONTEXT(
-      g_object_new(WEBKIT_TYPE_WEB_CONTEXT, "memory-pressure-settings", limits, nullptr));
-  webkit_memory_pressure_settings_free(limits);
-  return context;
+  return WEBKIT_WEB_CONTEXT(g_object_new(WEBKIT_TYPE_WEB_CONTEXT, "memory-pressure-settings",
+                                         limitsOf(kWebMegabytes).get(), nullptr));
 }
 
 WebKitNetworkSession* makeSession() {
+  // All sessions have one network process, which is started with what is set before the first.
+  webkit_network_session_set_memory_pressure_settings(limitsOf(kNetworkMegabytes).get());
   WebKitNetworkSession* const session = webkit_network_session_new_ephemeral();
   webkit_network_session_set_tls_errors_policy(session, WEBKIT_TLS_ERRORS_POLICY_FAIL);
   webkit_network_session_set_persistent_credential_storage_enabled(session, FALSE);
