@@ -115,7 +115,7 @@ void refuseDrops(WebKitWebView* view) {
 }
 
 void turnFeaturesOff(WebKitSettings* settings) {
-  constexpr std::array<std::string_view, 7> kOff{
+  constexpr std::array<std::string_view, 8> kOff{
       // One more web process, kept alive, for each site that a page hops to.
       "ProcessSwapOnCrossSiteNavigation",
       "CrossOriginOpenerPolicy",
@@ -126,6 +126,8 @@ void turnFeaturesOff(WebKitSettings* settings) {
       "SpeechSynthesisAPI",
       "Gamepads",
       "WebShare",
+      // Run on when their page is gone.
+      "ServiceWorkers",
   };
   WebKitFeatureList* const features = webkit_settings_get_all_features();
   for (gsize index = 0; index < webkit_feature_list_get_length(features); ++index) {
@@ -162,14 +164,20 @@ void refuseWhatReachesBeyondThePage(WebKitWebView* view) {
 }
 
 WebKitSettings* makeStrangersSettings() {
-  return WEBKIT_SETTINGS(g_object_new(
+  auto* const settings = WEBKIT_SETTINGS(g_object_new(
       WEBKIT_TYPE_SETTINGS, "enable-developer-extras", FALSE, "enable-fullscreen", FALSE,
       "enable-media-stream", FALSE, "enable-webrtc", FALSE, "javascript-can-access-clipboard",
       FALSE, "allow-modal-dialogs", FALSE, "allow-file-access-from-file-urls", FALSE,
       "allow-universal-access-from-file-urls", FALSE, "allow-top-navigation-to-data-urls", FALSE,
       "enable-write-console-messages-to-stdout", FALSE, "enable-page-cache", FALSE,
+      // No ad needs the graphics driver.
+      "enable-webgl", FALSE,
       // Asks us about each window; none is ever opened.
       "javascript-can-open-windows-automatically", TRUE, nullptr));
+#if !WEBKIT_CHECK_VERSION(2, 50, 0)  // later engines have no such switch
+  webkit_settings_set_enable_hyperlink_auditing(settings, FALSE);
+#endif
+  return settings;
 }
 
 }  // namespace platform
