@@ -145,6 +145,12 @@ void WebView::engineDidFailLoad(const Error& error) {
   if (WebViewDelegate* const delegate = delegate_.get()) delegate->webViewDidFailLoad(*this, error);
 }
 
+void WebView::engineProcessDidEnd(const Error& error) {
+  if (WebViewDelegate* const delegate = delegate_.get()) {
+    delegate->webViewProcessDidEnd(*this, error);
+  }
+}
+
 void WebView::engineDidChangeTitle() {
   if (WebViewDelegate* const delegate = delegate_.get()) delegate->webViewDidChangeTitle(*this);
 }

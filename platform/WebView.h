@@ -28,8 +28,8 @@ class WebView;
 /// Asked and told about a web view's navigations. Everything but the decision is optional. A load
 /// that was told to have started ends with one "finished" or one "failed", unless another load
 /// takes its place; a navigation that is refused before it starts is told nothing of. The end of
-/// the page's process is one "failed", whether a load was under way or not. The view may be
-/// destroyed in each call.
+/// the page's process is one "failed", whether a load was under way or not, unless the delegate
+/// makes something else of it. The view may be destroyed in each call.
 class WebViewDelegate : public virtual Trackable {
  public:
   /// Whether the navigation (main frame or subframe) may go ahead.
@@ -37,6 +37,10 @@ class WebViewDelegate : public virtual Trackable {
   virtual void webViewDidStartLoad(WebView&) {}
   virtual void webViewDidFinishLoad(WebView&) {}
   virtual void webViewDidFailLoad(WebView&, const Error&) {}
+  /// Nothing is left of the page that was shown or loaded.
+  virtual void webViewProcessDidEnd(WebView& view, const Error& error) {
+    webViewDidFailLoad(view, error);
+  }
   virtual void webViewDidChangeTitle(WebView&) {}
 
  protected:
@@ -53,6 +57,7 @@ class WebEngine {
     virtual void engineDidStartLoad() = 0;
     virtual void engineDidFinishLoad() = 0;
     virtual void engineDidFailLoad(const Error& error) = 0;
+    virtual void engineProcessDidEnd(const Error& error) { engineDidFailLoad(error); }
     virtual void engineDidChangeTitle() {}
 
    protected:
@@ -159,6 +164,7 @@ class WebView : public View, private WebEngine::Client {
   void engineDidStartLoad() override;
   void engineDidFinishLoad() override;
   void engineDidFailLoad(const Error& error) override;
+  void engineProcessDidEnd(const Error& error) override;
   void engineDidChangeTitle() override;
 
   WeakPtr<WebViewDelegate> delegate_;

@@ -70,7 +70,7 @@ bool LoadTracker::settled() {
 void LoadTracker::crashed(const Error& error) {
   RunLoop::shared().cancelPerformRequests(*this);
   asked_ = started_ = false;
-  client_.engineDidFailLoad(error);
+  client_.engineProcessDidEnd(error);
 }
 
 void LoadTracker::failUnlessReplaced(double seconds, const Error& error) {

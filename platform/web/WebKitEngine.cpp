@@ -21,8 +21,6 @@ namespace {
 
 constexpr const char* kBlank = "about:blank";
 constexpr double kSmallestZoom = 0.25;
-/// A page that answers nothing for so long, after the engine's own patience, ends.
-constexpr double kUnresponsiveSeconds = 5;
 constexpr int kAttempts = 4;
 /// So long may the engine take, in seconds, from the decision on a load to the load's start. It
 /// calls itself idle in between.
@@ -88,7 +86,8 @@ WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
       keys_(gtk_event_controller_key_new()),
       client_(client),
       loads_(client),
-      policy_(view_.get(), client, loads_) {
+      policy_(view_.get(), client, loads_),
+      watch_(view_.get()) {
   refuseWhatReachesBeyondThePage(view_.get());
   connectSignals();
   policy_.setProceedHandler([this](bool responded) {
@@ -114,6 +113,14 @@ WebKitEngine::~WebKitEngine() {
   gtk_widget_remove_controller(GTK_WIDGET(view_.get()), keys_);
   host_.native().setContent(nullptr);
   webkit_web_view_stop_loading(view_.get());
+  // Not before the next turn: the browser engine may be in the midst of a call to this one, and not
+  // done with its view. Whoever else holds the view, such as a question that a hung page does not
+  // answer, keeps its page no longer.
+  RunLoop::shared().autorelease(
+      std::shared_ptr<WebKitWebView>(view_.release(), [](WebKitWebView* view) {
+        g_object_run_dispose(G_OBJECT(view));
+        g_object_unref(view);
+      }));
 }
 
 void WebKitEngine::connectSignals() {
@@ -121,8 +128,6 @@ void WebKitEngine::connectSignals() {
   g_signal_connect(view_.get(), "load-failed", G_CALLBACK(loadFailed), this);
   g_signal_connect(view_.get(), "notify::is-loading", G_CALLBACK(loadingChanged), this);
   g_signal_connect(view_.get(), "web-process-terminated", G_CALLBACK(processEnded), this);
-  g_signal_connect(view_.get(), "notify::is-web-process-responsive",
-                   G_CALLBACK(responsivenessChanged), this);
   g_signal_connect(view_.get(), "insecure-content-detected",
                    G_CALLBACK(+[](WebKitWebView*, WebKitInsecureContentEvent, gpointer self) {
                      static_cast<WebKitEngine*>(self)->insecureContent_ = true;
@@ -150,6 +155,7 @@ void WebKitEngine::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer s
     engine.setScriptsRun(true);
     engine.insecureContent_ = false;
     engine.forgetWidth();
+    engine.watch_.start();
   }
   if (event == WEBKIT_LOAD_STARTED) {
     engine.overdue_.reset();
@@ -178,7 +184,10 @@ void WebKitEngine::loadingChanged(WebKitWebView* view, GParamSpec*, gpointer sel
 
 void WebKitEngine::settle() {
   if (webkit_web_view_is_loading(view_.get())) return;
-  if (loads_.settled()) {
+  const std::weak_ptr<const void> alive = lifetime();
+  const bool settled = loads_.settled();
+  if (alive.expired()) return;
+  if (settled) {
     setScriptsRun(true);
     load_ = {};
     return;
@@ -202,21 +211,11 @@ void WebKitEngine::processEnded(WebKitWebView*, WebKitWebProcessTerminationReaso
                                 gpointer self) {
   auto& engine = *static_cast<WebKitEngine*>(self);
   engine.load_ = {};
+  engine.watch_.stop();
   engine.setScriptsRun(true);
   logWarning("The process of a web page has ended.");
   engine.loads_.crashed(
       {"platform.web", static_cast<int>(reason), "The process of the page has ended."});
-}
-
-void WebKitEngine::responsivenessChanged(WebKitWebView* view, GParamSpec*, gpointer self) {
-  if (webkit_web_view_get_is_web_process_responsive(view)) return;
-  auto& engine = *static_cast<WebKitEngine*>(self);
-  RunLoop::shared().performAfterDelay(engine, kUnresponsiveSeconds, [&engine] {
-    WebKitWebView* const page = engine.view_.get();
-    if (webkit_web_view_get_is_web_process_responsive(page)) return;
-    logWarning("A web page has hung and is ended.");
-    webkit_web_view_terminate_web_process(page);
-  });
 }
 
 gboolean WebKitEngine::keyPressed(GtkEventControllerKey*, guint key, guint, GdkModifierType,
@@ -288,7 +287,8 @@ void WebKitEngine::begin(std::function<void()> load, bool fromNetwork) {
   // A page that does not exist yet cannot get in the way; its own first script must run.
   replaces_ = webkit_web_view_get_uri(view_.get()) != nullptr;
   if (replaces_) setScriptsRun(false);
-  load_();
+  const std::function<void()> begun = load_;  // the start of the load lets go of it
+  begun();
 }
 
 void WebKitEngine::setScriptsRun(bool run) {

@@ -9,6 +9,7 @@
 #include "platform/web/LoadTracker.h"
 #include "platform/web/NavigationPolicy.h"
 #include "platform/web/PageScripts.h"
+#include "platform/web/PageWatch.h"
 
 namespace platform {
 
@@ -42,7 +43,6 @@ class WebKitEngine final : public WebEngine, public Trackable {
   static void loadingChanged(WebKitWebView* view, GParamSpec* property, gpointer self);
   static void processEnded(WebKitWebView* view, WebKitWebProcessTerminationReason reason,
                            gpointer self);
-  static void responsivenessChanged(WebKitWebView* view, GParamSpec* property, gpointer self);
   static gboolean keyPressed(GtkEventControllerKey* controller, guint key, guint code,
                              GdkModifierType state, gpointer self);
 
@@ -68,6 +68,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   Client& client_;
   LoadTracker loads_;
   NavigationPolicy policy_;
+  PageWatch watch_;
   std::function<void()> load_;  // until it has started
   std::unique_ptr<Timer> overdue_;
   int attempts_ = 0;

@@ -209,21 +209,31 @@ TEST(WebViewLoad, OutlivesItsWebProcess) {
 
 TEST(WebViewLoad, MayBeDestroyedInEachOfItsCalls) {
   const std::string closed = [] { return LoopbackServer().address("/"); }();
-  for (const std::string& last : {"ask 5 " + closed, std::string("start"), std::string("finish"),
-                                  std::string("fail"), std::string("ask 5 gmsg://h/message")}) {
+  struct Case {
+    std::string last;
+    std::string html;  // empty for the address that nobody answers
+    int of = 1;        // how often the line comes until then
+  };
+  const std::string message = "<iframe src='gmsg://h/message'></iframe>";
+  const std::string step = "<script>onload = () => setTimeout(() => open('#step'), 100)</script>";
+  for (const Case& each :
+       {Case{"ask 5 " + closed, ""}, Case{"start", message}, Case{"finish", message},
+        Case{"fail", ""}, Case{"ask 5 gmsg://h/message", message},
+        Case{"ask 5 about:blank#step", step}, Case{"start", step, 2}, Case{"finish", step, 2}}) {
+    SCOPED_TRACE(each.last + " " + each.html);
     Page page;
     page.delegate.during = [&](const std::string& line) {
-      if (line == last) page.view.reset();
+      if (line == each.last && page.delegate.count(line) == each.of) page.view.reset();
     };
     bool evaluated = false;
-    if (last == "fail" || last == "ask 5 " + closed) {
+    if (each.html.empty()) {
       page.view->loadRequest({*URL::parse(closed)});
     } else {
-      page.view->loadHTMLString("<iframe src='gmsg://h/message'></iframe>", std::nullopt);
+      page.view->loadHTMLString(each.html, std::nullopt);
     }
     page.view->stringByEvaluatingJavaScriptFromString("new Promise(() => {})",
                                                       [&](std::string) { evaluated = true; });
-    EXPECT_TRUE(runUntil([&] { return !page.view; })) << last;
+    EXPECT_TRUE(runUntil([&] { return !page.view; })) << page.delegate.text();
     const Lines told = page.delegate.lines;
     const bool before = evaluated;
     runFor(0.3);
