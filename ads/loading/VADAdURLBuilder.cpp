@@ -63,6 +63,13 @@ void VADAdURLBuilder::setupBuildAdWebView(platform::WebView& related) {
   observe("loadAdURL", answers_.loadAdURL);
   observe("invalidRequest", answers_.invalidRequest);
   observe("unableToServe", answers_.unableToServe);
+  deadline_ = platform::RunLoop::shared().scheduleTimer(kBuildSeconds, [this] { giveUp(); });
+}
+
+void VADAdURLBuilder::giveUp() {
+  const std::function<void()> called = answers_.none;  // a copy, for the same reason as below
+  resetBuildAdWebView();
+  if (called) called();
 }
 
 void VADAdURLBuilder::observe(std::string_view name, const Answer& answer) {
@@ -83,6 +90,7 @@ void VADAdURLBuilder::observe(std::string_view name, const Answer& answer) {
 
 void VADAdURLBuilder::resetBuildAdWebView() {
   if (!buildAdWebView_) return;
+  deadline_.reset();
   for (const char* const name : {"loadAdURL", "invalidRequest", "unableToServe"}) {
     VADNotificationCenter::defaultCenter().removeObserver(*this, name, buildAdWebView_.get());
   }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/NotificationCenter.h"
+#include "platform/RunLoop.h"
 #include "platform/Value.h"
 #include "platform/WeakPtr.h"
 #include "platform/WebView.h"
@@ -15,16 +16,21 @@ namespace valdren {
 
 class VADWebViewDelegate;
 
-/// The page exists only until the script has answered. Main thread only.
+/// The page exists only until the script has answered, or should have. Main thread only.
 class VADAdURLBuilder : public platform::Trackable {
  public:
+  /// So long may the script take to answer, the start of a web process included, in seconds.
+  static constexpr double kBuildSeconds = 30;
+
   using Answer = std::function<void(const platform::Dictionary& userInfo)>;
 
-  /// What the script may answer with. Each is called after the page is gone.
+  /// What the script may answer with, and what stands for none in time. Each is called after the
+  /// page is gone.
   struct Answers {
     Answer loadAdURL;
     Answer invalidRequest;
     Answer unableToServe;
+    std::function<void()> none;
   };
 
   explicit VADAdURLBuilder(Answers answers) : answers_(std::move(answers)) {}
@@ -48,10 +54,12 @@ class VADAdURLBuilder : public platform::Trackable {
  private:
   void setupBuildAdWebView(platform::WebView& related);
   void observe(std::string_view name, const Answer& answer);
+  void giveUp();
 
   Answers answers_;
   std::shared_ptr<VADWebViewDelegate> buildAdWebViewDelegate_;
   std::shared_ptr<platform::WebView> buildAdWebView_;
+  std::unique_ptr<platform::Timer> deadline_;
 };
 
 }  // namespace valdren

@@ -22,9 +22,6 @@ namespace valdren {
 namespace {
 
 constexpr const char* kScriptPath = "/urvo/sdk-core-v40.js";
-constexpr const char* kExpireDateKey = "expireDate";
-/// How long a script is used without asking for a newer one, in seconds.
-constexpr double kScriptLifetime = 86400;
 /// So many pings may be under way at once: a page may open one destination after another, and a
 /// server may send ad after ad, each with its pings.
 constexpr std::size_t kMostTrackers = 1000;
@@ -69,7 +66,8 @@ VADObjectPrivate::VADObjectPrivate(const platform::Rect& frame)
     : webView_(std::make_shared<VADWebView>(frame)),
       adURLBuilder_({.loadAdURL = [this](const auto& userInfo) { loadAdURL(userInfo); },
                      .invalidRequest = [this](const auto& userInfo) { invalidRequest(userInfo); },
-                     .unableToServe = [this](const auto& userInfo) { unableToServe(userInfo); }}),
+                     .unableToServe = [this](const auto& userInfo) { unableToServe(userInfo); },
+                     .none = [this] { scriptDidNotAnswer(); }}),
       reloadTimer_([this] { reloadCurrentRequest(); }) {
   webView_->setScalesPageToFit(false);
   webView_->setMediaPlaybackRequiresUserAction(true);
@@ -152,6 +150,10 @@ void VADObjectPrivate::loadPrivateRequest(const std::shared_ptr<VADRequestPrivat
 }
 
 void VADObjectPrivate::reloadCurrentRequest() {
+  if (isMakingRequest() || !isAppActive()) {
+    debug("the refresh is put off");
+    return reloadTimer_.putOff();
+  }
   loadPrivateRequest(request_, true);
 }
 
@@ -186,19 +188,11 @@ void VADObjectPrivate::ensureSupportFiles() {
     changeState(kVADStateLoadingScript);
     buildAdJS_ = VADCachedFile::initWithDelegate(this, jsBuildAdURL());
   }
-  VADStatisticsCore store("VADObjectPrivate");
-  const auto stored = store.dateForKey(kExpireDateKey);
-  const platform::Date* const expireDate = stored ? stored->date() : nullptr;
-  const platform::Date now = platform::Date::now();
-  // One that lies further ahead was kept before the clock was set back.
-  const platform::Date latest = now.after(kScriptLifetime);
-  const bool isFresh = expireDate && *expireDate >= now && *expireDate <= latest;
-  if (isFresh && !buildAdJS_->content().value_or("").empty()) {
+  if (scriptFreshness_.isFresh() && !buildAdJS_->content().value_or("").empty()) {
     cachedFileDownloadDidEnd(*buildAdJS_);
     return;
   }
-  store.setDate(platform::Value(latest), kExpireDateKey);
-  store.synchronize();
+  scriptFreshness_.asked();
   changeState(kVADStateLoadingScript);
   debug("asking for the ad engine script at " + buildAdJS_->sourceURL().absoluteString());
   buildAdJS_->validate();
@@ -217,6 +211,7 @@ void VADObjectPrivate::failedToDownloadJavaScriptWithError(
     return;
   }
   buildAdJS_->invalidate();  // a copy that is no script must not be found unchanged next time
+  keepRefreshing();
   reportError(kVADErrorNetworkError, nullptr);
 }
 
@@ -254,6 +249,7 @@ void VADObjectPrivate::putPlace(platform::Dictionary& parameters, const platform
 
 void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {
   const auto keptUntilReturn = shared_from_this();
+  scriptFreshness_.answered();
   if (userInfo.contains("errors")) {
     reportError(kVADErrorInvalidRequest, request_.get());
     return;
@@ -278,14 +274,23 @@ void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {
 
 void VADObjectPrivate::invalidRequest(const platform::Dictionary& userInfo) {
   const auto keptUntilReturn = shared_from_this();
+  scriptFreshness_.answered();
   platform::log("<Valdren> Invalid Request: " + platform::Value(userInfo).description());
   reportError(kVADErrorInvalidRequest, request_.get());
 }
 
 void VADObjectPrivate::unableToServe(const platform::Dictionary& userInfo) {
   const auto keptUntilReturn = shared_from_this();
+  scriptFreshness_.answered();
   platform::log("<Valdren> Unable to serve: " + platform::Value(userInfo).description());
   reportError(kVADErrorInvalidRequest, request_.get());
+}
+
+void VADObjectPrivate::scriptDidNotAnswer() {
+  const auto keptUntilReturn = shared_from_this();
+  debug("the ad engine script has not answered");
+  buildAdJS_->invalidate();  // the next request asks the script host anew
+  giveUp();
 }
 
 void VADObjectPrivate::loadHTMLFromURL(const std::optional<platform::URL>& url) {
@@ -334,6 +339,26 @@ void VADObjectPrivate::showAd() {
   webView_->loadHTMLString(std::string(ad), adHTMLBaseURL());
 }
 
+void VADObjectPrivate::adDidNotShow() {
+  const auto keptUntilReturn = shared_from_this();
+  debug("the ad has not shown in time");
+  webView_->loadHTMLString("", std::nullopt);
+  giveUp();
+}
+
+void VADObjectPrivate::webProcessDidEnd() {
+  const auto keptUntilReturn = shared_from_this();
+  if (adURLBuilder_.buildAdWebView()) return scriptDidNotAnswer();  // its page was in it, too
+  if (isMakingRequest() || state_ == kVADStateShowingAd) giveUp();
+}
+
+void VADObjectPrivate::giveUp() {
+  adURLBuilder_.resetBuildAdWebView();
+  changeState(kVADStateFailed);
+  keepRefreshing();
+  reportError(kVADErrorNetworkError, request_.get());
+}
+
 void VADObjectPrivate::failedAdRequestWithError(const std::optional<platform::Error>& error,
                                                 int httpStatusCode) {
   debug("no ad: status " + std::to_string(httpStatusCode) + ", " + described(error));
@@ -365,6 +390,11 @@ void VADObjectPrivate::changeState(VADState state) {
   if (state == state_) return;
   debug(std::string(nameOf(state_)) + " -> " + nameOf(state));
   state_ = state;
+  showDeadline_.reset();
+  if (state == kVADStateRenderingAd) {
+    showDeadline_ =
+        platform::RunLoop::shared().scheduleTimer(kShowSeconds, [this] { adDidNotShow(); });
+  }
   if (state != kVADStateShowingAd) return;
   webView_->setTouched(false);
   timeLastLoaded_ = VADTiming::counter();
@@ -375,6 +405,10 @@ void VADObjectPrivate::addReloadInformationFromHeaders() {
                                    : std::optional<std::string_view>();
   reloadTimer_.scheduleReloadTimer(refreshRate ? VADReloadTimer::secondsFromHeader(*refreshRate)
                                                : reloadTimer_.reloadSeconds());
+}
+
+void VADObjectPrivate::keepRefreshing() {
+  if (!reloadTimer_.isPending()) reloadTimer_.activateReloadTimer();
 }
 
 void VADObjectPrivate::trackURLs(const std::vector<platform::URL>& urls) {

@@ -12,10 +12,12 @@
 #include "ads/loading/VADAdURLBuilder.h"
 #include "ads/loading/VADReloadTimer.h"
 #include "ads/loading/VADRequestPrivate.h"
+#include "ads/loading/VADScriptFreshness.h"
 #include "ads/support/VADCachedFile.h"
 #include "ads/telemetry/VADClickTracker.h"
 #include "ads/web/VADAdController.h"
 #include "ads/web/VADScreen.h"
+#include "platform/RunLoop.h"
 #include "platform/View.h"
 #include "platform/ViewController.h"
 
@@ -31,6 +33,8 @@ class VADObjectPrivate final : public VADAdController,
  public:
   /// Whether the launch of the application is over; loads during it need no active application.
   static bool didAppFinishLaunching();
+  /// So long may the page of an ad take until all of it is there, in seconds.
+  static constexpr double kShowSeconds = 30;
 
   /// A loader for the view, which it does not own. Adds its web view to it.
   static std::shared_ptr<VADObjectPrivate> initWithView(platform::View& view);
@@ -85,6 +89,7 @@ class VADObjectPrivate final : public VADAdController,
   std::vector<platform::URL> pendingClickURLs() const override { return pendingClickURLs_; }
   int supportedOrientations() const override { return supportedOrientations_; }
   void trackURLs(const std::vector<platform::URL>& urls) override;
+  void webProcessDidEnd() override;
 
   /// The pings that have not been cleared away yet.
   const std::set<std::shared_ptr<VADClickTracker>>& pendingTrackers() const { return trackers_; }
@@ -108,16 +113,22 @@ class VADObjectPrivate final : public VADAdController,
   void loadAdURL(const platform::Dictionary& userInfo);
   void invalidRequest(const platform::Dictionary& userInfo);
   void unableToServe(const platform::Dictionary& userInfo);
+  void scriptDidNotAnswer();
 
   void loadHTMLFromURL(const std::optional<platform::URL>& url);
   void setAdHTML(std::shared_ptr<VADCachedFile> adHTML);
   void processHTTPHeaders(const VADCachedFile& file);
   void showAd();
+  void adDidNotShow();
+  /// Ends a request that does not come to an end by itself, as a page that fails to load would.
+  void giveUp();
   void failedAdRequestWithError(const std::optional<platform::Error>& error, int httpStatusCode);
   void debug(const std::string& line) const;
   void reportError(std::int32_t code, const VADRequest* request);
 
   void addReloadInformationFromHeaders();
+  /// Asks for the next refresh when the one that has come brought no ad and set no other.
+  void keepRefreshing();
   void appDidBackground() { reloadTimer_.resetReloadTimer(); }
   void appDidForeground() { reloadTimer_.activateReloadTimer(); }
   void adWillPresentFullScreen() { reloadTimer_.resetReloadTimer(); }
@@ -141,6 +152,7 @@ class VADObjectPrivate final : public VADAdController,
   std::shared_ptr<VADBannerWebViewDelegate> webViewDelegate_;
   VADAdURLBuilder adURLBuilder_;
   std::shared_ptr<VADCachedFile> buildAdJS_;
+  VADScriptFreshness scriptFreshness_;
   std::shared_ptr<VADCachedFile> adHTML_;
   std::shared_ptr<VADRequestPrivate> request_;
   VADState state_ = kVADStateIdle;
@@ -148,6 +160,7 @@ class VADObjectPrivate final : public VADAdController,
   std::set<std::shared_ptr<VADClickTracker>> trackers_;
   std::vector<platform::URL> pendingTrackingURLs_;
   std::vector<platform::URL> pendingClickURLs_;
+  std::unique_ptr<platform::Timer> showDeadline_;  // while an ad is rendered
   VADReloadTimer reloadTimer_;
   bool hasAutoRefreshed_ = false;
   int supportedOrientations_ = kVADOrientationAny;

@@ -20,6 +20,9 @@ class VADReloadTimer {
   /// Drops the pending refresh; then, unless `seconds` is 0, asks for one after as long and keeps
   /// the interval. Below 0 means at once.
   void scheduleReloadTimer(double seconds);
+  /// Asks for the refresh that has come at a bad time once more, after the last interval, though
+  /// not within the next half second.
+  void putOff();
   /// Starts the last interval anew; only drops the pending refresh when there was none.
   void activateReloadTimer() { scheduleReloadTimer(reloadSeconds_); }
   void resetReloadTimer() { reloadTimer_.reset(); }
@@ -29,6 +32,8 @@ class VADReloadTimer {
   bool isPending() const { return reloadTimer_ && reloadTimer_->isValid(); }
 
  private:
+  void start(double seconds);
+
   std::function<void()> reload_;
   std::unique_ptr<platform::Timer> reloadTimer_;
   double reloadSeconds_ = 0;

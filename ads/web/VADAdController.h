@@ -52,6 +52,8 @@ class VADAdController : public virtual platform::Trackable,
   virtual int supportedOrientations() const = 0;
   /// Fires a ping at each URL. Those beyond 1000 under way at once are dropped.
   virtual void trackURLs(const std::vector<platform::URL>& urls) = 0;
+  /// The web process of the ad's page, shown or on its way, is gone.
+  virtual void webProcessDidEnd() {}
 
  protected:
   ~VADAdController() = default;

@@ -111,4 +111,9 @@ void VADBannerWebViewDelegate::webViewDidFailLoad(platform::WebView& webView,
       VADRequestError::errorWithCode(kVADErrorNetworkError, loader->request().get()));
 }
 
+void VADBannerWebViewDelegate::webViewProcessDidEnd(platform::WebView&, const platform::Error&) {
+  const auto keptUntilReturn = weak_from_this().lock();
+  if (const auto loader = kept(private_)) loader->webProcessDidEnd();
+}
+
 }  // namespace valdren

@@ -25,6 +25,7 @@ class VADBannerWebViewDelegate final : public VADWebViewDelegate {
                               platform::NavigationType type) override;
   void webViewDidFinishLoad(platform::WebView& webView) override;
   void webViewDidFailLoad(platform::WebView& webView, const platform::Error& error) override;
+  void webViewProcessDidEnd(platform::WebView& webView, const platform::Error& error) override;
 
  private:
   VADBannerWebViewDelegate(VADAdController& loader, std::unique_ptr<VADOpener> opener);

@@ -116,6 +116,13 @@ TEST_F(LifetimeTest, EndsInsideEveryCallback) {
        }},
       {"ad cannot be rendered", kVADStateRenderingAd, [&] { adPage().fail(); }},
       {"ad received", kVADStateRenderingAd, [&] { adPage().finish(); }},
+      {"no answer", kVADStateBuildingURL, [&] { loop.advance(VADAdURLBuilder::kBuildSeconds); }},
+      {"no end", kVADStateRenderingAd, [&] { loop.advance(VADObjectPrivate::kShowSeconds); }},
+      {"web process", kVADStateShowingAd,
+       [&] {
+         record.take();
+         adPage().client.engineProcessDidEnd({"fake", 1, "gone"});
+       }},
   };
   for (const Case& each : cases) {
     SCOPED_TRACE(each.name);

@@ -1,6 +1,7 @@
 // When a banner asks for its next ad.
 #include <gmock/gmock.h>
 
+#include "ads/loading/VADAdURLBuilder.h"
 #include "ads/loading/VADReloadTimer.h"
 #include "ads/web/VADScreen.h"
 #include "platform/NotificationCenter.h"
@@ -123,6 +124,71 @@ TEST_F(RefreshTest, WatchesTheActiveStateOnSystemsWithoutBackground) {
   EXPECT_EQ(state(), kVADStateShowingAd);
   application.post(platform::kApplicationDidBecomeActive);
   expectRefreshAfter(30);
+}
+
+TEST_F(RefreshTest, IsPutOffByItsIntervalAtABadTime) {
+  bringTo(kVADStateRenderingAd, {{"X-Urvo-Refresh-Rate", "10"}});
+  loop.advance(15);  // the ad takes its time
+  EXPECT_EQ(state(), kVADStateRenderingAd);
+  adPage().finish();
+  expectRefreshAfter(5);
+  scriptGivesURL();
+  answerAd();
+  adPage().finish();
+  application.post(platform::kApplicationDidFinishLaunching);
+  application.state = platform::ApplicationState::Inactive;
+  loop.advance(15);
+  application.state = platform::ApplicationState::Active;
+  expectRefreshAfter(5);
+}
+
+TEST_F(RefreshTest, OutlivesWhateverEndsARequest) {
+  struct Case {
+    const char* name;
+    VADState state;
+    std::function<void()> happens;
+    VADState next;  // 1 where the script must not be taken as it is
+  };
+  const auto processEnds = [&] { adPage().client.engineProcessDidEnd({"fake", 1, "gone"}); };
+  const Case cases[] = {
+      {"the script never answers", kVADStateBuildingURL,
+       [&] { loop.advance(VADAdURLBuilder::kBuildSeconds); }, kVADStateLoadingScript},
+      {"the script hangs", kVADStateBuildingURL, processEnds, kVADStateLoadingScript},
+      {"a picture never comes", kVADStateRenderingAd,
+       [&] { loop.advance(VADObjectPrivate::kShowSeconds); }, kVADStateBuildingURL},
+      {"the ad hangs at once", kVADStateRenderingAd, processEnds, kVADStateBuildingURL},
+      {"the ad hangs later", kVADStateShowingAd, processEnds, kVADStateBuildingURL},
+      {"no script", kVADStateBuildingURL,
+       [&] {
+         loop.advance(VADAdURLBuilder::kBuildSeconds);
+         record.take();
+         loop.advance(100);
+         fetches.last().answer(404);
+       },
+       kVADStateLoadingScript},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.name);
+    makeBanner();
+    showAd("100");
+    loop.advance(100);
+    if (each.state >= kVADStateLoadingAd) scriptGivesURL();
+    if (each.state >= kVADStateRenderingAd) answerAd();
+    if (each.state >= kVADStateShowingAd) adPage().finish();
+    ASSERT_EQ(state(), each.state);
+    record.take();
+    each.happens();
+    EXPECT_FALSE(loader()->isMakingRequest());
+    EXPECT_THAT(record.take(), testing::ElementsAre("failed 2"));
+    EXPECT_FALSE(hasBuilderPage());
+    for (int second = 0; second < 100 && !loader()->isMakingRequest(); ++second) loop.advance(1);
+    EXPECT_EQ(state(), each.next);
+    if (state() == kVADStateLoadingScript) answerScript();
+    scriptGivesURL();
+    answerAd();
+    adPage().finish();
+    EXPECT_THAT(record.take(), testing::ElementsAre("received"));
+  }
 }
 
 TEST_F(RefreshTest, IsDroppedWithThePendingActions) {
