@@ -1,0 +1,46 @@
+// An ad network whose second answer means harm.
+#pragma once
+
+#include <libsoup/soup.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+
+#include "benchmarks/hostile_pages/Attacks.h"
+
+namespace benchmarks {
+
+/// Serves on a free port of the loopback, on a thread of its own.
+class HostileNetwork {
+ public:
+  HostileNetwork();
+  ~HostileNetwork();
+  HostileNetwork(const HostileNetwork&) = delete;
+  HostileNetwork& operator=(const HostileNetwork&) = delete;
+
+  /// From here on the second request carries this attack; those before and after are honest.
+  void begin(const Attack& attack);
+  /// How many requests the ad engine script was asked to build since then.
+  int turn() const { return turn_; }
+  /// Where the script and the ads of the present attack are; another folder for each.
+  std::string address() const;
+
+ private:
+  void serve();
+  static void answer(SoupServer* server, SoupServerMessage* message, const char* path,
+                     GHashTable* query, gpointer self);
+  void answerTurn(SoupServerMessage* message);
+  void answerAd(SoupServerMessage* message);
+
+  std::atomic<const Attack*> attack_ = nullptr;
+  std::atomic<int> turn_ = 0;
+  std::atomic<int> number_ = 0;
+  std::string base_;
+  GMainContext* context_ = g_main_context_new();
+  GMainLoop* loop_ = g_main_loop_new(context_, FALSE);
+  SoupServer* server_ = nullptr;
+  std::thread thread_;
+};
+
+}  // namespace benchmarks
