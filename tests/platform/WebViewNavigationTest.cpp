@@ -62,7 +62,7 @@ TEST(WebViewNavigation, AsksAboutAddressesOfAnyScheme) {
   for (const Case& each : cases) {
     page.evaluate(each.script);
     EXPECT_TRUE(runUntil([&] { return page.delegate.has(each.line); })) << each.script << "\n"
-                                                                           << page.delegate.text();
+                                                                        << page.delegate.text();
   }
   runFor(0.7);
   EXPECT_EQ(page.delegate.count("start") + page.ends(), 0) << "a refused one is no load";
