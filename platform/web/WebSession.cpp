@@ -20,7 +20,8 @@ struct FreeLimits {
 };
 using Limits = std::unique_ptr<WebKitMemoryPressureSettings, FreeLimits>;
 
-/// A process that takes more ends.
+/// A web process that takes more ends. A network process only lets go of what it can spare: the
+/// engine (2.50.6) says that it ends it, and goes on.
 Limits limitsOf(guint megabytes) {
   Limits limits(webkit_memory_pressure_settings_new());
   webkit_memory_pressure_settings_set_memory_limit(limits.get(), megabytes);

@@ -8,8 +8,8 @@ namespace platform {
 /// Bounds the memory of web processes and keeps none of them in reserve. Lives to the end.
 WebKitWebContext* webContext();
 
-/// Cookies, caches and storage live in memory alone, in a network process with bounded memory;
-/// downloads and unverified TLS are refused.
+/// Cookies, caches and storage live in memory alone; downloads and unverified TLS are refused. The
+/// network process gives memory back beyond its limit where it can, but is not ended by it.
 WebKitNetworkSession* webSession();
 
 }  // namespace platform
