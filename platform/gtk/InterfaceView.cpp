@@ -12,6 +12,7 @@
 
 #include "platform/Log.h"
 #include "platform/gtk/NativeView.h"
+#include "platform/gtk/ScreenKeys.h"
 #include "platform/gtk/TileLayout.h"
 
 namespace platform {
@@ -100,6 +101,7 @@ std::shared_ptr<InterfaceView> InterfaceView::load(const std::string& name,
 InterfaceView::InterfaceView(const Rect& frame, std::unique_ptr<Widgets> widgets)
     : View(frame), widgets_(std::move(widgets)) {
   native().setContent(widgets_->root);
+  pressByKeys(widgets_->root->gobj());
 }
 
 InterfaceView::~InterfaceView() {

@@ -16,6 +16,8 @@
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/FakeWebEngine.h"
 #include "tests/support/Loop.h"
+#include "tests/support/Pointer.h"
+#include "tests/support/Process.h"
 
 namespace {
 
@@ -178,6 +180,53 @@ TEST_P(SoundScreenTest, EveryTileSaysWhatItIsAndWhichKeyPressesIt) {
   EXPECT_EQ(titles.size(), sounds().size() + 1) << "no two tiles have one title";
   EXPECT_FALSE(titles.contains(""));
   EXPECT_NE(screen->controls()->tooltipOfControl("stop").find("Escape"), std::string::npos);
+}
+
+TEST_P(SoundScreenTest, KeysPlayByWhatTheyPrintAndByTheirPlaceOnEveryKeyboard) {
+  struct Key {
+    const char* keyboard;
+    unsigned place;
+    const char* with;
+    const char* plays;
+  };
+  const std::vector<Key> keys{{"us", 10, nullptr, "wikipedia"},
+                              {"us", 19, nullptr, "fear"},
+                              {"us", 87, "Num_Lock", "wikipedia"},
+                              {"us", 24, "Shift_L", "collar"},
+                              {"us", 27, nullptr, "arabs"},
+                              {"us", 27, "Control_L", ""},
+                              {"us", 38, nullptr, ""},
+                              {"fr", 11, nullptr, "family"},
+                              {"fr", 11, "Shift_L", "family"},
+                              {"fr", 38, nullptr, "collar"},
+                              {"fr", 24, nullptr, "collar"},
+                              {"ru", 25, nullptr, "candy"},
+                              {"ru", 26, nullptr, "babies"}};
+  GtkWidget* const native = GTK_WIDGET(window->native().window().gobj());
+  for (const Key& key : keys) {
+    ASSERT_EQ(quorbel_tests::run(std::string("setxkbmap ") + key.keyboard).status, 0);
+    screen->stop();
+    quorbel_tests::typeKey(native, key.place, key.with);
+    EXPECT_TRUE(runUntil([&] { return playingTile() == key.plays; }))
+        << key.keyboard << " " << key.place << " plays " << playingTile();
+  }
+  EXPECT_EQ(quorbel_tests::run("setxkbmap us").status, 0);
+
+  screen->stop();
+  GtkWidget* const text = gtk_text_new();
+  const auto field = std::make_shared<platform::View>(Rect{0, 0, 100, 30});
+  field->native().setContent(Glib::wrap(text));
+  screen->view()->addSubview(field);
+  gtk_widget_grab_focus(text);
+  quorbel_tests::typeKey(native, "1");
+  EXPECT_TRUE(
+      runUntil([&] { return gtk_editable_get_text(GTK_EDITABLE(text)) == std::string("1"); }));
+  EXPECT_EQ(playingTile(), "") << "the key is for the field";
+  field->removeFromSuperview();
+
+  screen->presentModalViewController(std::make_shared<platform::ViewController>(), false);
+  quorbel_tests::typeKey(native, "1");
+  EXPECT_EQ(playingTile(), "") << "a page covers the tiles";
 }
 
 TEST_P(SoundScreenTest, TheBannerLiesOnTheBottomEdgeAndNoTileUnderIt) {

@@ -73,11 +73,17 @@ void clickWidget(GtkWidget* widget, platform::Point point) {
   runFor(0.1);
 }
 
-void typeKey(GtkWidget* widget, const char* name) {
+void typeKey(GtkWidget* widget, const char* name, const char* with) {
+  typeKey(widget, XKeysymToKeycode(displayOf(widget), XStringToKeysym(name)), with);
+}
+
+void typeKey(GtkWidget* widget, unsigned code, const char* with) {
   Display* const display = displayOf(widget);
-  const auto code = XKeysymToKeycode(display, XStringToKeysym(name));
+  const unsigned held = with ? XKeysymToKeycode(display, XStringToKeysym(with)) : 0;
+  if (held) xTest().key(display, held, 1, 0);
   xTest().key(display, code, 1, 0);
   xTest().key(display, code, 0, 0);
+  if (held) xTest().key(display, held, 0, 0);
   XFlush(display);
   runFor(0.1);
 }

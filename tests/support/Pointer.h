@@ -11,7 +11,9 @@ namespace quorbel_tests {
 bool hasPointer();
 /// Moves the pointer over this point of the widget, presses the first button and releases it.
 void clickWidget(GtkWidget* widget, platform::Point point);
-/// Presses and releases a key by its X name, such as "Return".
-void typeKey(GtkWidget* widget, const char* name);
+/// Presses and releases a key by its X name, such as "Return", or by its place's code; `with` is
+/// the name of one that is held meanwhile.
+void typeKey(GtkWidget* widget, const char* name, const char* with = nullptr);
+void typeKey(GtkWidget* widget, unsigned code, const char* with = nullptr);
 
 }  // namespace quorbel_tests
