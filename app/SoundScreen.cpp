@@ -12,6 +12,9 @@ namespace {
 constexpr double kBannerWidth = 320;
 constexpr double kBannerHeight = 50;
 
+/// The line of the interface files that says why nothing is heard.
+constexpr const char* kSilence = "silence";
+
 /// How often a button asks whether its clip still plays, in seconds.
 constexpr double kFollowInterval = 0.1;
 
@@ -96,6 +99,17 @@ void SoundScreen::stop() {
 
 platform::InterfaceView* SoundScreen::controls() {
   return dynamic_cast<platform::InterfaceView*>(view().get());
+}
+
+void SoundScreen::audioPlayerDidFinishPlaying(platform::AudioPlayer&, bool successfully) {
+  if (successfully || silent_) return;
+  setSilent(true);
+  platform::AudioPlayer::awaitSound(silence_, [this] { setSilent(false); });
+}
+
+void SoundScreen::setSilent(bool silent) {
+  silent_ = silent;
+  if (platform::InterfaceView* const lines = controls()) lines->setHidden(kSilence, !silent);
 }
 
 void SoundScreen::mark(const std::string& action) {

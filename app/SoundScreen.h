@@ -50,13 +50,20 @@ class SoundScreen : public platform::ViewController, public platform::AudioPlaye
   /// The view with the buttons; null when the interface file could not be read.
   platform::InterfaceView* controls();
 
+  /// A clip that the sound server did not play: says so on the screen until sound is back.
+  void audioPlayerDidFinishPlaying(platform::AudioPlayer& player, bool successfully) override;
+
  private:
   void placeBanner();
   void mark(const std::string& action);
   void followPlayer();
+  void setSilent(bool silent);
 
   std::shared_ptr<valdren::VADBannerView> bannerView_;
   std::unique_ptr<platform::AudioPlayer> theAudio;
+  bool silent_ = false;  // whether the screen says that there is no sound
+  struct : platform::Trackable {
+  } silence_;           // whose delayed calls wait for the end of that
   std::string marked_;  // the action whose button shows that its clip plays
 };
 

@@ -1,6 +1,7 @@
 // Plays one clip.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +35,11 @@ class AudioPlayer {
   /// Decodes the clips and connects to the sound server ahead of the first press, without waiting
   /// for either.
   static void prepare(std::vector<std::string> paths);
+
+  /// Looks for a sound server that was lost, about every two seconds, and calls `back` once when
+  /// sound can be heard again. Ends early when the target is gone, or its delayed calls are
+  /// dropped.
+  static void awaitSound(const Trackable& target, std::function<void()> back);
 
   /// Not owned.
   virtual void setDelegate(WeakPtr<AudioPlayerDelegate> delegate) = 0;

@@ -36,6 +36,10 @@ class InterfaceView : public View {
   bool isSelected(std::string_view control) const;
   /// Where the control is, in this view's coordinates; empty when it is not laid out.
   Rect frameOfControl(std::string_view control) const;
+  /// Shows the object with that id, or takes its room away. Unknown ids are ignored.
+  void setHidden(const std::string& object, bool hidden);
+  /// True also when there is no such object.
+  bool isHidden(const std::string& object) const;
   /// What the control says (its label, or the first label inside it), and what its tooltip says.
   std::string titleOfControl(std::string_view control) const;
   std::string tooltipOfControl(std::string_view control) const;

@@ -28,6 +28,10 @@ void AudioOutput::prepare() {
   server_->wake();
 }
 
+bool AudioOutput::isAudible() const {
+  return server_->isAudible();
+}
+
 std::shared_ptr<Voice> AudioOutput::start(std::shared_ptr<const DecodedClip> clip,
                                           std::size_t startFrame) {
   auto voice = std::make_shared<Voice>(std::move(clip), startFrame);

@@ -25,6 +25,8 @@ class AudioOutput {
 
   /// Connects ahead of the first sound.
   void prepare();
+  /// Whether what is started now would be heard.
+  bool isAudible() const;
   /// Lets the clip be heard from `startFrame` on.
   std::shared_ptr<Voice> start(std::shared_ptr<const DecodedClip> clip, std::size_t startFrame);
   /// Silences the voice.
@@ -38,7 +40,7 @@ class AudioOutput {
   bool connectWanted_ = false;                    // guarded by mutex_
   bool changed_ = false;                          // guarded by mutex_
   bool ending_ = false;                           // guarded by mutex_
-  const std::unique_ptr<SoundServer> server_;     // of the thread, but for `wake`
+  const std::unique_ptr<SoundServer> server_;     // of the thread, but for `wake` and `isAudible`
   std::thread thread_;
 };
 

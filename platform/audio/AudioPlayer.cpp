@@ -11,6 +11,23 @@ namespace {
 /// How often a delegate's player looks whether its clip has ended, in seconds.
 constexpr double kWatchInterval = 0.1;
 
+/// How often it is looked whether sound is back, in seconds, and how many looks there are to a try
+/// to reach the server. A press tries too, and is not to be heard long before it is seen.
+constexpr double kLookInterval = 0.25;
+constexpr int kLooksToATry = 8;
+
+void lookForSound(const Trackable& target, std::function<void()> back, int look) {
+  if (look % kLooksToATry == 0) AudioOutput::shared().prepare();
+  RunLoop::shared().performAfterDelay(target, kLookInterval,
+                                      [&target, back = std::move(back), look] {
+                                        if (AudioOutput::shared().isAudible()) {
+                                          back();
+                                        } else {
+                                          lookForSound(target, back, look + 1);
+                                        }
+                                      });
+}
+
 class ClipPlayer final : public AudioPlayer, public Trackable {
  public:
   explicit ClipPlayer(std::shared_ptr<const DecodedClip> clip) : clip_(std::move(clip)) {}
@@ -68,6 +85,10 @@ std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& 
 void AudioPlayer::prepare(std::vector<std::string> paths) {
   AudioOutput::shared().prepare();
   ClipCache::shared().prepare(std::move(paths));
+}
+
+void AudioPlayer::awaitSound(const Trackable& target, std::function<void()> back) {
+  lookForSound(target, std::move(back), 0);
 }
 
 }  // namespace platform

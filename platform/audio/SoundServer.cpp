@@ -48,6 +48,8 @@ void SoundServer::wake() {
 void SoundServer::turn() {
   if (pa_mainloop_prepare(loop_, patience()) < 0 || pa_mainloop_poll(loop_) < 0) return;
   pa_mainloop_dispatch(loop_);
+  audible_ = isReady() && !isSuspended();
+  if (audible_) said_ = false;
   follow();
 }
 
@@ -105,6 +107,10 @@ void SoundServer::streamChanged() {
   movedAt_ = silentSince_ = pa_rtclock_now();
   for (const auto& voice : voices_) voice->begin = 0;
   update({});
+}
+
+bool SoundServer::isSuspended() const {
+  return pa_stream_is_suspended(stream_) == 1;
 }
 
 bool SoundServer::isReady() const {
@@ -199,7 +205,7 @@ void SoundServer::follow() {
   }
   if (voices_.empty() || now - movedAt_ < kPatience) return;
   if (isReady() && written_ >= lastFrame()) return;
-  const bool suspended = isReady() && pa_stream_is_suspended(stream_) == 1;
+  const bool suspended = isReady() && isSuspended();
   disconnect();
   endVoices(suspended ? "the sound server has suspended its output"
                       : "the sound server does not answer");
@@ -228,9 +234,11 @@ void SoundServer::rest(bool resting) {
 }
 
 void SoundServer::endVoices(const std::string& reason) {
+  const bool missed = !voices_.empty();
   for (const auto& voice : voices_) voice->ended = true;
   voices_.clear();
-  logWarning("No sound: " + reason + ". The next press tries again.");
+  if (missed || !said_) logWarning("No sound: " + reason + ". The next press tries again.");
+  said_ = true;
 }
 
 /// The server is out of reach, or was lost.
@@ -242,6 +250,7 @@ void SoundServer::fail() {
 }
 
 void SoundServer::disconnect() {
+  audible_ = false;
   if (stream_) {
     pa_stream_set_state_callback(stream_, nullptr, nullptr);
     pa_stream_set_write_callback(stream_, nullptr, nullptr);

@@ -1,6 +1,7 @@
 // The connection to the sound server and the one stream that the voices are mixed into.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -19,8 +20,8 @@ namespace platform {
 /// stutter, and yet is heard at once: while nothing plays the stream stands still, and when
 /// something changes, what the server holds but has not played is mixed and written again.
 ///
-/// Belongs to one thread; only `wake` may be called on any. Whatever goes wrong is said in one log
-/// line, ends the voices, and is tried anew at the next `connect`.
+/// Belongs to one thread; only `wake` and `isAudible` may be called on any. Whatever goes wrong is
+/// said in one log line, ends the voices, and is tried anew at the next `connect`.
 class SoundServer {
  public:
   SoundServer();
@@ -36,6 +37,8 @@ class SoundServer {
   void turn();
   /// Makes `turn` return.
   void wake();
+  /// Whether a voice that begins now would be heard. False before the voices end that were lost.
+  bool isAudible() const { return audible_; }
 
  private:
   using Microseconds = std::uint64_t;  // on the library's clock
@@ -56,6 +59,7 @@ class SoundServer {
   void endVoices(const std::string& reason);
   void fail();
   void disconnect();
+  bool isSuspended() const;
 
   pa_mainloop* const loop_;
   pa_context* context_ = nullptr;
@@ -75,6 +79,10 @@ class SoundServer {
   Microseconds movedAt_ = 0;
   Microseconds silentSince_ = 0;
   bool resting_ = false;
+
+  std::atomic<bool> audible_ = false;
+  /// Whether the log knows that the server is away. It is told of every press, not of every try.
+  bool said_ = false;
 };
 
 }  // namespace platform

@@ -54,6 +54,12 @@ struct InterfaceView::Widgets {
     return found == buttons.end() ? nullptr : found->second;
   }
 
+  /// Null when there is none. Asked for in C, since gtkmm calls that a fault of the program.
+  GtkWidget* object(const std::string& id) const {
+    GObject* const found = gtk_builder_get_object(builder->gobj(), id.c_str());
+    return GTK_IS_WIDGET(found) ? GTK_WIDGET(found) : nullptr;
+  }
+
   /// Finds the named buttons by walking the tree, which is the order of the file.
   void collect(Gtk::Widget& widget) {
     for (Gtk::Widget* child = widget.get_first_child(); child; child = child->get_next_sibling()) {
@@ -82,9 +88,7 @@ std::shared_ptr<InterfaceView> InterfaceView::load(const std::string& name,
   auto widgets = std::make_unique<Widgets>();
   try {
     widgets->builder = Gtk::Builder::create_from_resource(theResourceBase + "/" + name + ".ui");
-    // Asked for in C, since gtkmm calls an object that is missing a fault of the program.
-    GObject* const root = gtk_builder_get_object(widgets->builder->gobj(), object.c_str());
-    if (GTK_IS_WIDGET(root)) widgets->root = Glib::wrap(GTK_WIDGET(root));
+    if (GtkWidget* const root = widgets->object(object)) widgets->root = Glib::wrap(root);
   } catch (const Glib::Error& error) {
     logWarning("The interface file \"" + name + ".ui\" cannot be read: " + error.what());
     return nullptr;
@@ -135,6 +139,15 @@ void InterfaceView::setSelected(std::string_view control, bool selected) {
 bool InterfaceView::isSelected(std::string_view control) const {
   const Gtk::Button* const button = widgets_->button(control);
   return button && button->has_css_class("selected");
+}
+
+void InterfaceView::setHidden(const std::string& object, bool hidden) {
+  if (GtkWidget* const widget = widgets_->object(object)) gtk_widget_set_visible(widget, !hidden);
+}
+
+bool InterfaceView::isHidden(const std::string& object) const {
+  GtkWidget* const widget = widgets_->object(object);
+  return !widget || !gtk_widget_get_visible(widget);
 }
 
 Rect InterfaceView::frameOfControl(std::string_view control) const {

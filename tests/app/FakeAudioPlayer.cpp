@@ -23,6 +23,11 @@ bool& FakeAudioPlayer::broken() {
   return value;
 }
 
+std::function<void()>& FakeAudioPlayer::soundAwaited() {
+  static std::function<void()> value;
+  return value;
+}
+
 FakeAudioPlayer::FakeAudioPlayer(const std::string& path) {
   events().push_back("new " + std::filesystem::path(path).filename().string());
   theLatest = this;
@@ -54,5 +59,9 @@ std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& 
 }
 
 void AudioPlayer::prepare(std::vector<std::string>) {}
+
+void AudioPlayer::awaitSound(const Trackable&, std::function<void()> back) {
+  quorbel_tests::FakeAudioPlayer::soundAwaited() = std::move(back);
+}
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 // Stands in for the sound library: players that make no noise and remember what was asked of them.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,9 @@ class FakeAudioPlayer final : public platform::AudioPlayer {
   static FakeAudioPlayer* latest();
   /// While true, files hold nothing that can be played.
   static bool& broken();
+
+  /// What is to be called when sound is back; empty when nobody waits for it.
+  static std::function<void()>& soundAwaited();
 
   explicit FakeAudioPlayer(const std::string& path);
   ~FakeAudioPlayer() override;

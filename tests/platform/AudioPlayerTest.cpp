@@ -222,7 +222,12 @@ TEST_F(AudioPlayerTest, WithoutAServerOneLineSaysSoAndAPressWorksWhenItIsBack) {
   EXPECT_THAT(warnings_.take(),
               ElementsAre(HasSubstr("No sound: the sound server cannot be reached")));
 
+  int back = 0;
+  AudioPlayer::awaitSound(listener, [&] { ++back; });
+  runFor(0.3);
+  EXPECT_EQ(back, 0);
   ASSERT_TRUE(server().start());
+  EXPECT_TRUE(runUntil([&] { return back == 1; }));
   const MonitorRecording recording;
   const auto later = play(kHigh, 3);
   EXPECT_TRUE(hears(recording, kHigh));
