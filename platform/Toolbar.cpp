@@ -77,9 +77,11 @@ void Toolbar::setItems(std::vector<std::shared_ptr<BarButtonItem>> items) {
       item->view()->removeFromSuperview();
     }
   }
-  // Those that stay are not touched, so that they keep the keyboard's focus.
   for (const auto& item : items_) {
-    if (item->view() && item->view()->superview() != this) addSubview(item->view());
+    if (!item->view()) continue;
+    if (item->view()->superview() != this) addSubview(item->view());
+    // Read in this order. Those that stay are not taken out, so they keep the keyboard's focus.
+    native().insertOnTop(item->view()->native());
   }
   layoutSubviews();
 }

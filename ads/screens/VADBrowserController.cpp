@@ -241,6 +241,8 @@ void VADBrowserController::refreshPrompt() {
   if (!mine.webView || !mine.prompt) return;
   const std::optional<platform::URL> url = mine.webView->currentURL();
   const std::string host = url ? url->host() : "";
+  const std::string title = mine.webView->title();
+  mine.webView->setAccessibilityLabel(!title.empty() ? title : !host.empty() ? host : "Web page");
   if (host.empty() || mine.webView->isLoading()) {
     mine.prompt->setSymbol(platform::Symbol::None, "");
     // Whose page it is that did not come stays to be seen.
@@ -254,7 +256,7 @@ void VADBrowserController::refreshPrompt() {
     mine.prompt->setSymbol(platform::Symbol::NotSecure, "Not secure");
   }
   mine.prompt->setText(host);
-  mine.prompt->setDetail(mine.webView->title());
+  mine.prompt->setDetail(title);
 }
 
 void VADBrowserController::layOut() {

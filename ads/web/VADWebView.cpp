@@ -22,6 +22,7 @@ VADWebView::VADWebView(const platform::Rect& frame, platform::WebView* related)
   setAllowsInlineMediaPlayback(true);
   setMediaPlaybackRequiresUserAction(false);
   setAllowsAirPlay(true);
+  setAccessibilityLabel("Advertisement");
 }
 
 VADWebView::~VADWebView() {

@@ -131,7 +131,10 @@ void InterfaceView::setSelected(std::string_view control, bool selected) {
   } else {
     button->remove_css_class("selected");
   }
-  // A screen reader tells of a new name, other than of a new state of an ordinary button.
+  gtk_accessible_update_state(
+      GTK_ACCESSIBLE(button->gobj()), GTK_ACCESSIBLE_STATE_PRESSED,
+      selected ? GTK_ACCESSIBLE_TRISTATE_TRUE : GTK_ACCESSIBLE_TRISTATE_FALSE, -1);
+  // Some screen readers tell of a new name only, other than of a new state of an ordinary button.
   updateText(*button, Gtk::Accessible::Property::LABEL,
              titleOfControl(control) + (selected ? ", playing" : ""));
 }

@@ -17,7 +17,11 @@ namespace platform {
 /// The widget. It asks for no size: its view's frame, or the window, says how large it is.
 class NativeView::Container final : public Gtk::Widget {
  public:
-  explicit Container(View& view) : view_(view) { set_name("platform-view"); }
+  explicit Container(View& view) : view_(view) {
+    set_name("platform-view");
+    // Left to itself, the toolkit gives it no role, and its class for a name.
+    g_object_set(gobj(), "accessible-role", GTK_ACCESSIBLE_ROLE_GROUP, nullptr);
+  }
 
   ~Container() override {
     while (Gtk::Widget* child = get_first_child()) child->unparent();
@@ -153,6 +157,9 @@ void NativeView::setCovered(bool covered) {
     gtk_root_set_focus(root, nullptr);
   }
   container_->set_child_visible(!covered);
+  // To the toolkit what is covered is still there for screen readers.
+  gtk_accessible_update_state(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_STATE_HIDDEN, int{covered},
+                              -1);
 }
 
 void NativeView::focus() {
@@ -189,8 +196,9 @@ void NativeView::appearanceChanged() {
     Glib::Value<Glib::ustring> label;
     label.init(Glib::Value<Glib::ustring>::value_type());
     label.set(view_.accessibilityLabel());
-    // The content is what a screen reader stops at.
+    // The content is what a screen reader stops at, once.
     Gtk::Widget& named = container_->content() ? *container_->content() : *container_;
+    container_->reset_property(Gtk::Accessible::Property::LABEL);
     named.update_property(Gtk::Accessible::Property::LABEL, label);
   }
   container_->queue_draw();

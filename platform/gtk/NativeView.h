@@ -30,8 +30,8 @@ class NativeView {
   /// The least height, in points, that the content can be drawn in; 0 without content.
   double contentHeight() const;
 
-  /// While covered, the view is neither drawn nor reached by touches and keys, and keeps its frame.
-  /// It remembers which of its controls has the keyboard's focus.
+  /// While covered, the view is neither drawn nor reached by touches, keys and screen readers. It
+  /// keeps its frame, and remembers which of its controls has the keyboard's focus.
   void setCovered(bool covered);
   /// Moves the keyboard's focus into the view: to the control that had it when the view was
   /// covered, else to the first.

@@ -102,6 +102,8 @@ WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
     fit();
   });
   apply({});
+  // Its own role is none, and its name, when none is given, its class.
+  g_object_set(view_.get(), "accessible-role", GTK_ACCESSIBLE_ROLE_DOCUMENT, nullptr);
   host_.native().setContent(Glib::wrap(GTK_WIDGET(view_.get())));
   boundsChanged();
 }
