@@ -35,7 +35,7 @@ TEST_F(LinuxDeviceTest, NamesTheModelThatTheFirmwareTells) {
   EXPECT_EQ(device().model(), "Board 3");
   put("/proc/device-tree/model", std::string_view("Phone \xff One\0", 12));
   EXPECT_EQ(device().model(), "Phone \xef\xbf\xbd One");
-  put("/proc/device-tree/model", std::string(1'000'000, 'm'));
+  put("/proc/device-tree/model", std::string(1'000, 'm'));
   EXPECT_EQ(device().model(), std::string(100, 'm'));
 }
 
