@@ -11,6 +11,7 @@
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADWebView.h"
 #include "platform/Window.h"
+#include "platform/web/EngineCheck.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/Loop.h"
@@ -63,6 +64,11 @@ class RealScreensTest : public ::testing::Test {
     host->view()->setBackgroundColor({0.2, 0.4, 0.6, 1});
     window->setRootViewController(host);
     window->makeKeyAndVisible();
+    // As in the application, where a banner has asked before any screen opens: a page that is there
+    // takes the keyboard when its screen is up.
+    platform::EngineCheck::shared().ask([] {});
+    ASSERT_TRUE(
+        runUntil([] { return platform::EngineCheck::shared().isUsable() == true; }, kPatience));
     ASSERT_TRUE(runUntil([&] { return window->contentBounds().width == size.width; }, kPatience));
   }
   VADBrowserController& openBrowser(platform::URL url) {
