@@ -76,8 +76,9 @@ TEST(EngineCheckTest, SaysOnceWhyNoPageCanBeShown) {
     const std::string reason = reasons[row];
     EXPECT_EQ(check.isUsable(), reason.empty()) << row;
     ASSERT_EQ(log.lines().size(), reason.empty() ? 0u : 1u) << row;
-    if (!reason.empty())
+    if (!reason.empty()) {
       EXPECT_NE(log.lines()[0].find(reason), std::string::npos) << log.lines()[0];
+    }
   }
 }
 
