@@ -11,6 +11,8 @@ namespace platform {
 namespace {
 
 constexpr double kTransitionSeconds = 0.25;
+/// How long a desktop may take to do what it is asked for.
+constexpr double kTurnSeconds = 2;
 
 WeakPtr<Window> theKeyWindow;
 
@@ -255,12 +257,32 @@ void Window::hide() {
   native_->hide();
 }
 
+/// Where the window cannot be turned, the screen is shown as the window is.
 void Window::turnFor(const std::shared_ptr<ViewController>& controller) {
   if (!turnedFor_.expired()) return;
   if (controller->shouldAutorotateToInterfaceOrientation(orientation())) return;
+  if (!canTurn()) return;
   turnedFor_ = controller;
   sizeBeforeTurn_ = size();
-  resize({sizeBeforeTurn_.height, sizeBeforeTurn_.width});
+  native_->turn({sizeBeforeTurn_.height, sizeBeforeTurn_.width});
+  turnCheck_ = RunLoop::shared().scheduleTimer(kTurnSeconds, [this] { checkTurn(); });
+}
+
+bool Window::canTurn() const {
+  const Size present = size();
+  return !refusesToTurn_ && native_->canTurn({present.height, present.width});
+}
+
+/// The desktop has the last word. A window that it does not turn is not asked again, and what would
+/// leave the way out beyond the monitor's edge is undone.
+void Window::checkTurn() {
+  if (sizeBeforeTurn_ == Size{}) return;
+  const bool wasWide = sizeBeforeTurn_.width > sizeBeforeTurn_.height;
+  refusesToTurn_ = wasWide == isLandscape(orientation());
+  if (!refusesToTurn_ && isOnScreen(contentBounds())) return;
+  native_->turnBack(sizeBeforeTurn_);
+  turnedFor_.reset();
+  sizeBeforeTurn_ = {};
 }
 
 /// Once the screen that the window was turned for is gone. A window that somebody has turned back,
@@ -271,8 +293,9 @@ void Window::turnBack() {
   for (const ViewController* screen = root_.get(); screen; screen = screen->modal_.get()) {
     if (screen == turned.get()) return;
   }
+  turnCheck_.reset();
   const bool wasWide = sizeBeforeTurn_.width > sizeBeforeTurn_.height;
-  if (wasWide != isLandscape(orientation())) resize(sizeBeforeTurn_);
+  if (wasWide != isLandscape(orientation())) native_->turnBack(sizeBeforeTurn_);
   turnedFor_.reset();
   sizeBeforeTurn_ = {};
 }
@@ -328,6 +351,9 @@ void Window::setStatusBarHidden(bool hidden) {
 }
 double Window::statusBarHeight() const {
   return native_->statusBarHeight();
+}
+bool Window::isOnScreen(const Rect& area) const {
+  return native_->isOnScreen({area.x, area.y + statusBarHeight(), area.width, area.height});
 }
 bool Window::isBlank(const Rect& area) const {
   return native_->isBlank({area.x, area.y + statusBarHeight(), area.width, area.height});

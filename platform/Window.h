@@ -12,6 +12,7 @@
 namespace platform {
 
 class NativeWindow;
+class Timer;
 
 /// Owns its root screen. Main thread only.
 class Window : public virtual Trackable, public std::enable_shared_from_this<Window> {
@@ -52,11 +53,17 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   void resize(Size size);
   Size size() const;
   InterfaceOrientation orientation() const;
+  /// Whether the window can swap its sides: its size is its own matter, and the turned window would
+  /// be whole on the monitor.
+  bool canTurn() const;
 
   bool isStatusBarHidden() const;
   void setStatusBarHidden(bool hidden);
   double statusBarHeight() const;
 
+  /// Whether all of this part of the screens (as in `contentBounds`) is on the monitor, as far as
+  /// the desktop tells.
+  bool isOnScreen(const Rect& area) const;
   /// Writes what the window shows now to a PNG file; false when it shows nothing or the file cannot
   /// be written.
   bool savePicture(const std::string& path);
@@ -91,6 +98,7 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   void endTransition();
   void place(const Transition& transition, double progress);
   void turnFor(const std::shared_ptr<ViewController>& controller);
+  void checkTurn();
   void turnBack();
   void hide();
   void orientationMayHaveChanged();
@@ -106,6 +114,8 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   /// The presented screen that the window was turned for, and its size before.
   std::weak_ptr<ViewController> turnedFor_;
   Size sizeBeforeTurn_;
+  std::unique_ptr<Timer> turnCheck_;
+  bool refusesToTurn_ = false;
   bool visible_ = false;
   bool shownForModalsOnly_ = false;
 };

@@ -45,8 +45,8 @@ Size firstSizeOf(const ApplicationDescription& description) {
     size = {size.height, size.width};
   }
   if (const auto monitor = primaryMonitor()) {
-    size.width = std::min(size.width, monitor->size.width);
-    size.height = std::min(size.height, monitor->size.height);
+    size.width = std::min(size.width, monitor->room.width);
+    size.height = std::min(size.height, monitor->room.height);
   }
   return size;
 }

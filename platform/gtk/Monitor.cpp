@@ -1,9 +1,11 @@
 #include "platform/gtk/Monitor.h"
 
-#include <gtk/gtk.h>
-
 #include "platform/Device.h"
 #include "platform/Window.h"
+
+// After the window above, whose name is also one of X11's.
+#include <gdk/x11/gdkx.h>
+#include <gtk/gtk.h>
 
 namespace platform {
 namespace {
@@ -35,7 +37,10 @@ std::optional<Monitor> primaryMonitor() {
   if (!first) return std::nullopt;
   GdkRectangle area;
   gdk_monitor_get_geometry(first, &area);
+  GdkRectangle room = area;
+  if (GDK_IS_X11_MONITOR(first)) gdk_x11_monitor_get_workarea(first, &room);
   const Monitor monitor{{double(area.width), double(area.height)},
+                        {double(room.width), double(room.height)},
                         double(gdk_monitor_get_scale_factor(first))};
   g_object_unref(first);
   return monitor;

@@ -9,6 +9,7 @@ namespace platform {
 
 struct Monitor {
   Size size;         // points
+  Size room;         // what panels leave of it, as far as that is told
   double scale = 1;  // pixels a point
 };
 

@@ -10,11 +10,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/View.h"
 #include "platform/gtk/NativeView.h"
 #include "platform/gtk/Touches.h"
+#include "platform/gtk/WindowPlace.h"
 
 namespace platform {
 namespace {
@@ -40,6 +43,7 @@ struct NativeWindow::Widgets {
   Gtk::Window window;
   Gtk::HeaderBar statusBar;
   Size wanted;
+  std::optional<Point> placeBeforeTurn;
   guint animation = 0;
 };
 
@@ -82,6 +86,46 @@ void NativeWindow::resize(Size size) {
                                     static_cast<int>(widgets_->wanted.height + frame.height));
 }
 
+bool NativeWindow::canTurn(Size size) const {
+  GtkWindow* const window = widgets_->window.gobj();
+  const auto room = workAreaOf(window);
+  return isFree(window) && tellsPlace(window) && room && size.width <= room->width &&
+         size.height <= room->height;
+}
+
+void NativeWindow::turn(Size size) {
+  if (!canTurn(size)) return;
+  resize(size);
+  GtkWindow* const window = widgets_->window.gobj();
+  const auto present = placeOf(window);
+  const auto room = workAreaOf(window);
+  widgets_->placeBeforeTurn.reset();
+  if (!present || !room) return;
+  widgets_->placeBeforeTurn = Point{present->x, present->y};
+  const auto within = [](double start, double length, double from, double all) {
+    return std::clamp(start, from, from + all - length);
+  };
+  moveTo(window, {within(present->x, size.width, room->x, room->width),
+                  within(present->y, size.height, room->y, room->height), size.width, size.height});
+}
+
+void NativeWindow::turnBack(Size size) {
+  resize(size);
+  const auto before = std::exchange(widgets_->placeBeforeTurn, std::nullopt);
+  if (before) moveTo(widgets_->window.gobj(), {before->x, before->y, size.width, size.height});
+}
+
+bool NativeWindow::isOnScreen(const Rect& area) const {
+  GtkWindow* const window = widgets_->window.gobj();
+  const auto room = workAreaOf(window);
+  if (!room) return false;
+  const Rect place = placeOf(window).value_or(*room);
+  const double x = place.x + area.x;
+  const double y = place.y + area.y;
+  return x >= room->x && y >= room->y && x + area.width <= room->x + room->width &&
+         y + area.height <= room->y + room->height;
+}
+
 Size NativeWindow::size() const {
   Gtk::Window& window = widgets_->window;
   if (window.get_width() <= 0) return widgets_->wanted;
@@ -106,7 +150,7 @@ double NativeWindow::statusBarHeight() const {
   return natural;
 }
 
-NativeWindow::Picture NativeWindow::picture() const {
+NativeWindow::Picture NativeWindow::picture(float scale) const {
   GtkWidget* const widget = GTK_WIDGET(widgets_->window.gobj());
   GskRenderer* const renderer = gtk_native_get_renderer(GTK_NATIVE(widget));
   const int width = gtk_widget_get_width(widget);
@@ -117,24 +161,26 @@ NativeWindow::Picture NativeWindow::picture() const {
   // The widget's picture comes with its frame and shadow; what is kept is what lies within.
   const int pictured = std::max(width, gdk_paintable_get_intrinsic_width(paintable));
   const int high = std::max(height, gdk_paintable_get_intrinsic_height(paintable));
+  gtk_snapshot_scale(snapshot, scale, scale);
   gdk_paintable_snapshot(paintable, snapshot, pictured, high);
   g_object_unref(paintable);
   GskRenderNode* const node = gtk_snapshot_free_to_node(snapshot);
   if (!node) return Picture(nullptr, g_object_unref);
-  const graphene_rect_t area = GRAPHENE_RECT_INIT(
-      float(pictured - width) / 2, float(high - height) / 2, float(width), float(height));
+  const graphene_rect_t area =
+      GRAPHENE_RECT_INIT(float(pictured - width) / 2 * scale, float(high - height) / 2 * scale,
+                         float(width) * scale, float(height) * scale);
   Picture texture(gsk_renderer_render_texture(renderer, node, &area), g_object_unref);
   gsk_render_node_unref(node);
   return texture;
 }
 
 bool NativeWindow::savePicture(const std::string& path) const {
-  const Picture texture = picture();
+  const Picture texture = picture(static_cast<float>(widgets_->window.get_scale_factor()));
   return texture && gdk_texture_save_to_png(texture.get(), path.c_str());
 }
 
 bool NativeWindow::isBlank(const Rect& area) const {
-  const Picture texture = picture();
+  const Picture texture = picture(1);
   if (!texture) return true;
   const int width = gdk_texture_get_width(texture.get());
   const int height = gdk_texture_get_height(texture.get());

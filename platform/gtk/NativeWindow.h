@@ -29,6 +29,17 @@ class NativeWindow {
   void hide();
   void setTitle(const std::string& title);
   void resize(Size size);
+  /// Whether the window may take another shape. It may not where the desktop decides on its size,
+  /// where the shape is too large for the monitor, and where nobody tells the window's place, so
+  /// that nobody knows whether all of it would be seen.
+  bool canTurn(Size size) const;
+  /// Gives the window another shape, moved as little as brings all of it into the monitor; nothing
+  /// where it may not take that shape.
+  void turn(Size size);
+  /// Back to a shape, and to the place that the window had in it.
+  void turnBack(Size size);
+  /// Whether all of this area of the window is on its monitor, as far as the desktop tells.
+  bool isOnScreen(const Rect& area) const;
   Size size() const;
   bool isStatusBarHidden() const;
   void setStatusBarHidden(bool hidden);
@@ -45,8 +56,8 @@ class NativeWindow {
   struct Widgets;
   using Picture = std::unique_ptr<_GdkTexture, void (*)(void*)>;
 
-  /// What the window shows now; null when it shows nothing.
-  Picture picture() const;
+  /// What the window shows now, in so many pixels a point; null when it shows nothing.
+  Picture picture(float scale) const;
 
   std::unique_ptr<Widgets> widgets_;
 };

@@ -5,13 +5,17 @@
 #include <gtkmm/settings.h>
 #include <gtkmm/window.h>
 
+#include <cstdlib>
+
 #include "platform/gtk/NativeView.h"
 #include "platform/gtk/NativeWindow.h"
+#include "platform/gtk/WindowPlace.h"
 #include "tests/support/Loop.h"
 
 namespace {
 
 using platform::InterfaceOrientation;
+using platform::Point;
 using platform::Size;
 using platform::View;
 using platform::ViewController;
@@ -225,16 +229,50 @@ TEST_F(WindowTest, AWindowMayGoInTheMidstOfASlideAndFromAHook) {
   EXPECT_EQ(Window::keyWindow(), nullptr);
 }
 
-TEST_F(WindowTest, TurnsForAScreenThatIsWideOnlyAndBackWhenItGoes) {
-  const auto wide = screen("a");
-  wide->wideOnly = true;
-  root->presentModalViewController(wide, false);
-  ASSERT_TRUE(waitFor("a rotated wide"));
-  EXPECT_TRUE(isLandscape(window->orientation()));
-  ASSERT_TRUE(runUntil([&] { return wide->view()->frame() == window->contentBounds(); }));
-  root->dismissModalViewControllerAnimated(false);
-  ASSERT_TRUE(waitFor("root rotated upright"));
-  EXPECT_EQ(window->size(), (Size{360, 640}));
+TEST_F(WindowTest, TurnsForAScreenThatIsWideOnlyAndBackToItsPlaceWhenItGoes) {
+  GtkWindow* const native = window->native().window().gobj();
+  ASSERT_TRUE(runUntil([&] { return platform::placeOf(native).has_value(); }));
+  // On a monitor of 1600 x 1200.
+  for (const platform::Rect& before : {platform::Rect{10, 10, 360, 640},
+                                       {1200, 500, 360, 640},
+                                       {100, 10, 300, 1100},
+                                       {1, 1, 1100, 1150}}) {
+    SCOPED_TRACE(testing::Message() << before.width << " x " << before.height);
+    window->resize({before.width, before.height});
+    ASSERT_TRUE(runUntil([&] { return window->size() == Size{before.width, before.height}; }));
+    platform::moveTo(native, before);
+    ASSERT_EQ(platform::placeOf(native), before);
+    const auto wide = screen("a");
+    wide->wideOnly = true;
+    root->presentModalViewController(wide, false);
+    ASSERT_TRUE(waitFor("a rotated wide"));
+    EXPECT_TRUE(runUntil([&] {
+      return wide->view()->frame() == window->contentBounds() &&
+             window->isOnScreen(window->contentBounds());
+    }));
+    EXPECT_EQ(window->size(), (Size{before.height, before.width}));
+    root->dismissModalViewControllerAnimated(false);
+    ASSERT_TRUE(waitFor("root rotated upright"));
+    EXPECT_TRUE(runUntil([&] { return platform::placeOf(native) == before; }));
+    lines.clear();
+  }
+}
+
+TEST_F(WindowTest, KeepsItsShapeWhereNotAllOfItWouldStayInSight) {
+  const char* const desktop = std::getenv("COMPOSITOR");
+  if (desktop && desktop == std::string("openbox")) {
+    window->native().window().maximize();
+  } else {
+    // Turned, it is too high for the monitor of these tests; on Wayland nothing is turned.
+    window->resize({1500, 300});
+  }
+  ASSERT_TRUE(runUntil([&] { return window->size().width > 1000; }));
+  const Size before = window->size();
+  const auto upright = screen("a");
+  upright->anyOrientation = false;
+  EXPECT_FALSE(window->canTurn());
+  root->presentModalViewController(upright, false);
+  EXPECT_FALSE(runUntil([&] { return window->size() != before; }, 0.2));
 }
 
 TEST_F(WindowTest, TurnsBackAlsoWhenTheWideScreenGoesWithTheOneBelowIt) {
