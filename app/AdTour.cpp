@@ -111,6 +111,7 @@ std::string browserProblem(const std::string& page, bool canGoBack) {
   const VADBrowserControllerPrivate& mine = parts(*shown);
   if (mine.prompt->text() != url->host()) return "the toolbar does not say whose page it is";
   if (mine.toolbar->items().size() != 9) return "the toolbar's items are missing";
+  if (!shown->window()->isOnScreen(mine.toolbar->frame())) return "the toolbar is off the screen";
   if (!mine.safariButton->isEnabled()) return "the page cannot be viewed in another browser";
   if (mine.backButton->isEnabled() != canGoBack) return "the back button has the wrong state";
   return "";
@@ -139,6 +140,8 @@ std::string webAppProblem(const std::string& title) {
   if (mine.loadingSpinner) return "the spinner still turns";
   if (mine.closeButton->frame() != platform::Rect{0, 0, kCorner, kCorner})
     return "the close button is off";
+  if (!shown->window()->isOnScreen(mine.closeButton->frame()))
+    return "the close button is off the screen";
   return pageProblem(*shown->webView(), title);
 }
 
@@ -154,7 +157,14 @@ std::string greetingProblem(const std::shared_ptr<std::string>& said) {
 std::string lyingWebAppProblem() {
   if (std::string problem = webAppProblem("Pocket Garden"); !problem.empty()) return problem;
   const platform::Window& window = *webApp()->window();
-  return platform::isLandscape(window.orientation()) ? "" : "the window is not turned";
+  return platform::isLandscape(window.orientation()) || !window.canTurn()
+             ? ""
+             : "the window is not turned";
+}
+
+std::string shapeRemark() {
+  const platform::Window* const window = platform::Window::keyWindow();
+  return window && !platform::isLandscape(window->orientation()) ? "shown as the window is" : "";
 }
 
 /// The steps that several ads have in common.
@@ -215,6 +225,7 @@ class AdSteps {
     ask("an ad that lies on its side", "ad-webapp-html", "Pocket Garden",
         {{"pcc", "1"}, {"pai", kTicket}, {"plpnc", kUntold}, {"pcl", kSome}, {"plpd", kSome}});
     add("tap it and be turned", tapBanner, lyingWebAppProblem);
+    steps_.back().remark = shapeRemark;
     back("the page closes itself", [] {
       if (webApp()) tapElement(*webApp()->webView(), "a");
     });

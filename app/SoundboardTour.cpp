@@ -23,13 +23,19 @@ std::string screenProblem() {
   for (const std::string& control : controls.controls()) {
     const platform::Rect frame = controls.frameOfControl(control);
     if (frame.width < 44 || frame.height < 44) {
-      return "the button \"" + control + "\" is too small to be pressed";
+      return "the button \"" + controls.titleOfControl(control) + "\" is too small to be pressed";
     }
   }
   if (overlap(controls.frameOfControl("stop"), shown->banner().frame())) {
     return "the banner covers the stop button";
   }
   return "";
+}
+
+/// What people read on the button.
+std::string titleOf(const std::string& control) {
+  SoundScreen* const shown = soundScreen();
+  return shown && shown->controls() ? shown->controls()->titleOfControl(control) : control;
 }
 
 std::string playingProblem(const std::string& action) {
@@ -39,7 +45,7 @@ std::string playingProblem(const std::string& action) {
   for (const Sound& sound : sounds()) {
     const bool selected = shown->controls()->isSelected(sound.action);
     if (selected == (sound.action == action)) continue;
-    return std::string("the button \"") + sound.action + "\" shows the wrong state";
+    return "the button \"" + titleOf(sound.action) + "\" shows the wrong state";
   }
   return "";
 }
@@ -68,7 +74,7 @@ std::vector<TourStep> soundboardSteps() {
   steps.push_back({"an ad in the banner", {}, bannerProblem, kAdPatience});
   for (const Sound& sound : sounds()) {
     const std::string action = sound.action;
-    steps.push_back({"press " + action, [action] { press(action); },
+    steps.push_back({"press " + titleOf(action), [action] { press(action); },
                      [action] { return playingProblem(action); }, kPressPatience});
   }
   steps.push_back({"stop", [] { press("stop"); }, silenceProblem});

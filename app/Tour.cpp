@@ -73,8 +73,13 @@ void Tour::endStep(const std::string& problem) {
     trouble += std::string(trouble.empty() ? "" : "; ") + "no picture could be taken";
   }
   if (!trouble.empty()) ++failed_;
-  report_ += picture + "  " + steps_[current_].title + ": " +
-             (trouble.empty() ? "as it should be" : "FAILED: " + trouble) + "\n";
+  report_ += picture + "  " + steps_[current_].title + ": ";
+  report_ += trouble.empty() ? "as it should be" : "FAILED: " + trouble;
+  const auto& remark = steps_[current_].remark;
+  if (const std::string more = remark && trouble.empty() ? remark() : ""; !more.empty()) {
+    report_ += ", " + more;
+  }
+  report_ += "\n";
   ++current_;
   beginStep();
 }

@@ -24,6 +24,8 @@ struct TourStep {
   std::function<std::string()> problem;
   /// Seconds until then.
   double patience = 10;
+  /// What else there is to say of a step that did not fail.
+  std::function<std::string()> remark = nullptr;
 };
 
 /// Goes through steps one after another on the run loop and leaves numbered pictures and a report,

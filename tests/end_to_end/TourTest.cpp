@@ -90,7 +90,7 @@ TEST(FailingTour, ClipsThatAreMissingFailTheirStepsAndTheProgram) {
       run("env -u QUORBEL_RESOURCES XDG_STATE_HOME=" + folder.file("state") + " " +
           folder.file("quorbel") + " --idiom phone --tour " + folder.file("t"));
   EXPECT_EQ(finished.status, 1);
-  EXPECT_NE(finished.output.find("press candy: FAILED: no clip plays"), std::string::npos);
+  EXPECT_NE(finished.output.find("press Candy: FAILED: no clip plays"), std::string::npos);
   EXPECT_NE(finished.output.find("14 failed\n"), std::string::npos) << finished.output;
   EXPECT_NE(finished.errors.find("The clip \"candy.m4a\" is missing."), std::string::npos);
 }
