@@ -236,7 +236,9 @@ class AdSteps {
            std::vector<Told> told) {
     add(
         std::move(title),
-        [unit, network = network_] {
+        [unit, network = network_, wasLandscape = wasLandscape_] {
+          const platform::Window* const window = platform::Window::keyWindow();
+          *wasLandscape = window && platform::isLandscape(window->orientation());
           // No other ad shall come between this one and the tap.
           if (network) network->setRefreshSeconds(0);
           askForAd(unit);
@@ -248,12 +250,11 @@ class AdSteps {
         });
   }
 
-  /// Back to the soundboard, with the window as it was at first.
+  /// Back to the soundboard, with the window as it was before the page.
   void back(std::string title, std::function<void()> act) {
-    const platform::Window* const window = platform::Window::keyWindow();
-    const bool landscape = window && platform::isLandscape(window->orientation());
     steps_.push_back({std::move(title), std::move(act),
-                      [landscape] { return soundboardProblem(landscape); }, kLeavingPatience});
+                      [wasLandscape = wasLandscape_] { return soundboardProblem(*wasLandscape); },
+                      kLeavingPatience});
   }
 
   void add(std::string title, std::function<void()> act, std::function<std::string()> problem) {
@@ -261,6 +262,7 @@ class AdSteps {
   }
 
   sandbox::Sandbox* network_;
+  std::shared_ptr<bool> wasLandscape_ = std::make_shared<bool>(false);
   std::vector<TourStep> steps_;
 };
 
