@@ -33,7 +33,7 @@ TEST(Scenario, StatusesAndBodiesAreWhatTheTableSays) {
   };
   for (const Row& row : {
            Row{"fill", 200, "<!DOCTYPE html>"},
-           {"no-fill", 200, " \r\n\t \n"},
+           {"no-fill", 200, " \r\n\t\u00a0\u3000\n"},
            {"status-204", 204, ""},
            {"status-399", 399, "The sandbox was"},
            {"status-400", 400, "The sandbox was"},
