@@ -106,6 +106,9 @@ WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
   g_object_set(view_.get(), "accessible-role", GTK_ACCESSIBLE_ROLE_DOCUMENT, nullptr);
   host_.native().setContent(Glib::wrap(GTK_WIDGET(view_.get())));
   boundsChanged();
+  // The engine makes a drawing context of its own current behind the toolkit's back. The toolkit
+  // would go on with the one that it takes for current, and its next frame would end the program.
+  gdk_gl_context_clear_current();
 }
 
 WebKitEngine::~WebKitEngine() {
