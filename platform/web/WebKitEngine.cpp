@@ -96,10 +96,8 @@ WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
     forgetWidth();  // the new page is measured at its full size
   });
   scripts_.setWidthHandler([this](double viewport, double width) {
-    // What a page takes once it is zoomed out says nothing about its full size.
-    if (std::abs(viewport - fullViewport()) > 1) return;
-    pageWidth_ = width;
-    fit();
+    measured_ = {viewport, width};
+    takeMeasure();
   });
   apply({});
   // Its own role is none, and its name, when none is given, its class.
@@ -245,7 +243,8 @@ void WebKitEngine::apply(const Settings& settings) {
 }
 
 void WebKitEngine::boundsChanged() {
-  fit();
+  // A page that was never laid out in the bounds between tells its width no second time.
+  takeMeasure();
   // A page is laid out in its size while it is hidden, too, when the toolkit gives it none.
   GtkWidget* const widget = GTK_WIDGET(view_.get());
   const auto width = static_cast<int>(std::lround(host_.bounds().width));
@@ -260,7 +259,14 @@ void WebKitEngine::boundsChanged() {
   gtk_widget_size_allocate(widget, &place, -1);
 }
 
+void WebKitEngine::takeMeasure() {
+  // What a page takes once it is zoomed out says nothing about its full size.
+  if (std::abs(measured_.viewport - fullViewport()) <= 1) pageWidth_ = measured_.width;
+  fit();
+}
+
 void WebKitEngine::forgetWidth() {
+  measured_ = {};
   pageWidth_ = 0;
   fit();
 }

@@ -50,6 +50,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   void fit();
   /// The viewport's width, in the page's pixels, where nothing is zoomed out.
   double fullViewport() const;
+  void takeMeasure();
   void forgetWidth();
   /// Begins a load that the web view was asked for, and begins it again when the page that it
   /// replaces gets in its way.
@@ -75,6 +76,13 @@ class WebKitEngine final : public WebEngine, public Trackable {
   bool replaces_ = false;
   bool fromNetwork_ = false;
   bool scalesPageToFit_ = false;
+  /// What the page told last, in its own points: its viewport's width, and how wide it is when it
+  /// is wider than that, or 0.
+  struct Measure {
+    double viewport = 0;
+    double width = 0;
+  };
+  Measure measured_;
   double pageWidth_ = 0;  // what it needs, in its pixels; 0 when it fits or that is unknown
   bool insecureContent_ = false;
 };
