@@ -78,7 +78,7 @@ void StateWriter::run() {
     wake_.wait_until(lock, restsUntil_, [this] { return hurried_ || ending_; });
     hurried_ = false;
     writeAll(lock);
-    if (ending_) return;
+    if (ending_ && !wanted_) return;  // more may have come during the write
     restsUntil_ = Clock::now() + kRest;
   }
 }
