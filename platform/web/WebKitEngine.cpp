@@ -11,6 +11,7 @@
 #include "platform/RunLoop.h"
 #include "platform/gtk/NativeView.h"
 #include "platform/web/EngineCheck.h"
+#include "platform/web/PageWidget.h"
 #include "platform/web/Refusals.h"
 #include "platform/web/SpareProcess.h"
 #include "platform/web/WaitingEngine.h"
@@ -30,12 +31,12 @@ WebKitWebView* makeView(WebKitSettings* settings, WebKitUserContentManager* cont
                         WebKitWebView* related) {
   // A related view has the other's web process, context and session.
   GObject* const view =
-      related ? G_OBJECT(g_object_new(WEBKIT_TYPE_WEB_VIEW, "settings", settings,
-                                      "user-content-manager", content, "related-view", related,
-                                      nullptr))
-              : G_OBJECT(g_object_new(WEBKIT_TYPE_WEB_VIEW, "settings", settings,
-                                      "user-content-manager", content, "web-context", webContext(),
-                                      "network-session", webSession(), nullptr));
+      related
+          ? G_OBJECT(g_object_new(pageWidgetType(), "settings", settings, "user-content-manager",
+                                  content, "related-view", related, nullptr))
+          : G_OBJECT(g_object_new(pageWidgetType(), "settings", settings, "user-content-manager",
+                                  content, "web-context", webContext(), "network-session",
+                                  webSession(), nullptr));
   g_object_ref_sink(view);
   const GdkRGBA clear{0, 0, 0, 0};
   webkit_web_view_set_background_color(WEBKIT_WEB_VIEW(view), &clear);
@@ -221,13 +222,17 @@ void WebKitEngine::processEnded(WebKitWebView*, WebKitWebProcessTerminationReaso
       {"platform.web", static_cast<int>(reason), "The process of the page has ended."});
 }
 
-gboolean WebKitEngine::keyPressed(GtkEventControllerKey*, guint key, guint, GdkModifierType,
+gboolean WebKitEngine::keyPressed(GtkEventControllerKey* keys, guint key, guint, GdkModifierType,
                                   gpointer self) {
+  if (key != GDK_KEY_Return && key != GDK_KEY_KP_Enter && key != GDK_KEY_space) return FALSE;
+  // The engine sends a key again that the page has no use for.
+  auto& engine = *static_cast<WebKitEngine*>(self);
+  const guint32 time = gtk_event_controller_get_current_event_time(GTK_EVENT_CONTROLLER(keys));
+  if (time != GDK_CURRENT_TIME && time == engine.keyTime_) return FALSE;
+  engine.keyTime_ = time;
   // Following a link with the keyboard is as much the person's doing as touching it.
-  if (key == GDK_KEY_Return || key == GDK_KEY_KP_Enter || key == GDK_KEY_space) {
-    View& host = static_cast<WebKitEngine*>(self)->host_;
-    host.hitTest({host.bounds().width / 2, host.bounds().height / 2}, EventType::Touches);
-  }
+  const Rect bounds = engine.host_.bounds();
+  engine.host_.hitTest({bounds.width / 2, bounds.height / 2}, EventType::Touches);
   return FALSE;
 }
 

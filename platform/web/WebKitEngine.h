@@ -66,6 +66,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   GObjectPtr<WebKitWebView> spare_;  // whose process the view shares, until its first page is there
   GObjectPtr<WebKitWebView> view_;
   GtkEventController* keys_;  // owned by the view
+  guint32 keyTime_ = 0;       // of the last key that counted as a touch
   Client& client_;
   LoadTracker loads_;
   NavigationPolicy policy_;

@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "platform/Button.h"
 #include "platform/gtk/NativeView.h"
 #include "platform/gtk/NativeWindow.h"
 #include "tests/support/Loop.h"
@@ -71,6 +72,42 @@ TEST_F(WebViewPage, IsTouchedByTheKeyThatFollowsALink) {
   };
   EXPECT_EQ(type("a"), 0);
   EXPECT_EQ(type("Return"), 1);
+}
+
+TEST_F(WebViewPage, IsEnteredAndLeftWithTheKeyboard) {
+  Page page({0, 50, 320, 100});
+  page.show();
+  page.load("<a id=one href='a'>1</a> <a id=two href='b'>2</a>");
+  const auto addButton = [&](double y) {
+    const auto button = std::make_shared<platform::Button>(platform::ButtonStyle::Custom,
+                                                           platform::Rect{0, y, 320, 40});
+    page.view->superview()->addSubview(button);
+    return button;
+  };
+  const auto above = addButton(0);
+  const auto below = addButton(200);
+  const auto focused = [&]() -> std::string {
+    if (above->isFirstResponder()) return "above";
+    if (below->isFirstResponder()) return "below";
+    return page.evaluate("document.hasFocus() && (document.activeElement.id || 'page')");
+  };
+  struct Case {
+    const char* with;
+    std::vector<std::string> then;
+  };
+  const Case cases[] = {
+      {nullptr, {"page", "one", "two", "below", "above", "page", "one"}},
+      {"Shift_L", {"above", "below", "page", "two", "one", "above"}},
+      {nullptr, {"page", "one", "two", "below"}},
+  };
+  runFor(0.2);
+  above->becomeFirstResponder();
+  for (const Case& each : cases) {
+    for (const std::string& expected : each.then) {
+      typeKey(GTK_WIDGET(page.window->native().window().gobj()), "Tab", each.with);
+      EXPECT_TRUE(runUntil([&] { return focused() == expected; }, 2)) << focused();
+    }
+  }
 }
 
 TEST_F(WebViewPage, LetsWhatIsBehindShowThroughAndStaysInItsFrame) {
