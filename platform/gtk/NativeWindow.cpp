@@ -67,7 +67,11 @@ Gtk::Window& NativeWindow::window() {
 }
 
 void NativeWindow::show() {
-  widgets_->window.present();
+  Gtk::Window& window = widgets_->window;
+  // Without a keyboard or pointer anywhere, the toolkit would end the program in a window's wish
+  // for the focus.
+  if (!window.get_display()->get_default_seat()) return window.set_visible(true);
+  window.present();
 }
 
 void NativeWindow::hide() {

@@ -6,15 +6,20 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "platform/Button.h"
 #include "platform/Json.h"
 #include "platform/Value.h"
+#include "platform/ViewController.h"
 #include "sandbox/Sandbox.h"
 #include "tests/support/Loop.h"
 #include "tests/support/Process.h"
+#include "tests/support/WebPage.h"
 
 namespace {
 
+using quorbel_tests::Page;
 using quorbel_tests::run;
+using quorbel_tests::runFor;
 using quorbel_tests::runUntil;
 
 constexpr double kRefreshSeconds = 3;
@@ -31,7 +36,7 @@ const std::string kOnScreen = "DISPLAY=$SCREEN_DISPLAY xdotool ";
 const Desktop kDesktops[] = {
     {"sway", "swaymsg workspace 2", "swaymsg workspace 1", ""},
     {"openbox", kOnScreen + "set_desktop 1", kOnScreen + "set_desktop 0", ""},
-    {"phoc", "", "", ""},
+    {"headless", "", "", ""},
     // Darkens the screen when nobody moves the pointer.
     {"weston", "true", kOnScreen + "mousemove_relative 1 1", kOnScreen + "mousemove_relative 1 1"},
 };
@@ -65,7 +70,7 @@ class DesktopTest : public ::testing::Test {
     if (!desktop->hide.empty()) return perform(desktop->hide);
     cover = GTK_WINDOW(gtk_window_new());
     gtk_window_fullscreen(cover);
-    gtk_window_present(cover);
+    gtk_widget_set_visible(GTK_WIDGET(cover), TRUE);
   }
 
   void show() {
@@ -118,6 +123,22 @@ TEST_F(DesktopTest, AsksForNoAdWhileNobodyCanSeeItAndEndsInOrder) {
   g_subprocess_send_signal(program, SIGTERM);
   ASSERT_TRUE(g_subprocess_wait(program, nullptr, nullptr));
   EXPECT_TRUE(g_subprocess_get_successful(program));
+}
+
+TEST(DesktopTestOfPages, GoOnDrawingWhenAPageComesLater) {
+  platform::Window window({320, 480});
+  const auto screen = std::make_shared<platform::ViewController>();
+  window.setRootViewController(screen);
+  window.makeKeyAndVisible();
+  runFor(0.5);
+  Page page;
+  screen->view()->addSubview(page.view);
+  ASSERT_TRUE(page.load("<p>Page"));
+  const auto button = std::make_shared<platform::Button>(platform::ButtonStyle::Bar,
+                                                         platform::Rect{0, 100, 320, 40});
+  button->setTitle("Above");
+  screen->view()->addSubview(button);
+  EXPECT_TRUE(runUntil([&] { return !window.isBlank({0, 100, 320, 40}); }));
 }
 
 }  // namespace
