@@ -36,7 +36,8 @@ class InterfaceView : public View {
   bool isSelected(std::string_view control) const;
   /// Where the control is, in this view's coordinates; empty when it is not laid out.
   Rect frameOfControl(std::string_view control) const;
-  /// Shows the object with that id, or takes its room away. Unknown ids are ignored.
+  /// Shows the object with that id, and the beginning of the area that scrolls it, or takes its
+  /// room away. Unknown ids are ignored.
   void setHidden(const std::string& object, bool hidden);
   /// True also when there is no such object.
   bool isHidden(const std::string& object) const;

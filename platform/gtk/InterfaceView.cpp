@@ -145,7 +145,12 @@ bool InterfaceView::isSelected(std::string_view control) const {
 }
 
 void InterfaceView::setHidden(const std::string& object, bool hidden) {
-  if (GtkWidget* const widget = widgets_->object(object)) gtk_widget_set_visible(widget, !hidden);
+  GtkWidget* const widget = widgets_->object(object);
+  if (!widget) return;
+  gtk_widget_set_visible(widget, !hidden);
+  GtkWidget* const scroller = gtk_widget_get_ancestor(widget, GTK_TYPE_SCROLLED_WINDOW);
+  if (hidden || !scroller) return;
+  gtk_adjustment_set_value(gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(scroller)), 0);
 }
 
 bool InterfaceView::isHidden(const std::string& object) const {
