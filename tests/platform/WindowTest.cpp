@@ -267,6 +267,7 @@ TEST_F(WindowTest, KeepsItsShapeWhereNotAllOfItWouldStayInSight) {
     window->resize(desktop ? Size{640, 360} : Size{1500, 300});
   }
   ASSERT_TRUE(runUntil([&] { return isLandscape(window->orientation()); }));
+  quorbel_tests::runFor(0.5);  // a desktop that tiles gives its own size later
   const Size before = window->size();
   const auto upright = screen("a");
   upright->anyOrientation = false;
