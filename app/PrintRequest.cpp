@@ -4,6 +4,7 @@
 
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/support/VADNetworkChecker.h"
+#include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "app/SoundScreen.h"
 #include "platform/AudioSession.h"
@@ -15,56 +16,68 @@
 namespace quorbel {
 namespace {
 
+using platform::ApplicationDescription;
 using valdren::VADObjectPrivate;
-using valdren::VADRequestPrivate;
-using valdren::VADStatistics;
 
-/// How long the network and the sound server may take to answer, in seconds.
+/// How long the network and the sound server may take to answer without a window, in seconds.
 constexpr double kNetworkPatience = 1;
 constexpr double kSoundPatience = 0.3;
 
-/// Both answer only once they are asked for, which in the application is long before a request.
-void waitForAnswers() {
-  const auto& checker = valdren::VADNetworkChecker::sharedChecker();
-  platform::AudioSession& session = platform::AudioSession::shared();
-  session.initialize();
-  platform::RunLoop::turnUntil([&] { return checker.changeCount() > 0; }, kNetworkPatience);
-  platform::RunLoop::turnUntil([&] { return session.route().name.has_value(); }, kSoundPatience);
+/// Gives the exit status.
+int print(const platform::Dictionary& parameters) {
+  const std::optional<std::string> json = platform::writeIndentedJson(parameters);
+  if (json && std::fputs(json->c_str(), stdout) >= 0 && std::fflush(stdout) == 0) return 0;
+  std::fputs("Quorbel: the request cannot be written.\n", stderr);
+  return 1;
 }
 
-/// As the banner does when a request begins.
-std::shared_ptr<VADRequestPrivate> beginRequest() {
-  auto request = SoundScreen::makeRequest()->copy();
-  VADStatistics& statistics = VADStatistics::sharedStatistics();
-  const char* const sinceFirst = valdren::kVADParameterTimeSinceFirstRequest;
-  if (!statistics.timingNamed(sinceFirst)) statistics.startTimingNamed(sinceFirst);
-  request->setCounter(statistics.incrementAdRequestCount());
-  return request;
+void printRequestOf(valdren::VADBannerView& banner) {
+  const auto loader = valdren::VADPrivateUtilities::privateObjectForKey<VADObjectPrivate>(&banner);
+  loader->tellRequest(SoundScreen::makeRequest(), [](const platform::Dictionary& parameters) {
+    platform::terminateApplication(print(parameters));
+  });
+}
+
+/// The application as it always is, but that its banner prints its request.
+ApplicationDescription printing(ApplicationDescription description) {
+  for (auto& [name, makeScreen] : description.screens) {
+    makeScreen = [make = makeScreen] {
+      auto made = make();
+      if (auto* const sounds = dynamic_cast<SoundScreen*>(made.get())) {
+        sounds->setBannerTask(printRequestOf);
+      }
+      return made;
+    };
+  }
+  description.alone = true;
+  return description;
+}
+
+int printWithoutWindow(const ApplicationDescription& description) {
+  const auto request = SoundScreen::makeRequest()->copy();
+  VADObjectPrivate::begin(*request);
+  const auto& checker = valdren::VADNetworkChecker::sharedChecker();
+  auto& session = platform::AudioSession::shared();
+  platform::RunLoop::turnUntil([&] { return checker.changeCount() > 0; }, kNetworkPatience);
+  platform::RunLoop::turnUntil([&] { return session.route().name.has_value(); }, kSoundPatience);
+  platform::Dictionary parameters = request->parameters();
+  VADObjectPrivate::putSlot(parameters, kAdUnitID);
+  return print(parameters);
 }
 
 }  // namespace
 
-int printRequest(const platform::ApplicationDescription& description) {
+int printRequest(const ApplicationDescription& description) {
   platform::Bundle::main().setIdentifier(description.identifier);
   platform::Bundle::main().setVersion(description.version);
   // What the request counts and clears stays in this process.
   platform::FileUserDefaults kept(platform::FileUserDefaults::standardFolder(),
                                   platform::FileUserDefaults::Access::ReadOnly);
   const platform::UserDefaults::Replacement replacement(kept);
-
-  const std::shared_ptr<platform::Window> window = platform::makeHiddenWindow(description);
-  waitForAnswers();
-  platform::Dictionary parameters = beginRequest()->parameters();
-  VADObjectPrivate::putSlot(parameters, kAdUnitID);
-  if (window) {
-    const platform::Rect frame = SoundScreen::bannerFrame(window->contentBounds().size());
-    VADObjectPrivate::putPlace(parameters, frame, {0, 0, frame.width, frame.height});
-  }
-  const std::optional<std::string> json = platform::writeIndentedJson(parameters);
-  VADStatistics::releaseSharedStatistics();
-  if (json && std::fputs(json->c_str(), stdout) >= 0 && std::fflush(stdout) == 0) return 0;
-  std::fprintf(stderr, "%s: the request cannot be written.\n", description.name.c_str());
-  return 1;
+  const int status = platform::hasDisplay() ? platform::applicationMain(printing(description))
+                                            : printWithoutWindow(description);
+  valdren::VADStatistics::releaseSharedStatistics();
+  return status;
 }
 
 }  // namespace quorbel

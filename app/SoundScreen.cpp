@@ -52,10 +52,6 @@ void SoundScreen::viewDidLoad() {
   placeBanner();
 }
 
-platform::Rect SoundScreen::bannerFrame(platform::Size screen) {
-  return {0, screen.height - kBannerHeight, kBannerWidth, kBannerHeight};
-}
-
 std::shared_ptr<valdren::VADRequest> SoundScreen::makeRequest() {
   auto request = valdren::VADRequest::request();
   request->setTesting(true);
@@ -63,14 +59,15 @@ std::shared_ptr<valdren::VADRequest> SoundScreen::makeRequest() {
 }
 
 void SoundScreen::placeBanner() {
-  bannerView_ = std::make_shared<valdren::VADBannerView>(bannerFrame(view()->frame().size()));
+  const double top = view()->frame().height - kBannerHeight;
+  bannerView_ =
+      std::make_shared<valdren::VADBannerView>(platform::Rect{0, top, kBannerWidth, kBannerHeight});
   // A desktop's window changes its size at will; the banner stays on its bottom edge.
   bannerView_->setAutoresizingMask(platform::kFlexibleTopMargin);
   bannerView_->setAdUnitID(kAdUnitID);
   bannerView_->setRootViewController(this);
   view()->addSubview(bannerView_);
-
-  bannerView_->loadRequest(makeRequest());
+  bannerTask_(*bannerView_);
 }
 
 void SoundScreen::play(const std::string& action) {

@@ -2,6 +2,7 @@
 // banner.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,10 +34,12 @@ class SoundScreen : public platform::ViewController, public platform::AudioPlaye
 
   void viewDidLoad() override;
 
-  /// The banner's place in a screen of this size.
-  static platform::Rect bannerFrame(platform::Size screen);
   /// What the banner asks for.
   static std::shared_ptr<valdren::VADRequest> makeRequest();
+  /// What is done with the banner once it is in its place; asks for an ad when nothing else is set.
+  void setBannerTask(std::function<void(valdren::VADBannerView&)> task) {
+    bannerTask_ = std::move(task);
+  }
 
   /// Plays the action's clip from its beginning, cutting off the one before it. Unknown actions are
   /// ignored.
@@ -60,6 +63,9 @@ class SoundScreen : public platform::ViewController, public platform::AudioPlaye
   void setSilent(bool silent);
 
   std::shared_ptr<valdren::VADBannerView> bannerView_;
+  std::function<void(valdren::VADBannerView&)> bannerTask_ = [](valdren::VADBannerView& banner) {
+    banner.loadRequest(makeRequest());
+  };
   std::unique_ptr<platform::AudioPlayer> theAudio;
   bool silent_ = false;  // whether the screen says that there is no sound
   struct : platform::Trackable {

@@ -57,10 +57,6 @@ struct ApplicationDescription {
   std::function<void()> started;
 };
 
-/// The window that a run would open, as it is at first, but never shown: for what depends on it
-/// without a run. It is the key window. Null when there is no display.
-std::shared_ptr<Window> makeHiddenWindow(const ApplicationDescription& description);
-
 /// Runs the application until its window is closed or it is told to end. Gives the exit status: 0
 /// after an ordinary end, 1 when there is no display or the interface files are broken (one line on
 /// standard error says which).

@@ -1,6 +1,8 @@
 // The machine that this runs on.
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +11,8 @@
 #include "platform/Shared.h"
 
 namespace platform {
+
+class Timer;
 
 enum class InterfaceIdiom : int { Phone = 0, Tablet = 1 };
 
@@ -45,6 +49,10 @@ class Screen : public Shared<Screen> {
   virtual std::optional<double> scale() const = 0;
   /// The part of the screen that is the application's: the window's content without the status bar.
   virtual Rect applicationFrame() const = 0;
+  /// Calls `task` once the window has got the size that it keeps, so that what is asked here tells
+  /// what the person sees: at once where it has, else later, one second after its launch at most.
+  /// Destroying the timer cancels the call; it is null where the call was made at once.
+  virtual std::unique_ptr<Timer> whenSettled(std::function<void()> task) = 0;
 };
 
 }  // namespace platform

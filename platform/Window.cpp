@@ -339,6 +339,9 @@ void Window::setTitle(const std::string& title) {
 }
 void Window::resize(Size size) {
   native_->resize(size);
+  if (visible_) return;
+  // Nothing is laid out that would tell.
+  stage_->setFrame({0, 0, size.width, size.height - statusBarHeight()});
 }
 Size Window::size() const {
   return native_->size();

@@ -13,6 +13,7 @@
 #include "ads/web/VADBannerWebViewDelegate.h"
 #include "ads/web/VADWebView.h"
 #include "platform/Application.h"
+#include "platform/Device.h"
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/RunLoop.h"
@@ -133,20 +134,35 @@ void VADObjectPrivate::loadPrivateRequest(const std::shared_ptr<VADRequestPrivat
   }
   if (!supportsMinimumRequirementsForRequest(request.get())) return;
   if (!autoRefresh) hasAutoRefreshed_ = false;
+  takeRequest(request);
+  debug("request " + std::to_string(request_->counter()) + (autoRefresh ? ", a refresh" : ""));
+  changeState(kVADStateBuildingURL);
+  ensureSupportFiles();
+}
+
+void VADObjectPrivate::takeRequest(const std::shared_ptr<VADRequestPrivate>& request) {
   if (!request) {
     request_ = std::make_shared<VADRequestPrivate>();
   } else if (request != request_) {
     request_ = request->copy();
   }
+  begin(*request_);
+}
 
+void VADObjectPrivate::begin(VADRequestPrivate& request) {
   auto& statistics = VADStatistics::sharedStatistics();
   if (!statistics.timingNamed(kVADParameterTimeSinceFirstRequest)) {
     statistics.startTimingNamed(kVADParameterTimeSinceFirstRequest);
   }
-  request_->setCounter(statistics.incrementAdRequestCount());
-  debug("request " + std::to_string(request_->counter()) + (autoRefresh ? ", a refresh" : ""));
-  changeState(kVADStateBuildingURL);
-  ensureSupportFiles();
+  request.setCounter(statistics.incrementAdRequestCount());
+  VADRequestPrivate::askSystem();
+}
+
+void VADObjectPrivate::tellRequest(
+    const std::shared_ptr<VADRequest>& request,
+    std::function<void(const platform::Dictionary& parameters)> tell) {
+  takeRequest(privateRequestWithRequest(request));
+  gatherParameters(std::move(tell));
 }
 
 void VADObjectPrivate::reloadCurrentRequest() {
@@ -222,9 +238,19 @@ void VADObjectPrivate::buildAdUrl() {
     return;
   }
   changeState(kVADStateBuildingURL);
-  platform::Dictionary parameters = request_->parameters();
-  addAdditionalParameters(parameters);
-  adURLBuilder_.build(VADAdURLBuilder::pageWithScript(*script, parameters), *webView_);
+  gatherParameters([this, script = *script](const platform::Dictionary& parameters) {
+    adURLBuilder_.build(VADAdURLBuilder::pageWithScript(script, parameters), *webView_);
+  });
+}
+
+void VADObjectPrivate::gatherParameters(
+    std::function<void(const platform::Dictionary& parameters)> use) {
+  settling_ = platform::Screen::shared().whenSettled([this, use = std::move(use)] {
+    const auto keptUntilReturn = shared_from_this();
+    platform::Dictionary parameters = request_->parameters();
+    addAdditionalParameters(parameters);
+    use(parameters);
+  });
 }
 
 void VADObjectPrivate::addAdditionalParameters(platform::Dictionary& parameters) const {
@@ -234,17 +260,12 @@ void VADObjectPrivate::addAdditionalParameters(platform::Dictionary& parameters)
     return;
   }
   const platform::View& view = adView_ ? *adView_.get() : *webView_;
-  putPlace(parameters, view.frame(), view.bounds());
+  parameters.set("ad_frame", dictionaryOf(view.frame()));
+  parameters.set("ad_bounds", dictionaryOf(view.bounds()));
 }
 
 void VADObjectPrivate::putSlot(platform::Dictionary& parameters, const std::string& adUnitID) {
   if (!adUnitID.empty()) parameters.set("slotname", platform::repairedUTF8(adUnitID));
-}
-
-void VADObjectPrivate::putPlace(platform::Dictionary& parameters, const platform::Rect& frame,
-                                const platform::Rect& bounds) {
-  parameters.set("ad_frame", dictionaryOf(frame));
-  parameters.set("ad_bounds", dictionaryOf(bounds));
 }
 
 void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {
@@ -390,6 +411,7 @@ void VADObjectPrivate::changeState(VADState state) {
   if (state == state_) return;
   debug(std::string(nameOf(state_)) + " -> " + nameOf(state));
   state_ = state;
+  settling_.reset();
   showDeadline_.reset();
   if (state == kVADStateRenderingAd) {
     showDeadline_ =

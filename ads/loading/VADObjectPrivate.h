@@ -2,6 +2,7 @@
 // address, downloads the ad, shows it, fires its pings and refreshes it.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -71,11 +72,14 @@ class VADObjectPrivate final : public VADAdController,
   std::optional<std::string> adHTMLString() const;
   std::optional<platform::URL> adHTMLBaseURL() const;
 
-  /// What a banner's request carries beyond `VADRequestPrivate::parameters`: which ads are wanted
-  /// (left out when empty), and where they will be.
+  /// Begins a request as `loadRequest` does, and in place of asking for an ad gives what it would
+  /// tell. Nothing is given when the loader goes first.
+  void tellRequest(const std::shared_ptr<VADRequest>& request,
+                   std::function<void(const platform::Dictionary& parameters)> tell);
+  /// What begins every request: it is counted, and what takes the system some time is asked for.
+  static void begin(VADRequestPrivate& request);
+  /// Which ads a request is for; left out when empty.
   static void putSlot(platform::Dictionary& parameters, const std::string& adUnitID);
-  static void putPlace(platform::Dictionary& parameters, const platform::Rect& frame,
-                       const platform::Rect& bounds);
 
   VADState state() const override { return state_; }
   void changeState(VADState state) override;
@@ -101,6 +105,7 @@ class VADObjectPrivate final : public VADAdController,
   static std::shared_ptr<VADRequestPrivate> privateRequestWithRequest(
       const std::shared_ptr<VADRequest>& request);
   void loadPrivateRequest(const std::shared_ptr<VADRequestPrivate>& request, bool autoRefresh);
+  void takeRequest(const std::shared_ptr<VADRequestPrivate>& request);
   void reloadCurrentRequest();
   static bool isAppActive();
   bool supportsMinimumRequirementsForRequest(const VADRequestPrivate* request);
@@ -108,6 +113,8 @@ class VADObjectPrivate final : public VADAdController,
   void ensureSupportFiles();
   void failedToDownloadJavaScriptWithError(const std::optional<platform::Error>& error);
   void buildAdUrl();
+  /// Gives what the request tells, once the window is as the person sees it.
+  void gatherParameters(std::function<void(const platform::Dictionary& parameters)> use);
   void addAdditionalParameters(platform::Dictionary& parameters) const;
 
   void loadAdURL(const platform::Dictionary& userInfo);
@@ -160,6 +167,7 @@ class VADObjectPrivate final : public VADAdController,
   std::set<std::shared_ptr<VADClickTracker>> trackers_;
   std::vector<platform::URL> pendingTrackingURLs_;
   std::vector<platform::URL> pendingClickURLs_;
+  std::unique_ptr<platform::Timer> settling_;      // while the window gets its size
   std::unique_ptr<platform::Timer> showDeadline_;  // while an ad is rendered
   VADReloadTimer reloadTimer_;
   bool hasAutoRefreshed_ = false;

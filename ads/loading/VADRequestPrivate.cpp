@@ -9,6 +9,7 @@
 #include "ads/signals/Signals.h"
 #include "ads/support/VADNetworkChecker.h"
 #include "ads/telemetry/VADStatistics.h"
+#include "platform/AudioSession.h"
 #include "platform/Device.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
@@ -150,6 +151,11 @@ void VADRequestPrivate::putTargeting(platform::Dictionary& parameters) const {
   parameters.setIfPresent("cust_age", birthdayString());
   if (keywords_) parameters.set("kw", arrayOf(*keywords_));
   if (location_) parameters.setIfPresent("uule", location_->oolongRepresentation());
+}
+
+void VADRequestPrivate::askSystem() {
+  VADNetworkChecker::sharedChecker();  // watches from its first use on
+  platform::AudioSession::shared().initialize();
 }
 
 platform::Dictionary VADRequestPrivate::parameters() const {

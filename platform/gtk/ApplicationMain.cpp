@@ -4,7 +4,6 @@
 #include <gtk/gtk.h>
 #include <gtkmm/application.h>
 #include <gtkmm/builder.h>
-#include <gtkmm/init.h>
 
 #include <algorithm>
 #include <csignal>
@@ -311,15 +310,6 @@ class EndingSignals {
 bool hasDisplay() {
   leaveSilentSessionBus();  // the toolkit calls over it as soon as it opens a display
   return gtk_init_check() && gdk_display_get_default();  // its second call says yes in any case
-}
-
-std::shared_ptr<Window> makeHiddenWindow(const ApplicationDescription& description) {
-  if (!hasDisplay()) return nullptr;
-  Gtk::init_gtkmm_internals();
-  followAppearance(description.resourceBase);
-  auto window = std::make_shared<Window>(firstSizeOf(description));
-  window->makeKey();
-  return window;
 }
 
 int applicationMain(const ApplicationDescription& description) {

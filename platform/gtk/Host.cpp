@@ -12,6 +12,7 @@
 #include "platform/gtk/LinuxApplication.h"
 #include "platform/gtk/NativeView.h"
 #include "platform/gtk/NativeWindow.h"
+#include "platform/gtk/Settling.h"
 #include "platform/gtk/Touches.h"
 #include "platform/gtk/WindowState.h"
 
@@ -28,7 +29,7 @@ class HostScreen final : public ViewController {
 };
 
 /// What belongs to one window of the application: a window over it, shown while it is needed.
-struct Host {
+struct Host : Trackable {
   explicit Host(GtkWindow* window) : over(std::make_shared<Window>(sizeOf(window))) {
     over->setShownForModalsOnly(true);
     over->setStatusBarHidden(true);
@@ -56,6 +57,10 @@ void followSize(GtkWindow* window, Host& host) {
   for (const char* property : {"notify::default-width", "notify::default-height"}) {
     g_signal_connect(window, property, G_CALLBACK(resized), &host);
   }
+  followSettling(window);
+  NotificationCenter::defaultCenter().addObserver(
+      host, kWindowDidSettle,
+      [&host, window](const Notification&) { host.over->resize(Host::sizeOf(window)); }, window);
 }
 
 /// The application's life, told once for all of its windows.

@@ -1,7 +1,9 @@
 #include "platform/gtk/Monitor.h"
 
 #include "platform/Device.h"
+#include "platform/RunLoop.h"
 #include "platform/Window.h"
+#include "platform/gtk/Settling.h"
 
 // After the window above, whose name is also one of X11's.
 #include <gdk/x11/gdkx.h>
@@ -24,6 +26,10 @@ class GtkScreen final : public Screen {
     }
     const auto monitor = primaryMonitor();
     return monitor ? Rect{0, 0, monitor->size.width, monitor->size.height} : Rect{};
+  }
+
+  std::unique_ptr<Timer> whenSettled(std::function<void()> task) override {
+    return whenKeyWindowHasSettled(std::move(task));
   }
 };
 

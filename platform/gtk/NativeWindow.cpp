@@ -16,6 +16,7 @@
 
 #include "platform/View.h"
 #include "platform/gtk/NativeView.h"
+#include "platform/gtk/Settling.h"
 #include "platform/gtk/Touches.h"
 #include "platform/gtk/WindowPlace.h"
 
@@ -55,6 +56,7 @@ NativeWindow::NativeWindow(Size size, View& stage) : widgets_(std::make_unique<W
   window.set_size_request(kNarrowest, kLowest);
   window.set_child(stage.native().widget());
   watchTouches(window, stage);
+  followSettling(window.gobj());
 }
 
 NativeWindow::~NativeWindow() {
@@ -146,7 +148,13 @@ void NativeWindow::setStatusBarHidden(bool hidden) {
 
 double NativeWindow::statusBarHeight() const {
   if (isStatusBarHidden()) return 0;
-  if (widgets_->statusBar.get_height() > 0) return widgets_->statusBar.get_height();
+  // A full-screen window shows no header bar, although it has one.
+  graphene_point_t origin = GRAPHENE_POINT_INIT(0, 0);
+  if (widgets_->window.get_width() > 0 &&
+      gtk_widget_compute_point(gtk_window_get_child(widgets_->window.gobj()),
+                               GTK_WIDGET(widgets_->window.gobj()), &origin, &origin)) {
+    return origin.y;
+  }
   int minimum = 0;
   int natural = 0;
   int ignored = 0;

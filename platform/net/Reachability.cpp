@@ -21,13 +21,15 @@ class NetworkMonitorTarget final : public ReachabilityTarget {
                                   static_cast<NetworkMonitorTarget*>(self)->report();
                                 }),
                                 this);
-    first_ = g_idle_add(
+    // Not when all is idle: a launch that draws its window would hold it up.
+    first_ = g_idle_add_full(
+        G_PRIORITY_DEFAULT,
         [](gpointer self) -> gboolean {
           static_cast<NetworkMonitorTarget*>(self)->first_ = 0;
           static_cast<NetworkMonitorTarget*>(self)->report();
           return G_SOURCE_REMOVE;
         },
-        this);
+        this, nullptr);
   }
 
   void setCallback(Callback callback) override { callback_ = std::move(callback); }

@@ -50,18 +50,32 @@ class DesktopTest : public ::testing::Test {
     }
     if (!desktop) GTEST_SKIP() << "needs a desktop of tools/with_compositor";
     network->setRefreshSeconds(kRefreshSeconds);
-    const std::string command =
-        "env XDG_STATE_HOME=" + folder.path() + " XDG_CACHE_HOME=" + folder.path() +
-        " " QUORBEL_PROGRAM " --idiom phone --ad-server " + network->baseURL();
-    program = g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, nullptr, "sh", "-c",
-                               ("exec " + command).c_str(), nullptr);
-    ASSERT_TRUE(program);
+    launch();
   }
   ~DesktopTest() override {
     if (cover) gtk_window_destroy(cover);
     if (!program) return;
     g_subprocess_force_exit(program);
     g_object_unref(program);
+  }
+
+  std::string command(const std::string& options) const {
+    return "env XDG_STATE_HOME=" + folder.path() + " XDG_CACHE_HOME=" + folder.path() +
+           " " QUORBEL_PROGRAM " --idiom phone " + options;
+  }
+
+  void launch() {
+    program =
+        g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, nullptr, "sh", "-c",
+                         ("exec " + command("--ad-server " + network->baseURL())).c_str(), nullptr);
+    ASSERT_TRUE(program);
+  }
+
+  void endInOrder() {
+    g_subprocess_send_signal(program, SIGTERM);
+    ASSERT_TRUE(g_subprocess_wait(program, nullptr, nullptr));
+    EXPECT_TRUE(g_subprocess_get_successful(program));
+    g_clear_object(&program);
   }
 
   void perform(const std::string& command) { EXPECT_EQ(run(command).status, 0) << command; }
@@ -78,15 +92,19 @@ class DesktopTest : public ::testing::Test {
     gtk_window_destroy(std::exchange(cover, nullptr));
   }
 
-  /// How many ads were asked for.
-  std::int64_t ads() const {
+  /// What the requests for ads told.
+  std::vector<platform::Dictionary> requests() const {
+    std::vector<platform::Dictionary> told;
     const auto log = platform::parseJson(network->log());
-    const platform::Value* const counts =
-        log && log->dictionary() ? log->dictionary()->find("counts") : nullptr;
-    const platform::Value* const ads =
-        counts && counts->dictionary() ? counts->dictionary()->find("ad") : nullptr;
-    return ads ? ads->integerValue() : 0;
+    for (const auto& request : *log->dictionary()->find("requests")->array()) {
+      const auto* const parameters = request.dictionary()->find("parameters");
+      if (parameters && parameters->dictionary()) told.push_back(*parameters->dictionary());
+    }
+    return told;
   }
+
+  /// How many ads were asked for.
+  std::int64_t ads() const { return static_cast<std::int64_t>(requests().size()); }
 
   bool waitForAds(std::int64_t wanted, double seconds, const std::string& meanwhile = "") {
     double next = 0;
@@ -120,9 +138,31 @@ TEST_F(DesktopTest, AsksForNoAdWhileNobodyCanSeeItAndEndsInOrder) {
   show();
   EXPECT_TRUE(waitForAds(unseen + 1, 60, desktop->awake)) << "seen again, it goes on";
 
-  g_subprocess_send_signal(program, SIGTERM);
-  ASSERT_TRUE(g_subprocess_wait(program, nullptr, nullptr));
-  EXPECT_TRUE(g_subprocess_get_successful(program));
+  endInOrder();
+}
+
+/// What of a request the desktop has a say in.
+std::string placeIn(const platform::Dictionary& request) {
+  platform::Dictionary place;
+  for (const char* key : {"u_w", "u_h", "u_so", "ad_frame", "ad_bounds", "u_audio", "net"}) {
+    if (const platform::Value* const value = request.find(key)) place.set(key, *value);
+  }
+  return platform::Value(place).description();
+}
+
+TEST_F(DesktopTest, TheFirstRequestTellsTheWindowThatThePersonSees) {
+  ASSERT_TRUE(waitForAds(1, 90, desktop->awake));
+  endInOrder();
+  const auto before = static_cast<std::size_t>(ads());
+  launch();  // with the script at hand, so that nothing holds the request up
+  ASSERT_TRUE(waitForAds(ads() + 2, 90, desktop->awake));
+  endInOrder();
+  const auto told = requests();
+  EXPECT_EQ(placeIn(told[before]), placeIn(told.at(before + 1))) << "the refresh tells another one";
+
+  const auto printed = platform::parseJson(run(command("--print-request")).output);
+  ASSERT_TRUE(printed && printed->dictionary());
+  EXPECT_EQ(placeIn(*printed->dictionary()), placeIn(told[before]));
 }
 
 TEST(DesktopTestOfPages, GoOnDrawingWhenAPageComesLater) {

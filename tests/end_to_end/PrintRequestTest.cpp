@@ -114,8 +114,8 @@ TEST_F(PrintRequest, CountsAndForgetsNothing) {
   writeFile(folder / "damaged.json", "{");
   const auto before = stateFiles();
   ASSERT_EQ(before.size(), 3u);
-  for (int time = 0; time < 2; ++time) {
-    const Dictionary request = printed(kWithoutDisplay);
+  for (const char* where : {kWithoutDisplay, kWithoutDisplay, "env"}) {
+    const Dictionary request = printed(where);
     EXPECT_EQ(*request.find("preqs"), Value(42)) << "the number of the next request";
     EXPECT_EQ(*request.find("pcc"), Value(1));
     EXPECT_EQ(*request.find("pcbo"), Value(1));

@@ -7,6 +7,8 @@
 
 #include <cstdlib>
 
+#include "platform/Device.h"
+#include "platform/RunLoop.h"
 #include "platform/gtk/NativeView.h"
 #include "platform/gtk/NativeWindow.h"
 #include "platform/gtk/WindowPlace.h"
@@ -98,6 +100,49 @@ class WindowTest : public ::testing::Test {
   std::shared_ptr<Screen> root;
   std::shared_ptr<Window> window;
 };
+
+TEST_F(WindowTest, TellsOnceWhenItHasTheSizeThatItKeeps) {
+  struct Case {
+    const char* name;
+    std::function<void()> whileAsked;  // what the desktop does meanwhile
+    Size told;
+  };
+  const Case cases[] = {
+      {"shown", [&] { window->makeKeyAndVisible(); }, {360, 640}},
+      {"given another size",
+       [&] {
+         window->makeKeyAndVisible();
+         EXPECT_TRUE(runUntil([&] { return window->native().window().get_width() > 0; }));
+         window->resize({500, 400});
+       },
+       {500, 400}},
+      {"not drawn in time",
+       [&] {
+         window->makeKeyAndVisible();
+         gtk_widget_unmap(GTK_WIDGET(window->native().window().gobj()));
+       },
+       {360, 640}},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.name);
+    window = std::make_shared<Window>(Size{360, 640});
+    int told = 0;
+    // Screens ask while they are made, before there is a window.
+    const auto waiting = platform::Screen::standard().whenSettled([&] {
+      ++told;
+      EXPECT_EQ(platform::Screen::standard().applicationFrame().size(),
+                (Size{each.told.width, each.told.height - window->statusBarHeight()}));
+    });
+    each.whileAsked();
+    EXPECT_EQ(told, 0);
+    ASSERT_TRUE(runUntil([&] { return told > 0; }, 5));
+    gtk_widget_map(GTK_WIDGET(window->native().window().gobj()));
+    quorbel_tests::runFor(0.2);
+    EXPECT_EQ(told, 1);
+    EXPECT_FALSE(platform::Screen::standard().whenSettled([&] { ++told; }));
+    EXPECT_EQ(told, 2) << "it is told later";
+  }
+}
 
 TEST_F(WindowTest, EachScreenGetsItsHooksOnceAndInOrder) {
   for (const bool animated : {false, true}) {
@@ -343,6 +388,11 @@ TEST_F(WindowTest, TheStatusBarGivesItsHeightToTheScreensWhileItIsHidden) {
   ASSERT_TRUE(runUntil([&] { return root->view()->frame().height == 640; }));
   window->setStatusBarHidden(false);
   EXPECT_TRUE(runUntil([&] { return root->view()->frame().height == 640 - bar; }));
+  // As a window does that fills the screen.
+  window->native().window().get_titlebar()->set_child_visible(false);
+  window->native().window().queue_resize();
+  ASSERT_TRUE(runUntil([&] { return root->view()->frame().height == 640; }));
+  EXPECT_EQ(window->statusBarHeight(), 0);
 }
 
 TEST_F(WindowTest, TheFocusComesBackToTheControlThatHadItBelowAPresentedScreen) {

@@ -3,6 +3,7 @@
 
 #include "platform/AudioSession.h"
 #include "platform/Device.h"
+#include "platform/RunLoop.h"
 
 namespace quorbel_tests {
 
@@ -37,6 +38,13 @@ class FakeScreen final : public platform::Screen {
 
   std::optional<double> scale() const override { return scaleFactor; }
   platform::Rect applicationFrame() const override { return frame; }
+  /// How long the window still takes to get its size, in seconds; below 0 it has it.
+  double settlesIn = -1;
+  std::unique_ptr<platform::Timer> whenSettled(std::function<void()> task) override {
+    if (settlesIn >= 0) return platform::RunLoop::shared().scheduleTimer(settlesIn, task);
+    task();
+    return nullptr;
+  }
 
  private:
   platform::Screen::Replacement replacement_{*this};

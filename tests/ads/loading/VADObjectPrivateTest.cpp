@@ -78,6 +78,27 @@ TEST_F(VADObjectPrivateTest, BringsAnAdFromTheScriptToThePings) {
   EXPECT_THAT(log.take(), IsEmpty()) << "nothing but the documented lines is logged";
 }
 
+TEST_F(VADObjectPrivateTest, TellsTheWindowThatThePersonSees) {
+  bringTo(kVADStateShowingAd);
+  for (const bool processEnds : {false, true}) {
+    makeBanner();  // which finds the script fresh
+    display.settlesIn = 0.5;
+    load();
+    EXPECT_EQ(state(), kVADStateBuildingURL);
+    loop.advance(0.4);
+    EXPECT_FALSE(hasBuilderPage());
+    display.frame = {0, 20, 1024, 748};
+    banner->setFrame({0, 698, 320, 50});
+    if (processEnds) loader()->webProcessDidEnd();
+    loop.advance(0.1);
+    ASSERT_EQ(hasBuilderPage(), !processEnds);
+    if (processEnds) continue;
+    EXPECT_EQ(*parametersGiven().text("u_h"), "768");
+    EXPECT_EQ(parametersGiven().find("ad_frame")->description(),
+              R"({"x":0,"y":698,"w":320,"h":50})");
+  }
+}
+
 TEST_F(VADObjectPrivateTest, TimesTheRequestUntilTheAdShows) {
   bringTo(kVADStateRenderingAd);
   clock.advance(0.25);
