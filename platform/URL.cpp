@@ -5,6 +5,8 @@
 #include <boost/url/url_view.hpp>
 #include <cctype>
 
+#include "platform/Text.h"
+
 namespace platform {
 namespace {
 
@@ -28,20 +30,23 @@ struct Pieces {
     }
     if (text.starts_with("//")) {
       const std::size_t end = std::min(text.find('/', 2), text.size());
-      host = hostOf(text.substr(2, end - 2));
+      takeHostAndPort(text.substr(2, end - 2));
       text.remove_prefix(end);
     }
     path = text;
   }
 
-  static std::string_view hostOf(std::string_view authority) {
+  void takeHostAndPort(std::string_view authority) {
     authority.remove_prefix(authority.find('@') + 1);  // 0 where there is no user
     const std::size_t from = authority.starts_with('[') ? authority.find(']') : 0;
-    return authority.substr(0, authority.find(':', from));
+    const std::size_t mark = authority.find(':', from);
+    host = authority.substr(0, mark);
+    if (mark != std::string_view::npos) port = authority.substr(mark + 1);
   }
 
   std::string_view scheme;
   std::string_view host;
+  std::string_view port;
   std::string_view path;
   std::optional<std::string_view> query;
 };
@@ -136,10 +141,16 @@ std::string URL::scheme() const {
 }
 
 std::string URL::lowercaseScheme() const {
-  std::string scheme = this->scheme();
-  std::transform(scheme.begin(), scheme.end(), scheme.begin(),
-                 [](unsigned char character) { return char(std::tolower(character)); });
-  return scheme;
+  return lowercase(Pieces(text_).scheme);
+}
+
+std::optional<std::string> URL::origin() const {
+  const Pieces pieces(text_);
+  const std::string scheme = lowercaseScheme();
+  if ((scheme != "http" && scheme != "https") || pieces.host.empty()) return std::nullopt;
+  const std::string_view usual = scheme == "http" ? "80" : "443";
+  const std::string_view port = pieces.port.empty() ? usual : pieces.port;
+  return scheme + "://" + lowercase(pieces.host) + ":" + std::string(port);
 }
 
 std::string URL::host() const {

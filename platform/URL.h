@@ -24,6 +24,9 @@ class URL {
   std::string lowercaseScheme() const;
   /// Without user, password and port; empty when there is none. As written.
   std::string host() const;
+  /// Whose page an "http" or "https" address is: scheme, host and port, as "https://h.example:443";
+  /// none for any other address, whose page has nothing in common with others.
+  std::optional<std::string> origin() const;
   /// As written, with its leading "/".
   std::string path() const;
   /// Without the "?"; none when the URL has no "?".

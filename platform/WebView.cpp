@@ -70,6 +70,10 @@ std::optional<URL> WebView::currentURL() const {
   return engine_->currentURL();
 }
 
+std::optional<URL> WebView::shownURL() const {
+  return engine_->shownURL();
+}
+
 std::string WebView::title() const {
   return engine_->title();
 }

@@ -87,6 +87,7 @@ class WebEngine {
   virtual bool canGoForward() const = 0;
   virtual bool isLoading() const = 0;
   virtual std::optional<URL> currentURL() const = 0;
+  virtual std::optional<URL> shownURL() const = 0;
   virtual std::string title() const = 0;
   virtual bool isSecure() const = 0;
   /// The engine's own user agent text.
@@ -136,6 +137,9 @@ class WebView : public View, private WebEngine::Client {
   bool isLoading() const;
   /// The address of the page that is shown or being loaded.
   std::optional<URL> currentURL() const;
+  /// The address of the page that is shown, whose scripts run, whatever is being loaded in its
+  /// place; none before the first page, and when its process has ended.
+  std::optional<URL> shownURL() const;
   std::string title() const;
   /// Whether the page came whole over a verified TLS connection.
   bool isSecure() const;

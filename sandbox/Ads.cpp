@@ -46,7 +46,9 @@ constexpr std::string_view kInlineApp =
     "place-content:center;gap:1em;min-height:100vh;text-align:center;background:#26401a;color:"
     "#f4ffe8;font:20px/1.4 system-ui,sans-serif\"><h1 style=\"margin:0\">Pocket Garden</h1><p "
     "style=\"margin:0\">This page came inside the ad.</p><a style=\"color:inherit\" "
-    "href=\"gmsg://urvo/close\">Close</a></body></html>'}";
+    "href=\"gmsg://urvo/close\">Close</a><a style=\"color:inherit\" href=\"gmsg://urvo/evalInOpener"
+    "?js=document.body.style.filter%3D%22invert(1)%22\">Turn the colours of the ad round</a>"
+    "</body></html>'}";
 
 constexpr Ad kAds[] = {
     {.name = "harbour",

@@ -57,6 +57,10 @@ void VADWebAppViewController::loadHTML(const std::optional<std::string>& html,
   }
 }
 
+void VADWebAppViewController::setOriginOfGivenPage(std::optional<std::string> origin) {
+  vars().originOfGivenPage = std::move(origin);
+}
+
 void VADWebAppViewController::viewWillAppear(bool animated) {
   VADViewController::viewWillAppear(animated);
   if (webView()) return;

@@ -26,6 +26,10 @@ class VADWebAppViewController final : public VADViewController {
   void loadHTML(const std::optional<std::string>& html,
                 const std::optional<platform::URL>& baseURL);
 
+  /// Whose page the text is that is loaded without a base URL: the page's that gave it; nobody's
+  /// when none is set. See `platform::URL::origin`.
+  void setOriginOfGivenPage(std::optional<std::string> origin);
+
   /// Null before the screen has appeared.
   const std::shared_ptr<VADWebView>& webView() const;
   void setWebView(std::shared_ptr<VADWebView> webView);

@@ -22,6 +22,7 @@ struct VADWebAppViewControllerPrivate final : public VADViewControllerPrivate {
   std::optional<platform::URL> urlToLoad;
   std::optional<std::string> htmlToLoad;
   std::optional<platform::URL> htmlBaseURLToLoad;
+  std::optional<std::string> originOfGivenPage;
 
   std::shared_ptr<VADWebAppWebViewDelegate> webViewDelegate;
   std::shared_ptr<VADWebView> webView;

@@ -8,6 +8,7 @@
 #include "ads/telemetry/VADClickTracker.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADScreen.h"
+#include "ads/web/VADWebViewDelegate.h"
 #include "platform/Application.h"
 #include "platform/MailComposer.h"
 #include "platform/RunLoop.h"
@@ -114,6 +115,9 @@ void VADOpener::openWebAppWithHTML(const std::optional<std::string>& html,
                                    int supportedOrientations) {
   if (!viewController() || !html) return;
   const auto webApp = webAppOrientations(supportedOrientations);
+  if (openingWebView()) {
+    webApp->setOriginOfGivenPage(VADWebViewDelegate::originOfPage(*openingWebView()));
+  }
   webApp->loadHTML(html, std::nullopt);
   present(*webApp);
 }

@@ -29,6 +29,10 @@ VADWebAppWebViewDelegate::~VADWebAppWebViewDelegate() {
 
 void VADWebAppWebViewDelegate::webViewDidStartLoad(platform::WebView& webView) {
   landingPageDidStartLoad();
+  const auto shown = webView.shownURL();
+  if (webAppPrivate_ && shown && shown->lowercaseScheme() != "about") {
+    webAppPrivate_->originOfGivenPage.reset();  // what is blank from now on was not given
+  }
   VADWebViewDelegate::webViewDidStartLoad(webView);
 }
 
@@ -36,6 +40,10 @@ void VADWebAppWebViewDelegate::webViewDidFinishLoad(platform::WebView& webView) 
   landingPageDidFinishLoad();
   VADWebViewDelegate::webViewDidFinishLoad(webView);
   postOnShowEvent();
+}
+
+std::optional<std::string> VADWebAppWebViewDelegate::originOfGivenPage() const {
+  return webAppPrivate_ ? webAppPrivate_->originOfGivenPage : std::nullopt;
 }
 
 void VADWebAppWebViewDelegate::loadedFirstPage(platform::WebView&) {

@@ -32,6 +32,7 @@ class VADWebAppWebViewDelegate final : public VADWebViewDelegate {
   void webViewDidFinishLoad(platform::WebView& webView) override;
 
  protected:
+  std::optional<std::string> originOfGivenPage() const override;
   void loadedFirstPage(platform::WebView& webView) override;
 
  private:

@@ -102,6 +102,7 @@ bool VADWebViewDelegate::webViewShouldStartLoad(platform::WebView& webView,
     VADNetworkUtilities::setUserAgentString(userAgent->second);
   }
   opener_->setViewController(viewController_);
+  opener_->setOpeningWebView(&webView);
   platform::Dictionary userInfo{{"u", url.absoluteString()}};
 
   if (VADNotification::isNotificationURL(url)) {
@@ -150,13 +151,31 @@ void VADWebViewDelegate::performMessage(const VADNotification& notification,
     const std::string* const urls = parameters.text("urls");
     processCanOpenURLs(urls ? splitAtCommas(*urls) : std::vector<std::string>(), webView);
   } else if (name == "evalInOpener") {
-    if (!openingWebView() || !mayDefer()) return;
-    platform::RunLoop::shared().performAfterDelay(
-        *this, 0, [this, parameters] { evaluateJavaScriptInOpener(parameters); });
+    askOpener(parameters, webView);
   } else if (mayDefer()) {
     VADNotificationCenter::defaultCenter().postNotificationFromURL(
         url, VADSender(webView.shared_from_this(), &webView), 0);
   }
+}
+
+std::optional<std::string> VADWebViewDelegate::originOfPage(const platform::WebView& webView) {
+  const std::optional<platform::URL> shown = webView.shownURL();
+  if (!shown) return std::nullopt;
+  const auto* const delegate = dynamic_cast<const VADWebViewDelegate*>(webView.delegate());
+  if (delegate && shown->lowercaseScheme() == "about") return delegate->originOfGivenPage();
+  return shown->origin();
+}
+
+/// Script runs across only within one origin, as anywhere in the web.
+void VADWebViewDelegate::askOpener(const platform::Dictionary& parameters,
+                                   platform::WebView& webView) {
+  const std::optional<std::string> origin = originOfPage(webView);
+  if (!openingWebView() || !origin || !mayDefer()) return;
+  platform::RunLoop::shared().performAfterDelay(*this, 0, [this, parameters, origin] {
+    // The opener may show another page by now.
+    if (!openingWebView() || originOfPage(*openingWebView()) != origin) return;
+    evaluateJavaScriptInOpener(parameters);
+  });
 }
 
 bool VADWebViewDelegate::mayDefer() {

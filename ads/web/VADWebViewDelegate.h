@@ -37,6 +37,10 @@ class VADWebViewDelegate : public platform::WebViewDelegate,
   static void notifyWebViewOfOrientationChange(platform::WebView& webView,
                                                platform::InterfaceOrientation orientation);
 
+  /// Whose page the web view shows, as `platform::URL::origin`; none where that is nobody's, or the
+  /// page is not known.
+  static std::optional<std::string> originOfPage(const platform::WebView& webView);
+
   /// Whether a page has been loaded to its end.
   bool hasLoadedAtLeastOnce() const { return hasLoadedAtLeastOnce_; }
   /// Never null.
@@ -67,6 +71,7 @@ class VADWebViewDelegate : public platform::WebViewDelegate,
   void processTouchSignals(const platform::Dictionary& parameters);
   /// Tells the page which of the URLs something on this system opens.
   void processCanOpenURLs(const std::vector<std::string>& urls, platform::WebView& webView);
+  /// Runs "js" in the page that opened this one's screen.
   void evaluateJavaScriptInOpener(const platform::Dictionary& parameters);
   /// The value's leading integer, or -1 when there is none under the key.
   static int intForKey(std::string_view key, const platform::Dictionary& dictionary);
@@ -74,12 +79,15 @@ class VADWebViewDelegate : public platform::WebViewDelegate,
  protected:
   explicit VADWebViewDelegate(std::unique_ptr<VADOpener> opener);
 
+  /// The origin that a page without an address of its own has from the one that gave it.
+  virtual std::optional<std::string> originOfGivenPage() const { return std::nullopt; }
   /// Called once, after the first page has been loaded.
   virtual void loadedFirstPage(platform::WebView&) {}
 
  private:
   void performMessage(const VADNotification& notification, const platform::URL& url,
                       platform::WebView& webView);
+  void askOpener(const platform::Dictionary& parameters, platform::WebView& webView);
   /// Whether one message more may wait for the next turn of the run loop; counts it.
   bool mayDefer();
 

@@ -42,6 +42,9 @@ class WaitingEngine final : public WebEngine, public Trackable {
   bool canGoForward() const override { return engine_ && engine_->canGoForward(); }
   bool isLoading() const override { return engine_ ? engine_->isLoading() : bool(load_); }
   std::optional<URL> currentURL() const override;
+  std::optional<URL> shownURL() const override {
+    return engine_ ? engine_->shownURL() : std::nullopt;
+  }
   std::string title() const override { return engine_ ? engine_->title() : ""; }
   bool isSecure() const override { return engine_ && engine_->isSecure(); }
   std::string userAgent() const override;

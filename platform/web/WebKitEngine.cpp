@@ -156,6 +156,7 @@ void WebKitEngine::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer s
   auto& engine = *static_cast<WebKitEngine*>(self);
   if (event == WEBKIT_LOAD_COMMITTED) {
     engine.spare_.reset();
+    engine.shown_ = engine.currentURL();
     engine.setScriptsRun(true);
     engine.insecureContent_ = false;
     engine.forgetWidth();
@@ -215,6 +216,7 @@ void WebKitEngine::processEnded(WebKitWebView*, WebKitWebProcessTerminationReaso
                                 gpointer self) {
   auto& engine = *static_cast<WebKitEngine*>(self);
   engine.load_ = {};
+  engine.shown_.reset();
   engine.watch_.stop();
   engine.setScriptsRun(true);
   logWarning("The process of a web page has ended.");

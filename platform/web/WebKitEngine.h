@@ -32,6 +32,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   bool canGoForward() const override;
   bool isLoading() const override { return loads_.isLoading(); }
   std::optional<URL> currentURL() const override;
+  std::optional<URL> shownURL() const override { return shown_; }
   std::string title() const override;
   bool isSecure() const override;
   std::string userAgent() const override;
@@ -71,6 +72,7 @@ class WebKitEngine final : public WebEngine, public Trackable {
   LoadTracker loads_;
   NavigationPolicy policy_;
   PageWatch watch_;
+  std::optional<URL> shown_;
   std::function<void()> load_;  // until it has started
   std::unique_ptr<Timer> overdue_;
   int attempts_ = 0;

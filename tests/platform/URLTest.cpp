@@ -8,7 +8,7 @@ using platform::URL;
 
 std::string piecesOf(const URL& url) {
   return url.scheme() + " | " + url.host() + " | " + url.path() + " | " +
-         url.query().value_or("(none)");
+         url.query().value_or("(none)") + " | " + url.origin().value_or("(none)");
 }
 
 TEST(URL, TellsItsPiecesAsTheyWereWritten) {
@@ -16,15 +16,16 @@ TEST(URL, TellsItsPiecesAsTheyWereWritten) {
     const char* text;
     const char* pieces;
   } cases[] = {
-      {"http://Example.COM/a/B?x=%41#f?q", "http | Example.COM | /a/B | x=%41"},
-      {"HTTPS://user:pw@h.example:8443", "HTTPS | h.example |  | (none)"},
-      {"http://h.example?", "http | h.example |  | "},
-      {"http://[::1]:80/x", "http | [::1] | /x | (none)"},
-      {"gmsg:///click?u=http://x/?a=b", "gmsg |  | /click | u=http://x/?a=b"},
-      {"gmsg://click", "gmsg | click |  | (none)"},
-      {"tel:+49-30", "tel |  | +49-30 | (none)"},
-      {"about:blank", "about |  | blank | (none)"},
-      {"a/b?c", " |  | a/b | c"},
+      {"http://Example.COM/a/B?x=%41#f?q",
+       "http | Example.COM | /a/B | x=%41 | http://example.com:80"},
+      {"HTTPS://user:pw@h.example:8443", "HTTPS | h.example |  | (none) | https://h.example:8443"},
+      {"http://h.example?", "http | h.example |  |  | http://h.example:80"},
+      {"http://[::1]:80/x", "http | [::1] | /x | (none) | http://[::1]:80"},
+      {"gmsg:///click?u=http://x/?a=b", "gmsg |  | /click | u=http://x/?a=b | (none)"},
+      {"gmsg://click", "gmsg | click |  | (none) | (none)"},
+      {"tel:+49-30", "tel |  | +49-30 | (none) | (none)"},
+      {"about:blank", "about |  | blank | (none) | (none)"},
+      {"a/b?c", " |  | a/b | c | (none)"},
   };
   for (const auto& each : cases) {
     const auto url = URL::parse(each.text);

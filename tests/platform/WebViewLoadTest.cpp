@@ -45,6 +45,7 @@ TEST(WebViewLoad, TellsOfEachLoadOnce) {
   EXPECT_EQ(page.view->currentURL(), URL::parse("about:blank"));
   EXPECT_TRUE(page.load("", "http://ads.example/dir/"));
   EXPECT_EQ(page.evaluate("document.baseURI"), "http://ads.example/dir/");
+  EXPECT_EQ(page.view->shownURL(), URL::parse("http://ads.example/dir/"));
   EXPECT_TRUE(page.go(to));
   EXPECT_TRUE(runUntil([&] { return page.view->title() == "Title"; }));
   EXPECT_TRUE(page.go(server.address("/missing")));
@@ -86,6 +87,7 @@ TEST(WebViewLoad, FailsOnceWhenTheNetworkDoesAndThenGoesOn) {
     EXPECT_EQ(page.delegate.lines, (Lines{"ask 5 " + address, "start", "fail"}));
     EXPECT_FALSE(page.view->isLoading());
     EXPECT_FALSE(page.delegate.lastError.message.empty());
+    EXPECT_EQ(page.view->shownURL(), URL::parse("about:blank"));
     EXPECT_EQ(page.evaluate("document.body.innerText"), "before") << "no page about the failure";
   }
   EXPECT_TRUE(page.load("after"));
@@ -101,7 +103,10 @@ TEST(WebViewLoad, SupersededAndStoppedLoads) {
 
   page.view->loadRequest({server.url("/slow")});
   runUntil([&] { return page.delegate.has("start"); });
+  EXPECT_EQ(page.view->currentURL(), server.url("/slow"));
+  EXPECT_EQ(page.view->shownURL(), URL::parse("about:blank"));
   EXPECT_TRUE(page.go(server.address("/quick")));
+  EXPECT_EQ(page.view->shownURL(), server.url("/quick"));
   runFor(0.8);
   EXPECT_EQ(page.delegate.fails(), 0);
   EXPECT_EQ(page.delegate.finishes(), 1);

@@ -27,6 +27,7 @@ void FakeWebEngine::start() {
 
 void FakeWebEngine::finish() {
   loading = false;
+  shown = url;
   client.engineDidFinishLoad();
 }
 

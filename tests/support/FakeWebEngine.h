@@ -46,6 +46,7 @@ class FakeWebEngine final : public platform::WebEngine {
   bool loading = false;
   bool secure = false;
   std::optional<platform::URL> url;
+  std::optional<platform::URL> shown;
   std::string pageTitle;
   std::string agent = "Mozilla/5.0 (Test)";
   /// Results of scripts by their text; any other script gives "".
@@ -56,6 +57,7 @@ class FakeWebEngine final : public platform::WebEngine {
   bool navigate(const std::string& text,
                 platform::NavigationType type = platform::NavigationType::Other);
   void start();
+  /// The page that was loaded is shown from now on.
   void finish();
   void fail(const std::string& message = "The server cannot be reached.");
 
@@ -72,6 +74,7 @@ class FakeWebEngine final : public platform::WebEngine {
   bool canGoForward() const override { return forward; }
   bool isLoading() const override { return loading; }
   std::optional<platform::URL> currentURL() const override { return url; }
+  std::optional<platform::URL> shownURL() const override { return shown; }
   std::string title() const override { return pageTitle; }
   bool isSecure() const override { return secure; }
   std::string userAgent() const override { return agent; }

@@ -11,6 +11,7 @@ namespace valdren {
 namespace {
 
 using quorbel_tests::FakeWebEngine;
+using quorbel_tests::FakeWebEngines;
 using ::testing::HasSubstr;
 
 class VADWebAppViewControllerTest : public quorbel_tests::ScreenTest {
@@ -148,6 +149,57 @@ TEST_F(VADWebAppViewControllerTest, HundredRoundsLeaveNothingBehind) {
   loop.advance(3);
   EXPECT_TRUE(engines.engines().empty());
   EXPECT_EQ(loop.pendingCount(), 0u);
+}
+
+TEST_F(VADWebAppViewControllerTest, APageReachesTheOneThatOpenedItIfItIsItsOwn) {
+  struct Case {
+    const char* name;
+    const char* open;
+    std::function<void(FakeWebEngine& opener, FakeWebEngine& page)> meanwhile;
+    bool reaches;
+  };
+  const auto show = [](FakeWebEngine& engine, const char* address) {
+    engine.start();
+    engine.url = url(address);
+    engine.finish();
+  };
+  const auto nothing = [](FakeWebEngine&, FakeWebEngine&) {};
+  const Case cases[] = {
+      {"given", "webapp&html=x", nothing, true},
+      {"of the same origin", "webapp&u=http%3A%2F%2Fads.test%2Fland", nothing, true},
+      {"in the browser", "browser&u=http%3A%2F%2Fads.test%2Fland", nothing, true},
+      {"of another origin", "webapp&u=http%3A%2F%2Fother.test%2F", nothing, false},
+      {"that comes after the given one", "webapp&html=x",
+       [&](auto&, auto& page) { show(page, "http://other.test/"); }, false},
+      {"that is blank and was not given", "webapp&html=x",
+       [&](auto&, auto& page) {
+         show(page, "http://other.test/");
+         show(page, "about:blank");
+       },
+       false},
+      {"whose opener shows another one", "webapp&html=x",
+       [&](auto& opener, auto&) { show(opener, "http://bank.test/"); }, false},
+  };
+  const auto opener = std::make_shared<VADWebView>();
+  const auto delegate = std::make_shared<VADWebViewDelegate>();
+  opener->setDelegate(delegate.get());
+  delegate->setViewController(host.get());
+  FakeWebEngine& below = FakeWebEngines::of(*opener);
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.name);
+    show(below, "http://ads.test/ad");
+    below.navigate(std::string("gmsg://x/open?a=") + each.open);
+    ASSERT_NE(window->topViewController(), host.get());
+    FakeWebEngine& page = engines.last();
+    page.finish();
+    each.meanwhile(below, page);
+    below.scripts.clear();
+    page.navigate("gmsg://x/evalInOpener?js=f()");
+    loop.advance(0);
+    EXPECT_EQ(below.scripts, each.reaches ? Events{"f()"} : Events{});
+    static_cast<VADViewController*>(window->topViewController())->relinquishScreen();
+    loop.advance(3);
+  }
 }
 
 TEST_F(VADWebAppViewControllerTest, ThePageIsToldWhenTheWindowTurns) {

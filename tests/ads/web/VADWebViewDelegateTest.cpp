@@ -224,21 +224,52 @@ TEST_F(VADWebViewDelegateTest, AnswersWhichAddressesTheSystemOpens) {
   EXPECT_LT(page().scripts.at(0).size(), 5000u) << "a page may not keep the system busy";
 }
 
-TEST_F(VADWebViewDelegateTest, EvaluatesInTheOpenerAndDropsTheResult) {
+TEST_F(VADWebViewDelegateTest, EvaluatesInAnOpenerOfItsOwnOriginAndDropsTheResult) {
   EXPECT_FALSE(navigate("gmsg://x/evalInOpener?js=1"));
   EXPECT_EQ(loop.pendingCount(), 0u);
   const auto opener = std::make_shared<VADWebView>();
+  auto& below = quorbel_tests::FakeWebEngines::of(*opener);
   delegate->setOpeningWebView(opener.get());
-  EXPECT_FALSE(navigate("gmsg://x/evalInOpener?js=f(%22x%22)&webView=1"));
-  const auto& scripts = quorbel_tests::FakeWebEngines::of(*opener).scripts;
-  EXPECT_THAT(scripts, IsEmpty());
-  loop.advance(0);
-  EXPECT_THAT(scripts, ElementsAre("f(\"x\")"));
-  EXPECT_THAT(page().scripts, IsEmpty());
+  struct Case {
+    const char* asking;
+    const char* opener;
+    const char* openerWhenItRuns;
+    bool runs;
+  };
+  const char* const ad = "http://ads.test/ad?id=1";
+  const Case cases[] = {
+      {"http://ads.test/land#top", ad, ad, true},
+      {"HTTP://Ads.test:80/", ad, ad, true},
+      {"http://ads.test:8080/", ad, ad, false},
+      {"https://ads.test/", ad, ad, false},
+      {"http://shop.ads.test/", ad, ad, false},
+      {"http://ads.test@shop.test/", ad, ad, false},
+      {"about:blank", ad, ad, false},
+      {"about:blank", "about:blank", "about:blank", false},
+      {"http://ads.test/", ad, "http://other.test/", false},
+      {"http://ads.test/", ad, nullptr, false},
+      {nullptr, ad, ad, false},
+  };
+  const auto shown = [](const char* address) {
+    return address ? platform::URL::parse(address) : std::nullopt;
+  };
+  page().url = platform::URL::parse(ad);  // is on its way in place of the page that asks
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.asking ? each.asking : "no page");
+    page().shown = shown(each.asking);
+    below.shown = shown(each.opener);
+    EXPECT_FALSE(navigate("gmsg://x/evalInOpener?js=f(%22x%22)&webView=1"));
+    EXPECT_THAT(below.scripts, IsEmpty());
+    below.shown = shown(each.openerWhenItRuns);
+    loop.advance(0);
+    EXPECT_EQ(std::exchange(below.scripts, {}), each.runs ? Events{"f(\"x\")"} : Events{});
+    EXPECT_THAT(page().scripts, IsEmpty());
+  }
+  below.shown = page().shown = platform::URL::parse(ad);
   navigate("gmsg://x/evalInOpener?js=late");
   delegate->setOpeningWebView(nullptr);
   loop.advance(0);
-  EXPECT_EQ(scripts.size(), 1u);
+  EXPECT_THAT(below.scripts, IsEmpty());
 }
 
 TEST_F(VADWebViewDelegateTest, FailsOnMessagesThatAreNone) {
