@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "platform/web/DetectorScript.h"
+#include "platform/web/PingFilter.h"
 
 namespace platform {
 namespace {
@@ -46,6 +47,7 @@ PageScripts::PageScripts() : manager_(webkit_user_content_manager_new()) {
   g_signal_connect(manager_.get(), "script-message-received::pageWidth",
                    G_CALLBACK(messageReceived), this);
   webkit_user_content_manager_register_script_message_handler(manager_.get(), kChannel, kWorld);
+  refusePings(manager_.get());
 }
 
 PageScripts::~PageScripts() {

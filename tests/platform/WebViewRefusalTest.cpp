@@ -128,6 +128,13 @@ TEST(WebViewRefusal, LeavesOutWhatNoAdNeeds) {
         "document.createElement('canvas').getContext('webgl2')"}) {
     EXPECT_EQ(page.evaluate("String(!!(" + std::string(present) + "))"), "false") << present;
   }
+  page.evaluate(
+      "document.body.innerHTML = '<a id=link href=#x ping=/ping>x</a>'; link.click();"
+      "navigator.sendBeacon('/beacon', 'x'); fetch('/asked')");
+  EXPECT_TRUE(runUntil([&] {
+    return server.requests("/asked").size() == 1 && server.requests("/beacon").size() == 1;
+  })) << "what a page sends by script still leaves";
+  EXPECT_TRUE(server.requests("/ping").empty());
 }
 
 TEST(WebViewRefusal, EndsAPageThatHangsWithoutWaitingForInput) {
