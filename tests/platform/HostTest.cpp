@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
+#include "platform/Device.h"
 #include "platform/Window.h"
 #include "tests/support/Loop.h"
 
@@ -57,6 +58,13 @@ TEST_F(HostTest, PresentedScreensComeUpOverTheWindowInItsSizeAndGoAgain) {
   Window* const over = host->window();
   ASSERT_TRUE(over);
   EXPECT_FALSE(over->isVisible());
+  // What requests tell of the screen is the window's, too.
+  gtk_window_set_default_size(window_, 350, 500);
+  EXPECT_TRUE(quorbel_tests::runUntil(
+      [] {
+        return Screen::standard().applicationFrame().size() == Size{350, 500};
+      },
+      5));
 
   host->presentModalViewController(std::make_shared<ViewController>(), true);
   EXPECT_TRUE(over->isVisible());
