@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include "platform/web/MemoryGuard.h"
+
 namespace platform {
 namespace {
 
@@ -20,8 +22,7 @@ struct FreeLimits {
 };
 using Limits = std::unique_ptr<WebKitMemoryPressureSettings, FreeLimits>;
 
-/// A web process that takes more ends. A network process only lets go of what it can spare: the
-/// engine (2.50.6) says that it ends it, and goes on.
+/// A web process that takes more ends. A network process only lets go of what it can spare.
 Limits limitsOf(guint megabytes) {
   Limits limits(webkit_memory_pressure_settings_new());
   webkit_memory_pressure_settings_set_memory_limit(limits.get(), megabytes);
@@ -44,6 +45,7 @@ WebKitWebContext* makeContext() {
 }
 
 WebKitNetworkSession* makeSession() {
+  guardNetworkProcess(kNetworkMegabytes);
   // All sessions have one network process, which is started with what is set before the first.
   webkit_network_session_set_memory_pressure_settings(limitsOf(kNetworkMegabytes).get());
   WebKitNetworkSession* const session = webkit_network_session_new_ephemeral();

@@ -9,7 +9,7 @@ namespace platform {
 WebKitWebContext* webContext();
 
 /// Cookies, caches and storage live in memory alone; downloads and unverified TLS are refused. The
-/// network process gives memory back beyond its limit where it can, but is not ended by it.
+/// network process is ended and started anew when it takes more memory than its limit.
 WebKitNetworkSession* webSession();
 
 }  // namespace platform

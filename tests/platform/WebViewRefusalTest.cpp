@@ -1,4 +1,5 @@
 // What a page does not get from the person's desktop.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -7,6 +8,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "tests/support/LogLines.h"
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/WebPage.h"
@@ -135,6 +137,20 @@ TEST(WebViewRefusal, LeavesOutWhatNoAdNeeds) {
     return server.requests("/asked").size() == 1 && server.requests("/beacon").size() == 1;
   })) << "what a page sends by script still leaves";
   EXPECT_TRUE(server.requests("/ping").empty());
+}
+
+TEST(WebViewRefusal, EndsTheProcessThatPagesFill) {
+  LoopbackServer server;
+  server.answer("/", 200, kHTML, "<body>");
+  LogLines log;
+  Page page;
+  page.go(server.address("/"));
+  page.evaluate(
+      "kept = []; setInterval(() => kept.push(new Blob([new Uint8Array(16 << 20).fill(1)])), 50)");
+  EXPECT_TRUE(runUntil([&] { return !log.lines().empty(); }, 60));
+  EXPECT_THAT(log.take(), testing::Contains(testing::HasSubstr("Web pages store too much")));
+  EXPECT_TRUE(page.load("next"));
+  EXPECT_TRUE(page.go(server.address("/"))) << "the next page has a new process";
 }
 
 TEST(WebViewRefusal, EndsAPageThatHangsWithoutWaitingForInput) {

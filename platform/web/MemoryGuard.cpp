@@ -1,0 +1,84 @@
+#include "platform/web/MemoryGuard.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "platform/Log.h"
+#include "platform/RunLoop.h"
+
+namespace platform {
+namespace {
+
+/// A page can store hundreds of megabytes in a second.
+constexpr double kSeconds = 1;
+/// The system cuts names off after 15 characters.
+constexpr const char* kName = "WebKitNetworkPr";
+
+std::string folderOf(pid_t process) {
+  return "/proc/" + std::to_string(process);
+}
+
+bool isNetworkProcess(pid_t process) {
+  std::string name;
+  std::getline(std::ifstream(folderOf(process) + "/comm"), name);
+  return name == kName;
+}
+
+/// Its id, or 0 where this process has no such child.
+pid_t findNetworkProcess() {
+  std::error_code error;
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task", error)) {
+    std::ifstream children(thread.path() / "children");
+    for (pid_t child = 0; children >> child;) {
+      if (isNetworkProcess(child)) return child;
+    }
+  }
+  return 0;
+}
+
+/// In bytes; 0 when the process is gone.
+double residentMemory(pid_t process) {
+  double all = 0;
+  double resident = 0;
+  std::ifstream(folderOf(process) + "/statm") >> all >> resident;
+  return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+class MemoryGuard {
+ public:
+  explicit MemoryGuard(double mebibytes) : most_(mebibytes * 1024 * 1024) { schedule(); }
+
+ private:
+  void schedule() {
+    next_ = RunLoop::shared().scheduleTimer(kSeconds, [this] { look(); });
+  }
+
+  void look() {
+    schedule();
+    // The id of a child that has ended is not given away before the engine has asked for its end.
+    if (process_ == 0 || !isNetworkProcess(process_)) process_ = findNetworkProcess();
+    if (process_ == 0 || residentMemory(process_) <= most_) return;
+    logWarning("Web pages store too much, and the process that keeps it is ended.");
+    kill(process_, SIGKILL);
+    process_ = 0;
+  }
+
+  double most_;
+  pid_t process_ = 0;
+  std::unique_ptr<Timer> next_;
+};
+
+}  // namespace
+
+void guardNetworkProcess(double mebibytes) {
+  // Never destroyed: the run loop may be gone when the process ends.
+  static const auto* const guard = findNetworkProcess() == 0 ? new MemoryGuard(mebibytes) : nullptr;
+  static_cast<void>(guard);
+}
+
+}  // namespace platform
