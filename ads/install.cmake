@@ -13,7 +13,8 @@ target_include_directories(valdren_shared
   INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/valdren>)
 
 get_target_property(parts valdren_ads INTERFACE_LINK_LIBRARIES)
-foreach(part IN LISTS parts ITEMS quorbel_platform)
+list(TRANSFORM QUORBEL_PLATFORM_ROOMS PREPEND platform_ OUTPUT_VARIABLE rooms)
+foreach(part IN LISTS parts rooms)
   target_sources(valdren_shared PRIVATE $<TARGET_OBJECTS:${part}>)
 endforeach()
 target_link_libraries(valdren_shared PRIVATE quorbel_options ${QUORBEL_PLATFORM_NEEDS})
@@ -25,9 +26,11 @@ install(FILES valdren.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren)
 install(FILES api/VADBannerView.h api/VADBannerViewDelegate.h api/VADConfiguration.h
   api/VADRequest.h api/VADRequestError.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/ads/api)
-foreach(header Bundle Date Geometry Host URL Value View ViewController WeakPtr)
+foreach(header application/Host base/Date base/URL base/Value base/WeakPtr storage/Bundle ui/Geometry
+    ui/View ui/ViewController)
+  cmake_path(GET header PARENT_PATH room)
   install(FILES ${CMAKE_SOURCE_DIR}/platform/${header}.h
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/platform)
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/platform/${room})
 endforeach()
 
 set(config_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Valdren)

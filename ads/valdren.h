@@ -14,8 +14,8 @@
 #include "ads/api/VADConfiguration.h"
 #include "ads/api/VADRequest.h"
 #include "ads/api/VADRequestError.h"
-#include "platform/Bundle.h"
-#include "platform/Host.h"
+#include "platform/application/Host.h"
+#include "platform/storage/Bundle.h"
 
 namespace valdren {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/Json.h"
+#include "platform/base/Json.h"
 #include "sandbox/Sandbox.h"
 
 namespace quorbel {

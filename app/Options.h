@@ -5,8 +5,8 @@
 #include <string>
 #include <variant>
 
-#include "platform/Device.h"
-#include "platform/URL.h"
+#include "platform/base/URL.h"
+#include "platform/device/Device.h"
 
 namespace quorbel {
 

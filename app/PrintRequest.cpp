@@ -7,11 +7,11 @@
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "app/SoundScreen.h"
-#include "platform/AudioSession.h"
-#include "platform/Bundle.h"
-#include "platform/FileUserDefaults.h"
-#include "platform/Json.h"
-#include "platform/RunLoop.h"
+#include "platform/base/Json.h"
+#include "platform/base/RunLoop.h"
+#include "platform/device/AudioSession.h"
+#include "platform/storage/Bundle.h"
+#include "platform/storage/FileUserDefaults.h"
 
 namespace quorbel {
 namespace {

@@ -1,7 +1,7 @@
 // What an ad request from this machine would tell, for whoever wants to know before it does.
 #pragma once
 
-#include "platform/ApplicationMain.h"
+#include "platform/application/ApplicationMain.h"
 
 namespace quorbel {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/Bundle.h"
-#include "platform/Log.h"
-#include "platform/RunLoop.h"
+#include "platform/base/Log.h"
+#include "platform/base/RunLoop.h"
+#include "platform/storage/Bundle.h"
 
 namespace quorbel {
 namespace {

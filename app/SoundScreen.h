@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "ads/api/VADBannerView.h"
-#include "platform/AudioPlayer.h"
-#include "platform/InterfaceView.h"
-#include "platform/ViewController.h"
+#include "platform/audio/AudioPlayer.h"
+#include "platform/ui/InterfaceView.h"
+#include "platform/ui/ViewController.h"
 
 namespace quorbel {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/WeakPtr.h"
-#include "platform/Window.h"
+#include "platform/base/WeakPtr.h"
+#include "platform/ui/Window.h"
 
 namespace sandbox {
 class Sandbox;

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "app/SoundScreen.h"
-#include "platform/Window.h"
+#include "platform/ui/Window.h"
 
 namespace quorbel {
 

@@ -11,8 +11,8 @@
 #include "app/quorbelAppDelegate.h"
 #include "app/quorbelViewController.h"
 #include "app/quorbeliPad.h"
-#include "platform/ApplicationMain.h"
-#include "platform/Bundle.h"
+#include "platform/application/ApplicationMain.h"
+#include "platform/storage/Bundle.h"
 
 namespace quorbel {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "platform/ApplicationMain.h"
+#include "platform/application/ApplicationMain.h"
 
 namespace quorbel {
 

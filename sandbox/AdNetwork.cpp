@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/Json.h"
+#include "platform/base/Json.h"
 #include "sandbox/Landing.h"
 #include "sandbox/Pages.h"
 

@@ -1,7 +1,7 @@
 #include "sandbox/RequestLog.h"
 
-#include "platform/Json.h"
-#include "platform/Text.h"
+#include "platform/base/Json.h"
+#include "platform/base/Text.h"
 #include "sandbox/Sealed.h"
 
 namespace sandbox {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Value.h"
+#include "platform/base/Value.h"
 #include "sandbox/Http.h"
 
 namespace sandbox {

@@ -1,6 +1,6 @@
 #include "sandbox/Sandbox.h"
 
-#include "platform/Log.h"
+#include "platform/base/Log.h"
 #include "sandbox/AdNetwork.h"
 #include "sandbox/HttpServer.h"
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/Crypto.h"
-#include "platform/Json.h"
-#include "platform/Text.h"
+#include "platform/base/Crypto.h"
+#include "platform/base/Json.h"
+#include "platform/base/Text.h"
 
 namespace sandbox {
 namespace {

@@ -4,8 +4,8 @@
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/web/VADWebView.h"
-#include "platform/Log.h"
-#include "platform/NotificationCenter.h"
+#include "platform/base/Log.h"
+#include "platform/base/NotificationCenter.h"
 
 namespace valdren {
 

@@ -7,8 +7,8 @@
 
 #include "ads/api/VADBannerViewDelegate.h"
 #include "ads/api/VADRequest.h"
-#include "platform/View.h"
-#include "platform/ViewController.h"
+#include "platform/ui/View.h"
+#include "platform/ui/ViewController.h"
 
 namespace valdren {
 

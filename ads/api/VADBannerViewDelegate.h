@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "platform/WeakPtr.h"
+#include "platform/base/WeakPtr.h"
 
 namespace valdren {
 

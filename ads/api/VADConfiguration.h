@@ -1,7 +1,7 @@
 // Where the ad network is. An application that uses another one says so before its first request.
 #pragma once
 
-#include "platform/URL.h"
+#include "platform/base/URL.h"
 
 namespace valdren {
 

@@ -1,7 +1,7 @@
 #include "ads/api/VADDelegateManager.h"
 
 #include "ads/api/VADBannerView.h"
-#include "platform/RunLoop.h"
+#include "platform/base/RunLoop.h"
 
 namespace valdren {
 

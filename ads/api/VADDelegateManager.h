@@ -7,7 +7,7 @@
 
 #include "ads/api/VADBannerViewDelegate.h"
 #include "ads/api/VADRequestError.h"
-#include "platform/WeakPtr.h"
+#include "platform/base/WeakPtr.h"
 
 namespace valdren {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Date.h"
-#include "platform/Value.h"
+#include "platform/base/Date.h"
+#include "platform/base/Value.h"
 
 namespace valdren {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/Value.h"
+#include "platform/base/Value.h"
 
 namespace valdren {
 

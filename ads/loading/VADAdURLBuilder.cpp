@@ -4,7 +4,7 @@
 #include "ads/support/VADMacros.h"
 #include "ads/support/VADNotificationCenter.h"
 #include "ads/web/VADWebViewDelegate.h"
-#include "platform/Log.h"
+#include "platform/base/Log.h"
 
 namespace valdren {
 namespace {

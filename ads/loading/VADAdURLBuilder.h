@@ -6,11 +6,11 @@
 #include <string>
 #include <string_view>
 
-#include "platform/NotificationCenter.h"
-#include "platform/RunLoop.h"
-#include "platform/Value.h"
-#include "platform/WeakPtr.h"
-#include "platform/WebView.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/RunLoop.h"
+#include "platform/base/Value.h"
+#include "platform/base/WeakPtr.h"
+#include "platform/web/WebView.h"
 
 namespace valdren {
 

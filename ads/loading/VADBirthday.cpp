@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <ctime>
 
-#include "platform/Value.h"
+#include "platform/base/Value.h"
 
 namespace valdren {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/Date.h"
+#include "platform/base/Date.h"
 
 namespace valdren {
 

@@ -7,14 +7,14 @@
 
 #include "ads/loading/VADJsonSafe.h"
 #include "ads/support/VADNumberUtilities.h"
-#include "platform/Application.h"
-#include "platform/AudioSession.h"
-#include "platform/Bundle.h"
-#include "platform/Crypto.h"
-#include "platform/Device.h"
-#include "platform/Folders.h"
-#include "platform/PropertyList.h"
-#include "platform/Text.h"
+#include "platform/application/Application.h"
+#include "platform/base/Crypto.h"
+#include "platform/base/Text.h"
+#include "platform/device/AudioSession.h"
+#include "platform/device/Device.h"
+#include "platform/storage/Bundle.h"
+#include "platform/storage/Folders.h"
+#include "platform/storage/PropertyList.h"
 
 namespace valdren {
 namespace {

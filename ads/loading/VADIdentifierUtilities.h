@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/Geometry.h"
-#include "platform/Shared.h"
-#include "platform/Value.h"
+#include "platform/base/Shared.h"
+#include "platform/base/Value.h"
+#include "platform/ui/Geometry.h"
 
 namespace valdren {
 

@@ -1,7 +1,7 @@
 // Values from outside, made fit to be written as JSON.
 #pragma once
 
-#include "platform/Value.h"
+#include "platform/base/Value.h"
 
 namespace valdren {
 

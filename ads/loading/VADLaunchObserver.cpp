@@ -1,7 +1,7 @@
 #include "ads/loading/VADLaunchObserver.h"
 
-#include "platform/Application.h"
-#include "platform/NotificationCenter.h"
+#include "platform/application/Application.h"
+#include "platform/base/NotificationCenter.h"
 
 namespace valdren {
 namespace {

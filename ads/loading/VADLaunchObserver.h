@@ -1,7 +1,7 @@
 // Whether the application has finished launching.
 #pragma once
 
-#include "platform/WeakPtr.h"
+#include "platform/base/WeakPtr.h"
 
 namespace valdren {
 

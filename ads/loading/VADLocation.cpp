@@ -8,8 +8,8 @@
 #include <limits>
 
 #include "ads/support/VAD_VTMStringEncoding.h"
-#include "platform/Crypto.h"
-#include "platform/Date.h"
+#include "platform/base/Crypto.h"
+#include "platform/base/Date.h"
 
 namespace valdren {
 namespace {

@@ -12,12 +12,12 @@
 #include "ads/telemetry/VADTiming.h"
 #include "ads/web/VADBannerWebViewDelegate.h"
 #include "ads/web/VADWebView.h"
-#include "platform/Application.h"
-#include "platform/Device.h"
-#include "platform/Log.h"
-#include "platform/NotificationCenter.h"
-#include "platform/RunLoop.h"
-#include "platform/Text.h"
+#include "platform/application/Application.h"
+#include "platform/base/Log.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/RunLoop.h"
+#include "platform/base/Text.h"
+#include "platform/device/Device.h"
 
 namespace valdren {
 namespace {

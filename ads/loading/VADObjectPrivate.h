@@ -18,9 +18,9 @@
 #include "ads/telemetry/VADClickTracker.h"
 #include "ads/web/VADAdController.h"
 #include "ads/web/VADScreen.h"
-#include "platform/RunLoop.h"
-#include "platform/View.h"
-#include "platform/ViewController.h"
+#include "platform/base/RunLoop.h"
+#include "platform/ui/View.h"
+#include "platform/ui/ViewController.h"
 
 namespace valdren {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/Value.h"
+#include "platform/base/Value.h"
 
 namespace valdren {
 namespace {

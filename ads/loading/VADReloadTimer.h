@@ -5,7 +5,7 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/RunLoop.h"
+#include "platform/base/RunLoop.h"
 
 namespace valdren {
 

@@ -9,10 +9,10 @@
 #include "ads/signals/Signals.h"
 #include "ads/support/VADNetworkChecker.h"
 #include "ads/telemetry/VADStatistics.h"
-#include "platform/AudioSession.h"
-#include "platform/Device.h"
-#include "platform/Log.h"
-#include "platform/Text.h"
+#include "platform/base/Log.h"
+#include "platform/base/Text.h"
+#include "platform/device/AudioSession.h"
+#include "platform/device/Device.h"
 
 namespace valdren {
 namespace {

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/Text.h"
-#include "platform/UserDefaults.h"
+#include "platform/base/Text.h"
+#include "platform/storage/UserDefaults.h"
 
 namespace valdren {
 namespace {

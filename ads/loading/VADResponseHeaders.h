@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/URLConnection.h"
+#include "platform/net/URLConnection.h"
 
 namespace valdren {
 

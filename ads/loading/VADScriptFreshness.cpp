@@ -2,7 +2,7 @@
 
 #include "ads/loading/VADAdURLBuilder.h"
 #include "ads/telemetry/VADStatisticsCore.h"
-#include "platform/Date.h"
+#include "platform/base/Date.h"
 
 namespace valdren {
 namespace {

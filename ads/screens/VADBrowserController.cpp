@@ -5,8 +5,8 @@
 #include "ads/screens/VADIntrinsicImages.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADOpener.h"
-#include "platform/Application.h"
-#include "platform/RunLoop.h"
+#include "platform/application/Application.h"
+#include "platform/base/RunLoop.h"
 
 namespace valdren {
 namespace {

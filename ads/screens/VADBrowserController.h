@@ -6,9 +6,9 @@
 #include <string>
 
 #include "ads/screens/VADViewController.h"
-#include "platform/BarButtonItem.h"
-#include "platform/Toolbar.h"
-#include "platform/URL.h"
+#include "platform/base/URL.h"
+#include "platform/ui/BarButtonItem.h"
+#include "platform/ui/Toolbar.h"
 
 namespace valdren {
 

@@ -7,9 +7,9 @@
 #include "ads/screens/VADViewControllerPrivate.h"
 #include "ads/web/VADBrowserWebViewDelegate.h"
 #include "ads/web/VADWebView.h"
-#include "platform/ActivityIndicator.h"
-#include "platform/Label.h"
-#include "platform/Toolbar.h"
+#include "platform/ui/ActivityIndicator.h"
+#include "platform/ui/Label.h"
+#include "platform/ui/Toolbar.h"
 
 namespace valdren {
 

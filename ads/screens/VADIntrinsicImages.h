@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/Image.h"
+#include "platform/ui/Image.h"
 
 namespace valdren {
 

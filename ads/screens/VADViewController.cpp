@@ -6,10 +6,10 @@
 #include "ads/support/VADNotificationCenter.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
-#include "platform/Application.h"
-#include "platform/Log.h"
-#include "platform/RunLoop.h"
-#include "platform/Window.h"
+#include "platform/application/Application.h"
+#include "platform/base/Log.h"
+#include "platform/base/RunLoop.h"
+#include "platform/ui/Window.h"
 
 namespace valdren {
 namespace {

@@ -6,9 +6,9 @@
 #include <string_view>
 
 #include "ads/web/VADScreen.h"
-#include "platform/NotificationCenter.h"
-#include "platform/ViewController.h"
-#include "platform/WebView.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/ui/ViewController.h"
+#include "platform/web/WebView.h"
 
 namespace valdren {
 

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "ads/web/VADScreen.h"
-#include "platform/WeakPtr.h"
-#include "platform/WebView.h"
+#include "platform/base/WeakPtr.h"
+#include "platform/web/WebView.h"
 
 namespace valdren {
 

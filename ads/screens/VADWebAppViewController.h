@@ -7,7 +7,7 @@
 
 #include "ads/screens/VADViewController.h"
 #include "ads/web/VADAdController.h"
-#include "platform/URL.h"
+#include "platform/base/URL.h"
 
 namespace valdren {
 

@@ -9,8 +9,8 @@
 #include "ads/web/VADAdController.h"
 #include "ads/web/VADWebAppWebViewDelegate.h"
 #include "ads/web/VADWebView.h"
-#include "platform/ActivityIndicator.h"
-#include "platform/Button.h"
+#include "platform/ui/ActivityIndicator.h"
+#include "platform/ui/Button.h"
 
 namespace valdren {
 

@@ -1,8 +1,8 @@
 #include "ads/signals/SealedSignals.h"
 
 #include "ads/support/VAD_VTMStringEncoding.h"
-#include "platform/Crypto.h"
-#include "platform/Json.h"
+#include "platform/base/Crypto.h"
+#include "platform/base/Json.h"
 
 namespace valdren {
 namespace {

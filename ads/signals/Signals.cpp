@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "ads/signals/SealedSignals.h"
-#include "platform/Clock.h"
-#include "platform/Text.h"
+#include "platform/base/Clock.h"
+#include "platform/base/Text.h"
 
 namespace valdren {
 namespace {

@@ -9,9 +9,9 @@
 #include <set>
 #include <vector>
 
-#include "platform/AtomicFile.h"
-#include "platform/Crypto.h"
-#include "platform/Folders.h"
+#include "platform/base/Crypto.h"
+#include "platform/storage/AtomicFile.h"
+#include "platform/storage/Folders.h"
 
 namespace valdren {
 namespace {

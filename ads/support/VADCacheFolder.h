@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/URL.h"
+#include "platform/base/URL.h"
 
 namespace valdren {
 

@@ -11,11 +11,11 @@
 #include "ads/support/VADCacheFolder.h"
 #include "ads/support/VADHTTPDate.h"
 #include "ads/support/VADNetworkUtilities.h"
-#include "platform/AtomicFile.h"
-#include "platform/Date.h"
-#include "platform/Log.h"
-#include "platform/RegularFile.h"
-#include "platform/Text.h"
+#include "platform/base/Date.h"
+#include "platform/base/Log.h"
+#include "platform/base/Text.h"
+#include "platform/storage/AtomicFile.h"
+#include "platform/storage/RegularFile.h"
 
 namespace valdren {
 namespace {

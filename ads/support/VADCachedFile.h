@@ -8,9 +8,9 @@
 #include <string_view>
 
 #include "ads/support/VADCacheFolder.h"
-#include "platform/Date.h"
-#include "platform/URLConnection.h"
-#include "platform/WeakPtr.h"
+#include "platform/base/Date.h"
+#include "platform/base/WeakPtr.h"
+#include "platform/net/URLConnection.h"
 
 namespace valdren {
 

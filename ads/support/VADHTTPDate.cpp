@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <ctime>
 
-#include "platform/Text.h"
+#include "platform/base/Text.h"
 
 namespace valdren {
 namespace {

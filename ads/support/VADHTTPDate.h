@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Date.h"
+#include "platform/base/Date.h"
 
 namespace valdren {
 

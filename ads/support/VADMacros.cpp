@@ -1,6 +1,6 @@
 #include "ads/support/VADMacros.h"
 
-#include "platform/Json.h"
+#include "platform/base/Json.h"
 
 namespace valdren {
 

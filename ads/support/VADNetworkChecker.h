@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/Reachability.h"
+#include "platform/device/Reachability.h"
 
 namespace valdren {
 

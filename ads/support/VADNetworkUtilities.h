@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/URL.h"
-#include "platform/Value.h"
+#include "platform/base/URL.h"
+#include "platform/base/Value.h"
 
 namespace valdren {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/URL.h"
-#include "platform/Value.h"
+#include "platform/base/URL.h"
+#include "platform/base/Value.h"
 
 namespace valdren {
 

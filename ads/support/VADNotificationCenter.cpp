@@ -2,7 +2,7 @@
 
 #include "ads/support/VADMacros.h"
 #include "ads/support/VADNotification.h"
-#include "platform/RunLoop.h"
+#include "platform/base/RunLoop.h"
 
 namespace valdren {
 namespace {

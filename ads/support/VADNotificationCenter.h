@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/NotificationCenter.h"
-#include "platform/URL.h"
-#include "platform/WebView.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/URL.h"
+#include "platform/web/WebView.h"
 
 namespace valdren {
 

@@ -4,7 +4,7 @@
 #include <numeric>
 #include <stdexcept>
 
-#include "platform/Text.h"
+#include "platform/base/Text.h"
 
 namespace valdren {
 namespace {

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "ads/support/VADCachedFile.h"
-#include "platform/Application.h"
+#include "platform/application/Application.h"
 
 namespace valdren {
 

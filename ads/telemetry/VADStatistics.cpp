@@ -7,9 +7,9 @@
 #include "ads/signals/Signals.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
-#include "platform/Application.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Text.h"
+#include "platform/application/Application.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/Text.h"
 
 namespace valdren {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "ads/telemetry/VADStatisticsCore.h"
 #include "ads/telemetry/VADTimingManager.h"
-#include "platform/URL.h"
+#include "platform/base/URL.h"
 
 namespace valdren {
 

@@ -1,6 +1,6 @@
 #include "ads/telemetry/VADStatisticsCore.h"
 
-#include "platform/UserDefaults.h"
+#include "platform/storage/UserDefaults.h"
 
 namespace valdren {
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "ads/support/VADMacros.h"
-#include "platform/Clock.h"
+#include "platform/base/Clock.h"
 
 namespace valdren {
 namespace {

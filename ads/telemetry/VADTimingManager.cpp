@@ -1,8 +1,8 @@
 #include "ads/telemetry/VADTimingManager.h"
 
-#include "platform/Application.h"
-#include "platform/NotificationCenter.h"
-#include "platform/UserDefaults.h"
+#include "platform/application/Application.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/storage/UserDefaults.h"
 
 namespace valdren {
 

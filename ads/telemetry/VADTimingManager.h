@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "ads/telemetry/VADTiming.h"
-#include "platform/WeakPtr.h"
+#include "platform/base/WeakPtr.h"
 
 namespace valdren {
 

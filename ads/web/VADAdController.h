@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "platform/URL.h"
-#include "platform/ViewController.h"
-#include "platform/WeakPtr.h"
+#include "platform/base/URL.h"
+#include "platform/base/WeakPtr.h"
+#include "platform/ui/ViewController.h"
 
 namespace valdren {
 

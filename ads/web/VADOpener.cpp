@@ -9,9 +9,9 @@
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADScreen.h"
 #include "ads/web/VADWebViewDelegate.h"
-#include "platform/Application.h"
-#include "platform/MailComposer.h"
-#include "platform/RunLoop.h"
+#include "platform/application/Application.h"
+#include "platform/application/MailComposer.h"
+#include "platform/base/RunLoop.h"
 
 namespace valdren {
 namespace {

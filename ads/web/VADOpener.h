@@ -6,10 +6,10 @@
 #include <string>
 
 #include "ads/web/VADAdController.h"
-#include "platform/MailComposer.h"
-#include "platform/URL.h"
-#include "platform/ViewController.h"
-#include "platform/WebView.h"
+#include "platform/application/MailComposer.h"
+#include "platform/base/URL.h"
+#include "platform/ui/ViewController.h"
+#include "platform/web/WebView.h"
 
 namespace valdren {
 

@@ -6,7 +6,7 @@
 #include "ads/support/VADNotificationCenter.h"
 #include "ads/web/VADLandingPageTiming.h"
 #include "ads/web/VADOpener.h"
-#include "platform/RunLoop.h"
+#include "platform/base/RunLoop.h"
 
 namespace valdren {
 namespace {

@@ -1,7 +1,7 @@
 // The web view that shows an ad; it remembers whether it was touched.
 #pragma once
 
-#include "platform/WebView.h"
+#include "platform/web/WebView.h"
 
 namespace valdren {
 

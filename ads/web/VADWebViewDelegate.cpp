@@ -12,10 +12,10 @@
 #include "ads/telemetry/VADClickTracker.h"
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADScreen.h"
-#include "platform/Application.h"
-#include "platform/Log.h"
-#include "platform/RunLoop.h"
-#include "platform/SystemSound.h"
+#include "platform/application/Application.h"
+#include "platform/base/Log.h"
+#include "platform/base/RunLoop.h"
+#include "platform/device/SystemSound.h"
 
 namespace valdren {
 namespace {

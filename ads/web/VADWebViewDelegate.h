@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Value.h"
-#include "platform/ViewController.h"
-#include "platform/WebView.h"
+#include "platform/base/Value.h"
+#include "platform/ui/ViewController.h"
+#include "platform/web/WebView.h"
 
 namespace valdren {
 

@@ -11,7 +11,7 @@
 #include "benchmarks/support/BareView.h"
 #include "benchmarks/support/LoopWork.h"
 #include "benchmarks/support/Stage.h"
-#include "platform/Host.h"
+#include "platform/application/Host.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include "ads/support/VADMacros.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "benchmarks/Figures.h"
-#include "platform/ApplicationMain.h"
-#include "platform/FileUserDefaults.h"
+#include "platform/application/ApplicationMain.h"
+#include "platform/storage/FileUserDefaults.h"
 
 namespace {
 

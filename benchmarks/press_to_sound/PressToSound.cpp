@@ -16,8 +16,8 @@
 #endif
 
 #include "benchmarks/Figures.h"
-#include "platform/AudioPlayer.h"
 #include "platform/audio/AudioOutput.h"
+#include "platform/audio/AudioPlayer.h"
 #include "platform/audio/ClipDecoder.h"
 #include "tests/support/PrivateSoundServer.h"
 

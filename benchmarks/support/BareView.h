@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
 
 namespace benchmarks {
 

@@ -9,8 +9,8 @@
 
 #include "ads/api/VADConfiguration.h"
 #include "ads/telemetry/VADStatistics.h"
-#include "platform/Bundle.h"
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
+#include "platform/storage/Bundle.h"
 
 namespace benchmarks {
 

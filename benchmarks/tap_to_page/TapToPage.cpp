@@ -17,8 +17,8 @@
 #include "benchmarks/support/LoopWork.h"
 #include "benchmarks/support/Pixels.h"
 #include "benchmarks/support/Stage.h"
-#include "platform/Window.h"
-#include "platform/gtk/NativeView.h"
+#include "platform/ui/NativeView.h"
+#include "platform/ui/Window.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "platform/AudioPlayer.h"
+#include "platform/audio/AudioPlayer.h"
 
-#include "platform/Log.h"
-#include "platform/RunLoop.h"
 #include "platform/audio/AudioOutput.h"
 #include "platform/audio/ClipCache.h"
+#include "platform/base/Log.h"
+#include "platform/base/RunLoop.h"
 
 namespace platform {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/Log.h"
+#include "platform/base/Log.h"
 
 namespace platform {
 namespace {

@@ -3,9 +3,9 @@
 
 #include <memory>
 
-#include "platform/RunLoop.h"
-#include "platform/URLConnection.h"
+#include "platform/base/RunLoop.h"
 #include "platform/net/HTTPExchange.h"
+#include "platform/net/URLConnection.h"
 
 namespace platform {
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/Text.h"
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
+#include "platform/base/Text.h"
 #include "platform/net/HTTPSession.h"
 
 namespace platform {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/URLConnection.h"
+#include "platform/net/URLConnection.h"
 
 namespace platform {
 

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "platform/URLConnection.h"
+#include "platform/net/URLConnection.h"
 
 namespace platform {
 namespace {

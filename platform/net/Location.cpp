@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "platform/Text.h"
+#include "platform/base/Text.h"
 
 namespace platform {
 

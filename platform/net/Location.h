@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/URL.h"
+#include "platform/base/URL.h"
 
 namespace platform {
 

@@ -9,9 +9,9 @@
 #include <memory>
 #include <utility>
 
-#include "platform/Log.h"
-#include "platform/gtk/Launches.h"
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
+#include "platform/base/Log.h"
+#include "platform/device/Launches.h"
 
 namespace platform {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/RunLoop.h"
-#include "platform/Shared.h"
+#include "platform/base/RunLoop.h"
+#include "platform/base/Shared.h"
 
 namespace platform {
 

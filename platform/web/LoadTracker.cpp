@@ -1,6 +1,6 @@
 #include "platform/web/LoadTracker.h"
 
-#include "platform/RunLoop.h"
+#include "platform/base/RunLoop.h"
 
 namespace platform {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/WebView.h"
+#include "platform/web/WebView.h"
 
 namespace platform {
 

@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
-#include "platform/Log.h"
-#include "platform/RunLoop.h"
+#include "platform/base/Log.h"
+#include "platform/base/RunLoop.h"
 
 namespace platform {
 namespace {

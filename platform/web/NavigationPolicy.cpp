@@ -4,9 +4,9 @@
 #include <array>
 #include <utility>
 
-#include "platform/Log.h"
-#include "platform/RunLoop.h"
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
+#include "platform/base/Log.h"
+#include "platform/base/RunLoop.h"
 
 namespace platform {
 namespace {

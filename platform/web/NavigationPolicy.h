@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/WebView.h"
 #include "platform/web/LoadTracker.h"
 #include "platform/web/PageBudget.h"
+#include "platform/web/WebView.h"
 
 namespace platform {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/Clock.h"
+#include "platform/base/Clock.h"
 
 namespace platform {
 

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
 
 namespace platform {
 

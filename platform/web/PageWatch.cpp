@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/Log.h"
+#include "platform/base/Log.h"
 
 namespace platform {
 

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "platform/RunLoop.h"
+#include "platform/base/RunLoop.h"
 
 namespace platform {
 

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Log.h"
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
+#include "platform/base/Log.h"
 
 namespace platform {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Log.h"
+#include "platform/base/Log.h"
 #include "platform/web/PageBudget.h"
 
 namespace platform {

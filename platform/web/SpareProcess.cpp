@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/RunLoop.h"
+#include "platform/base/RunLoop.h"
 #include "platform/web/Refusals.h"
 #include "platform/web/WebSession.h"
 

@@ -3,7 +3,7 @@
 
 #include <webkit/webkit.h>
 
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
 
 namespace platform {
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <vector>
 
-#include "platform/RunLoop.h"
-#include "platform/WebView.h"
+#include "platform/base/RunLoop.h"
 #include "platform/web/WebKitEngine.h"
+#include "platform/web/WebView.h"
 
 namespace platform {
 

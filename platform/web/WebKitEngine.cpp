@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Log.h"
-#include "platform/RunLoop.h"
-#include "platform/gtk/NativeView.h"
+#include "platform/base/Log.h"
+#include "platform/base/RunLoop.h"
+#include "platform/ui/NativeView.h"
 #include "platform/web/EngineCheck.h"
 #include "platform/web/PageWidget.h"
 #include "platform/web/Refusals.h"

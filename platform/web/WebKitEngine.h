@@ -3,13 +3,13 @@
 
 #include <webkit/webkit.h>
 
-#include "platform/RunLoop.h"
-#include "platform/WebView.h"
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
+#include "platform/base/RunLoop.h"
 #include "platform/web/LoadTracker.h"
 #include "platform/web/NavigationPolicy.h"
 #include "platform/web/PageScripts.h"
 #include "platform/web/PageWatch.h"
+#include "platform/web/WebView.h"
 
 namespace platform {
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/Json.h"
+#include "platform/base/Json.h"
 #include "sandbox/Http.h"
 #include "sandbox/Sandbox.h"
 #include "tests/sandbox/Client.h"

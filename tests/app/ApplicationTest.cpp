@@ -1,14 +1,14 @@
-#include "platform/Application.h"
+#include "platform/application/Application.h"
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 #include <gtkmm/window.h>
 
 #include "app/quorbelAppDelegate.h"
-#include "platform/ApplicationMain.h"
-#include "platform/NotificationCenter.h"
-#include "platform/RunLoop.h"
-#include "platform/gtk/NativeWindow.h"
+#include "platform/application/ApplicationMain.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/RunLoop.h"
+#include "platform/ui/NativeWindow.h"
 
 namespace {
 

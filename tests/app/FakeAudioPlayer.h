@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/AudioPlayer.h"
+#include "platform/audio/AudioPlayer.h"
 
 namespace quorbel_tests {
 

@@ -6,10 +6,10 @@
 #include <csignal>
 #include <cstdlib>
 
-#include "platform/Button.h"
-#include "platform/Json.h"
-#include "platform/Value.h"
-#include "platform/ViewController.h"
+#include "platform/base/Json.h"
+#include "platform/base/Value.h"
+#include "platform/ui/Button.h"
+#include "platform/ui/ViewController.h"
 #include "sandbox/Sandbox.h"
 #include "tests/support/Loop.h"
 #include "tests/support/Process.h"

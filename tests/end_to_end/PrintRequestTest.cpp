@@ -5,11 +5,11 @@
 #include <map>
 
 #include "ads/telemetry/VADStatistics.h"
-#include "platform/ApplicationMain.h"
-#include "platform/Bundle.h"
-#include "platform/FileUserDefaults.h"
-#include "platform/Folders.h"
-#include "platform/Json.h"
+#include "platform/application/ApplicationMain.h"
+#include "platform/base/Json.h"
+#include "platform/storage/Bundle.h"
+#include "platform/storage/FileUserDefaults.h"
+#include "platform/storage/Folders.h"
 #include "tests/support/Printing.h"
 #include "tests/support/Process.h"
 

@@ -16,11 +16,11 @@
 #include "ads/support/VADNotification.h"
 #include "ads/support/VAD_VTMStringEncoding.h"
 #include "ads/telemetry/VADStatistics.h"
-#include "platform/FileUserDefaults.h"
-#include "platform/Json.h"
-#include "platform/PropertyList.h"
-#include "platform/Text.h"
+#include "platform/base/Json.h"
+#include "platform/base/Text.h"
 #include "platform/net/Location.h"
+#include "platform/storage/FileUserDefaults.h"
+#include "platform/storage/PropertyList.h"
 #include "sandbox/AdNetwork.h"
 
 namespace quorbel_tests {

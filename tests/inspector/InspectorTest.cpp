@@ -1,7 +1,7 @@
 // The inspector in a real engine: it shows what was sent, as text and nothing else.
 #include <gtest/gtest.h>
 
-#include "platform/Json.h"
+#include "platform/base/Json.h"
 #include "sandbox/Http.h"
 #include "sandbox/Sandbox.h"
 #include "tests/inspector/Browser.h"

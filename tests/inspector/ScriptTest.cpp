@@ -1,7 +1,7 @@
 // The ad engine script in a real page, put together as a client does it.
 #include <gtest/gtest.h>
 
-#include "platform/Json.h"
+#include "platform/base/Json.h"
 #include "sandbox/Http.h"
 #include "sandbox/Sandbox.h"
 #include "tests/inspector/Browser.h"

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "platform/Json.h"
+#include "platform/base/Json.h"
 
 namespace sandbox_tests {
 namespace {

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Value.h"
+#include "platform/base/Value.h"
 
 namespace sandbox_tests {
 

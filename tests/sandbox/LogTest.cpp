@@ -3,7 +3,7 @@
 
 #include "ads/loading/VADLocation.h"
 #include "ads/signals/SealedSignals.h"
-#include "platform/Json.h"
+#include "platform/base/Json.h"
 #include "sandbox/Http.h"
 #include "sandbox/RequestLog.h"
 #include "sandbox/Sandbox.h"

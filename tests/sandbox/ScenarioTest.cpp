@@ -5,7 +5,7 @@
 #include <set>
 #include <sstream>
 
-#include "platform/Text.h"
+#include "platform/base/Text.h"
 #include "sandbox/Sandbox.h"
 #include "sandbox/Scenarios.h"
 #include "tests/sandbox/Client.h"

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/NotificationCenter.h"
+#include "platform/base/NotificationCenter.h"
 
 namespace quorbel_tests {
 

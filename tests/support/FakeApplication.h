@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Application.h"
+#include "platform/application/Application.h"
 
 namespace quorbel_tests {
 

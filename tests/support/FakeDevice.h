@@ -1,9 +1,9 @@
 // A machine that is what a test says it is: device, screen and sound route.
 #pragma once
 
-#include "platform/AudioSession.h"
-#include "platform/Device.h"
-#include "platform/RunLoop.h"
+#include "platform/base/RunLoop.h"
+#include "platform/device/AudioSession.h"
+#include "platform/device/Device.h"
 
 namespace quorbel_tests {
 

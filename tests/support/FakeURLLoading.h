@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/URLConnection.h"
+#include "platform/net/URLConnection.h"
 
 namespace quorbel_tests {
 

@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "platform/UserDefaults.h"
+#include "platform/storage/UserDefaults.h"
 
 namespace quorbel_tests {
 

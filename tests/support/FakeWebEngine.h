@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/WebView.h"
+#include "platform/web/WebView.h"
 
 namespace quorbel_tests {
 

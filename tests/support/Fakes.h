@@ -3,8 +3,8 @@
 
 #include <map>
 
-#include "platform/Clock.h"
-#include "platform/RunLoop.h"
+#include "platform/base/Clock.h"
+#include "platform/base/RunLoop.h"
 
 namespace quorbel_tests {
 

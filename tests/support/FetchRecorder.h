@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/URLConnection.h"
+#include "platform/net/URLConnection.h"
 
 namespace quorbel_tests {
 

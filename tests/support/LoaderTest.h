@@ -16,7 +16,7 @@
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADWebView.h"
-#include "platform/Folders.h"
+#include "platform/storage/Folders.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/FakeURLLoading.h"

@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "platform/Text.h"
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
+#include "platform/base/Text.h"
 #include "tests/support/SelfSignedCertificate.h"
 
 namespace quorbel_tests {

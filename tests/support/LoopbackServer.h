@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/URLConnection.h"
+#include "platform/net/URLConnection.h"
 
 namespace quorbel_tests {
 

@@ -3,7 +3,7 @@
 
 #include <gtk/gtk.h>
 
-#include "platform/Geometry.h"
+#include "platform/ui/Geometry.h"
 
 namespace quorbel_tests {
 

@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "platform/Value.h"
+#include "platform/base/Value.h"
 
 namespace platform {
 

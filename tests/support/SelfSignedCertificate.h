@@ -3,7 +3,7 @@
 
 #include <gio/gio.h>
 
-#include "platform/net/GObjectPtr.h"
+#include "platform/base/GObjectPtr.h"
 
 namespace quorbel_tests {
 

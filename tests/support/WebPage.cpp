@@ -11,8 +11,8 @@
 #include <set>
 #include <sstream>
 
-#include "platform/gtk/NativeView.h"
-#include "platform/gtk/NativeWindow.h"
+#include "platform/ui/NativeView.h"
+#include "platform/ui/NativeWindow.h"
 #include "tests/support/Loop.h"
 #include "tests/support/Pointer.h"
 

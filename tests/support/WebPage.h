@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/WebView.h"
-#include "platform/Window.h"
+#include "platform/ui/Window.h"
+#include "platform/web/WebView.h"
 
 namespace quorbel_tests {
 

@@ -6,8 +6,8 @@
 #include <thread>
 
 #include "ads/api/VADBannerView.h"
-#include "platform/ApplicationMain.h"
-#include "platform/RunLoop.h"
+#include "platform/application/ApplicationMain.h"
+#include "platform/base/RunLoop.h"
 #include "tests/support/Loop.h"
 
 namespace {

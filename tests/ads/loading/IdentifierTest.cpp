@@ -4,8 +4,8 @@
 #include <tuple>
 
 #include "ads/loading/VADIdentifierUtilities.h"
-#include "platform/Bundle.h"
-#include "platform/Json.h"
+#include "platform/base/Json.h"
+#include "platform/storage/Bundle.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/Printing.h"

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "ads/web/VADWebViewDelegate.h"
-#include "platform/NotificationCenter.h"
+#include "platform/base/NotificationCenter.h"
 #include "tests/support/LoaderTest.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include "ads/loading/VADAdURLBuilder.h"
 #include "ads/loading/VADReloadTimer.h"
 #include "ads/web/VADScreen.h"
-#include "platform/NotificationCenter.h"
+#include "platform/base/NotificationCenter.h"
 #include "tests/support/LoaderTest.h"
 
 namespace {

@@ -10,7 +10,7 @@
 #include "ads/support/VADMacros.h"
 #include "ads/support/VADNetworkChecker.h"
 #include "ads/telemetry/VADStatistics.h"
-#include "platform/Json.h"
+#include "platform/base/Json.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/FakeUserDefaults.h"

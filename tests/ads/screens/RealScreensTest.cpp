@@ -10,7 +10,7 @@
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADWebView.h"
-#include "platform/Window.h"
+#include "platform/ui/Window.h"
 #include "platform/web/EngineCheck.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/FakeUserDefaults.h"

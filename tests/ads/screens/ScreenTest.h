@@ -12,7 +12,7 @@
 #include "ads/loading/VADIdentifierUtilities.h"
 #include "ads/screens/VADViewController.h"
 #include "ads/telemetry/VADStatistics.h"
-#include "platform/Window.h"
+#include "platform/ui/Window.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/FakeUserDefaults.h"

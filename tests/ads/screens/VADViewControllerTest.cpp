@@ -1,7 +1,7 @@
 // How screens come up and go, whoever ends them and however often.
 #include "ads/screens/VADViewController.h"
 
-#include "platform/RunLoop.h"
+#include "platform/base/RunLoop.h"
 #include "tests/ads/screens/ScreenTest.h"
 
 namespace valdren {

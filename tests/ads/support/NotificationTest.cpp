@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "ads/support/VADNotificationCenter.h"
-#include "platform/ApplicationMain.h"
+#include "platform/application/ApplicationMain.h"
 #include "tests/support/FakeWebEngine.h"
 #include "tests/support/Fakes.h"
 #include "tests/support/Printing.h"

@@ -13,7 +13,7 @@
 #include "ads/support/VADCacheFolder.h"
 #include "ads/support/VADHTTPDate.h"
 #include "ads/support/VADNetworkUtilities.h"
-#include "platform/Folders.h"
+#include "platform/storage/Folders.h"
 #include "tests/support/FakeURLLoading.h"
 #include "tests/support/Fakes.h"
 #include "tests/support/LogLines.h"

@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include "ads/telemetry/VADTimingManager.h"
-#include "platform/Application.h"
-#include "platform/FileUserDefaults.h"
+#include "platform/application/Application.h"
+#include "platform/storage/FileUserDefaults.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/Fakes.h"

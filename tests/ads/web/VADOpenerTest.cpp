@@ -5,7 +5,7 @@
 #include "ads/screens/VADWebAppViewController.h"
 #include "ads/support/VADNotification.h"
 #include "ads/telemetry/VADClickTracker.h"
-#include "platform/MailComposer.h"
+#include "platform/application/MailComposer.h"
 #include "tests/ads/screens/ScreenTest.h"
 #include "tests/ads/web/FakeAdController.h"
 #include "tests/ads/web/RecordingOpener.h"

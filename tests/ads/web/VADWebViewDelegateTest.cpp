@@ -10,7 +10,7 @@
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADScreen.h"
 #include "ads/web/VADWebView.h"
-#include "platform/SystemSound.h"
+#include "platform/device/SystemSound.h"
 #include "tests/ads/web/RecordingOpener.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeURLLoading.h"

@@ -1,0 +1,65 @@
+// The running application as its own code sees it: state, notices, status bar, and what it asks of
+// the system outside.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "platform/base/Shared.h"
+#include "platform/base/URL.h"
+#include "platform/ui/ViewController.h"
+
+namespace platform {
+
+// Posted on `NotificationCenter::defaultCenter()` with the application as object.
+inline constexpr const char* kApplicationDidFinishLaunching = "ApplicationDidFinishLaunching";
+inline constexpr const char* kApplicationWillResignActive = "ApplicationWillResignActive";
+inline constexpr const char* kApplicationDidBecomeActive = "ApplicationDidBecomeActive";
+inline constexpr const char* kApplicationDidEnterBackground = "ApplicationDidEnterBackground";
+inline constexpr const char* kApplicationWillEnterForeground = "ApplicationWillEnterForeground";
+inline constexpr const char* kApplicationWillTerminate = "ApplicationWillTerminate";
+inline constexpr const char* kApplicationDidReceiveMemoryWarning =
+    "ApplicationDidReceiveMemoryWarning";
+
+enum class ApplicationState : int { Active = 0, Inactive = 1, Background = 2 };
+
+/// Names a background task; 0 is none.
+using BackgroundTaskID = std::uint64_t;
+
+class Application : public Shared<Application> {
+ public:
+  static Application& standard();
+  virtual ~Application() = default;
+
+  virtual ApplicationState applicationState() const = 0;
+
+  virtual bool isStatusBarHidden() const = 0;
+  virtual void setStatusBarHidden(bool hidden) = 0;
+  /// Points; 0 while hidden.
+  virtual double statusBarHeight() const = 0;
+  virtual InterfaceOrientation statusBarOrientation() const = 0;
+
+  /// While disabled, the session neither dims nor locks for want of input.
+  virtual bool isIdleTimerDisabled() const = 0;
+  virtual void setIdleTimerDisabled(bool disabled) = 0;
+
+  /// Asks the system to open the URL with whatever handles its scheme, never through a shell and
+  /// without waiting for it. One debug line when nothing does. Files of this machine are not
+  /// opened; nor is anything unless a touch or key of the person, seconds ago at most and not used
+  /// by another launch, stands behind it (see `LaunchPermit`).
+  virtual void openURL(const URL& url) = 0;
+  /// Whether something on this system handles the URL's scheme. Blocks for no longer than a look-up
+  /// in the local database takes.
+  virtual bool canOpenURL(const URL& url) const = 0;
+
+  /// Keeps the application running until the task is ended, also when its window is closed. Once
+  /// the application has been in the background for the time that the system grants (three minutes;
+  /// ten seconds when its window was closed), `expired` is called once and the task ends by itself.
+  /// In the foreground a task may last.
+  virtual BackgroundTaskID beginBackgroundTask(std::function<void()> expired) = 0;
+  /// Ends a task; 0 and ended ones are ignored.
+  virtual void endBackgroundTask(BackgroundTaskID task) = 0;
+};
+
+}  // namespace platform

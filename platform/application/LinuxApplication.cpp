@@ -1,0 +1,147 @@
+#include "platform/application/LinuxApplication.h"
+
+#include "platform/base/Log.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/RunLoop.h"
+#include "platform/device/Launches.h"
+#include "platform/storage/UserDefaults.h"
+#include "platform/ui/LaunchPermit.h"
+#include "platform/ui/Window.h"
+
+namespace platform {
+namespace {
+
+// What background tasks are granted: while the application is out of sight, and at its end.
+constexpr double kSecondsOutOfSight = 180;
+constexpr double kSecondsAtTheEnd = 10;
+
+void post(const char* name) {
+  NotificationCenter::defaultCenter().postNotificationName(name, &Application::shared());
+}
+
+/// Whether the URL may be handed to another program: it says which kind, and names no file.
+bool isForOthers(const URL& url) {
+  const std::string scheme = url.lowercaseScheme();
+  return !scheme.empty() && scheme != "file";
+}
+
+}  // namespace
+
+Application& Application::standard() {
+  return LinuxApplication::instance();
+}
+
+LinuxApplication::LinuxApplication() = default;
+
+LinuxApplication& LinuxApplication::instance() {
+  // Never destroyed: background tasks may end while the process does.
+  static auto* const application = new LinuxApplication;
+  return *application;
+}
+
+bool LinuxApplication::isStatusBarHidden() const {
+  const Window* window = Window::keyWindow();
+  return !window || window->isStatusBarHidden();
+}
+
+void LinuxApplication::setStatusBarHidden(bool hidden) {
+  if (Window* window = Window::keyWindow()) window->setStatusBarHidden(hidden);
+}
+
+double LinuxApplication::statusBarHeight() const {
+  const Window* window = Window::keyWindow();
+  return window ? window->statusBarHeight() : 0;
+}
+
+InterfaceOrientation LinuxApplication::statusBarOrientation() const {
+  const Window* window = Window::keyWindow();
+  return window ? window->orientation() : InterfaceOrientation::Portrait;
+}
+
+void LinuxApplication::setIdleTimerDisabled(bool disabled) {
+  if (idleTimerDisabled_ == disabled) return;
+  idleTimerDisabled_ = disabled;
+  if (inhibitor_) inhibitor_(disabled);
+}
+
+void LinuxApplication::setInhibitor(std::function<void(bool)> inhibitor) {
+  inhibitor_ = std::move(inhibitor);
+  if (inhibitor_ && idleTimerDisabled_) inhibitor_(true);
+}
+
+void LinuxApplication::openURL(const URL& url) {
+  if (!isForOthers(url)) return logDebug("Not opened: " + url.absoluteString());
+  // What nothing handles uses no touch up, so that a page may go on to something else.
+  auto& permit = LaunchPermit::shared();
+  if (permit.isGiven() && !isInSandbox() && !hasHandler(url)) {
+    return logDebug("Nothing opens the URL: " + url.absoluteString());
+  }
+  if (const LaunchPermit::Touch touch = permit.use(url.absoluteString())) launch(url, touch);
+}
+
+bool LinuxApplication::canOpenURL(const URL& url) const {
+  return isForOthers(url) && hasHandler(url);
+}
+
+BackgroundTaskID LinuxApplication::beginBackgroundTask(std::function<void()> expired) {
+  const BackgroundTaskID id = ++lastTask_;
+  tasks_[id] = std::move(expired);
+  // One that is begun when the time is over gets a time of its own.
+  if (state_ == ApplicationState::Background && !(grant_ && grant_->isValid())) {
+    expireTasksAfter(kSecondsAtTheEnd);
+  }
+  return id;
+}
+
+void LinuxApplication::endBackgroundTask(BackgroundTaskID task) {
+  const auto found = tasks_.find(task);
+  if (found == tasks_.end()) return;
+  // What the task kept alive may go with it, and end other tasks.
+  const std::function<void()> keptUntilReturn = std::move(found->second);
+  tasks_.erase(found);
+  if (tasks_.empty() && idle_)
+    RunLoop::shared().performAfterDelay(*this, 0, [this] {
+      if (tasks_.empty() && idle_) idle_();
+    });
+}
+
+void LinuxApplication::beginToEnd() {
+  isEnding_ = true;
+  expireTasksAfter(kSecondsAtTheEnd);
+}
+
+void LinuxApplication::expireTasksAfter(double seconds) {
+  grant_ = RunLoop::shared().scheduleTimer(seconds, [this] { expireTasks(); });
+}
+
+void LinuxApplication::expireTasks() {
+  const BackgroundTaskID last = lastTask_;
+  while (!tasks_.empty() && tasks_.begin()->first <= last) {
+    const auto& [id, expired] = *tasks_.begin();
+    const BackgroundTaskID task = id;
+    const std::function<void()> keptUntilReturn = expired;
+    if (keptUntilReturn) keptUntilReturn();
+    endBackgroundTask(task);
+  }
+}
+
+void LinuxApplication::enterBackground() {
+  if (state_ == ApplicationState::Background) return;
+  post(kApplicationWillResignActive);
+  state_ = ApplicationState::Background;
+  expireTasksAfter(kSecondsOutOfSight);
+  post(kApplicationDidEnterBackground);
+  // A phone may stop what is out of sight.
+  UserDefaults::shared().synchronize();
+  UserDefaults::shared().hasten();
+}
+
+void LinuxApplication::enterForeground() {
+  if (state_ != ApplicationState::Background || isEnding_) return;
+  grant_.reset();
+  post(kApplicationWillEnterForeground);
+  state_ = ApplicationState::Active;
+  post(kApplicationDidBecomeActive);
+}
+
+}  // namespace platform

@@ -1,0 +1,63 @@
+// The running application on a Linux desktop or phone.
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include "platform/application/Application.h"
+#include "platform/base/RunLoop.h"
+
+namespace platform {
+
+/// Works without a window, and without the toolkit having been started: then the state is active,
+/// there is no status bar, and only questions to the system are answered.
+class LinuxApplication final : public Application, public Trackable {
+ public:
+  static LinuxApplication& instance();
+
+  ApplicationState applicationState() const override { return state_; }
+  bool isStatusBarHidden() const override;
+  void setStatusBarHidden(bool hidden) override;
+  double statusBarHeight() const override;
+  InterfaceOrientation statusBarOrientation() const override;
+  bool isIdleTimerDisabled() const override { return idleTimerDisabled_; }
+  void setIdleTimerDisabled(bool disabled) override;
+  void openURL(const URL& url) override;
+  bool canOpenURL(const URL& url) const override;
+  BackgroundTaskID beginBackgroundTask(std::function<void()> expired) override;
+  void endBackgroundTask(BackgroundTaskID task) override;
+
+  /// Changes the state and posts the notices that go with it. Nothing when it is the present one.
+  void enterBackground();
+  void enterForeground();
+  /// From now on the application stays in the background, and background tasks are granted what is
+  /// due at the end of a run.
+  void beginToEnd();
+
+  std::size_t backgroundTaskCount() const { return tasks_.size(); }
+  /// Called when the last background task has ended.
+  void setIdleHandler(std::function<void()> idle) { idle_ = std::move(idle); }
+  /// Called with true when the first background task begins and with false when the last one ends.
+  void setHolder(std::function<void(bool held)> holder) { holder_ = std::move(holder); }
+
+  /// Called with whether the session may dim and lock.
+  void setInhibitor(std::function<void(bool inhibited)> inhibitor);
+
+ private:
+  LinuxApplication();
+  void expireTasksAfter(double seconds);
+  void expireTasks();
+
+  ApplicationState state_ = ApplicationState::Active;
+  bool isEnding_ = false;
+  bool idleTimerDisabled_ = false;
+  BackgroundTaskID lastTask_ = 0;
+  std::map<BackgroundTaskID, std::function<void()>> tasks_;
+  /// Runs while the application is in the background.
+  std::unique_ptr<Timer> grant_;
+  std::function<void()> idle_;
+  std::function<void(bool)> holder_;
+  std::function<void(bool)> inhibitor_;
+};
+
+}  // namespace platform

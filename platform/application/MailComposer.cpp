@@ -1,0 +1,104 @@
+#include "platform/application/MailComposer.h"
+
+#include <algorithm>
+
+#include "platform/base/Text.h"
+
+namespace platform {
+namespace {
+
+/// A line break would begin a header of the page's choice.
+std::string headerText(const std::string& text) {
+  std::string line = repairedUTF8(text);
+  std::replace_if(
+      line.begin(), line.end(),
+      [](unsigned char character) { return character < 0x20 || character == 0x7f; }, ' ');
+  return std::string(trimmed(line));
+}
+
+/// Without those that are empty.
+std::vector<std::string> headerTexts(const std::vector<std::string>& texts) {
+  std::vector<std::string> lines;
+  for (const std::string& text : texts) {
+    std::string line = headerText(text);
+    if (!line.empty()) lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+void appendEncoded(std::string& url, const std::string& text) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    const bool plain = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
+                       (byte >= 'a' && byte <= 'z') ||
+                       std::string_view("-._~@").find(character) != std::string_view::npos;
+    if (plain) {
+      url += character;
+    } else {
+      url += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
+    }
+  }
+}
+
+std::string joined(const std::vector<std::string>& texts) {
+  std::string url;
+  for (const std::string& text : texts) {
+    if (!url.empty()) url += ',';
+    appendEncoded(url, text);
+  }
+  return url;
+}
+
+}  // namespace
+
+std::optional<URL> MailMessage::mailtoURL() const {
+  std::string url = "mailto:" + joined(toRecipients);
+  char separator = '?';
+  const auto add = [&](const char* name, const std::string& encoded) {
+    if (encoded.empty()) return;
+    url += separator;
+    url += name;
+    url += '=' + encoded;
+    separator = '&';
+  };
+  const auto encoded = [](const std::string& text) {
+    std::string result;
+    appendEncoded(result, text);
+    return result;
+  };
+  add("cc", joined(ccRecipients));
+  add("bcc", joined(bccRecipients));
+  add("subject", encoded(subject));
+  add("body", encoded(body));
+  return URL::parse(url);
+}
+
+void MailComposer::setToRecipients(std::vector<std::string> recipients) {
+  message_.toRecipients = headerTexts(recipients);
+}
+void MailComposer::setCcRecipients(std::vector<std::string> recipients) {
+  message_.ccRecipients = headerTexts(recipients);
+}
+void MailComposer::setBccRecipients(std::vector<std::string> recipients) {
+  message_.bccRecipients = headerTexts(recipients);
+}
+void MailComposer::setSubject(const std::string& subject) {
+  message_.subject = headerText(subject);
+}
+void MailComposer::setMessageBody(std::string body) {
+  message_.body = repairedUTF8(body);
+}
+
+void MailComposer::present(ViewController& viewController) {
+  if (presented_) return;
+  presented_ = true;
+  presenting_ = &viewController;
+  MailService::shared().compose(message_, [self = shared_from_this()](MailResult result) {
+    if (MailComposerDelegate* delegate = self->delegate_.get()) {
+      delegate->mailComposerDidFinish(*self, result);
+    }
+  });
+}
+
+}  // namespace platform

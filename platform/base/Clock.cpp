@@ -1,0 +1,31 @@
+#include "platform/base/Clock.h"
+
+#include <ctime>
+
+namespace platform {
+namespace {
+
+double read(clockid_t clock) {
+  timespec time{};
+  clock_gettime(clock, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
+class SystemClock final : public Clock {
+ public:
+  Date now() const override { return Date(read(CLOCK_REALTIME)); }
+  double monotonicSeconds() const override { return read(CLOCK_MONOTONIC); }
+};
+
+}  // namespace
+
+Clock& Clock::standard() {
+  static SystemClock clock;
+  return clock;
+}
+
+Date Date::now() {
+  return Clock::shared().now();
+}
+
+}  // namespace platform

@@ -1,0 +1,199 @@
+#include "platform/device/LinuxDevice.h"
+
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+
+#include "platform/base/Crypto.h"
+#include "platform/base/Text.h"
+#include "platform/base/Value.h"
+#include "platform/device/Monitor.h"
+#include "platform/storage/AtomicFile.h"
+#include "platform/storage/Bundle.h"
+#include "platform/storage/Folders.h"
+#include "platform/storage/RegularFile.h"
+
+namespace platform {
+namespace {
+
+constexpr std::size_t kLongestModel = 100;
+constexpr std::size_t kLongestFile = 64 * 1024;
+
+/// Distributions that number nothing but their base files stay below this, whatever their age. What
+/// applications may expect of the system shows in the kernel's number then.
+constexpr int kLowestVersion = 3;
+
+/// Monitors with a shorter side under this, in points, are a phone's.
+constexpr double kTabletFrom = 600;
+
+std::string contentOf(const std::string& path) {
+  return readRegularFile(path, kLongestFile).bytes;
+}
+
+/// A firmware's text, without what does not belong into a line.
+std::string lineFrom(const std::string& content) {
+  std::string line = repairedUTF8(content);
+  std::erase_if(line, [](char character) {
+    return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
+  });
+  line = trimmed(line);
+  while (line.size() > kLongestModel) line.pop_back();
+  return repairedUTF8(line);
+}
+
+bool isDottedNumbers(std::string_view text) {
+  return !text.empty() && std::isdigit(static_cast<unsigned char>(text.front())) &&
+         text.find_first_not_of("0123456789.") == std::string_view::npos;
+}
+
+std::string versionFromOSRelease(const std::string& content) {
+  constexpr std::string_view kLine = "\nVERSION_ID=";
+  std::size_t place = content.starts_with(kLine.substr(1)) ? 0 : content.find(kLine);
+  if (place == std::string::npos) return "";
+  place = content.find('=', place) + 1;
+  std::string value = content.substr(place, content.find('\n', place) - place);
+  std::erase_if(value, [](char character) { return character == '"' || character == '\''; });
+  const bool isSystems = isDottedNumbers(value) && Value(value).integerValue() >= kLowestVersion;
+  return isSystems ? value : "";
+}
+
+std::string leadingVersion(const std::string& release) {
+  const std::string version = release.substr(0, release.find_first_not_of("0123456789."));
+  return version.substr(0, version.find_last_not_of('.') + 1);
+}
+
+utsname systemNames() {
+  utsname names{};
+  uname(&names);
+  return names;
+}
+
+std::string hexadecimal(const std::array<std::uint8_t, 32>& digest) {
+  constexpr const char* kDigits = "0123456789abcdef";
+  std::string text;
+  for (const std::uint8_t byte : digest) {
+    text += kDigits[byte >> 4];
+    text += kDigits[byte & 15];
+  }
+  return text;
+}
+
+/// Where the machine has no id, one is made up once and kept; for this process alone where nothing
+/// can be kept.
+std::string keptIdentifier() {
+  static const std::string madeUp = hexadecimal(sha256(sealAES128GCM("", {}).value_or("")));
+  const auto folder = stateFolder();
+  if (!folder) return madeUp;
+  const std::string path = *folder + "/installation-id";
+  const std::string kept = lineFrom(contentOf(path));
+  if (!kept.empty()) return kept;
+  // Unsynced: who loses it to a power cut gets another, and nobody waits for the disk.
+  writeFileAtomically(path, madeUp, Sync::No);
+  return madeUp;
+}
+
+bool isASCIILetterDigitOrDash(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+         (character >= '0' && character <= '9') || character == '-';
+}
+
+/// Empty for what names no language, or is none.
+std::string languageFrom(std::string_view locale) {
+  std::string language(locale.substr(0, locale.find_first_of(".@")));
+  if (language == "C" || language == "POSIX") return "";
+  std::replace(language.begin(), language.end(), '_', '-');
+  const bool isTag = std::all_of(language.begin(), language.end(), isASCIILetterDigitOrDash);
+  return isTag ? language : "";
+}
+
+}  // namespace
+
+LinuxDevice& LinuxDevice::instance() {
+  static LinuxDevice device;
+  return device;
+}
+
+Device& Device::standard() {
+  return LinuxDevice::instance();
+}
+
+std::string LinuxDevice::model() const {
+  for (const char* path : {"/proc/device-tree/model", "/sys/class/dmi/id/product_name"}) {
+    if (std::string model = lineFrom(contentOf(root_ + path)); !model.empty()) return model;
+  }
+  return "Linux";
+}
+
+std::string LinuxDevice::systemVersion() const {
+  for (const char* path : {"/etc/os-release", "/usr/lib/os-release"}) {
+    const std::string version = versionFromOSRelease(contentOf(root_ + path));
+    if (!version.empty()) return version;
+  }
+  return leadingVersion(systemNames().release);
+}
+
+std::string LinuxDevice::machineIdentifier() const {
+  for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
+    const std::string identifier = lineFrom(contentOf(root_ + path));
+    if (!identifier.empty() && identifier != "uninitialized") return identifier;
+  }
+  return keptIdentifier();
+}
+
+std::string LinuxDevice::uniqueIdentifier() const {
+  // Hashed together with the application and the user, so that none of them can be told from it and
+  // two applications cannot compare notes.
+  return hexadecimal(sha256("device\n" + Bundle::main().identifier() + "\n" +
+                            std::to_string(getuid()) + "\n" + machineIdentifier()));
+}
+
+std::string LinuxDevice::machine() const {
+  return systemNames().machine;
+}
+
+std::optional<InterfaceIdiom> LinuxDevice::userInterfaceIdiom() const {
+  if (idiom_) return idiom_;
+  const std::optional<Monitor> monitor = primaryMonitor();
+  if (!monitor) return std::nullopt;
+  const double shorter = std::min(monitor->size.width, monitor->size.height);
+  return shorter < kTabletFrom ? InterfaceIdiom::Phone : InterfaceIdiom::Tablet;
+}
+
+std::vector<std::string> LinuxDevice::preferredLanguages() const {
+  return languagesFrom(std::getenv("LANGUAGE"), std::getenv("LC_ALL"), std::getenv("LC_MESSAGES"),
+                       std::getenv("LANG"));
+}
+
+bool LinuxDevice::hasSuperuserRights() const {
+  return geteuid() == 0;
+}
+
+std::vector<std::string> languagesFrom(const char* language, const char* all, const char* messages,
+                                       const char* lang) {
+  std::string locale;
+  for (const char* value : {all, messages, lang}) {
+    if (locale.empty() && value) locale = value;
+  }
+  const std::string base = languageFrom(locale);
+  std::vector<std::string> languages;
+  const auto add = [&](const std::string& name) {
+    if (!name.empty() && std::find(languages.begin(), languages.end(), name) == languages.end()) {
+      languages.push_back(name);
+    }
+  };
+  if (!base.empty() && language) {  // LANGUAGE counts only where the locale is not "C"
+    std::string_view rest = language;
+    while (!rest.empty()) {
+      const std::size_t end = std::min(rest.find(':'), rest.size());
+      add(languageFrom(rest.substr(0, end)));
+      rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+  }
+  add(base);
+  return languages;
+}
+
+}  // namespace platform

@@ -1,0 +1,42 @@
+// The machine as Linux describes it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/device/Device.h"
+
+namespace platform {
+
+class LinuxDevice final : public Device {
+ public:
+  /// `root` stands for the file system's root, for tests.
+  explicit LinuxDevice(std::string root = "") : root_(std::move(root)) {}
+  static LinuxDevice& instance();
+
+  std::string model() const override;
+  std::string systemVersion() const override;
+  std::string uniqueIdentifier() const override;
+  std::string machine() const override;
+  std::optional<InterfaceIdiom> userInterfaceIdiom() const override;
+  std::vector<std::string> preferredLanguages() const override;
+  bool hasSuperuserRights() const override;
+
+  /// Decides the idiom instead of the monitor's size.
+  void setIdiom(std::optional<InterfaceIdiom> idiom) { idiom_ = idiom; }
+
+ private:
+  std::string machineIdentifier() const;
+
+  std::string root_;
+  std::optional<InterfaceIdiom> idiom_;
+};
+
+/// The languages that the values of LANGUAGE, LC_ALL, LC_MESSAGES and LANG (null when unset) name,
+/// as "pt-PT".
+std::vector<std::string> languagesFrom(const char* language, const char* all, const char* messages,
+                                       const char* lang);
+
+}  // namespace platform

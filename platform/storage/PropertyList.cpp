@@ -1,0 +1,25 @@
+#include "platform/storage/PropertyList.h"
+
+#include "platform/storage/PropertyListForms.h"
+#include "platform/storage/RegularFile.h"
+
+namespace platform {
+namespace {
+
+constexpr std::size_t kLargestFile = 16 * 1024 * 1024;
+
+}  // namespace
+
+std::optional<Value> parsePropertyList(std::string_view content) {
+  if (content.size() > kLargestFile) return std::nullopt;
+  return content.starts_with("bplist") ? parseBinaryPropertyList(content)
+                                       : parseXMLPropertyList(content);
+}
+
+std::optional<Value> readPropertyList(const std::string& path) {
+  const FileContent file = readRegularFile(path, kLargestFile);
+  if (file.state != FileContent::State::Read) return std::nullopt;
+  return parsePropertyList(file.bytes);
+}
+
+}  // namespace platform

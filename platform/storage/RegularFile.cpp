@@ -1,0 +1,49 @@
+#include "platform/storage/RegularFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "platform/base/Descriptor.h"
+
+namespace platform {
+namespace {
+
+constexpr std::size_t kFirstPiece = 4096;
+
+/// The file's bytes, or one more than `mostBytes` of a longer one. False when it cannot be read.
+/// The size is a hint alone: the kernel's own files say 0, and a file may grow meanwhile.
+bool readUpTo(int descriptor, std::size_t size, std::size_t mostBytes, std::string& bytes) {
+  std::size_t filled = 0;
+  bytes.resize(std::min(std::max(size + 1, kFirstPiece), mostBytes + 1));
+  while (filled < bytes.size()) {
+    const ssize_t count = ::read(descriptor, bytes.data() + filled, bytes.size() - filled);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return false;
+    if (count == 0) break;
+    filled += static_cast<std::size_t>(count);
+    if (filled == bytes.size()) bytes.resize(std::min(filled * 2, mostBytes + 1));
+  }
+  bytes.resize(filled);
+  return true;
+}
+
+}  // namespace
+
+FileContent readRegularFile(const std::string& path, std::size_t mostBytes) {
+  using State = FileContent::State;
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  if (!file.isOpen()) return {errno == ENXIO ? State::Unusable : State::Absent, {}};
+  struct stat status {};
+  if (::fstat(file.number(), &status) != 0) return {State::Absent, {}};
+  const auto size = static_cast<std::size_t>(status.st_size);
+  if (!S_ISREG(status.st_mode) || size > mostBytes) return {State::Unusable, {}};
+  std::string bytes;
+  if (!readUpTo(file.number(), size, mostBytes, bytes)) return {State::Absent, {}};
+  if (bytes.size() > mostBytes) return {State::Unusable, {}};
+  return {State::Read, std::move(bytes)};
+}
+
+}  // namespace platform

@@ -1,0 +1,33 @@
+// State that outlives the process: a few named values.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/base/Shared.h"
+#include "platform/base/Value.h"
+
+namespace platform {
+
+class UserDefaults : public Shared<UserDefaults> {
+ public:
+  /// The store in the user's state folder.
+  static UserDefaults& standard();
+  virtual ~UserDefaults() = default;
+
+  /// The value kept under the key; none when there is none.
+  virtual std::optional<Value> objectForKey(std::string_view key) const = 0;
+  /// Keeps the value, in memory until `synchronize`.
+  virtual void setObject(std::string_view key, Value value) = 0;
+  virtual void removeObject(std::string_view key) = 0;
+  /// Has what has changed written soon, and waits for no disk. A kill at any instant leaves of each
+  /// value the old or the new content. What cannot be written stays in memory, with one log line.
+  virtual void synchronize() = 0;
+  /// Has what was synchronised written without delay: the application may be stopped from now on.
+  virtual void hasten() = 0;
+  /// Synchronises, and waits until all is written, for a few seconds at most. False when it is not.
+  virtual bool flush() = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,55 @@
+// One item of a toolbar.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/ui/Button.h"
+#include "platform/ui/Image.h"
+#include "platform/ui/View.h"
+
+namespace platform {
+
+enum class BarSystemItem { Done, FlexibleSpace, Action, Refresh };
+
+/// A button, a view of the caller's, or a space that takes what the others leave.
+class BarButtonItem {
+ public:
+  using Action = std::function<void()>;
+
+  static std::shared_ptr<BarButtonItem> withImage(std::shared_ptr<Image> image, Action action);
+  static std::shared_ptr<BarButtonItem> withSystemItem(BarSystemItem item, Action action = {});
+  /// The view keeps its size and stands in the middle of the bar's height.
+  static std::shared_ptr<BarButtonItem> withCustomView(std::shared_ptr<View> view);
+
+  /// In points; 0, as at first, is the width that the content asks for.
+  double width() const { return width_; }
+  void setWidth(double width) { width_ = width; }
+  bool isEnabled() const { return enabled_; }
+  void setEnabled(bool enabled);
+  const std::string& accessibilityLabel() const { return label_; }
+  void setAccessibilityLabel(std::string label);
+
+  bool isFlexibleSpace() const { return !view_; }
+  /// The button or the custom view; null for a space.
+  const std::shared_ptr<View>& view() const { return view_; }
+  /// Null for spaces and custom views.
+  Button* button() const { return button_.get(); }
+  /// The width in force.
+  double occupiedWidth() const;
+
+  /// Presses the item as a person would; false when it cannot be pressed.
+  bool press() { return button_ && button_->press(); }
+
+ private:
+  BarButtonItem() = default;
+
+  std::shared_ptr<View> view_;
+  std::shared_ptr<Button> button_;
+  std::string label_;
+  double width_ = 0;
+  bool enabled_ = true;
+};
+
+}  // namespace platform

@@ -1,0 +1,62 @@
+// A control that does one thing when it is pressed.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/ui/Image.h"
+#include "platform/ui/View.h"
+
+namespace platform {
+
+/// Symbols that the platform draws itself, in the colour of the text.
+enum class Symbol { None, Refresh, Action, Secure, NotSecure };
+
+/// What a button looks like: nothing but its image, an item of a bar, or a bar's way out.
+enum class ButtonStyle { Custom, Bar, Done };
+
+/// Reached by touch, mouse and keyboard. The accessibility label is also its tooltip.
+class Button : public View {
+ public:
+  explicit Button(ButtonStyle style = ButtonStyle::Custom, const Rect& frame = {});
+  ~Button() override;
+
+  // One of them is shown, the last that was set.
+  void setImage(std::shared_ptr<Image> image);
+  void setSymbol(Symbol symbol);
+  void setTitle(const std::string& title);
+  const std::shared_ptr<Image>& image() const { return image_; }
+  const std::string& title() const { return title_; }
+
+  /// The width, in points, that the content asks for.
+  double naturalWidth() const;
+
+  /// Lights up under the finger.
+  bool showsTouchWhenHighlighted() const { return showsTouch_; }
+  void setShowsTouchWhenHighlighted(bool shows);
+  bool isEnabled() const { return enabled_; }
+  void setEnabled(bool enabled);
+  /// Called when a press ends inside the button. It may let go of the button.
+  void setAction(std::function<void()> action) { action_ = std::move(action); }
+
+  /// Presses the button as a person would; false when it cannot be pressed, because it or a view
+  /// around it is disabled or hidden.
+  bool press();
+
+ protected:
+  bool tapped(Point) override { return press(); }
+
+ private:
+  struct Native;
+  void clicked();
+
+  std::unique_ptr<Native> native_;
+  std::shared_ptr<Image> image_;
+  std::string title_;
+  std::function<void()> action_;
+  bool showsTouch_ = false;
+  bool enabled_ = true;
+};
+
+}  // namespace platform

@@ -1,0 +1,62 @@
+#include "platform/ui/LaunchPermit.h"
+
+#include <string>
+
+#include "platform/base/Clock.h"
+#include "platform/base/Log.h"
+
+namespace platform {
+namespace {
+
+/// Between a press and the activation that comes of it, in seconds; a button shows a key's press
+/// for a while before it acts.
+constexpr double kOneTouchSeconds = 1;
+
+double now() {
+  return Clock::shared().monotonicSeconds();
+}
+
+}  // namespace
+
+LaunchPermit& LaunchPermit::shared() {
+  static LaunchPermit permit;
+  return permit;
+}
+
+void LaunchPermit::touched() {
+  ++latest_;
+  touchedAt_ = now();
+  isUsed_ = false;
+  hasRefused_ = false;
+}
+
+void LaunchPermit::released() {
+  if (!isUsed_) touchedAt_ = now();
+}
+
+void LaunchPermit::activated() {
+  if (latest_ == 0 || now() - touchedAt_ > kOneTouchSeconds) touched();
+}
+
+bool LaunchPermit::isGiven() const {
+  return !isUsed_ && now() - touchedAt_ <= kTouchAllowsSeconds;
+}
+
+LaunchPermit::Touch LaunchPermit::use(std::string_view wanted) {
+  if (isGiven()) {
+    isUsed_ = true;
+    return latest_;
+  }
+  if (!hasRefused_) {
+    log("<Valdren> Not opened, for no touch or key of the person asked for it: " +
+        std::string(wanted));
+  }
+  hasRefused_ = true;
+  return 0;
+}
+
+void LaunchPermit::giveBack(Touch touch) {
+  if (touch == latest_) isUsed_ = false;
+}
+
+}  // namespace platform

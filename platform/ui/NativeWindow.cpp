@@ -1,0 +1,240 @@
+#include "platform/ui/NativeWindow.h"
+
+#include <gdkmm/frameclock.h>
+#include <gtk/gtk.h>
+#include <gtkmm/headerbar.h>
+#include <gtkmm/settings.h>
+#include <gtkmm/stylecontext.h>
+#include <gtkmm/window.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/ui/NativeView.h"
+#include "platform/ui/Settling.h"
+#include "platform/ui/Touches.h"
+#include "platform/ui/View.h"
+#include "platform/ui/WindowPlace.h"
+
+namespace platform {
+namespace {
+
+constexpr int kNarrowest = 280;
+constexpr int kLowest = 200;
+
+/// What the toolkit takes of a window's size for a frame of its own, which it draws where nothing
+/// composes windows. Known once the window is realized.
+Size frameOf(Gtk::Window& window) {
+  if (!window.has_css_class("solid-csd")) return {};
+  const auto style = window.get_style_context();
+  const Gtk::Border border = style->get_border();
+  const Gtk::Border padding = style->get_padding();
+  return {
+      double(border.get_left() + border.get_right() + padding.get_left() + padding.get_right()),
+      double(border.get_top() + border.get_bottom() + padding.get_top() + padding.get_bottom())};
+}
+
+}  // namespace
+
+struct NativeWindow::Widgets {
+  Gtk::Window window;
+  Gtk::HeaderBar statusBar;
+  Size wanted;
+  std::optional<Point> placeBeforeTurn;
+  guint animation = 0;
+};
+
+NativeWindow::NativeWindow(Size size, View& stage) : widgets_(std::make_unique<Widgets>()) {
+  Gtk::Window& window = widgets_->window;
+  window.set_titlebar(widgets_->statusBar);
+  resize(size);
+  window.signal_realize().connect([this] { resize(widgets_->wanted); });
+  window.set_size_request(kNarrowest, kLowest);
+  window.set_child(stage.native().widget());
+  watchTouches(window, stage);
+  followSettling(window.gobj());
+}
+
+NativeWindow::~NativeWindow() {
+  stopAnimation();
+  widgets_->window.unset_child();
+}
+
+Gtk::Window& NativeWindow::window() {
+  return widgets_->window;
+}
+
+void NativeWindow::show() {
+  Gtk::Window& window = widgets_->window;
+  // Without a keyboard or pointer anywhere, the toolkit would end the program in a window's wish
+  // for the focus.
+  if (!window.get_display()->get_default_seat()) return window.set_visible(true);
+  window.present();
+}
+
+void NativeWindow::hide() {
+  widgets_->window.set_visible(false);
+}
+
+void NativeWindow::setTitle(const std::string& title) {
+  widgets_->window.set_title(title);
+}
+
+void NativeWindow::resize(Size size) {
+  widgets_->wanted = {std::max<double>(kNarrowest, std::lround(size.width)),
+                      std::max<double>(kLowest, std::lround(size.height))};
+  const Size frame = frameOf(widgets_->window);
+  widgets_->window.set_default_size(static_cast<int>(widgets_->wanted.width + frame.width),
+                                    static_cast<int>(widgets_->wanted.height + frame.height));
+}
+
+bool NativeWindow::canTurn(Size size) const {
+  GtkWindow* const window = widgets_->window.gobj();
+  const auto room = workAreaOf(window);
+  return isFree(window) && tellsPlace(window) && room && size.width <= room->width &&
+         size.height <= room->height;
+}
+
+void NativeWindow::turn(Size size) {
+  if (!canTurn(size)) return;
+  resize(size);
+  GtkWindow* const window = widgets_->window.gobj();
+  const auto present = placeOf(window);
+  const auto room = workAreaOf(window);
+  widgets_->placeBeforeTurn.reset();
+  if (!present || !room) return;
+  widgets_->placeBeforeTurn = Point{present->x, present->y};
+  const auto within = [](double start, double length, double from, double all) {
+    return std::clamp(start, from, from + all - length);
+  };
+  moveTo(window, {within(present->x, size.width, room->x, room->width),
+                  within(present->y, size.height, room->y, room->height), size.width, size.height});
+}
+
+void NativeWindow::turnBack(Size size) {
+  resize(size);
+  const auto before = std::exchange(widgets_->placeBeforeTurn, std::nullopt);
+  if (before) moveTo(widgets_->window.gobj(), {before->x, before->y, size.width, size.height});
+}
+
+bool NativeWindow::isOnScreen(const Rect& area) const {
+  GtkWindow* const window = widgets_->window.gobj();
+  const auto room = workAreaOf(window);
+  if (!room) return false;
+  const Rect place = placeOf(window).value_or(*room);
+  const double x = place.x + area.x;
+  const double y = place.y + area.y;
+  return x >= room->x && y >= room->y && x + area.width <= room->x + room->width &&
+         y + area.height <= room->y + room->height;
+}
+
+Size NativeWindow::size() const {
+  Gtk::Window& window = widgets_->window;
+  if (window.get_width() <= 0) return widgets_->wanted;
+  return {double(window.get_width()), double(window.get_height())};
+}
+
+bool NativeWindow::isStatusBarHidden() const {
+  return !widgets_->statusBar.get_visible();
+}
+
+void NativeWindow::setStatusBarHidden(bool hidden) {
+  widgets_->statusBar.set_visible(!hidden);
+}
+
+double NativeWindow::statusBarHeight() const {
+  if (isStatusBarHidden()) return 0;
+  // A full-screen window shows no header bar, although it has one.
+  graphene_point_t origin = GRAPHENE_POINT_INIT(0, 0);
+  if (widgets_->window.get_width() > 0 &&
+      gtk_widget_compute_point(gtk_window_get_child(widgets_->window.gobj()),
+                               GTK_WIDGET(widgets_->window.gobj()), &origin, &origin)) {
+    return origin.y;
+  }
+  int minimum = 0;
+  int natural = 0;
+  int ignored = 0;
+  widgets_->statusBar.measure(Gtk::Orientation::VERTICAL, -1, minimum, natural, ignored, ignored);
+  return natural;
+}
+
+NativeWindow::Picture NativeWindow::picture(float scale) const {
+  GtkWidget* const widget = GTK_WIDGET(widgets_->window.gobj());
+  GskRenderer* const renderer = gtk_native_get_renderer(GTK_NATIVE(widget));
+  const int width = gtk_widget_get_width(widget);
+  const int height = gtk_widget_get_height(widget);
+  if (!renderer || width <= 0 || height <= 0) return Picture(nullptr, g_object_unref);
+  GdkPaintable* const paintable = gtk_widget_paintable_new(widget);
+  GtkSnapshot* const snapshot = gtk_snapshot_new();
+  // The widget's picture comes with its frame and shadow; what is kept is what lies within.
+  const int pictured = std::max(width, gdk_paintable_get_intrinsic_width(paintable));
+  const int high = std::max(height, gdk_paintable_get_intrinsic_height(paintable));
+  gtk_snapshot_scale(snapshot, scale, scale);
+  gdk_paintable_snapshot(paintable, snapshot, pictured, high);
+  g_object_unref(paintable);
+  GskRenderNode* const node = gtk_snapshot_free_to_node(snapshot);
+  if (!node) return Picture(nullptr, g_object_unref);
+  const graphene_rect_t area =
+      GRAPHENE_RECT_INIT(float(pictured - width) / 2 * scale, float(high - height) / 2 * scale,
+                         float(width) * scale, float(height) * scale);
+  Picture texture(gsk_renderer_render_texture(renderer, node, &area), g_object_unref);
+  gsk_render_node_unref(node);
+  return texture;
+}
+
+bool NativeWindow::savePicture(const std::string& path) const {
+  const Picture texture = picture(static_cast<float>(widgets_->window.get_scale_factor()));
+  return texture && gdk_texture_save_to_png(texture.get(), path.c_str());
+}
+
+bool NativeWindow::isBlank(const Rect& area) const {
+  const Picture texture = picture(1);
+  if (!texture) return true;
+  const int width = gdk_texture_get_width(texture.get());
+  const int height = gdk_texture_get_height(texture.get());
+  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * height);
+  gdk_texture_download(texture.get(), reinterpret_cast<guchar*>(pixels.data()),
+                       static_cast<std::size_t>(width) * sizeof(std::uint32_t));
+  const int left = std::clamp(static_cast<int>(area.x), 0, width);
+  const int top = std::clamp(static_cast<int>(area.y), 0, height);
+  const int right = std::clamp(static_cast<int>(area.x + area.width), left, width);
+  const int bottom = std::clamp(static_cast<int>(area.y + area.height), top, height);
+  for (int y = top; y < bottom; ++y) {
+    const auto* const row = &pixels[static_cast<std::size_t>(y) * width];
+    const std::uint32_t first = pixels[static_cast<std::size_t>(top) * width + left];
+    if (std::any_of(row + left, row + right, [first](auto pixel) { return pixel != first; })) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void NativeWindow::animate(double seconds, std::function<void(double progress)> step) {
+  stopAnimation();
+  const auto settings = Gtk::Settings::get_for_display(widgets_->window.get_display());
+  if (!settings->property_gtk_enable_animations() || !widgets_->window.get_mapped()) {
+    step(1);
+    return;
+  }
+  const auto begun = std::make_shared<gint64>(0);
+  widgets_->animation = widgets_->window.add_tick_callback(
+      [this, seconds, begun, step = std::move(step)](const Glib::RefPtr<Gdk::FrameClock>& clock) {
+        if (*begun == 0) *begun = clock->get_frame_time();
+        const double passed = static_cast<double>(clock->get_frame_time() - *begun) / 1e6;
+        const double progress = std::min(1.0, passed / seconds);
+        if (progress >= 1) widgets_->animation = 0;
+        step(progress);
+        return progress < 1;
+      });
+}
+
+void NativeWindow::stopAnimation() {
+  if (widgets_->animation) widgets_->window.remove_tick_callback(widgets_->animation);
+  widgets_->animation = 0;
+}
+
+}  // namespace platform

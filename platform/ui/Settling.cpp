@@ -1,0 +1,123 @@
+#include "platform/ui/Settling.h"
+
+#include <gtkmm/window.h>
+
+#include <utility>
+
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/RunLoop.h"
+#include "platform/ui/NativeWindow.h"
+#include "platform/ui/Window.h"
+
+namespace platform {
+namespace {
+
+constexpr int kFrames = 3;
+constexpr double kMostSeconds = 1;
+
+constexpr const char* kFramesKey = "quorbel-equal-frames";
+
+/// How a window was drawn since it was shown.
+struct Frames {
+  int width = 0;
+  int height = 0;
+  int equal = 0;
+  guint callback = 0;
+};
+
+Frames* framesOf(GtkWindow* window) {
+  return static_cast<Frames*>(g_object_get_data(G_OBJECT(window), kFramesKey));
+}
+
+gboolean countFrame(GtkWidget* window, GdkFrameClock*, gpointer data) {
+  Frames& frames = *static_cast<Frames*>(data);
+  const int width = gtk_widget_get_width(window);
+  const int height = gtk_widget_get_height(window);
+  const bool isEqual = width == frames.width && height == frames.height;
+  frames.width = width;
+  frames.height = height;
+  frames.equal = width <= 0 ? 0 : isEqual ? frames.equal + 1 : 1;
+  if (frames.equal < kFrames) return G_SOURCE_CONTINUE;
+  frames.callback = 0;
+  NotificationCenter::defaultCenter().postNotificationName(kWindowDidSettle, window);
+  return G_SOURCE_REMOVE;
+}
+
+void forget(GtkWidget* window, Frames* frames) {
+  if (frames->callback) gtk_widget_remove_tick_callback(window, frames->callback);
+  *frames = {};
+}
+
+void countAnew(GtkWidget* window, Frames* frames) {
+  forget(window, frames);
+  frames->callback = gtk_widget_add_tick_callback(window, countFrame, frames, nullptr);
+}
+
+/// The key window, or the one that it lies over, where it is shown for pages only.
+GtkWindow* shownWindow() {
+  const Window* const key = Window::keyWindow();
+  if (!key) return nullptr;
+  GtkWindow* const window = key->native().window().gobj();
+  if (gtk_widget_get_visible(GTK_WIDGET(window))) return window;
+  GtkWindow* const below = gtk_window_get_transient_for(window);
+  return below && gtk_widget_get_visible(GTK_WIDGET(below)) ? below : nullptr;
+}
+
+class Settling final : public Timer, private Trackable {
+ public:
+  explicit Settling(std::function<void()> task) : task_(std::move(task)) {
+    // A launch opens its window only after it has made the screens, which may ask.
+    next_ = RunLoop::shared().scheduleTimer(0, [this] { begin(); });
+  }
+  bool isValid() const override { return task_ != nullptr; }
+
+ private:
+  void begin() {
+    GtkWindow* const window = shownWindow();
+    if (!window || hasSettled(window)) return end();
+    next_ = RunLoop::shared().scheduleTimer(kMostSeconds, [this] { end(); });
+    NotificationCenter::defaultCenter().addObserver(
+        *this, kWindowDidSettle,
+        [this](const Notification&) {
+          // After the frame that is being made.
+          next_ = RunLoop::shared().scheduleTimer(0, [this] { end(); });
+        },
+        window);
+  }
+
+  void end() {
+    NotificationCenter::defaultCenter().removeObserver(*this);
+    // Its owner may let go of this object there.
+    const std::function<void()> task = std::exchange(task_, nullptr);
+    task();
+  }
+
+  std::function<void()> task_;
+  std::unique_ptr<Timer> next_;
+};
+
+}  // namespace
+
+void followSettling(GtkWindow* window) {
+  if (framesOf(window)) return;
+  auto* const frames = new Frames;
+  g_object_set_data_full(G_OBJECT(window), kFramesKey, frames,
+                         [](gpointer kept) { delete static_cast<Frames*>(kept); });
+  g_signal_connect(window, "map", G_CALLBACK(countAnew), frames);
+  g_signal_connect(window, "unmap", G_CALLBACK(forget), frames);
+  if (gtk_widget_get_mapped(GTK_WIDGET(window))) countAnew(GTK_WIDGET(window), frames);
+}
+
+bool hasSettled(GtkWindow* window) {
+  const Frames* const frames = framesOf(window);
+  return frames && frames->equal >= kFrames;
+}
+
+std::unique_ptr<Timer> whenKeyWindowHasSettled(std::function<void()> task) {
+  GtkWindow* const window = shownWindow();
+  if (!window || !hasSettled(window)) return std::make_unique<Settling>(std::move(task));
+  task();
+  return nullptr;
+}
+
+}  // namespace platform

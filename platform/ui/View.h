@@ -1,0 +1,118 @@
+// A rectangle on the screen, with views inside it.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/base/WeakPtr.h"
+#include "platform/ui/Geometry.h"
+
+namespace platform {
+
+class NativeView;
+class Window;
+
+/// Which sides of a view give way when its superview's size changes. The values add up.
+enum AutoresizingMask : unsigned {
+  kNoResizing = 0,
+  kFlexibleLeftMargin = 1,
+  kFlexibleWidth = 2,
+  kFlexibleRightMargin = 4,
+  kFlexibleTopMargin = 8,
+  kFlexibleHeight = 16,
+  kFlexibleBottomMargin = 32,
+};
+
+/// What reached a view: fingers, pens and the mouse are touches.
+enum class EventType { Touches = 0, Motion = 1, RemoteControl = 2 };
+
+/// A view owns its subviews together with whoever else holds them. Main thread only; the toolkit
+/// must have been started (`Application`, or a host's own).
+class View : public virtual Trackable, public std::enable_shared_from_this<View> {
+ public:
+  explicit View(const Rect& frame = {});
+  virtual ~View();
+  View(const View&) = delete;
+  View& operator=(const View&) = delete;
+
+  /// Place and size in the superview's coordinates, in points; the origin is the top-left corner.
+  /// Negative and NaN sizes count as 0. A new size resizes the subviews by their masks.
+  const Rect& frame() const { return frame_; }
+  void setFrame(const Rect& frame);
+  /// The same size with the origin at (0, 0).
+  Rect bounds() const { return {0, 0, frame_.width, frame_.height}; }
+
+  unsigned autoresizingMask() const { return autoresizingMask_; }
+  void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
+  bool autoresizesSubviews() const { return autoresizesSubviews_; }
+  void setAutoresizesSubviews(bool resizes) { autoresizesSubviews_ = resizes; }
+
+  /// Puts a view on top of the present subviews, taking it from its former superview. Null, this
+  /// view itself and its ancestors are ignored.
+  void addSubview(std::shared_ptr<View> subview);
+  /// Does nothing without a superview. The superview lets go of its reference.
+  void removeFromSuperview();
+  const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
+  View* superview() const { return superview_; }
+  /// The window that shows this view, or null.
+  Window* window() const;
+
+  bool isHidden() const { return hidden_; }
+  void setHidden(bool hidden);
+  bool isOpaque() const { return opaque_; }
+  void setOpaque(bool opaque) { opaque_ = opaque; }
+  Color backgroundColor() const { return backgroundColor_; }
+  void setBackgroundColor(const Color& color);
+  bool clipsToBounds() const { return clipsToBounds_; }
+  void setClipsToBounds(bool clips);
+  /// While false, neither this view nor its subviews react to touches and keys.
+  bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
+  void setUserInteractionEnabled(bool enabled);
+  /// What a screen reader says; empty leaves it to the toolkit.
+  const std::string& accessibilityLabel() const { return accessibilityLabel_; }
+  void setAccessibilityLabel(std::string label);
+
+  /// Moves the keyboard's focus here.
+  void becomeFirstResponder();
+  /// Whether the keyboard's focus is here or in a view inside, while the window is active.
+  bool isFirstResponder() const;
+
+  /// Asked before a touch is delivered: the deepest view at `point` (in this view's coordinates)
+  /// that reacts to events, or null. Overrides see every touch first and hand on to the base.
+  virtual View* hitTest(Point point, EventType type);
+
+  /// Does what a finger does that touches this view at `point` (in its coordinates) and leaves it
+  /// again: the hit test, then the reaction of the view that was hit. False when nothing there
+  /// reacts.
+  bool tap(Point point);
+
+  /// The toolkit's side of this view; for the platform's own sources.
+  NativeView& native() const { return *native_; }
+
+ protected:
+  /// Called after the bounds' size has changed, when the subviews have been resized.
+  virtual void layoutSubviews() {}
+  /// The reaction to a tap at `point`; false when there is none.
+  virtual bool tapped(Point) { return false; }
+
+ private:
+  friend class Window;
+  void resizeSubviews(Size before);
+
+  Rect frame_;
+  Window* owner_ = nullptr;  // of a window's outermost view
+  unsigned autoresizingMask_ = kNoResizing;
+  bool autoresizesSubviews_ = true;
+  bool hidden_ = false;
+  bool opaque_ = true;
+  bool clipsToBounds_ = false;
+  bool userInteractionEnabled_ = true;
+  Color backgroundColor_ = Color::clear();
+  std::string accessibilityLabel_;
+  View* superview_ = nullptr;
+  std::vector<std::shared_ptr<View>> subviews_;
+  std::unique_ptr<NativeView> native_;
+};
+
+}  // namespace platform

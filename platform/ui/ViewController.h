@@ -1,0 +1,110 @@
+// One screen: its view, its appearance and disappearance, the screen that it presents, its
+// rotation.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/ui/View.h"
+
+namespace platform {
+
+enum class InterfaceOrientation : int {
+  Unknown = 0,
+  Portrait = 1,
+  PortraitUpsideDown = 2,
+  LandscapeRight = 3,
+  LandscapeLeft = 4,
+};
+
+inline bool isLandscape(InterfaceOrientation orientation) {
+  return orientation == InterfaceOrientation::LandscapeRight ||
+         orientation == InterfaceOrientation::LandscapeLeft;
+}
+
+enum class ModalTransitionStyle : int { CoverVertical = 0 };
+enum class ModalPresentationStyle : int { FullScreen = 0, PageSheet = 1, FormSheet = 2 };
+
+/// Owned by its window (as root), by its presenter (while presented) and by whoever made it. Main
+/// thread only.
+class ViewController : public virtual Trackable,
+                       public std::enable_shared_from_this<ViewController> {
+ public:
+  ViewController();
+  virtual ~ViewController();
+  ViewController(const ViewController&) = delete;
+  ViewController& operator=(const ViewController&) = delete;
+
+  /// The screen's view; made by `loadView` on first use, followed by `viewDidLoad`.
+  const std::shared_ptr<View>& view();
+  bool isViewLoaded() const { return view_ != nullptr; }
+  void setView(std::shared_ptr<View> view) { view_ = std::move(view); }
+  /// The frame that the view is to have when it is loaded.
+  void setInitialFrame(const Rect& frame) { initialFrame_ = frame; }
+  /// The interface file (without its ".ui") that `loadView` reads, and the id of its outermost
+  /// object; an empty name, as at first, is for a plain view.
+  void setInterface(std::string name, std::string object);
+  /// What the controls of the interface file do, by the action that they name. Set before the view
+  /// is loaded.
+  void setAction(std::string name, std::function<void()> action);
+
+  virtual void loadView();
+  virtual void viewDidLoad() {}
+  virtual void viewDidUnload() {}
+  virtual void viewWillAppear(bool animated);
+  virtual void viewDidAppear(bool animated);
+  virtual void viewWillDisappear(bool animated);
+  virtual void viewDidDisappear(bool animated);
+  virtual void didReceiveMemoryWarning() {}
+
+  /// Portrait alone unless overridden.
+  virtual bool shouldAutorotateToInterfaceOrientation(InterfaceOrientation orientation);
+  virtual void didRotateFromInterfaceOrientation(InterfaceOrientation from);
+  /// The orientation of the window that shows this screen: landscape right when it is wider than
+  /// high, else portrait.
+  InterfaceOrientation interfaceOrientation() const;
+
+  /// Escape was pressed while this screen is on top; true when it had an effect. Comes before the
+  /// page or the control that has the keyboard.
+  virtual bool cancelPressed() { return false; }
+  /// The same for the way back: Alt+Left, the Back key, the mouse's back button.
+  virtual bool backPressed() { return false; }
+
+  ModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
+  void setModalTransitionStyle(ModalTransitionStyle style) { transitionStyle_ = style; }
+  ModalPresentationStyle modalPresentationStyle() const { return presentationStyle_; }
+  void setModalPresentationStyle(ModalPresentationStyle style) { presentationStyle_ = style; }
+
+  /// Shows `controller` over the whole window and holds it until it is dismissed. Ignored while
+  /// this screen already presents one, for null, and when this screen is in no window. When
+  /// animated, the screen slides up, and `viewDidAppear` follows the slide.
+  void presentModalViewController(std::shared_ptr<ViewController> controller, bool animated);
+  /// Takes away the screen that this one presents, with all above it; nothing without one.
+  void dismissModalViewControllerAnimated(bool animated);
+  /// The screen that this one presents, or null.
+  const std::shared_ptr<ViewController>& modalViewController() const { return modal_; }
+  /// The screen that presents this one, or null.
+  ViewController* presentingViewController() const { return presenting_.get(); }
+
+  /// The window that shows this screen (also while it is covered), or null.
+  Window* window() const { return window_.get(); }
+  void becomeFirstResponder();
+
+ private:
+  friend class Window;
+
+  std::shared_ptr<View> view_;
+  Rect initialFrame_{0, 0, 320, 480};
+  std::string interfaceName_;
+  std::string interfaceObject_;
+  std::map<std::string, std::function<void()>> actions_;
+  ModalTransitionStyle transitionStyle_ = ModalTransitionStyle::CoverVertical;
+  ModalPresentationStyle presentationStyle_ = ModalPresentationStyle::FullScreen;
+  std::shared_ptr<ViewController> modal_;
+  WeakPtr<ViewController> presenting_;
+  WeakPtr<Window> window_;
+};
+
+}  // namespace platform

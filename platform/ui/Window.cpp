@@ -1,0 +1,371 @@
+#include "platform/ui/Window.h"
+
+#include <algorithm>
+
+#include "platform/base/RunLoop.h"
+#include "platform/ui/LeavingKeys.h"
+#include "platform/ui/NativeView.h"
+#include "platform/ui/NativeWindow.h"
+
+namespace platform {
+namespace {
+
+constexpr double kTransitionSeconds = 0.25;
+/// How long a desktop may take to do what it is asked for.
+constexpr double kTurnSeconds = 2;
+
+WeakPtr<Window> theKeyWindow;
+
+double easedOut(double progress) {
+  const double left = 1 - progress;
+  return 1 - left * left * left;
+}
+
+}  // namespace
+
+/// The outermost view: the screens are its subviews, the topmost screen last.
+class Window::Stage final : public View {
+ public:
+  Stage() { setClipsToBounds(true); }
+
+ protected:
+  void layoutSubviews() override {
+    if (window()) window()->orientationMayHaveChanged();
+  }
+};
+
+/// One screen on its way in or out over another.
+struct Window::Transition {
+  bool appearing;
+  std::shared_ptr<ViewController> moving;
+  std::shared_ptr<ViewController> underneath;
+  bool animated;
+};
+
+Window::Window(Size size) : stage_(std::make_shared<Stage>()) {
+  native_ = std::make_unique<NativeWindow>(size, *stage_);
+  stage_->owner_ = this;
+  stage_->setFrame({0, 0, size.width, size.height - native_->statusBarHeight()});
+  lastOrientation_ = orientation();
+  watchLeavingKeys(native_->window(), [this](LeavingKey key) {
+    ViewController* const top = topViewController();
+    if (!top) return false;
+    const std::shared_ptr<ViewController> keptUntilReturn = top->shared_from_this();
+    return key == LeavingKey::Cancel ? top->cancelPressed() : top->backPressed();
+  });
+}
+
+Window::~Window() {
+  invalidateWeakReferences();
+  if (transition_) native_->stopAnimation();
+  stage_->owner_ = nullptr;
+  while (!stage_->subviews().empty()) stage_->subviews().back()->removeFromSuperview();
+  native_.reset();
+}
+
+Window* Window::keyWindow() {
+  return theKeyWindow.get();
+}
+
+/// Runs a change of the screens. Hooks of the screens run in the midst of it, and what they ask for
+/// waits until it is done, so that every screen gets its hooks whole and in order.
+void Window::change(std::function<void()> change) {
+  waiting_.push_back(std::move(change));
+  if (changing_) return;
+  const std::shared_ptr<Window> keptAlive = weak_from_this().lock();
+  changing_ = true;
+  while (!waiting_.empty()) {
+    const std::function<void()> next = std::move(waiting_.front());
+    waiting_.pop_front();
+    next();
+  }
+  changing_ = false;
+}
+
+void Window::setRootViewController(std::shared_ptr<ViewController> controller) {
+  change([this, controller = std::move(controller)] { replaceRoot(controller); });
+}
+
+void Window::replaceRoot(std::shared_ptr<ViewController> controller) {
+  endTransition();
+  if (root_) {
+    if (root_->modal_) {
+      dismiss(*root_, false);
+      change([this, controller = std::move(controller)] { replaceRoot(controller); });
+      return;
+    }
+    if (visible_) root_->viewWillDisappear(false);
+    if (root_->isViewLoaded()) root_->view()->removeFromSuperview();
+    if (visible_) root_->viewDidDisappear(false);
+    root_->window_ = nullptr;
+  }
+  root_ = std::move(controller);
+  if (!root_) return;
+  root_->window_ = this;
+  root_->setInitialFrame(stage_->bounds());
+  const std::shared_ptr<View> view = root_->view();
+  view->setAutoresizingMask(kFlexibleWidth | kFlexibleHeight);
+  view->setFrame(stage_->bounds());
+  if (visible_) root_->viewWillAppear(false);
+  stage_->addSubview(view);
+  if (visible_) root_->viewDidAppear(false);
+}
+
+void Window::makeKey() {
+  theKeyWindow = this;
+}
+
+void Window::makeKeyAndVisible() {
+  makeKey();
+  const bool first = !visible_;
+  visible_ = true;
+  change([this, first] {
+    if (first && root_) root_->viewWillAppear(false);
+    native_->show();
+    if (first && root_) root_->viewDidAppear(false);
+  });
+}
+
+ViewController* Window::topViewController() const {
+  ViewController* top = root_.get();
+  while (top && top->modal_) top = top->modal_.get();
+  return top;
+}
+
+// The links between the screens change at once, so that whoever asked sees the new order; what is
+// on the screen follows when its turn comes.
+
+void Window::present(ViewController& presenter, std::shared_ptr<ViewController> controller,
+                     bool animated) {
+  if (shownForModalsOnly_ && !visible_) makeKeyAndVisible();
+  presenter.modal_ = controller;
+  controller->presenting_ = &presenter;
+  controller->window_ = this;
+  change([this, controller = std::move(controller), over = presenter.shared_from_this(), animated] {
+    // It may have been dismissed before its turn came.
+    if (over->modal_ == controller) show(controller, over, animated);
+  });
+}
+
+void Window::show(const std::shared_ptr<ViewController>& controller,
+                  const std::shared_ptr<ViewController>& over, bool animated) {
+  endTransition();
+  controller->setInitialFrame(stage_->bounds());
+  const std::shared_ptr<View> view = controller->view();
+  view->setAutoresizingMask(kFlexibleWidth | kFlexibleHeight);
+  view->setFrame(stage_->bounds());
+  turnFor(controller);
+  over->viewWillDisappear(animated);
+  controller->viewWillAppear(animated);
+  stage_->addSubview(view);
+  run({true, controller, over, animated});
+}
+
+void Window::dismiss(ViewController& presenter, bool animated) {
+  const std::shared_ptr<ViewController> over = presenter.shared_from_this();
+  std::vector<std::shared_ptr<ViewController>> leaving;
+  for (ViewController* screen = over.get(); screen->modal_; screen = leaving.back().get()) {
+    leaving.push_back(std::move(screen->modal_));
+  }
+  change([this, over, leaving, animated] {
+    endTransition();
+    // The topmost that is on the stage goes visibly. Those between are covered and those after were
+    // never shown; they go without a word.
+    std::shared_ptr<ViewController> top;
+    for (const auto& screen : leaving) {
+      if (isOnStage(*screen)) top = screen;
+    }
+    for (const auto& screen : leaving) {
+      if (screen == top) continue;
+      if (isOnStage(*screen)) screen->view()->removeFromSuperview();
+      screen->presenting_ = nullptr;
+      screen->window_ = nullptr;
+    }
+    if (top) hide(top, over, animated);
+  });
+}
+
+bool Window::isOnStage(ViewController& screen) const {
+  return screen.isViewLoaded() && screen.view()->superview() == stage_.get();
+}
+
+void Window::hide(const std::shared_ptr<ViewController>& controller,
+                  const std::shared_ptr<ViewController>& over, bool animated) {
+  controller->viewWillDisappear(animated);
+  over->viewWillAppear(animated);
+  over->view()->native().setCovered(false);
+  run({false, controller, over, animated});
+}
+
+void Window::run(Transition transition) {
+  transition_ = std::make_shared<Transition>(std::move(transition));
+  if (!transition_->animated || shownForModalsOnly_) {
+    endTransition();
+    return;
+  }
+  place(*transition_, 0);
+  native_->animate(kTransitionSeconds, [this](double progress) {
+    if (!transition_) return;
+    if (progress < 1) {
+      place(*transition_, easedOut(progress));
+    } else {
+      finishTransition();
+    }
+  });
+  // A window that is not drawn has no frames to animate with.
+  RunLoop::shared().performAfterDelay(*this, 4 * kTransitionSeconds,
+                                      [this, begun = std::weak_ptr(transition_)] {
+                                        if (!begun.expired()) finishTransition();
+                                      });
+}
+
+void Window::place(const Transition& transition, double progress) {
+  const Rect bounds = stage_->bounds();
+  const double shown = transition.appearing ? progress : 1 - progress;
+  transition.moving->view()->setFrame(
+      {0, bounds.height * (1 - shown), bounds.width, bounds.height});
+}
+
+void Window::finishTransition() {
+  if (transition_) change([this] { endTransition(); });
+}
+
+void Window::endTransition() {
+  if (!transition_) return;
+  const std::shared_ptr<Transition> done = std::move(transition_);
+  native_->stopAnimation();
+  place(*done, 1);
+  if (done->appearing) {
+    done->underneath->view()->native().setCovered(true);
+    done->moving->view()->native().focus();
+    done->underneath->viewDidDisappear(done->animated);
+    done->moving->viewDidAppear(done->animated);
+    return;
+  }
+  done->moving->view()->removeFromSuperview();
+  turnBack();
+  done->underneath->view()->native().focus();
+  done->moving->viewDidDisappear(done->animated);
+  done->moving->presenting_ = nullptr;
+  done->moving->window_ = nullptr;
+  done->underneath->viewDidAppear(done->animated);
+  if (shownForModalsOnly_ && root_ && !root_->modal_) hide();
+}
+
+void Window::hide() {
+  visible_ = false;
+  native_->hide();
+}
+
+/// Where the window cannot be turned, the screen is shown as the window is.
+void Window::turnFor(const std::shared_ptr<ViewController>& controller) {
+  if (!turnedFor_.expired()) return;
+  if (controller->shouldAutorotateToInterfaceOrientation(orientation())) return;
+  if (!canTurn()) return;
+  turnedFor_ = controller;
+  sizeBeforeTurn_ = size();
+  native_->turn({sizeBeforeTurn_.height, sizeBeforeTurn_.width});
+  turnCheck_ = RunLoop::shared().scheduleTimer(kTurnSeconds, [this] { checkTurn(); });
+}
+
+bool Window::canTurn() const {
+  const Size present = size();
+  return !refusesToTurn_ && native_->canTurn({present.height, present.width});
+}
+
+/// The desktop has the last word. A window that it does not turn is not asked again, and what would
+/// leave the way out beyond the monitor's edge is undone.
+void Window::checkTurn() {
+  if (sizeBeforeTurn_ == Size{}) return;
+  const bool wasWide = sizeBeforeTurn_.width > sizeBeforeTurn_.height;
+  refusesToTurn_ = wasWide == isLandscape(orientation());
+  if (!refusesToTurn_ && isOnScreen(contentBounds())) return;
+  native_->turnBack(sizeBeforeTurn_);
+  turnedFor_.reset();
+  sizeBeforeTurn_ = {};
+}
+
+/// Once the screen that the window was turned for is gone. A window that somebody has turned back,
+/// or that would not be turned, stays as it is.
+void Window::turnBack() {
+  if (sizeBeforeTurn_ == Size{}) return;
+  const std::shared_ptr<ViewController> turned = turnedFor_.lock();
+  for (const ViewController* screen = root_.get(); screen; screen = screen->modal_.get()) {
+    if (screen == turned.get()) return;
+  }
+  turnCheck_.reset();
+  const bool wasWide = sizeBeforeTurn_.width > sizeBeforeTurn_.height;
+  if (wasWide != isLandscape(orientation())) native_->turnBack(sizeBeforeTurn_);
+  turnedFor_.reset();
+  sizeBeforeTurn_ = {};
+}
+
+void Window::didReceiveMemoryWarning() {
+  std::vector<std::shared_ptr<ViewController>> screens;
+  for (std::shared_ptr<ViewController> screen = root_; screen; screen = screen->modal_) {
+    screens.push_back(screen);
+  }
+  for (const auto& screen : screens) screen->didReceiveMemoryWarning();
+}
+
+void Window::orientationMayHaveChanged() {
+  const InterfaceOrientation before = lastOrientation_;
+  const InterfaceOrientation now = orientation();
+  if (now == before) return;
+  lastOrientation_ = now;
+  ViewController* const top = topViewController();
+  if (before == InterfaceOrientation::Unknown || !top) return;
+  // After the layout that is going on, so that the screen may change its views. The call dies with
+  // the screen.
+  RunLoop::shared().performAfterDelay(*top, 0, [top, now, before] {
+    if (top->window() && top->shouldAutorotateToInterfaceOrientation(now)) {
+      top->didRotateFromInterfaceOrientation(before);
+    }
+  });
+}
+
+InterfaceOrientation Window::orientation() const {
+  const Rect bounds = stage_->bounds();
+  const double height = bounds.height + statusBarHeight();
+  return bounds.width > height ? InterfaceOrientation::LandscapeRight
+                               : InterfaceOrientation::Portrait;
+}
+
+Rect Window::contentBounds() const {
+  return stage_->bounds();
+}
+void Window::setTitle(const std::string& title) {
+  native_->setTitle(title);
+}
+void Window::resize(Size size) {
+  native_->resize(size);
+  if (visible_) return;
+  // Nothing is laid out that would tell.
+  stage_->setFrame({0, 0, size.width, size.height - statusBarHeight()});
+}
+Size Window::size() const {
+  return native_->size();
+}
+bool Window::isStatusBarHidden() const {
+  return native_->isStatusBarHidden();
+}
+void Window::setStatusBarHidden(bool hidden) {
+  native_->setStatusBarHidden(hidden);
+}
+double Window::statusBarHeight() const {
+  return native_->statusBarHeight();
+}
+bool Window::isOnScreen(const Rect& area) const {
+  return native_->isOnScreen({area.x, area.y + statusBarHeight(), area.width, area.height});
+}
+bool Window::isBlank(const Rect& area) const {
+  return native_->isBlank({area.x, area.y + statusBarHeight(), area.width, area.height});
+}
+bool Window::tap(Point point) {
+  return stage_->tap(point);
+}
+bool Window::savePicture(const std::string& path) {
+  return native_->savePicture(path);
+}
+
+}  // namespace platform

@@ -1,0 +1,90 @@
+#include "platform/application/Host.h"
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include "platform/device/Device.h"
+#include "platform/ui/Window.h"
+#include "tests/support/Loop.h"
+
+namespace platform {
+namespace {
+
+class HostTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!gtk_is_initialized()) GTEST_SKIP() << "needs a display";
+    window_ = GTK_WINDOW(gtk_window_new());
+    gtk_window_set_default_size(window_, 300, 400);
+    gtk_window_present(window_);
+  }
+
+  void TearDown() override {
+    if (window_) gtk_window_destroy(window_);
+    quorbel_tests::runFor(0.05);
+  }
+
+  GtkWindow* window_ = nullptr;
+};
+
+TEST_F(HostTest, AWidgetKeepsItsViewUntilItIsDestroyed) {
+  auto view = std::make_shared<View>(Rect{0, 0, 320, 50});
+  const std::weak_ptr<View> weak = view;
+  GtkWidget* const widget = hostWidget(std::move(view));
+  ASSERT_TRUE(widget);
+  gtk_window_set_child(window_, widget);
+  ASSERT_TRUE(quorbel_tests::runUntil(
+      [&] { return !weak.expired() && weak.lock()->frame().width == 320; }));
+  EXPECT_EQ(weak.lock()->frame().height, 50);
+  gtk_window_set_child(window_, nullptr);
+  EXPECT_TRUE(weak.expired());
+}
+
+TEST_F(HostTest, AViewThatHasNoPlaceOfItsOwnGivesNoWidget) {
+  const auto inner = std::make_shared<View>();
+  const auto outer = std::make_shared<View>();
+  outer->addSubview(inner);
+  EXPECT_EQ(hostWidget(nullptr), nullptr);
+  EXPECT_EQ(hostWidget(inner), nullptr);
+  EXPECT_EQ(hostScreen(nullptr), nullptr);
+}
+
+TEST_F(HostTest, PresentedScreensComeUpOverTheWindowInItsSizeAndGoAgain) {
+  ASSERT_TRUE(
+      quorbel_tests::runUntil([&] { return gtk_widget_get_width(GTK_WIDGET(window_)) > 0; }));
+  ViewController* const host = hostScreen(window_);
+  ASSERT_TRUE(host);
+  EXPECT_EQ(hostScreen(window_), host) << "one screen a window";
+  Window* const over = host->window();
+  ASSERT_TRUE(over);
+  EXPECT_FALSE(over->isVisible());
+  // What requests tell of the screen is the window's, too.
+  gtk_window_set_default_size(window_, 350, 500);
+  EXPECT_TRUE(quorbel_tests::runUntil(
+      [] {
+        return Screen::standard().applicationFrame().size() == Size{350, 500};
+      },
+      5));
+
+  host->presentModalViewController(std::make_shared<ViewController>(), true);
+  EXPECT_TRUE(over->isVisible());
+  EXPECT_EQ(over->size().width, gtk_widget_get_width(GTK_WIDGET(window_)));
+  host->dismissModalViewControllerAnimated(true);
+  EXPECT_FALSE(over->isVisible());
+}
+
+TEST_F(HostTest, AWindowThatIsDestroyedUnderAPresentedScreenTakesItAlong) {
+  ViewController* const host = hostScreen(window_);
+  const WeakPtr<ViewController> weak = host;
+  auto presented = std::make_shared<ViewController>();
+  const std::weak_ptr<ViewController> weakPresented = presented;
+  host->presentModalViewController(std::move(presented), true);
+  gtk_window_destroy(std::exchange(window_, nullptr));
+  quorbel_tests::runFor(0.05);
+  EXPECT_FALSE(weak);
+  EXPECT_TRUE(weakPresented.expired());
+  EXPECT_EQ(Window::keyWindow(), nullptr);
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,295 @@
+// What the running application grants its background tasks, and what it opens.
+#include "platform/application/LinuxApplication.h"
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <gtkmm/widget.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "platform/application/MailComposer.h"
+#include "platform/ui/Button.h"
+#include "platform/ui/LaunchPermit.h"
+#include "platform/ui/NativeView.h"
+#include "platform/ui/Window.h"
+#include "tests/support/Fakes.h"
+#include "tests/support/LogLines.h"
+#include "tests/support/Loop.h"
+#include "tests/support/Pointer.h"
+#include "tests/support/Process.h"
+
+namespace platform {
+namespace {
+
+using quorbel_tests::FakeClock;
+using quorbel_tests::FakeRunLoop;
+using quorbel_tests::LogLines;
+
+class BackgroundTaskTest : public ::testing::Test {
+ protected:
+  ~BackgroundTaskTest() override { application.enterForeground(); }
+
+  BackgroundTaskID begin() {
+    return application.beginBackgroundTask([this] { ++expired; });
+  }
+
+  FakeRunLoop loop;
+  LinuxApplication& application = LinuxApplication::instance();
+  int expired = 0;
+};
+
+TEST_F(BackgroundTaskTest, InTheForegroundATaskLasts) {
+  const BackgroundTaskID task = begin();
+  EXPECT_NE(task, 0u);
+  loop.advance(3600);
+  EXPECT_EQ(expired, 0);
+  application.endBackgroundTask(task);
+  EXPECT_EQ(application.backgroundTaskCount(), 0u);
+}
+
+TEST_F(BackgroundTaskTest, OutOfSightTasksExpireOnceAndEndByThemselves) {
+  const BackgroundTaskID task = begin();
+  begin();
+  application.enterBackground();
+  loop.advance(179);
+  EXPECT_EQ(expired, 0);
+  loop.advance(2);
+  EXPECT_EQ(expired, 2);
+  EXPECT_EQ(application.backgroundTaskCount(), 0u);
+  application.endBackgroundTask(task);
+  begin();
+  loop.advance(11);
+  EXPECT_EQ(expired, 3);
+  loop.advance(3600);
+  EXPECT_EQ(expired, 3);
+}
+
+TEST_F(BackgroundTaskTest, ComingBackStopsTheClock) {
+  const BackgroundTaskID task = begin();
+  application.enterBackground();
+  loop.advance(170);
+  application.enterForeground();
+  loop.advance(3600);
+  application.enterBackground();
+  loop.advance(170);
+  EXPECT_EQ(expired, 0);
+  application.endBackgroundTask(task);
+}
+
+TEST_F(BackgroundTaskTest, AHandlerMayEndItsOwnAndOtherTasks) {
+  BackgroundTaskID first = 0;
+  BackgroundTaskID second = 0;
+  first = application.beginBackgroundTask([&] {
+    ++expired;
+    application.endBackgroundTask(first);
+    application.endBackgroundTask(second);
+    application.endBackgroundTask(0);
+  });
+  second = begin();
+  application.enterBackground();
+  loop.advance(200);
+  EXPECT_EQ(expired, 1);
+  EXPECT_EQ(application.backgroundTaskCount(), 0u);
+}
+
+TEST_F(BackgroundTaskTest, ATaskLetsGoOfItsHandlerWhenItEnds) {
+  auto held = std::make_shared<int>();
+  const BackgroundTaskID task = application.beginBackgroundTask([held] {});
+  EXPECT_EQ(held.use_count(), 2);
+  application.endBackgroundTask(task);
+  EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST_F(BackgroundTaskTest, TheIdleHandlerRunsWhenTheLastTaskHasEnded) {
+  int idle = 0;
+  application.setIdleHandler([&] { ++idle; });
+  const BackgroundTaskID first = begin();
+  const BackgroundTaskID second = begin();
+  application.endBackgroundTask(first);
+  loop.advance(0);
+  EXPECT_EQ(idle, 0);
+  application.endBackgroundTask(second);
+  loop.advance(0);
+  EXPECT_EQ(idle, 1);
+  application.setIdleHandler({});
+}
+
+TEST(LaunchPermitTest, EachTouchOfLateAllowsOneLaunch) {
+  using Permit = LaunchPermit;
+  FakeClock clock;
+  LogLines log;
+  struct Step {
+    double seconds;
+    std::function<void(Permit&)> act;
+    bool opens;
+    std::size_t refusals;
+  };
+  const auto nothing = [](Permit&) {};
+  const auto giveBackThe = [](Permit::Touch touch) {
+    return [touch](Permit& permit) { permit.giveBack(touch); };
+  };
+  const Step steps[] = {
+      {0, nothing, false, 1},
+      {0, nothing, false, 0},
+      {0, &Permit::released, false, 0},
+      {0, &Permit::touched, true, 0},
+      {0, &Permit::released, false, 1},
+      {0.5, &Permit::activated, false, 0},
+      {2, &Permit::activated, true, 0},
+      {1, &Permit::touched, true, 0},
+      {0, giveBackThe(2), false, 1},
+      {0, giveBackThe(3), true, 0},
+      {0, &Permit::touched, true, 0},
+      {0, giveBackThe(4), true, 0},
+      {kTouchAllowsSeconds + 0.1, giveBackThe(4), false, 1},
+  };
+  Permit permit;
+  int number = 0;
+  for (const Step& step : steps) {
+    clock.advance(step.seconds);
+    step.act(permit);
+    EXPECT_EQ(permit.use("tel:1") != 0, step.opens) << "step " << number;
+    EXPECT_EQ(log.take().size(), step.refusals) << "step " << number++;
+  }
+  permit.touched();
+  clock.advance(kTouchAllowsSeconds - 1);
+  permit.released();
+  clock.advance(kTouchAllowsSeconds - 1);
+  EXPECT_TRUE(permit.use("tel:1")) << "held for long";
+}
+
+TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
+  if (!quorbel_tests::hasPointer()) GTEST_SKIP() << "needs a pointer";
+  const auto window = std::make_shared<Window>(Size{300, 300});
+  const auto screen = std::make_shared<ViewController>();
+  window->setRootViewController(screen);
+  const auto button = std::make_shared<Button>(ButtonStyle::Custom, Rect{10, 10, 80, 40});
+  screen->view()->addSubview(button);
+  window->makeKeyAndVisible();
+  GtkWidget* const widget = GTK_WIDGET(screen->view()->native().widget().gobj());
+  GtkWidget* const pressed = GTK_WIDGET(button->native().widget().gobj());
+  ASSERT_TRUE(quorbel_tests::runUntil([&] { return gtk_widget_get_width(pressed) > 0; }));
+  quorbel_tests::runFor(0.2);
+  const auto type = [&](const char* key) { return [=] { quorbel_tests::typeKey(widget, key); }; };
+  const struct {
+    const char* name;
+    std::function<void()> act;
+    bool counts;
+  } rows[] = {
+      {"a click",
+       [&] {
+         quorbel_tests::clickWidget(widget, {150, 200});
+       },
+       true},
+      {"a click on a button",
+       [&] {
+         quorbel_tests::clickWidget(pressed, {5, 5});
+       },
+       true},
+      {"Return", type("Return"), true},
+      {"the space bar", type("space"), true},
+      {"a modifier", type("Shift_L"), false},
+      {"a way out", type("Escape"), false},
+      {"a tap of the program's own",
+       [&] {
+         window->tap({20, 60});
+       },
+       true},
+  };
+  LogLines log;
+  for (const auto& row : rows) {
+    while (LaunchPermit::shared().use("a test")) {
+    }
+    row.act();
+    quorbel_tests::runFor(0.2);
+    EXPECT_EQ(LaunchPermit::shared().isGiven(), row.counts) << row.name;
+  }
+  quorbel_tests::runFor(1.1);
+  while (LaunchPermit::shared().use("a test")) {
+  }
+  // As an assistive program does, without a key or a touch.
+  GtkWidget* inner = pressed;
+  while (inner && !GTK_IS_BUTTON(inner)) inner = gtk_widget_get_first_child(inner);
+  ASSERT_TRUE(inner);
+  g_signal_emit_by_name(inner, "clicked");
+  EXPECT_TRUE(LaunchPermit::shared().isGiven());
+}
+
+/// With a handler of its own for the scheme "x-quorbel", which notes what it is to open.
+class OpenURLTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const std::string data = std::getenv("XDG_DATA_HOME");
+    quorbel_tests::writeFile(data + "/applications/quorbel-noter.desktop",
+                             "[Desktop Entry]\nType=Application\nName=Noter\nExec=sh -c \"echo "
+                             "\\$0 >> " +
+                                 noted_ + "\" %u\nMimeType=x-scheme-handler/x-quorbel;\n");
+    quorbel_tests::writeFile(
+        std::string(std::getenv("XDG_CONFIG_HOME")) + "/mimeapps.list",
+        "[Default Applications]\nx-scheme-handler/x-quorbel=quorbel-noter.desktop\n");
+    ASSERT_TRUE(quorbel_tests::runUntil([this] { return application_.canOpenURL(url("")); }));
+  }
+
+  static URL url(const std::string& rest) { return *URL::parse("x-quorbel:" + rest); }
+
+  void open(const std::string& rest, int times) {
+    for (int i = 0; i < times; ++i) application_.openURL(url(rest));
+  }
+
+  bool hasNoted(const std::string& rest) {
+    return quorbel_tests::runUntil([&] {
+      return std::filesystem::exists(noted_) &&
+             quorbel_tests::readFile(noted_).find(rest) != std::string::npos;
+    });
+  }
+
+  quorbel_tests::TemporaryFolder folder_;
+  std::string noted_ = folder_.file("noted");
+  LinuxApplication& application_ = LinuxApplication::instance();
+};
+
+TEST_F(OpenURLTest, OpensOneAtATouchHoweverManyAreAskedFor) {
+  FakeClock clock;
+  clock.advance(3600);
+  LogLines log;
+  open("untouched", 100);
+  EXPECT_EQ(log.take().size(), 1u);
+  LaunchPermit::shared().touched();
+  open("first", 100);
+  ASSERT_TRUE(hasNoted("first"));
+  EXPECT_EQ(log.take().size(), 1u);
+  LaunchPermit::shared().touched();
+  application_.openURL(*URL::parse("x-nobody-knows-this:1"));
+  open("second", 1);
+  ASSERT_TRUE(hasNoted("second")) << "what nothing opens leaves the touch to others";
+  EXPECT_EQ(quorbel_tests::readFile(noted_), "x-quorbel:first\nx-quorbel:second\n");
+}
+
+TEST_F(OpenURLTest, NothingOpensFilesNorWhatNobodyKnows) {
+  LogLines log;
+  for (const char* text : {"file:///etc/passwd", "FILE:///etc/passwd", "relative", "/etc/passwd",
+                           "x-nobody-knows-this:1"}) {
+    LaunchPermit::shared().touched();
+    EXPECT_FALSE(application_.canOpenURL(*URL::parse(text))) << text;
+    application_.openURL(*URL::parse(text));
+    EXPECT_TRUE(LaunchPermit::shared().isGiven()) << text;
+  }
+}
+
+TEST(MailServiceTest, AMailNobodyAskedForIsNotWritten) {
+  FakeClock clock;
+  clock.advance(7200);
+  LogLines log;
+  std::vector<MailResult> results;
+  for (int i = 0; i < 100; ++i) {
+    MailService::standard().compose({}, [&](MailResult result) { results.push_back(result); });
+  }
+  EXPECT_TRUE(results.empty());
+  ASSERT_TRUE(quorbel_tests::runUntil([&] { return results.size() == 100; }));
+  EXPECT_EQ(std::count(results.begin(), results.end(), MailResult::Failed), 100);
+  EXPECT_LE(log.take().size(), 1u);
+}
+
+}  // namespace
+}  // namespace platform

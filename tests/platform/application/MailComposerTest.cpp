@@ -1,0 +1,80 @@
+// Mails to be written: what of a page's texts reaches the mail program, and where.
+#include "platform/application/MailComposer.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/ui/ViewController.h"
+
+namespace platform {
+namespace {
+
+struct FakeMailService final : MailService {
+  void compose(const MailMessage& message, std::function<void(MailResult)> finished) override {
+    messages.push_back(message);
+    answers.push_back(std::move(finished));
+  }
+  std::vector<MailMessage> messages;
+  std::vector<std::function<void(MailResult)>> answers;
+  Replacement replacement{*this};
+};
+
+struct Delegate final : MailComposerDelegate {
+  void mailComposerDidFinish(MailComposer&, MailResult result) override {
+    results.push_back(result);
+  }
+  std::vector<MailResult> results;
+};
+
+TEST(MailMessage, SaysEverythingInOneEncodedURL) {
+  const struct {
+    MailMessage message;
+    const char* url;
+  } kCases[] = {
+      {{}, "mailto:"},
+      {{{"a@b"}, {}, {}, "", ""}, "mailto:a@b"},
+      {{{"a@b"}, {"c@d", "e@f"}, {"g@h"}, "Hi & bye", "1\n2"},
+       "mailto:a@b?cc=c@d,e@f&bcc=g@h&subject=Hi%20%26%20bye&body=1%0A2"},
+      {{{"a@b?bcc=x@y"}, {}, {}, "s#f", ""}, "mailto:a@b%3Fbcc%3Dx@y?subject=s%23f"},
+      {{{"--attach=/etc/passwd"}, {}, {}, "$(reboot) `x` 'y' \"z\"", ""},
+       "mailto:--attach%3D%2Fetc%2Fpasswd?subject=%24%28reboot%29%20%60x%60%20%27y%27%20%22z%22"},
+      {{{}, {}, {}, "é", ""}, "mailto:?subject=%C3%A9"},
+  };
+  for (const auto& each : kCases) {
+    const auto url = each.message.mailtoURL();
+    ASSERT_TRUE(url) << each.url;
+    EXPECT_EQ(url->absoluteString(), each.url);
+  }
+  EXPECT_FALSE((MailMessage{{}, {}, {}, "", std::string(3 << 20, 'x')}.mailtoURL()));
+}
+
+TEST(MailComposer, NoTextOfAPageBeginsAHeaderOfItsOwn) {
+  const auto composer = std::make_shared<MailComposer>();
+  composer->setToRecipients({"a@b\r\nBcc: x@y", " ", ""});
+  composer->setCcRecipients({"", "c@d "});
+  composer->setSubject("Hi\nX-Spam: no\x7f");
+  composer->setMessageBody("one\ntwo");
+  EXPECT_EQ(composer->message().toRecipients, std::vector<std::string>{"a@b  Bcc: x@y"});
+  EXPECT_EQ(composer->message().ccRecipients, std::vector<std::string>{"c@d"});
+  EXPECT_EQ(composer->message().subject, "Hi X-Spam: no");
+  EXPECT_EQ(composer->message().body, "one\ntwo");
+}
+
+TEST(MailComposer, LivesUntilItsDelegateHasBeenToldOrIsGone) {
+  FakeMailService service;
+  const auto screen = std::make_shared<ViewController>();
+  auto delegate = std::make_unique<Delegate>();
+  for (int i = 0; i < 2; ++i) {
+    const auto composer = std::make_shared<MailComposer>();
+    composer->setDelegate(delegate.get());
+    composer->present(*screen);
+    composer->present(*screen);
+  }
+  ASSERT_EQ(service.answers.size(), 2u);
+  service.answers[0](MailResult::Cancelled);
+  EXPECT_EQ(delegate->results, std::vector<MailResult>{MailResult::Cancelled});
+  delegate.reset();
+  service.answers[1](MailResult::Done);
+}
+
+}  // namespace
+}  // namespace platform

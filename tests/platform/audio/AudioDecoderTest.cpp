@@ -1,0 +1,235 @@
+// What files may be given as clips, and what comes out.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "platform/audio/ClipCache.h"
+#include "platform/audio/ClipDecoder.h"
+#include "platform/audio/Voice.h"
+#include "tests/platform/audio/AudioFiles.h"
+
+namespace {
+
+using platform::DecodedClip;
+using platform::Voice;
+using quorbel_tests::littleEndian;
+using quorbel_tests::TemporaryFolder;
+using quorbel_tests::toneFile;
+using quorbel_tests::wave;
+
+std::shared_ptr<const DecodedClip> decode(const std::string& path) {
+  std::string problem;
+  auto clip = platform::decodeClip(path, problem);
+  EXPECT_EQ(clip == nullptr, !problem.empty());
+  return clip;
+}
+
+std::string read(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::filesystem::path> packagedClips() {
+  std::vector<std::filesystem::path> paths;
+  for (const auto& entry : std::filesystem::directory_iterator(CLIP_FOLDER)) {
+    if (entry.path().extension() == ".m4a") paths.push_back(entry.path());
+  }
+  return paths;
+}
+
+TEST(ClipDecoder, EveryPackagedClipSoundsFromItsFirstMillisecondsAndEndsInSilence) {
+  ASSERT_EQ(packagedClips().size(), 14U);
+  for (const auto& path : packagedClips()) {
+    SCOPED_TRACE(path.filename());
+    const auto clip = decode(path);
+    ASSERT_TRUE(clip);
+    const double seconds = double(clip->frameCount()) / platform::kSampleRate;
+    EXPECT_GE(seconds, 1.0);
+    EXPECT_LE(seconds, 3.1);
+    const auto& samples = clip->samples;
+    const auto first = std::find_if(samples.begin(), samples.end(),
+                                    [](float sample) { return std::abs(sample) > 0.01F; });
+    EXPECT_LT((first - samples.begin()) / 2, platform::kSampleRate * 5 / 1000);
+    EXPECT_LT(*std::max_element(samples.begin(), samples.end()), 1.0F);
+    EXPECT_GT(*std::max_element(samples.begin(), samples.end()), 0.1F);
+    EXPECT_LT(std::abs(samples.back()), 0.001F);
+  }
+}
+
+TEST(ClipDecoder, KeepsPitchLevelAndLengthOfAWave) {
+  const TemporaryFolder folder;
+  const auto clip = decode(folder.write("tone.wav", toneFile(1000, 0.5)));
+  ASSERT_TRUE(clip);
+  EXPECT_EQ(clip->frameCount(), 24000U);
+  EXPECT_NEAR(clip->samples[2 * 12], 0.5F, 0.01F);  // a quarter of the tone's period
+  EXPECT_EQ(clip->samples[2 * 12], clip->samples[2 * 12 + 1]);
+  const auto slow = decode(folder.write("slow.wav", toneFile(1000, 0.5, 24000)));
+  ASSERT_TRUE(slow);
+  EXPECT_NEAR(double(slow->frameCount()), 24000, 100);
+}
+
+TEST(ClipDecoder, RefusesWhatIsNoSound) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder.path("folder.m4a"));
+  ASSERT_EQ(mkfifo(folder.path("pipe.m4a").c_str(), 0600), 0);
+  const std::string playlist =
+      "#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:9,\nfile://" CLIP_FOLDER "/candy.m4a\n";
+  const std::string list = "ffconcat version 1.0\nfile " CLIP_FOLDER "/candy.m4a\n";
+  const std::string paths[] = {
+      folder.path("absent.m4a"),
+      folder.path("folder.m4a"),
+      folder.path("pipe.m4a"),
+      "",
+      folder.write("empty.m4a", ""),
+      folder.write("text.m4a", "This is no sound at all.\n"),
+      folder.write("zeros.m4a", std::string(100000, '\0')),
+      folder.write("playlist.m4a", playlist),
+      folder.write("playlist.m3u8", playlist),
+      folder.write("list.m4a", list),
+      folder.write("nothing.wav", wave({})),
+      folder.write("header.m4a", read(CLIP_FOLDER "/candy.m4a").substr(0, 200)),
+  };
+  for (const std::string& path : paths) {
+    SCOPED_TRACE(path);
+    EXPECT_FALSE(decode(path));
+  }
+}
+
+TEST(ClipDecoder, RefusesAFileLargerThanItReads) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("large.wav", toneFile(440, 0.1));
+  std::filesystem::resize_file(path, 65 * 1024 * 1024);  // sparse
+  std::string problem;
+  EXPECT_FALSE(platform::decodeClip(path, problem));
+  EXPECT_EQ(problem, "it is larger than 64 MiB");
+}
+
+TEST(ClipDecoder, TakesTheFirstMinuteOfALongFile) {
+  const TemporaryFolder folder;
+  const auto clip =
+      decode(folder.write("long.wav", wave(std::vector<float>(4000 * 70, 0.25F), 4000)));
+  ASSERT_TRUE(clip);
+  EXPECT_EQ(clip->frameCount(), 60U * platform::kSampleRate);
+}
+
+TEST(ClipDecoder, SurvivesFormsThatWouldMakeSecondsOfSoundFromABlink) {
+  const TemporaryFolder folder;
+  const std::vector<float> samples(4800, 0.25F);
+  for (const std::uint32_t rate : {0U, 1U, 100U, 3999U, 400000U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
+    EXPECT_FALSE(decode(folder.write("rate.wav", wave(samples, rate)))) << rate;
+  }
+  for (const std::uint32_t channels : {0U, 9U, 64U, 0xFFFFU}) {
+    EXPECT_FALSE(decode(folder.write("channels.wav", wave(samples, 48000, channels)))) << channels;
+  }
+}
+
+TEST(ClipDecoder, LetsNothingThroughThatIsNoSample) {
+  const TemporaryFolder folder;
+  const float infinite = std::numeric_limits<float>::infinity();
+  const auto clip = decode(folder.write(
+      "wild.wav", wave({std::nanf(""), infinite, -infinite, 1e30F, -1e30F, 0.5F, -0.5F})));
+  ASSERT_TRUE(clip);
+  for (const float sample : clip->samples) {
+    EXPECT_TRUE(sample >= -1 && sample <= 1) << sample;
+  }
+}
+
+TEST(ClipDecoder, ReadsWhatComesBeforeAFileBreaksOff) {
+  const TemporaryFolder folder;
+  const std::string whole = read(CLIP_FOLDER "/babies.m4a");
+  const auto all = decode(CLIP_FOLDER "/babies.m4a");
+  const auto half = decode(folder.write("half.m4a", whole.substr(0, whole.size() / 2)));
+  ASSERT_TRUE(all && half);
+  EXPECT_GT(half->frameCount(), all->frameCount() / 4);
+  EXPECT_LT(half->frameCount(), all->frameCount());
+}
+
+TEST(ClipDecoder, SurvivesDamageAnywhere) {
+  const TemporaryFolder folder;
+  const std::string whole = read(CLIP_FOLDER "/candy.m4a");
+  std::uint32_t dice = 12345;
+  const auto roll = [&dice] { return dice = dice * 1664525U + 1013904223U, dice >> 8; };
+  int decoded = 0;
+  for (int round = 0; round < 150; ++round) {
+    std::string damaged = whole;
+    // Most of the damage goes to the tables at the beginning, which lead the reader.
+    const std::size_t reach =
+        round % 3 == 0 ? damaged.size() : std::min<std::size_t>(1400, whole.size());
+    for (int hit = 0; hit < 1 + round % 7; ++hit) damaged[roll() % reach] = char(roll());
+    std::string problem;
+    const auto clip = platform::decodeClip(folder.write("damaged.m4a", damaged), problem);
+    if (!clip) continue;
+    ++decoded;
+    EXPECT_LE(clip->frameCount(), 60U * platform::kSampleRate);
+  }
+  EXPECT_GT(decoded, 0);
+  EXPECT_LT(decoded, 150);
+}
+
+TEST(ClipCache, GivesTheSameClipUntilTheFileChanges) {
+  const TemporaryFolder folder;
+  platform::ClipCache cache;
+  std::string problem;
+  const std::string path = folder.write("clip.wav", toneFile(440, 0.1));
+  const auto first = cache.clip(path, problem);
+  ASSERT_TRUE(first);
+  EXPECT_EQ(cache.clip(path, problem), first);
+  folder.write("clip.wav", toneFile(440, 0.2));
+  const auto second = cache.clip(path, problem);
+  ASSERT_TRUE(second);
+  EXPECT_EQ(second->frameCount(), 9600U);
+  std::filesystem::remove(path);
+  EXPECT_FALSE(cache.clip(path, problem));
+  EXPECT_EQ(problem, "No such file or directory");
+}
+
+TEST(ClipCache, ForgetsTheOldestOfMoreThanItHolds) {
+  const TemporaryFolder folder;
+  platform::ClipCache cache;
+  std::string problem;
+  // A minute decoded is 22 MiB; the cache holds 64.
+  std::weak_ptr<const DecodedClip> oldest;
+  std::weak_ptr<const DecodedClip> used;
+  for (int number = 0; number < 4; ++number) {
+    const std::string path = folder.write("clip" + std::to_string(number) + ".wav",
+                                          wave(std::vector<float>(4000 * 60, 0.25F), 4000));
+    const auto clip = cache.clip(path, problem);
+    ASSERT_TRUE(clip);
+    if (number == 0) used = clip;
+    if (number == 1) oldest = clip;
+    cache.clip(folder.path("clip0.wav"), problem);
+  }
+  EXPECT_TRUE(oldest.expired());
+  EXPECT_FALSE(used.expired());
+}
+
+TEST(Voice, FadesOutFromWhereItIsToldAndCanBeMixedAgain) {
+  auto clip = std::make_shared<DecodedClip>();
+  clip->samples.assign(2000, 1.0F);  // 1000 frames
+  Voice voice(clip, 100);
+  voice.begin = 50;
+  EXPECT_EQ(voice.end(), 950);
+  std::vector<float> target(2000, 0.0F);
+  mix(voice, 0, target.data(), 1000);
+  EXPECT_EQ(target[2 * 49], 0.0F);
+  EXPECT_EQ(target[2 * 50], 1.0F);
+  EXPECT_EQ(target[2 * 949 + 1], 1.0F);
+  EXPECT_EQ(target[2 * 950], 0.0F);
+
+  voice.fade = 200;
+  std::fill(target.begin(), target.end(), 0.0F);
+  mix(voice, 0, target.data(), 1000);
+  EXPECT_EQ(target[2 * 199], 1.0F);
+  EXPECT_NEAR(target[2 * 272], 0.5F, 0.01F);  // half of three milliseconds on
+  EXPECT_EQ(target[2 * 344], 0.0F);
+  for (std::size_t frame = 200; frame < 345; ++frame) {
+    EXPECT_LE(target[2 * frame] + 0.0001F, target[2 * (frame - 1)] + 0.01F);
+  }
+
+  voice.fade = 50;  // before anything was heard
+  EXPECT_EQ(voice.end(), 50);
+}
+
+}  // namespace

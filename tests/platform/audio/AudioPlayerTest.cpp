@@ -1,0 +1,313 @@
+// Players against a real sound server, and what its output's monitor records of them.
+#include "platform/audio/AudioPlayer.h"
+
+#include <glib.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/audio/AudioOutput.h"
+#include "platform/device/AudioSession.h"
+#include "tests/platform/audio/AudioFiles.h"
+#include "tests/support/Loop.h"
+#include "tests/support/PrivateSoundServer.h"
+
+namespace {
+
+using platform::AudioPlayer;
+using quorbel_tests::MonitorRecording;
+using quorbel_tests::PrivateSoundServer;
+using quorbel_tests::runFor;
+using quorbel_tests::runUntil;
+using quorbel_tests::toneFile;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+constexpr double kLow = 400;
+constexpr double kHigh = 1500;
+
+/// The warnings while it is in place, from whatever thread.
+class Warnings {
+ public:
+  Warnings() {
+    handler_ = g_log_set_handler(
+        "Valdren", G_LOG_LEVEL_WARNING,
+        [](const char*, GLogLevelFlags, const char* line, gpointer self) {
+          auto& warnings = *static_cast<Warnings*>(self);
+          const std::lock_guard lock(warnings.mutex_);
+          warnings.lines_.emplace_back(line);
+        },
+        this);
+  }
+  ~Warnings() { g_log_remove_handler("Valdren", handler_); }
+  Warnings(const Warnings&) = delete;
+  Warnings& operator=(const Warnings&) = delete;
+
+  std::vector<std::string> take() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(lines_, {});
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::string> lines_;
+  guint handler_;
+};
+
+struct Listener final : platform::AudioPlayerDelegate {
+  void audioPlayerDidFinishPlaying(AudioPlayer&, bool successfully) override {
+    ++told;
+    well = successfully;
+  }
+  int told = 0;
+  bool well = false;
+};
+
+/// The player's way to the server lives as long as the program, so the server does too. Each test
+/// finds it running, and silent.
+class AudioPlayerTest : public ::testing::Test {
+ protected:
+  static PrivateSoundServer& server() {
+    static PrivateSoundServer running;
+    return running;
+  }
+
+  void SetUp() override {
+    if (!PrivateSoundServer::isInstalled()) {
+      GTEST_SKIP() << "pulseaudio is not installed, so there is nothing to play into";
+    }
+    server().kill();
+    ASSERT_TRUE(server().start());
+    // Whatever the program's output made of that is over before the test looks.
+    runFor(0.1);
+    warnings_.take();
+  }
+
+  std::unique_ptr<AudioPlayer> play(double frequency, double seconds,
+                                    platform::AudioPlayerDelegate* listener = nullptr) {
+    const std::string name = std::to_string(frequency) + "-" + std::to_string(seconds) + ".wav";
+    if (!std::filesystem::exists(folder_.path(name))) {
+      folder_.write(name, toneFile(frequency, seconds));
+    }
+    auto player = AudioPlayer::withContentsOfFile(folder_.path(name));
+    if (!player) return nullptr;
+    player->setDelegate(listener);
+    player->play();
+    return player;
+  }
+
+  /// Whether the tone, and no other, is heard before long.
+  static bool hears(const MonitorRecording& recording, double frequency) {
+    return runUntil([&] {
+      const double other = frequency == kLow ? kHigh : kLow;
+      return recording.toneInLast(0.1, frequency) > 0.4 && recording.toneInLast(0.1, other) < 0.02;
+    });
+  }
+  static bool hearsNothing(const MonitorRecording& recording) {
+    return runUntil([&] { return recording.peakOfLast(0.2) < 0.001F; });
+  }
+
+  quorbel_tests::TemporaryFolder folder_;
+  Warnings warnings_;
+};
+
+TEST_F(AudioPlayerTest, AClipIsHeardOnceAndItsDelegateToldOfItsEnd) {
+  const MonitorRecording recording;
+  Listener listener;
+  const auto player = play(kLow, 0.6, &listener);
+  ASSERT_TRUE(player);
+  EXPECT_TRUE(player->isPlaying());
+  EXPECT_TRUE(hears(recording, kLow));
+  EXPECT_EQ(listener.told, 0);
+  EXPECT_TRUE(runUntil([&] { return listener.told > 0; }));
+  EXPECT_TRUE(listener.well);
+  EXPECT_FALSE(player->isPlaying());
+  EXPECT_TRUE(hearsNothing(recording));
+  EXPECT_EQ(listener.told, 1);
+  EXPECT_TRUE(warnings_.take().empty());
+}
+
+TEST_F(AudioPlayerTest, ANewPlayerReplacesTheOneBefore) {
+  const MonitorRecording recording;
+  auto player = play(kLow, 5);
+  EXPECT_TRUE(hears(recording, kLow));
+  player.reset();
+  player = play(kHigh, 5);
+  EXPECT_TRUE(hears(recording, kHigh));
+  // Once more in the other order, in quick succession.
+  player.reset();
+  player = play(kHigh, 6);
+  player.reset();
+  player = play(kLow, 6);
+  EXPECT_TRUE(hears(recording, kLow));
+}
+
+TEST_F(AudioPlayerTest, StopSilencesAndPlayGoesOnFromThere) {
+  const MonitorRecording recording;
+  Listener listener;
+  const auto player = play(kLow, 1.5, &listener);
+  EXPECT_TRUE(hears(recording, kLow));
+  player->stop();
+  EXPECT_FALSE(player->isPlaying());
+  EXPECT_TRUE(hearsNothing(recording));
+  EXPECT_EQ(listener.told, 0);
+  const double resumed = MonitorRecording::now();
+  player->play();
+  EXPECT_TRUE(hears(recording, kLow));
+  EXPECT_TRUE(runUntil([&] { return listener.told == 1; }));
+  EXPECT_TRUE(listener.well);
+  EXPECT_LT(recording.longestGapSince(resumed + 0.1), 0.05);
+}
+
+TEST_F(AudioPlayerTest, PressAndStopDoNotWaitForWhatTheServerHasInStore) {
+  const MonitorRecording recording;
+  auto player = play(kLow, 5);
+  EXPECT_TRUE(hears(recording, kLow));
+  player->stop();
+  // A busy machine may be late, but not every time.
+  double start = 1;
+  double stop = 1;
+  for (int round = 0; round < 6; ++round) {
+    EXPECT_TRUE(hearsNothing(recording));
+    const double pressed = MonitorRecording::now();
+    player = play(kLow, 5);
+    EXPECT_TRUE(hears(recording, kLow));
+    runFor(0.1);
+    start = std::min(start, recording.firstSoundSince(pressed) - pressed);
+    const double stopped = MonitorRecording::now();
+    player->stop();
+    EXPECT_TRUE(hearsNothing(recording));
+    stop = std::min(stop, recording.lastSound() - stopped);
+  }
+  EXPECT_GT(start, -0.02);
+  EXPECT_LT(start, 0.12);
+  EXPECT_LT(stop, 0.12);
+}
+
+TEST_F(AudioPlayerTest, ADelegateThatIsGoneIsNotTold) {
+  const MonitorRecording recording;
+  auto listener = std::make_unique<Listener>();
+  const auto player = play(kLow, 0.3, listener.get());
+  listener.reset();
+  EXPECT_TRUE(runUntil([&] { return !player->isPlaying(); }));
+  runFor(0.25);
+}
+
+TEST_F(AudioPlayerTest, ADelegateMayEndThePlayerThatTellsIt) {
+  struct Owner final : platform::AudioPlayerDelegate {
+    void audioPlayerDidFinishPlaying(AudioPlayer&, bool) override { player.reset(); }
+    std::unique_ptr<AudioPlayer> player;
+  } owner;
+  const MonitorRecording recording;
+  owner.player = play(kLow, 0.2, &owner);
+  EXPECT_TRUE(runUntil([&] { return !owner.player; }));
+}
+
+TEST_F(AudioPlayerTest, WithoutAServerOneLineSaysSoAndAPressWorksWhenItIsBack) {
+  server().kill();
+  // The output may have had a connection to lose; that line is not the press's.
+  auto first = play(kLow, 0.2);
+  EXPECT_TRUE(runUntil([&] { return !first->isPlaying(); }));
+  warnings_.take();
+
+  Listener listener;
+  const auto player = play(kLow, 1, &listener);
+  EXPECT_TRUE(runUntil([&] { return listener.told == 1; }));
+  EXPECT_FALSE(listener.well);
+  EXPECT_THAT(warnings_.take(),
+              ElementsAre(HasSubstr("No sound: the sound server cannot be reached")));
+
+  int back = 0;
+  AudioPlayer::awaitSound(listener, [&] { ++back; });
+  runFor(0.3);
+  EXPECT_EQ(back, 0);
+  ASSERT_TRUE(server().start());
+  EXPECT_TRUE(runUntil([&] { return back == 1; }));
+  const MonitorRecording recording;
+  const auto later = play(kHigh, 3);
+  EXPECT_TRUE(hears(recording, kHigh));
+  EXPECT_TRUE(warnings_.take().empty());
+}
+
+TEST_F(AudioPlayerTest, AServerThatDiesWhileItPlaysIsFoundAgain) {
+  Listener listener;
+  std::unique_ptr<AudioPlayer> player;
+  {
+    const MonitorRecording recording;
+    player = play(kLow, 30, &listener);
+    EXPECT_TRUE(hears(recording, kLow));
+    server().kill();
+    EXPECT_TRUE(runUntil([&] { return listener.told == 1; }));
+    EXPECT_FALSE(listener.well);
+    EXPECT_FALSE(player->isPlaying());
+    EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr("cannot be reached")));
+  }
+  ASSERT_TRUE(server().start());
+  const MonitorRecording recording;
+  player = play(kHigh, 5);
+  EXPECT_TRUE(hears(recording, kHigh));
+}
+
+TEST_F(AudioPlayerTest, AFrozenServerIsGivenUpAndFoundAgain) {
+  Listener listener;
+  std::unique_ptr<AudioPlayer> player;
+  {
+    const MonitorRecording recording;
+    player = play(kLow, 30, &listener);
+    EXPECT_TRUE(hears(recording, kLow));
+    server().freeze(true);
+    EXPECT_TRUE(runUntil([&] { return listener.told == 1; }, 30));
+    EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr("does not answer")));
+    // Presses meanwhile neither wait nor pile up.
+    for (int press = 0; press < 20; ++press) player = play(kLow, 30);
+    EXPECT_TRUE(player->isPlaying());
+    EXPECT_TRUE(runUntil([&] { return !player->isPlaying(); }, 30));
+    EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr("does not answer")));
+    server().freeze(false);
+  }
+  const MonitorRecording recording;
+  player = play(kHigh, 5);
+  EXPECT_TRUE(hears(recording, kHigh));
+}
+
+TEST_F(AudioPlayerTest, ASuspendedOutputIsSaidAndWorksWhenItWakes) {
+  MonitorRecording recording;
+  recording.suspendOutput(true);
+  runFor(0.2);
+  Listener listener;
+  auto player = play(kLow, 30, &listener);
+  EXPECT_TRUE(runUntil([&] { return listener.told == 1; }, 30));
+  EXPECT_FALSE(listener.well);
+  EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr("has suspended its output")));
+  recording.suspendOutput(false);
+  player = play(kHigh, 30);
+  EXPECT_TRUE(hears(recording, kHigh));
+}
+
+TEST_F(AudioPlayerTest, AMissingOrBrokenClipIsOneLineAndNoPlayer) {
+  EXPECT_FALSE(AudioPlayer::withContentsOfFile(folder_.path("absent.m4a")));
+  EXPECT_FALSE(AudioPlayer::withContentsOfFile(folder_.write("broken.m4a", "no sound")));
+  EXPECT_THAT(warnings_.take(),
+              ElementsAre(HasSubstr("absent.m4a\" cannot be played: No such file"),
+                          HasSubstr("broken.m4a\" cannot be played: ")));
+}
+
+TEST_F(AudioPlayerTest, TheRouteIsKnownAgainAfterTheServerWasLost) {
+  auto& session = platform::AudioSession::standard();
+  const int status = session.initialize();
+  EXPECT_TRUE(status == 0 || status == platform::AudioSession::kAlreadyInitialized);
+  EXPECT_EQ(session.initialize(), platform::AudioSession::kAlreadyInitialized);
+  // An output without ports has a route without a name.
+  EXPECT_TRUE(runUntil([&] { return session.route().name == ""; }));
+  server().kill();
+  EXPECT_TRUE(runUntil([&] { return !session.route().name; }));
+  ASSERT_TRUE(server().start());
+  EXPECT_TRUE(runUntil([&] { return session.route().name == ""; }));
+}
+
+}  // namespace

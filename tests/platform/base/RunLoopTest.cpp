@@ -1,0 +1,103 @@
+#include "platform/base/RunLoop.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "tests/support/Loop.h"
+
+namespace {
+
+using platform::RunLoop;
+using quorbel_tests::runUntil;
+
+struct Target : platform::Trackable {};
+
+TEST(RunLoop, RunsDelayedCallsInOrderAfterThePresentCall) {
+  Target target;
+  std::string order;
+  RunLoop::shared().performAfterDelay(target, 0, [&] { order += 'a'; });
+  RunLoop::shared().performAfterDelay(0, [&] { order += 'b'; });
+  RunLoop::shared().performAfterDelay(target, 0.05, [&] { order += 'd'; });
+  RunLoop::shared().performAfterDelay(target, -1, [&] { order += 'c'; });
+  EXPECT_EQ(order, "");
+  EXPECT_TRUE(runUntil([&] { return order.size() == 4; }));
+  EXPECT_EQ(order, "abcd");
+}
+
+TEST(RunLoop, DropsTheCallsOfACancelledOrDeadTarget) {
+  Target kept;
+  Target cancelled;
+  auto dead = std::make_unique<Target>();
+  std::string ran;
+  RunLoop::shared().performAfterDelay(cancelled, 0, [&] { ran += 'x'; });
+  RunLoop::shared().performAfterDelay(*dead, 0, [&] { ran += 'y'; });
+  RunLoop::shared().performAfterDelay(kept, 0.02, [&] { ran += 'k'; });
+  RunLoop::shared().cancelPerformRequests(cancelled);
+  dead.reset();
+  EXPECT_TRUE(runUntil([&] { return !ran.empty(); }));
+  EXPECT_EQ(ran, "k");
+}
+
+TEST(RunLoop, ATimerFiresOnceUnlessItIsDestroyed) {
+  int fired = 0;
+  auto first = RunLoop::shared().scheduleTimer(0.01, [&] { ++fired; });
+  auto second = RunLoop::shared().scheduleTimer(0.01, [&] { fired += 100; });
+  auto endless = RunLoop::shared().scheduleTimer(1e300, [&] { fired += 1000; });
+  EXPECT_TRUE(first->isValid());
+  second.reset();
+  EXPECT_TRUE(runUntil([&] { return fired > 0; }));
+  EXPECT_EQ(fired, 1);
+  EXPECT_FALSE(first->isValid());
+  EXPECT_TRUE(endless->isValid());
+}
+
+TEST(RunLoop, WaitsForTheMainThread) {
+  RunLoop& loop = RunLoop::shared();
+  bool done = false;
+  bool onMainThread = false;
+  bool sawResult = false;
+  std::thread other([&] {
+    loop.performOnMainThreadAndWait([&] {
+      onMainThread = loop.isMainThread();
+      done = true;
+    });
+    sawResult = done;
+  });
+  EXPECT_TRUE(runUntil([&] { return done; }));
+  other.join();
+  EXPECT_TRUE(onMainThread);
+  EXPECT_TRUE(sawResult);
+}
+
+TEST(RunLoop, WorkForTheMainThreadWaitsUntilItsLoopTurns) {
+  RunLoop& loop = RunLoop::shared();
+  std::atomic<bool> asked = false;
+  std::atomic<bool> done = false;
+  bool onMainThread = false;
+  std::thread other([&] {
+    asked = true;
+    loop.performOnMainThreadAndWait([&] {
+      onMainThread = loop.isMainThread();
+      done = true;
+    });
+  });
+  while (!asked) std::this_thread::yield();
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_FALSE(done) << "it ran on the thread that waits";
+  EXPECT_TRUE(runUntil([&] { return done.load(); }));
+  other.join();
+  EXPECT_TRUE(onMainThread);
+}
+
+TEST(RunLoop, AutoreleaseKeepsAnObjectForOneTurn) {
+  auto object = std::make_shared<int>(1);
+  const std::weak_ptr<int> weak = object;
+  RunLoop::shared().autorelease(std::move(object));
+  EXPECT_FALSE(weak.expired());
+  EXPECT_TRUE(runUntil([&] { return weak.expired(); }));
+}
+
+}  // namespace

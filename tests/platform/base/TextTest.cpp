@@ -1,0 +1,82 @@
+#include "platform/base/Text.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/base/Log.h"
+#include "tests/support/Process.h"
+
+namespace {
+
+using platform::isUTF8;
+using platform::lowercase;
+using platform::repairedUTF8;
+
+TEST(Text, RepairsExactlyWhatIsNotUTF8) {
+  const struct {
+    std::string_view text;
+    std::string_view repaired;
+  } cases[] = {
+      {"", ""},
+      {"plain", "plain"},
+      {"\xc3\xa9\xf0\x9f\x8e\xb5", "\xc3\xa9\xf0\x9f\x8e\xb5"},
+      {{"a\0b", 3}, {"a\0b", 3}},
+      {"a\xff\xfe z", "a\xef\xbf\xbd\xef\xbf\xbd z"},
+      {"cut \xf0\x9f\x8e", "cut \xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd"},
+      {"\xc0\xaf", "\xef\xbf\xbd\xef\xbf\xbd"},                  // an overlong "/"
+      {"\xed\xa0\x80", "\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd"},  // half of a pair
+      {{"\0\xff\0", 3}, {"\0\xef\xbf\xbd\0", 5}},
+  };
+  for (const auto& each : cases) {
+    EXPECT_EQ(repairedUTF8(each.text), each.repaired);
+    EXPECT_EQ(isUTF8(each.text), each.text == each.repaired) << each.text;
+    EXPECT_TRUE(isUTF8(each.repaired));
+  }
+}
+
+TEST(Text, RepairsMuchBadTextInOneGo) {
+  const std::string bad(1'000'000, '\xff');
+  EXPECT_EQ(repairedUTF8(bad).size(), 3 * bad.size());
+  const std::string mixed = std::string(500'000, '\0') + std::string(500'000, '\xc3');
+  EXPECT_EQ(repairedUTF8(mixed).size(), 500'000u + 3 * 500'000u);
+}
+
+TEST(Text, LowersLettersOfAllScripts) {
+  EXPECT_EQ(lowercase("PT-pt"), "pt-pt");
+  EXPECT_EQ(lowercase("\xc3\x89Z"), "\xc3\xa9z");
+  EXPECT_EQ(lowercase(std::string_view("\xc3\x89\0Z", 4)), std::string_view("\xc3\xa9\0z", 4));
+  EXPECT_EQ(lowercase("A\xff"), "a\xff");
+}
+
+TEST(Text, TrimsWhiteSpaceOnly) {
+  EXPECT_EQ(platform::trimmed(" \t\r\na b\n "), "a b");
+  EXPECT_EQ(platform::trimmed("\ufeff\u3000 a\u00a0b\u2029\v\u0085"), "a\u00a0b");
+  EXPECT_EQ(platform::trimmed("\xa0 \xc2"), "\xa0 \xc2") << "pieces of characters stay";
+  EXPECT_EQ(platform::trimmed("\u00a0\u2003\u3000\n\u200a"), "");
+}
+
+/// What the process says on its standard error while `work` runs.
+std::string errorsDuring(const std::function<void()>& work) {
+  testing::internal::CaptureStderr();
+  work();
+  return testing::internal::GetCapturedStderr();
+}
+
+TEST(Log, WritesOneLineWhateverTheTextHolds) {
+  const std::string line = errorsDuring(
+      [] { platform::log("<Valdren> a\nValdren-Message: forged\r\x1b[2J\x01 %s \xff end"); });
+  EXPECT_NE(line.find("<Valdren> a\\nValdren-Message: forged\\x0d\\x1b[2J\\x01 %s "),
+            std::string::npos)
+      << line;
+  EXPECT_EQ(line.find('\x1b'), std::string::npos);
+  const std::string content = line.substr(line.find("<Valdren>"));
+  EXPECT_EQ(content.find('\n'), content.size() - 1) << line;
+}
+
+TEST(Log, CutsAnEndlessLine) {
+  const std::string line =
+      errorsDuring([] { platform::log(std::string(10'000'000, 'x') + "end"); });
+  EXPECT_LT(line.size(), 5000u);
+  EXPECT_NE(line.find("xxx ..."), std::string::npos);
+}
+
+}  // namespace

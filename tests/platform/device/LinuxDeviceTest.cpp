@@ -1,0 +1,154 @@
+#include "platform/device/LinuxDevice.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/storage/Bundle.h"
+#include "platform/storage/Folders.h"
+#include "tests/support/Process.h"
+
+namespace {
+
+using platform::LinuxDevice;
+using quorbel_tests::ScopedVariable;
+using quorbel_tests::TemporaryFolder;
+using quorbel_tests::writeFile;
+
+constexpr const char* kMachineID = "0123456789abcdef0123456789abcdef";
+
+/// A machine's root folder with what a test puts there.
+class LinuxDeviceTest : public testing::Test {
+ protected:
+  LinuxDevice device() const { return LinuxDevice(root_.path()); }
+  void put(const std::string& path, std::string_view content) {
+    writeFile(root_.path() + path, content);
+  }
+
+  TemporaryFolder root_;
+};
+
+TEST_F(LinuxDeviceTest, NamesTheModelThatTheFirmwareTells) {
+  EXPECT_EQ(device().model(), "Linux");
+  put("/sys/class/dmi/id/product_name", "  Board 3\x01\n");
+  EXPECT_EQ(device().model(), "Board 3");
+  put("/proc/device-tree/model", std::string_view("Phone \xff One\0", 12));
+  EXPECT_EQ(device().model(), "Phone \xef\xbf\xbd One");
+  put("/proc/device-tree/model", std::string(1'000, 'm'));
+  EXPECT_EQ(device().model(), std::string(100, 'm'));
+}
+
+TEST_F(LinuxDeviceTest, ReadsTheVersionFromWhereverItIs) {
+  const struct {
+    const char* release;
+    const char* version;
+  } cases[] = {
+      {"NAME=x\nVERSION_ID=\"12.4\"\n", "12.4"},
+      {"VERSION_ID='22.04'", "22.04"},
+      {"VERSION_ID=7\nVERSION=8", "7"},
+      {"NOT_VERSION_ID=3\nVERSION_ID=9", "9"},
+  };
+  for (const auto& each : cases) {
+    put("/etc/os-release", each.release);
+    EXPECT_EQ(device().systemVersion(), each.version);
+  }
+  put("/usr/lib/os-release", "VERSION_ID=5");
+  for (const char* useless : {"", "VERSION_ID=rolling", "VERSION_ID=", "VERSION_ID=2.17"}) {
+    put("/etc/os-release", useless);
+    EXPECT_EQ(device().systemVersion(), "5") << useless;
+  }
+  put("/usr/lib/os-release", "");
+  const std::string kernel = quorbel_tests::run("uname -r").output;
+  EXPECT_EQ(kernel.find(device().systemVersion()), 0u) << "the kernel's, in digits and dots";
+  EXPECT_EQ(device().machine() + "\n", quorbel_tests::run("uname -m").output);
+}
+
+TEST_F(LinuxDeviceTest, TheIdentifierIsStableAndTellsNothing) {
+  put("/etc/machine-id", std::string(kMachineID) + "\n");
+  const std::string identifier = device().uniqueIdentifier();
+  EXPECT_EQ(identifier, device().uniqueIdentifier());
+  EXPECT_EQ(identifier.size(), 64u);
+  EXPECT_EQ(identifier.find_first_not_of("0123456789abcdef"), std::string::npos);
+  EXPECT_EQ(identifier.find(std::string(kMachineID).substr(0, 8)), std::string::npos);
+
+  put("/etc/machine-id", "ffffffffffffffffffffffffffffffff\n");
+  EXPECT_NE(device().uniqueIdentifier(), identifier) << "two machines look the same";
+}
+
+TEST_F(LinuxDeviceTest, TheIdentifierDiffersBetweenApplications) {
+  put("/etc/machine-id", kMachineID);
+  platform::Bundle& bundle = platform::Bundle::main();
+  const std::string own = bundle.identifier();
+  const std::string identifier = device().uniqueIdentifier();
+  bundle.setIdentifier("com.example.other");
+  const std::string other = device().uniqueIdentifier();
+  bundle.setIdentifier(own);
+  EXPECT_NE(identifier, other);
+}
+
+TEST_F(LinuxDeviceTest, TheIdentifierDiffersBetweenUsers) {
+  if (getuid() != 0) GTEST_SKIP() << "only the superuser can become another user";
+  put("/etc/machine-id", kMachineID);
+  const std::string own = device().uniqueIdentifier();
+  const std::string path = root_.path();
+  ASSERT_EQ(chmod(path.c_str(), 0777), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    if (setuid(54321) != 0) _exit(2);
+    writeFile(path + "/other", LinuxDevice(path).uniqueIdentifier());
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  ASSERT_EQ(status, 0);
+  const std::string other = quorbel_tests::readFile(path + "/other");
+  EXPECT_EQ(other.size(), 64u);
+  EXPECT_NE(other, own);
+}
+
+TEST_F(LinuxDeviceTest, AMachineWithoutAnIdGetsOneThatLasts) {
+  const TemporaryFolder state;
+  const ScopedVariable variable("XDG_STATE_HOME", state.path().c_str());
+  put("/etc/machine-id", "uninitialized\n");
+  const std::string identifier = device().uniqueIdentifier();
+  const std::string kept = *platform::stateFolder() + "/installation-id";
+  EXPECT_EQ(quorbel_tests::readFile(kept).size(), 64u);
+  EXPECT_EQ(device().uniqueIdentifier(), identifier);
+  writeFile(kept, "another installation");
+  EXPECT_NE(device().uniqueIdentifier(), identifier) << "what was kept is not read";
+
+  const ScopedVariable noState("XDG_STATE_HOME", nullptr);
+  const ScopedVariable noHome("HOME", nullptr);
+  EXPECT_EQ(device().uniqueIdentifier(), device().uniqueIdentifier())
+      << "without a place for it, it must last as long as the process";
+}
+
+TEST(Languages, AreWhatTheLocaleNames) {
+  using Names = std::vector<std::string>;
+  const struct {
+    const char* language;
+    const char* all;
+    const char* messages;
+    const char* lang;
+    Names expected;
+  } cases[] = {
+      {nullptr, nullptr, nullptr, nullptr, {}},
+      {nullptr, nullptr, nullptr, "C.UTF-8", {}},
+      {"de", "POSIX", nullptr, "en_US", {}},
+      {nullptr, nullptr, nullptr, "pt_PT.UTF-8", {"pt-PT"}},
+      {nullptr, nullptr, "ca@valencia", "en_US", {"ca"}},
+      {nullptr, "sr_RS@latin", "ca", "en", {"sr-RS"}},
+      {nullptr, "", "", "en_GB", {"en-GB"}},
+      {"de:fr_CA::de:C", nullptr, nullptr, "en_US.UTF-8", {"de", "fr-CA", "en-US"}},
+      {"\xff:d\"e:fr", nullptr, nullptr, "en", {"fr", "en"}},
+      {nullptr, nullptr, nullptr, "\xc3\xa9", {}},
+  };
+  for (const auto& each : cases) {
+    EXPECT_EQ(platform::languagesFrom(each.language, each.all, each.messages, each.lang),
+              each.expected)
+        << (each.lang ? each.lang : "(none)");
+  }
+}
+
+}  // namespace

@@ -1,0 +1,323 @@
+// Fetches from a real server on loopback.
+#include "platform/net/URLConnection.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/net/Location.h"
+#include "tests/support/Fakes.h"
+#include "tests/support/FetchRecorder.h"
+#include "tests/support/Loop.h"
+#include "tests/support/LoopbackServer.h"
+
+namespace platform {
+namespace {
+
+using quorbel_tests::FetchRecorder;
+using quorbel_tests::LoopbackRequest;
+using quorbel_tests::LoopbackResponse;
+using quorbel_tests::LoopbackServer;
+using quorbel_tests::runFor;
+using quorbel_tests::runUntil;
+using ::testing::ElementsAre;
+
+class URLConnectionTest : public ::testing::Test {
+ protected:
+  LoopbackServer server;
+  FetchRecorder fetch;
+};
+
+TEST_F(URLConnectionTest, ReportsEachStepInOrderAndNothingBeforeStartReturns) {
+  server.answer("/ad", 200, {{"Content-Type", "text/html"}}, "<p>hello");
+  ASSERT_TRUE(fetch.start(server.url("/ad?a=1&b=%20")));
+  EXPECT_TRUE(fetch.events.empty());
+  ASSERT_TRUE(runUntil([&] { return fetch.isOver(); }));
+  EXPECT_THAT(fetch.events, ElementsAre("send", "response", "data", "finish"));
+  EXPECT_EQ(fetch.response->statusCode, 200);
+  EXPECT_EQ(fetch.response->url, server.url("/ad?a=1&b=%20"));
+  EXPECT_EQ(fetch.response->headers.at("content-TYPE"), "text/html");
+  EXPECT_EQ(fetch.body, "<p>hello");
+  EXPECT_EQ(server.requests().at(0).target, "/ad?a=1&b=%20");
+}
+
+TEST_F(URLConnectionTest, SendsTheGivenHeadersAndNoUserAgentOfItsOwn) {
+  server.answer("/", 200);
+  ASSERT_TRUE(fetch.fetch(server.url("/")));
+  EXPECT_FALSE(server.requests().at(0).headers.contains("User-Agent"));
+  EXPECT_FALSE(server.requests().at(0).headers.contains("Accept-Language"));
+
+  FetchRecorder second;
+  ASSERT_TRUE(second.fetch(URLRequest{
+      server.url("/"), {{"User-Agent", "Phone (like a phone)"}, {"If-Modified-Since", "then"}}}));
+  EXPECT_EQ(server.requests().at(1).headers.at("User-Agent"), "Phone (like a phone)");
+  EXPECT_EQ(server.requests().at(1).headers.at("If-Modified-Since"), "then");
+}
+
+TEST_F(URLConnectionTest, AHeaderCannotSmuggleInAnother) {
+  server.answer("/", 200);
+  ASSERT_TRUE(fetch.fetch(URLRequest{server.url("/"),
+                                     {{"User-Agent", "a\r\nX-Forged: 1"},
+                                      {"X-Na me", "b"},
+                                      {"X-Forged: 2\r\nY", "c"},
+                                      {"X-Good", "d"}}}));
+  const Headers headers = server.requests().at(0).headers;
+  EXPECT_FALSE(headers.contains("X-Forged"));
+  EXPECT_FALSE(headers.contains("User-Agent"));
+  EXPECT_EQ(headers.at("X-Good"), "d");
+}
+
+TEST_F(URLConnectionTest, OtherSchemesHaveNoConnection) {
+  for (const char* text : {"ftp://host/", "file:///etc/passwd", "data:,x", "itms://store", "tel:1",
+                           "about:blank", "relative/path", "//host/path"}) {
+    EXPECT_FALSE(fetch.start(*URL::parse(text))) << text;
+  }
+}
+
+TEST_F(URLConnectionTest, AWebURLWithoutHostFailsLater) {
+  for (const char* text : {"http:///path", "http:path", "https:"}) {
+    FetchRecorder recorder;
+    ASSERT_TRUE(recorder.fetch(*URL::parse(text))) << text;
+    EXPECT_EQ(recorder.errorCode(), kURLErrorUnsupportedURL) << text;
+  }
+}
+
+TEST_F(URLConnectionTest, UpperCaseSchemeAndHostAreFetched) {
+  server.answer("/x", 200, {}, "x");
+  const std::string text = "HTTP://LOCALHOST:" + std::to_string(server.port()) + "/x";
+  ASSERT_TRUE(fetch.fetch(*URL::parse(text)));
+  EXPECT_EQ(fetch.body, "x");
+}
+
+TEST_F(URLConnectionTest, ManyHeadersOfOneNameAreJoined) {
+  server.answer("/", 200, {{"X-Urls", "http://a/"}, {"x-urls", "http://b/ http://c/"}});
+  ASSERT_TRUE(fetch.fetch(server.url("/")));
+  EXPECT_EQ(fetch.response->headers.at("X-Urls"), "http://a/, http://b/ http://c/");
+}
+
+TEST_F(URLConnectionTest, HeaderBytesThatAreNotUTF8BecomeText) {
+  server.answer("/", 200, {{"X-Latin", "caf\xE9"}, {"X-Utf", "caf\xC3\xA9"}});
+  ASSERT_TRUE(fetch.fetch(server.url("/")));
+  EXPECT_EQ(fetch.response->headers.at("X-Latin"), "caf\xEF\xBF\xBD");
+  EXPECT_EQ(fetch.response->headers.at("X-Utf"), "caf\xC3\xA9");
+}
+
+TEST_F(URLConnectionTest, LongListsOfURLsInHeadersArrive) {
+  const std::string urls(60000, 'u');
+  server.answer("/", 200, {{"X-Urls", urls}});
+  ASSERT_TRUE(fetch.fetch(server.url("/")));
+  EXPECT_EQ(fetch.response->headers.at("X-Urls"), urls);
+}
+
+TEST_F(URLConnectionTest, EachRedirectIsAskedAboutWithItsHeaders) {
+  server.answer("/1", 301, {{"Location", "/2"}, {"X-Hop", "one"}}, "moved");
+  server.answer("/2", 307, {{"Location", "3?q#f"}, {"X-Hop", "two"}});
+  server.answer("/3", 200, {{"X-Hop", "three"}}, "end");
+  ASSERT_TRUE(fetch.fetch(URLRequest{server.url("/1"), {{"User-Agent", "me"}}}));
+  EXPECT_THAT(fetch.events,
+              ElementsAre("send", "redirect", "redirect", "response", "data", "finish"));
+  EXPECT_THAT(fetch.urls,
+              ElementsAre(server.address("/1"), server.address("/2"), server.address("/3?q#f")));
+  EXPECT_EQ(fetch.redirects.at(0).headers.at("X-Hop"), "one");
+  EXPECT_EQ(fetch.redirects.at(1).headers.at("X-Hop"), "two");
+  EXPECT_EQ(fetch.redirects.at(1).statusCode, 307);
+  EXPECT_EQ(fetch.response->headers.at("X-Hop"), "three");
+  EXPECT_EQ(fetch.body, "end");
+  EXPECT_EQ(server.requests("/3").at(0).headers.at("User-Agent"), "me");
+}
+
+TEST_F(URLConnectionTest, OnlyRedirectsWithALocationAreFollowed) {
+  server.answer("/target", 200, {}, "followed");
+  const std::pair<int, bool> cases[] = {{300, false}, {301, true},  {302, true}, {303, true},
+                                        {304, false}, {305, false}, {307, true}, {308, true},
+                                        {200, false}, {404, false}};
+  for (const auto& [status, follows] : cases) {
+    server.answer("/", status, {{"Location", "/target"}});
+    FetchRecorder recorder;
+    ASSERT_TRUE(recorder.fetch(server.url("/"))) << status;
+    EXPECT_EQ(recorder.response->statusCode, follows ? 200 : status);
+  }
+  server.answer("/", 302);
+  ASSERT_TRUE(fetch.fetch(server.url("/")));
+  EXPECT_EQ(fetch.response->statusCode, 302);
+}
+
+TEST_F(URLConnectionTest, TwentyRedirectsAreFollowedAndNoMore) {
+  for (int hop = 0; hop < 22; ++hop) {
+    server.redirect("/" + std::to_string(hop), "/" + std::to_string(hop + 1));
+  }
+  server.answer("/22", 200, {}, "end");
+  ASSERT_TRUE(fetch.fetch(server.url("/2")));
+  EXPECT_EQ(fetch.body, "end");
+  FetchRecorder tooMany;
+  ASSERT_TRUE(tooMany.fetch(server.url("/1")));
+  EXPECT_EQ(tooMany.errorCode(), kURLErrorTooManyRedirects);
+}
+
+TEST_F(URLConnectionTest, ARedirectToAnotherSchemeIsAskedAboutThenFails) {
+  for (const char* target :
+       {"itms://store.example/app?id=1", "file:///etc/passwd", "data:text/html,x",
+        "javascript:alert(1)", "HTTPX://host/", "tel:+1234"}) {
+    server.redirect("/", target);
+    FetchRecorder recorder;
+    ASSERT_TRUE(recorder.fetch(server.url("/"))) << target;
+    EXPECT_THAT(recorder.events, ElementsAre("send", "redirect", "fail")) << target;
+    EXPECT_EQ(recorder.urls.back(), target);
+    EXPECT_EQ(recorder.errorCode(), kURLErrorUnsupportedURL);
+  }
+}
+
+TEST_F(URLConnectionTest, ARefusedRedirectSendsNothing) {
+  server.redirect("/", "/next");
+  server.answer("/next", 200);
+  fetch.onEvent = [&](const std::string& event) {
+    if (event == "redirect") fetch.connection.reset();
+  };
+  ASSERT_TRUE(fetch.start(server.url("/")));
+  ASSERT_TRUE(runUntil([&] { return !fetch.connection; }));
+  runFor(0.1);
+  EXPECT_THAT(fetch.events, ElementsAre("send", "redirect"));
+  EXPECT_TRUE(server.requests("/next").empty());
+}
+
+TEST_F(URLConnectionTest, LettingGoInAnyCallbackEndsTheCallbacks) {
+  server.redirect("/", "/body");
+  server.answer("/body", 200, {}, std::string(200000, 'x'));
+  server.answer("/cut", {.body = std::string(1000, 'x'), .ending = LoopbackResponse::Ending::Cut});
+  for (const char* last : {"send", "redirect", "response", "data", "finish", "fail"}) {
+    FetchRecorder recorder;
+    recorder.onEvent = [&](const std::string& event) {
+      if (event == last) recorder.connection.reset();
+    };
+    ASSERT_TRUE(recorder.start(server.url(last == std::string("fail") ? "/cut" : "/")));
+    ASSERT_TRUE(runUntil([&] { return !recorder.connection; })) << last;
+    const std::size_t received = recorder.bodySize;
+    runFor(0.05);
+    EXPECT_EQ(recorder.events.back(), last);
+    EXPECT_EQ(recorder.bodySize, received);
+  }
+}
+
+TEST_F(URLConnectionTest, ADelegateThatIsGoneIsNotCalled) {
+  server.answer("/", 200, {}, "x");
+  std::unique_ptr<URLConnection> connection;
+  {
+    FetchRecorder gone;
+    connection = URLLoading::shared().makeConnection(URLRequest{server.url("/")}, &gone);
+    connection->start();
+  }
+  runFor(0.1);
+}
+
+TEST_F(URLConnectionTest, CookiesAreKeptForThoseWhoHandleThem) {
+  server.answer("/", 200, {{"Set-Cookie", "taste=sweet; Path=/"}});
+  ASSERT_TRUE(fetch.fetch(server.url("/")));
+  FetchRecorder with, without;
+  ASSERT_TRUE(with.fetch(server.url("/")));
+  ASSERT_TRUE(without.fetch(URLRequest{.url = server.url("/"), .handlesCookies = false}));
+  EXPECT_EQ(server.requests().at(1).headers.at("Cookie"), "taste=sweet");
+  EXPECT_FALSE(server.requests().at(2).headers.contains("Cookie"));
+}
+
+TEST_F(URLConnectionTest, CookiesDoNotGrowWithoutEnd) {
+  int set = 0;
+  server.answer("/", [&](const LoopbackRequest&) {
+    LoopbackResponse response;
+    for (int count = 0; count < 100; ++count) {
+      response.headers.emplace_back("Set-Cookie", "c" + std::to_string(set++) + "=1; Path=/");
+    }
+    return response;
+  });
+  for (int round = 0; round < 20; ++round) {
+    FetchRecorder recorder;
+    ASSERT_TRUE(recorder.fetch(server.url("/")));
+    EXPECT_EQ(recorder.response->statusCode, 200);
+  }
+  const Headers headers = server.requests().back().headers;
+  const auto cookies = headers.find("Cookie");
+  const std::string sent = cookies == headers.end() ? "" : cookies->second;
+  EXPECT_LE(std::count(sent.begin(), sent.end(), '='), 600);
+}
+
+TEST_F(URLConnectionTest, OneConnectionServesAChainAndWhatFollows) {
+  server.answer("/1", 302, {{"Location", "/2"}}, "moved");
+  server.redirect("/2", "/3", 303);
+  server.answer("/3", 200, {}, std::string(100000, 'x'));
+  server.answer("/missing", 404, {}, "abc");
+  for (int round = 0; round < 3; ++round) {
+    FetchRecorder chain, missing;
+    ASSERT_TRUE(chain.fetch(server.url("/1")));
+    // Let go of as soon as the status is known, as copies of resources do.
+    missing.onEvent = [&](const std::string& event) {
+      if (event == "response") missing.connection.reset();
+    };
+    ASSERT_TRUE(missing.start(server.url("/missing")));
+    ASSERT_TRUE(runUntil([&] { return missing.response.has_value(); }));
+  }
+  EXPECT_EQ(server.connectionCount(), 1);
+}
+
+TEST_F(URLConnectionTest, AnAbandonedLongBodyIsNotReadToItsEnd) {
+  server.answer("/",
+                {.body = std::string(10000, 'x'), .ending = LoopbackResponse::Ending::Endless});
+  fetch.onEvent = [&](const std::string& event) {
+    if (event == "response") fetch.connection.reset();
+  };
+  ASSERT_TRUE(fetch.start(server.url("/")));
+  EXPECT_TRUE(runUntil([&] { return fetch.response && server.openConnectionCount() == 0; }));
+}
+
+TEST_F(URLConnectionTest, ManyHangingPingsDoNotHoldUpAnotherHost) {
+  server.answer("/hang", {.delay = 1000});
+  LoopbackServer other;
+  other.answer("/", 200, {}, "here");
+  std::vector<std::unique_ptr<FetchRecorder>> pings;
+  for (int count = 0; count < 100; ++count) {
+    pings.push_back(std::make_unique<FetchRecorder>());
+    ASSERT_TRUE(pings.back()->start(server.url("/hang")));
+  }
+  ASSERT_TRUE(runUntil([&] { return !server.requests().empty(); }));
+  ASSERT_TRUE(fetch.fetch(other.url("/")));
+  EXPECT_EQ(fetch.body, "here");
+}
+
+TEST_F(URLConnectionTest, AnUntrustedCertificateIsRefused) {
+  LoopbackServer impostor(LoopbackServer::Security::SelfSigned);
+  impostor.answer("/", 200, {}, "secret");
+  ASSERT_TRUE(fetch.fetch(impostor.url("/")));
+  EXPECT_EQ(fetch.errorCode(), kURLErrorSecureConnectionFailed);
+  EXPECT_TRUE(impostor.requests().empty());
+}
+
+TEST_F(URLConnectionTest, NobodyThereIsAFailure) {
+  const URL gone = LoopbackServer().url("/");
+  ASSERT_TRUE(fetch.fetch(gone));
+  EXPECT_EQ(fetch.errorCode(), kURLErrorCannotConnectToHost);
+}
+
+TEST(LocationTest, LeadsToAURLHoweverItIsWritten) {
+  const URL base = *URL::parse("http://host:8080/a/b?c#d");
+  const std::pair<const char*, const char*> cases[] = {
+      {"/x", "http://host:8080/x"},
+      {"x", "http://host:8080/a/x"},
+      {"../../../x", "http://host:8080/x"},
+      {"?q", "http://host:8080/a/b?q"},
+      {"//other/x", "http://other/x"},
+      {"HTTPS://Other/%7e", "HTTPS://Other/%7e"},
+      {"itms://store/app", "itms://store/app"},
+      {" \t/x \t", "http://host:8080/x"},
+      {"/a b?c={d}|e", "http://host:8080/a%20b?c=%7Bd%7D%7Ce"},
+      {"http://other/\xE9", "http://other/%E9"},
+      {"http://other/100%", "http://other/100%25"},
+  };
+  for (const auto& [location, expected] : cases) {
+    const auto url = resolvedLocation(location, base);
+    ASSERT_TRUE(url) << location;
+    EXPECT_EQ(url->absoluteString(), expected);
+  }
+  for (const char* location : {"", "  ", "http://["}) {
+    EXPECT_FALSE(resolvedLocation(location, base)) << location;
+  }
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,73 @@
+#include "platform/storage/Bundle.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/storage/Folders.h"
+#include "tests/support/Process.h"
+
+namespace {
+
+using platform::Bundle;
+using quorbel_tests::ScopedVariable;
+using quorbel_tests::TemporaryFolder;
+using quorbel_tests::writeFile;
+
+TEST(Bundle, FindsResourcesInTheFirstFolderThatHasThem) {
+  TemporaryFolder preferred;
+  TemporaryFolder named;
+  writeFile(preferred.file("both.m4a"), "1");
+  writeFile(named.file("both.m4a"), "2");
+  writeFile(named.file("one.m4a"), "3");
+  writeFile(named.file("plain"), "4");
+  const ScopedVariable variable("QUORBEL_RESOURCES", named.path().c_str());
+  Bundle bundle;
+  EXPECT_EQ(bundle.pathForResource("both", "m4a"), named.file("both.m4a"));
+  bundle.setResourceFolder(preferred.path());
+  EXPECT_EQ(bundle.pathForResource("both", "m4a"), preferred.file("both.m4a"));
+  EXPECT_EQ(bundle.pathForResource("one", "m4a"), named.file("one.m4a"));
+  EXPECT_EQ(bundle.pathForResource("plain", ""), named.file("plain"));
+}
+
+TEST(Bundle, FindsNothingOutsideItsFolders) {
+  TemporaryFolder folder;
+  writeFile(folder.file("inside/clip.m4a"), "1");
+  writeFile(folder.file("clip.m4a"), "1");
+  Bundle bundle;
+  bundle.setResourceFolder(folder.file("inside"));
+  EXPECT_TRUE(bundle.pathForResource("clip", "m4a"));
+  for (const char* name : {"../clip", "/etc/passwd", "", ".", "..", "missing", "x/../clip"}) {
+    EXPECT_FALSE(bundle.pathForResource(name, "m4a")) << name;
+    EXPECT_FALSE(bundle.pathForResource(name, "")) << name;
+  }
+  EXPECT_FALSE(bundle.pathForResource("clip", "/../../clip.m4a"));
+}
+
+TEST(Folders, FollowTheDesktopsVariablesAndIgnoreRelativeOnes) {
+  const ScopedVariable home("HOME", "/home/person");
+  const std::string own = "/" + Bundle::main().identifier();
+  struct Case {
+    const char* variable;
+    std::optional<std::string> (*folder)();
+    std::string underHome;
+    std::string set;
+  };
+  const Case cases[] = {
+      {"XDG_CACHE_HOME", platform::cachesFolder, "/home/person/.cache" + own, "/else" + own},
+      {"XDG_STATE_HOME", platform::stateFolder, "/home/person/.local/state" + own, "/else" + own},
+  };
+  for (const Case& each : cases) {
+    const ScopedVariable set(each.variable, "/else//");
+    EXPECT_EQ(each.folder(), each.set) << each.variable;
+    for (const char* ignored : {"relative/folder", ""}) {
+      const ScopedVariable other(each.variable, ignored);
+      EXPECT_EQ(each.folder(), each.underHome) << each.variable << "=" << ignored;
+    }
+    const ScopedVariable none(each.variable, nullptr);
+    const ScopedVariable homeless("HOME", nullptr);
+    EXPECT_EQ(each.folder(), std::nullopt) << each.variable;
+  }
+  const ScopedVariable documents("XDG_DOCUMENTS_DIR", "/papers/");
+  EXPECT_EQ(platform::documentsFolder(), "/papers");
+}
+
+}  // namespace

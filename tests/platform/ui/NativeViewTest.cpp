@@ -1,0 +1,122 @@
+#include "platform/ui/NativeView.h"
+
+#include <gtest/gtest.h>
+#include <gtkmm/button.h>
+
+#include "platform/ui/View.h"
+#include "platform/ui/Window.h"
+#include "tests/support/Loop.h"
+
+namespace {
+
+using platform::Rect;
+using platform::View;
+using platform::ViewController;
+using platform::Window;
+using quorbel_tests::runUntil;
+
+class NativeViewTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!gtk_is_initialized()) GTEST_SKIP() << "needs a display";
+    window = std::make_shared<Window>(platform::Size{400, 400});
+    screen = std::make_shared<ViewController>();
+    window->setRootViewController(screen);
+    window->makeKeyAndVisible();
+    ASSERT_TRUE(runUntil([&] { return screen->view()->native().widget().get_mapped(); }));
+  }
+
+  void TearDown() override {
+    screen.reset();
+    window.reset();
+    quorbel_tests::runFor(0.02);
+  }
+
+  std::shared_ptr<View> addView(const Rect& frame) {
+    const auto view = std::make_shared<View>(frame);
+    screen->view()->addSubview(view);
+    return view;
+  }
+
+  /// Where the widget of a view is drawn, in the screen's coordinates.
+  Rect drawn(const View& view) {
+    graphene_rect_t area;
+    if (!gtk_widget_compute_bounds(GTK_WIDGET(view.native().widget().gobj()),
+                                   GTK_WIDGET(screen->view()->native().widget().gobj()), &area)) {
+      return {};
+    }
+    return {area.origin.x, area.origin.y, area.size.width, area.size.height};
+  }
+
+  std::shared_ptr<Window> window;
+  std::shared_ptr<ViewController> screen;
+};
+
+TEST_F(NativeViewTest, WidgetsStandWhereTheFramesSay) {
+  const auto outer = addView({20, 30, 200, 100});
+  const auto inner = std::make_shared<View>(Rect{5, 6, 50, 40});
+  outer->addSubview(inner);
+  ASSERT_TRUE(runUntil([&] { return drawn(*inner) == Rect{25, 36, 50, 40}; }));
+  outer->setFrame({40, 30, 200, 100});
+  inner->setFrame({5, 6, 60, 40});
+  EXPECT_TRUE(runUntil([&] { return drawn(*inner) == Rect{45, 36, 60, 40}; }));
+}
+
+TEST_F(NativeViewTest, ABannerStaysOnTheBottomEdgeHoweverTheWindowIsResized) {
+  const Rect bounds = screen->view()->bounds();
+  const auto banner = addView({0, bounds.height - 50, 320, 50});
+  banner->setAutoresizingMask(platform::kFlexibleTopMargin);
+  for (const platform::Size size : {platform::Size{600, 300}, {300, 600}, {280, 200}}) {
+    window->resize(size);
+    EXPECT_TRUE(runUntil([&] {
+      const double height = window->contentBounds().height;
+      return window->size() == size && drawn(*banner) == Rect{0, height - 50, 320, 50};
+    })) << size.width
+        << " x " << size.height;
+  }
+}
+
+TEST_F(NativeViewTest, ALaterSubviewLiesOnTopAndHiddenAndIdleOnesLetTouchesThrough) {
+  const auto below = addView({0, 0, 100, 100});
+  const auto above = addView({0, 0, 100, 100});
+  const auto picked = [&] {
+    return screen->view()->native().widget().pick(50, 50, Gtk::PickFlags::DEFAULT);
+  };
+  ASSERT_TRUE(runUntil([&] { return picked() == &above->native().widget(); }));
+  above->setUserInteractionEnabled(false);
+  EXPECT_EQ(picked(), &below->native().widget());
+  above->setUserInteractionEnabled(true);
+  above->setHidden(true);
+  EXPECT_TRUE(runUntil([&] { return picked() == &below->native().widget(); }));
+  above->setHidden(false);
+  below->removeFromSuperview();
+  screen->view()->addSubview(below);
+  EXPECT_TRUE(runUntil([&] { return picked() == &below->native().widget(); }));
+}
+
+TEST_F(NativeViewTest, ContentThatNeedsMoreThanItsFrameGetsWhatItNeeds) {
+  Gtk::Button button;
+  button.set_size_request(120, 80);
+  const auto view = addView({0, 0, 10, 10});
+  view->native().setContent(&button);
+  ASSERT_TRUE(runUntil(
+      [&] { return button.get_allocated_width() == 120 && button.get_allocated_height() == 80; }));
+  EXPECT_EQ(view->frame(), (Rect{0, 0, 10, 10})) << "the frame is the view's own";
+  view->native().setContent(nullptr);
+  EXPECT_EQ(button.get_parent(), nullptr);
+}
+
+TEST_F(NativeViewTest, ASubviewOutlivesTheViewThatHeldIt) {
+  const auto outer = addView({0, 0, 100, 100});
+  const auto inner = std::make_shared<View>(Rect{0, 0, 50, 50});
+  outer->addSubview(inner);
+  outer->removeFromSuperview();
+  std::weak_ptr<View> gone = outer;
+  EXPECT_EQ(inner->native().widget().get_parent(), &outer->native().widget());
+  inner->removeFromSuperview();
+  EXPECT_EQ(inner->native().widget().get_parent(), nullptr);
+  screen->view()->addSubview(inner);
+  EXPECT_TRUE(runUntil([&] { return inner->native().widget().get_mapped(); }));
+}
+
+}  // namespace

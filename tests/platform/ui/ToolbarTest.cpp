@@ -1,0 +1,158 @@
+// Toolbars and what stands in them: places, states, presses.
+#include "platform/ui/Toolbar.h"
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include "platform/ui/ActivityIndicator.h"
+#include "platform/ui/Label.h"
+#include "platform/ui/NativeView.h"
+
+namespace platform {
+namespace {
+
+std::shared_ptr<BarButtonItem> itemOfWidth(double width, BarButtonItem::Action action = {}) {
+  auto item = BarButtonItem::withSystemItem(BarSystemItem::Refresh, std::move(action));
+  item->setWidth(width);
+  return item;
+}
+
+const auto kSpace = BarButtonItem::withSystemItem(BarSystemItem::FlexibleSpace);
+
+TEST(Toolbar, NarrowButtonsAreTouchedBesideTheirPictureButNeverTwoAtOnce) {
+  for (const double width : {600.0, 320.0, 200.0, 90.0}) {
+    Toolbar bar({0, 0, width, 44});
+    std::vector<std::shared_ptr<BarButtonItem>> items;
+    for (int i = 0; i < 5; ++i) {
+      if (i) items.push_back(kSpace);
+      items.push_back(itemOfWidth(27));
+    }
+    bar.setItems(items);
+    double end = 0;
+    for (const auto& item : items) {
+      if (!item->view()) continue;
+      const Rect& frame = item->view()->frame();
+      EXPECT_GE(frame.x, end) << width;
+      EXPECT_GE(frame.width, 27) << width;
+      EXPECT_LE(frame.width, 44) << width;
+      end = frame.x + frame.width;
+    }
+  }
+}
+
+TEST(Toolbar, ACustomViewKeepsItsSizeInTheMiddleOfTheBar) {
+  Toolbar bar({0, 0, 320, 44});
+  const auto spinner =
+      std::make_shared<ActivityIndicator>(ActivityIndicatorStyle::White, Rect{0, 0, 20, 20});
+  bar.setItems({BarButtonItem::withCustomView(spinner)});
+  EXPECT_EQ(spinner->frame(), (Rect{8, 12, 20, 20}));
+}
+
+TEST(Toolbar, ExchangingAnItemTakesTheFormerAwayAndLeavesTheOthers) {
+  Toolbar bar({0, 0, 320, 44});
+  const auto stays = itemOfWidth(27);
+  const auto goes = itemOfWidth(27);
+  const auto comes = itemOfWidth(27);
+  bar.setItems({stays, goes});
+  bar.setItems({stays, nullptr, comes});
+  EXPECT_EQ(goes->view()->superview(), nullptr);
+  EXPECT_EQ(comes->view()->superview(), &bar);
+  EXPECT_EQ(bar.subviews().size(), 2u);
+  bar.setItems({});
+  EXPECT_TRUE(bar.subviews().empty());
+}
+
+TEST(Toolbar, APromptStandsAboveTheItemsOrBetweenThemAndCoversNone) {
+  Toolbar bar({0, 0, 480, 44});
+  const auto prompt = std::make_shared<Label>();
+  const auto first = itemOfWidth(27);
+  const auto last = itemOfWidth(27);
+  bar.setItems({first, kSpace, last});
+  bar.setPrompt(prompt);
+  EXPECT_LE(prompt->frame().y + prompt->frame().height, first->view()->frame().y + 1);
+  EXPECT_EQ(first->view()->frame().height, 30);
+
+  bar.setFrame({0, 0, 480, 30});
+  EXPECT_EQ(first->view()->frame().height, 30);
+  EXPECT_GT(prompt->frame().x, 8 + 27);
+  EXPECT_LT(prompt->frame().x + prompt->frame().width, last->view()->frame().x);
+}
+
+TEST(Toolbar, IsHighEnoughForItsTextInEverySize) {
+  for (const int times : {1, 2}) {
+    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 96 * 1024 * times, nullptr);
+    for (const double usual : {44.0, 30.0}) {
+      SCOPED_TRACE(testing::Message() << usual << " points, text times " << times);
+      Toolbar bar;
+      const auto prompt = std::make_shared<Label>();
+      prompt->setText("shop.example");
+      const auto done = BarButtonItem::withSystemItem(BarSystemItem::Done);
+      bar.setItems({kSpace, done});
+      bar.setPrompt(prompt);
+      const double height = bar.heightFrom(usual);
+      EXPECT_EQ(height > usual, times == 2);
+      bar.setFrame({0, 0, 360, height});
+      EXPECT_GE(done->view()->frame().height, done->view()->native().contentHeight());
+      EXPECT_GE(prompt->frame().height, prompt->native().contentHeight());
+      if (usual == 44) {
+        EXPECT_LE(prompt->frame().y + prompt->frame().height, done->view()->frame().y + 1);
+      }
+    }
+  }
+  gtk_settings_reset_property(gtk_settings_get_default(), "gtk-xft-dpi");
+}
+
+TEST(Button, IsPressedOnlyWherePeopleCouldPressIt) {
+  int presses = 0;
+  const auto screen = std::make_shared<View>(Rect{0, 0, 100, 100});
+  const auto button = std::make_shared<Button>(ButtonStyle::Custom, Rect{0, 0, 32, 32});
+  button->setAction([&] { ++presses; });
+  screen->addSubview(button);
+  EXPECT_TRUE(button->press());
+  button->setEnabled(false);
+  EXPECT_FALSE(button->press());
+  button->setEnabled(true);
+  screen->setUserInteractionEnabled(false);
+  EXPECT_FALSE(button->press());
+  screen->setUserInteractionEnabled(true);
+  screen->setHidden(true);
+  EXPECT_FALSE(button->press());
+  EXPECT_EQ(presses, 1);
+}
+
+TEST(Button, MayBeLetGoOfByItsOwnAction) {
+  const auto screen = std::make_shared<View>(Rect{0, 0, 100, 100});
+  auto button = std::make_shared<Button>();
+  screen->addSubview(button);
+  button->setAction([&] {
+    screen->subviews().front()->removeFromSuperview();
+    button.reset();
+  });
+  Button* const pressed = button.get();
+  EXPECT_TRUE(pressed->press());
+  EXPECT_TRUE(screen->subviews().empty());
+}
+
+TEST(Label, ATextOfAPageStaysOnItsLineAndInItsDirection) {
+  const struct {
+    const char* text;
+    const char* shown;
+  } kCases[] = {
+      {"Summer sale", "Summer sale"},
+      {"  two\n\tlines ", "two lines "},
+      {"a\xE2\x80\xAEmoc.knab", "amoc.knab"},
+      {"a\xE2\x81\xA6z\xE2\x81\xA9", "az"},
+      {"bell\x07", "bell"},
+      {"broken \xff", "broken \xEF\xBF\xBD"},
+  };
+  Label label;
+  for (const auto& each : kCases) {
+    label.setText(each.text);
+    EXPECT_EQ(label.text(), each.shown);
+  }
+  label.setText(std::string(100000, 'x'));
+  EXPECT_LE(label.text().size(), 300u);
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,453 @@
+#include "platform/ui/Window.h"
+
+#include <gtest/gtest.h>
+#include <gtkmm/button.h>
+#include <gtkmm/settings.h>
+#include <gtkmm/window.h>
+
+#include <cstdlib>
+
+#include "platform/base/RunLoop.h"
+#include "platform/device/Device.h"
+#include "platform/ui/NativeView.h"
+#include "platform/ui/NativeWindow.h"
+#include "platform/ui/WindowPlace.h"
+#include "tests/support/Loop.h"
+
+namespace {
+
+using platform::InterfaceOrientation;
+using platform::Point;
+using platform::Size;
+using platform::View;
+using platform::ViewController;
+using platform::Window;
+using quorbel_tests::runUntil;
+using Lines = std::vector<std::string>;
+
+/// Writes down the hooks that it gets, and does in one of them what a test wants.
+class Screen final : public ViewController {
+ public:
+  Screen(std::string name, Lines& lines) : name_(std::move(name)), lines_(lines) {}
+
+  std::map<std::string, std::function<void()>> during;
+  bool wideOnly = false;
+  bool anyOrientation = true;
+
+  void viewDidLoad() override { note("load"); }
+  void viewWillAppear(bool animated) override { note(animated ? "will appear~" : "will appear"); }
+  void viewDidAppear(bool animated) override { note(animated ? "did appear~" : "did appear"); }
+  void viewWillDisappear(bool animated) override { note(animated ? "will go~" : "will go"); }
+  void viewDidDisappear(bool animated) override { note(animated ? "did go~" : "did go"); }
+  void didReceiveMemoryWarning() override { note("memory"); }
+  bool shouldAutorotateToInterfaceOrientation(InterfaceOrientation orientation) override {
+    return wideOnly ? isLandscape(orientation)
+                    : anyOrientation || orientation == InterfaceOrientation::Portrait;
+  }
+  void didRotateFromInterfaceOrientation(InterfaceOrientation from) override {
+    note(isLandscape(from) ? "rotated upright" : "rotated wide");
+  }
+
+ private:
+  void note(const std::string& hook) {
+    lines_.push_back(name_ + " " + hook);
+    const auto wanted = during.find(hook);
+    if (wanted == during.end()) return;
+    const std::function<void()> once = std::move(wanted->second);
+    during.erase(wanted);
+    once();
+  }
+
+  std::string name_;
+  Lines& lines_;
+};
+
+class WindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!gtk_is_initialized()) GTEST_SKIP() << "needs a display";
+    setAnimations(true);
+    root = screen("root");
+    window = std::make_shared<Window>(Size{360, 640});
+    window->setRootViewController(root);
+    window->makeKeyAndVisible();
+    ASSERT_TRUE(runUntil([&] { return root->view()->native().widget().get_mapped(); }));
+    lines.clear();
+  }
+
+  void TearDown() override {
+    window.reset();
+    quorbel_tests::runFor(0.02);
+  }
+
+  static void setAnimations(bool on) {
+    Gtk::Settings::get_default()->property_gtk_enable_animations() = on;
+  }
+
+  std::shared_ptr<Screen> screen(const std::string& name) {
+    return std::make_shared<Screen>(name, lines);
+  }
+
+  bool waitFor(const std::string& line) {
+    return runUntil([&] { return std::find(lines.begin(), lines.end(), line) != lines.end(); });
+  }
+
+  static bool isCovered(const ViewController& screen) {
+    return !const_cast<ViewController&>(screen).view()->native().widget().get_child_visible();
+  }
+
+  Lines lines;
+  std::shared_ptr<Screen> root;
+  std::shared_ptr<Window> window;
+};
+
+TEST_F(WindowTest, TellsOnceWhenItHasTheSizeThatItKeeps) {
+  struct Case {
+    const char* name;
+    std::function<void()> whileAsked;  // what the desktop does meanwhile
+    Size told;
+  };
+  const Case cases[] = {
+      {"shown", [&] { window->makeKeyAndVisible(); }, {360, 640}},
+      {"given another size",
+       [&] {
+         window->makeKeyAndVisible();
+         EXPECT_TRUE(runUntil([&] { return window->native().window().get_width() > 0; }));
+         window->resize({500, 400});
+       },
+       {500, 400}},
+      {"not drawn in time",
+       [&] {
+         window->makeKeyAndVisible();
+         gtk_widget_unmap(GTK_WIDGET(window->native().window().gobj()));
+       },
+       {360, 640}},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.name);
+    window = std::make_shared<Window>(Size{360, 640});
+    int told = 0;
+    // Screens ask while they are made, before there is a window.
+    const auto waiting = platform::Screen::standard().whenSettled([&] {
+      ++told;
+      EXPECT_EQ(platform::Screen::standard().applicationFrame().size(),
+                (Size{each.told.width, each.told.height - window->statusBarHeight()}));
+    });
+    each.whileAsked();
+    EXPECT_EQ(told, 0);
+    ASSERT_TRUE(runUntil([&] { return told > 0; }, 5));
+    gtk_widget_map(GTK_WIDGET(window->native().window().gobj()));
+    quorbel_tests::runFor(0.2);
+    EXPECT_EQ(told, 1);
+    EXPECT_FALSE(platform::Screen::standard().whenSettled([&] { ++told; }));
+    EXPECT_EQ(told, 2) << "it is told later";
+  }
+}
+
+TEST_F(WindowTest, EachScreenGetsItsHooksOnceAndInOrder) {
+  for (const bool animated : {false, true}) {
+    const auto shown = screen("a");
+    const std::string mark = animated ? "~" : "";
+    lines.clear();
+    root->presentModalViewController(shown, animated);
+    EXPECT_EQ(root->modalViewController(), shown);
+    ASSERT_TRUE(waitFor("a did appear" + mark));
+    EXPECT_EQ(lines, (Lines{"a load", "root will go" + mark, "a will appear" + mark,
+                            "root did go" + mark, "a did appear" + mark}));
+    EXPECT_TRUE(isCovered(*root));
+    EXPECT_EQ(shown->view()->frame(), window->contentBounds());
+
+    lines.clear();
+    root->dismissModalViewControllerAnimated(animated);
+    EXPECT_EQ(root->modalViewController(), nullptr);
+    ASSERT_TRUE(waitFor("root did appear" + mark));
+    EXPECT_EQ(lines, (Lines{"a will go" + mark, "root will appear" + mark, "a did go" + mark,
+                            "root did appear" + mark}));
+    EXPECT_FALSE(isCovered(*root));
+    EXPECT_EQ(shown->window(), nullptr);
+    EXPECT_EQ(shown->presentingViewController(), nullptr);
+  }
+}
+
+TEST_F(WindowTest, WithoutAnimationsASlideIsOverAtOnce) {
+  setAnimations(false);
+  const auto shown = screen("a");
+  root->presentModalViewController(shown, true);
+  EXPECT_EQ(lines.back(), "a did appear~");
+  root->dismissModalViewControllerAnimated(true);
+  EXPECT_EQ(lines.back(), "root did appear~");
+}
+
+TEST_F(WindowTest, AWindowThatIsNotDrawnFinishesItsSlidesAllTheSame) {
+  const auto shown = screen("a");
+  root->presentModalViewController(shown, true);
+  window->native().window().set_visible(false);
+  EXPECT_TRUE(waitFor("a did appear~"));
+}
+
+TEST_F(WindowTest, WhatHooksAskForWaitsUntilTheOthersHaveHadTheirHooks) {
+  const auto first = screen("a");
+  const auto second = screen("b");
+  root->during["did go"] = [&] {
+    first->presentModalViewController(second, false);
+    EXPECT_EQ(first->modalViewController(), second) << "whoever asked sees it at once";
+  };
+  root->presentModalViewController(first, false);
+  EXPECT_EQ(lines, (Lines{"a load", "root will go", "a will appear", "root did go", "a did appear",
+                          "b load", "a will go", "b will appear", "a did go", "b did appear"}));
+  EXPECT_EQ(window->topViewController(), second.get());
+}
+
+TEST_F(WindowTest, AScreenThatIsDismissedWhileItComesLeavesNothingBehind) {
+  for (const char* hook : {"load", "will appear", "did appear"}) {
+    const auto shown = screen("a");
+    shown->during[hook] = [&] { root->dismissModalViewControllerAnimated(false); };
+    root->presentModalViewController(shown, false);
+    EXPECT_EQ(window->topViewController(), root.get()) << hook;
+    EXPECT_EQ(shown->view()->superview(), nullptr) << hook;
+    EXPECT_EQ(shown->window(), nullptr) << hook;
+    EXPECT_FALSE(isCovered(*root)) << hook;
+    EXPECT_EQ(lines.back(), "root did appear") << hook;
+    lines.clear();
+  }
+}
+
+TEST_F(WindowTest, AScreenDismissedBeforeItsTurnIsNeverShown) {
+  const auto first = screen("a");
+  const auto second = screen("b");
+  first->during["will appear"] = [&] {
+    first->presentModalViewController(second, false);
+    first->dismissModalViewControllerAnimated(false);
+  };
+  root->presentModalViewController(first, false);
+  EXPECT_EQ(window->topViewController(), first.get());
+  EXPECT_FALSE(second->isViewLoaded());
+  EXPECT_EQ(second->window(), nullptr);
+  root->presentModalViewController(second, false);  // is ignored: the root presents "a"
+  EXPECT_EQ(window->topViewController(), first.get());
+}
+
+TEST_F(WindowTest, DismissingTakesAwayAllThatLiesAboveAndFreesIt) {
+  auto first = screen("a");
+  auto second = screen("b");
+  const std::weak_ptr<Screen> firstGone = first;
+  const std::weak_ptr<Screen> secondGone = second;
+  root->presentModalViewController(first, false);
+  first->presentModalViewController(second, false);
+  first.reset();
+  second.reset();
+  lines.clear();
+  root->dismissModalViewControllerAnimated(false);
+  EXPECT_EQ(lines, (Lines{"b will go", "root will appear", "b did go", "root did appear"}));
+  EXPECT_TRUE(firstGone.expired());
+  EXPECT_TRUE(secondGone.expired());
+}
+
+TEST_F(WindowTest, ANewRootTakesThePlaceOfTheOldOneAndOfWhatItPresented) {
+  const auto shown = screen("a");
+  root->presentModalViewController(shown, true);
+  const std::weak_ptr<Screen> gone = root;
+  root.reset();
+  const auto next = screen("next");
+  window->setRootViewController(next);
+  EXPECT_TRUE(gone.expired());
+  EXPECT_EQ(shown->window(), nullptr);
+  EXPECT_EQ(shown->view()->superview(), nullptr);
+  EXPECT_EQ(window->topViewController(), next.get());
+  EXPECT_EQ(lines.back(), "next did appear");
+}
+
+TEST_F(WindowTest, AWindowMayGoInTheMidstOfASlideAndFromAHook) {
+  auto shown = screen("a");
+  root->presentModalViewController(shown, true);
+  window.reset();
+  EXPECT_EQ(shown->window(), nullptr);
+  quorbel_tests::runFor(0.05);
+
+  root = screen("root");
+  window = std::make_shared<Window>(Size{360, 640});
+  window->setRootViewController(root);
+  window->makeKeyAndVisible();
+  shown = screen("a");
+  shown->during["did appear"] = [&] { window.reset(); };
+  root->presentModalViewController(shown, false);
+  EXPECT_EQ(Window::keyWindow(), nullptr);
+}
+
+TEST_F(WindowTest, TurnsForAScreenThatIsWideOnlyAndBackToItsPlaceWhenItGoes) {
+  GtkWindow* const native = window->native().window().gobj();
+  ASSERT_TRUE(runUntil([&] { return platform::placeOf(native).has_value(); }));
+  // On a monitor of 1600 x 1200.
+  for (const platform::Rect& before : {platform::Rect{10, 10, 360, 640},
+                                       {1200, 500, 360, 640},
+                                       {100, 10, 300, 1100},
+                                       {1, 1, 1100, 1150}}) {
+    SCOPED_TRACE(testing::Message() << before.width << " x " << before.height);
+    window->resize({before.width, before.height});
+    ASSERT_TRUE(runUntil([&] { return window->size() == Size{before.width, before.height}; }));
+    platform::moveTo(native, before);
+    ASSERT_EQ(platform::placeOf(native), before);
+    const auto wide = screen("a");
+    wide->wideOnly = true;
+    root->presentModalViewController(wide, false);
+    ASSERT_TRUE(waitFor("a rotated wide"));
+    EXPECT_TRUE(runUntil([&] {
+      return wide->view()->frame() == window->contentBounds() &&
+             window->isOnScreen(window->contentBounds());
+    }));
+    EXPECT_EQ(window->size(), (Size{before.height, before.width}));
+    root->dismissModalViewControllerAnimated(false);
+    ASSERT_TRUE(waitFor("root rotated upright"));
+    EXPECT_TRUE(runUntil([&] { return platform::placeOf(native) == before; }));
+    lines.clear();
+  }
+}
+
+TEST_F(WindowTest, KeepsItsShapeWhereNotAllOfItWouldStayInSight) {
+  const char* const desktop = std::getenv("COMPOSITOR");
+  if (desktop && desktop == std::string("openbox")) {
+    window->native().window().maximize();
+  } else {
+    // Turned, the first is too high for the monitor of these tests; on Wayland nothing is turned.
+    window->resize(desktop ? Size{640, 360} : Size{1500, 300});
+  }
+  ASSERT_TRUE(runUntil([&] { return isLandscape(window->orientation()); }));
+  quorbel_tests::runFor(0.5);  // a desktop that tiles gives its own size later
+  const Size before = window->size();
+  const auto upright = screen("a");
+  upright->anyOrientation = false;
+  EXPECT_FALSE(window->canTurn());
+  root->presentModalViewController(upright, false);
+  EXPECT_FALSE(runUntil([&] { return window->size() != before; }, 0.2));
+}
+
+TEST_F(WindowTest, TurnsBackAlsoWhenTheWideScreenGoesWithTheOneBelowIt) {
+  const auto below = screen("a");
+  const auto wide = screen("b");
+  wide->wideOnly = true;
+  root->presentModalViewController(below, false);
+  below->presentModalViewController(wide, false);
+  ASSERT_TRUE(waitFor("b rotated wide"));
+  const auto above = screen("c");
+  wide->presentModalViewController(above, false);
+  root->dismissModalViewControllerAnimated(false);
+  EXPECT_TRUE(waitFor("root rotated upright"));
+}
+
+TEST_F(WindowTest, AWindowThatSomebodyTurnedBackStaysAsItIs) {
+  const auto wide = screen("a");
+  wide->wideOnly = true;
+  root->presentModalViewController(wide, false);
+  ASSERT_TRUE(waitFor("a rotated wide"));
+  window->resize({400, 700});
+  ASSERT_TRUE(runUntil([&] { return !isLandscape(window->orientation()); }));
+  root->dismissModalViewControllerAnimated(false);
+  quorbel_tests::runFor(0.1);
+  EXPECT_EQ(window->size(), (Size{400, 700}));
+}
+
+TEST_F(WindowTest, OnlyAScreenThatAllowsItAndIsStillThereHearsOfARotation) {
+  root->anyOrientation = false;
+  window->resize({640, 360});
+  ASSERT_TRUE(runUntil([&] { return isLandscape(window->orientation()); }));
+  quorbel_tests::runFor(0.05);
+  EXPECT_EQ(lines, Lines{});
+
+  const auto shown = screen("a");
+  root->presentModalViewController(shown, false);
+  window->resize({360, 640});
+  ASSERT_TRUE(runUntil([&] { return !isLandscape(window->orientation()); }));
+  EXPECT_TRUE(waitFor("a rotated upright"));
+
+  window->resize({640, 360});
+  lines.clear();
+  root->anyOrientation = true;
+  ASSERT_TRUE(runUntil([&] {
+    if (!isLandscape(window->orientation())) return false;
+    if (root->modalViewController()) root->dismissModalViewControllerAnimated(false);
+    return true;
+  }));
+  quorbel_tests::runFor(0.05);
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), "a rotated wide"), 0);
+}
+
+TEST_F(WindowTest, MemoryWarningsReachEveryScreen) {
+  const auto shown = screen("a");
+  root->presentModalViewController(shown, false);
+  lines.clear();
+  window->didReceiveMemoryWarning();
+  EXPECT_EQ(lines, (Lines{"root memory", "a memory"}));
+}
+
+TEST_F(WindowTest, TheStatusBarGivesItsHeightToTheScreensWhileItIsHidden) {
+  const double bar = window->statusBarHeight();
+  EXPECT_GT(bar, 0);
+  EXPECT_EQ(window->contentBounds().height, 640 - bar);
+  window->setStatusBarHidden(true);
+  EXPECT_EQ(window->statusBarHeight(), 0);
+  ASSERT_TRUE(runUntil([&] { return root->view()->frame().height == 640; }));
+  window->setStatusBarHidden(false);
+  EXPECT_TRUE(runUntil([&] { return root->view()->frame().height == 640 - bar; }));
+  // As a window does that fills the screen.
+  window->native().window().get_titlebar()->set_child_visible(false);
+  window->native().window().queue_resize();
+  ASSERT_TRUE(runUntil([&] { return root->view()->frame().height == 640; }));
+  EXPECT_EQ(window->statusBarHeight(), 0);
+}
+
+TEST_F(WindowTest, TheFocusComesBackToTheControlThatHadItBelowAPresentedScreen) {
+  Gtk::Button first;
+  Gtk::Button second;
+  const auto left = std::make_shared<View>(platform::Rect{0, 0, 100, 50});
+  const auto right = std::make_shared<View>(platform::Rect{100, 0, 100, 50});
+  left->native().setContent(&first);
+  right->native().setContent(&second);
+  root->view()->addSubview(left);
+  root->view()->addSubview(right);
+  ASSERT_TRUE(runUntil([&] { return second.get_mapped(); }));
+  second.grab_focus();
+  const auto focused = [&] { return window->native().window().get_focus(); };
+  ASSERT_EQ(focused(), &second);
+
+  root->presentModalViewController(screen("a"), false);
+  EXPECT_NE(focused(), &second) << "keys would reach a covered control";
+  root->dismissModalViewControllerAnimated(false);
+  EXPECT_EQ(focused(), &second);
+  left->native().setContent(nullptr);
+  right->native().setContent(nullptr);
+}
+
+TEST_F(WindowTest, IgnoresPresentationsThatMakeNoSense) {
+  const auto shown = screen("a");
+  const auto loose = screen("b");
+  root->presentModalViewController(nullptr, false);
+  root->presentModalViewController(root, false);
+  loose->presentModalViewController(shown, false);
+  EXPECT_EQ(root->modalViewController(), nullptr);
+  EXPECT_EQ(loose->modalViewController(), nullptr);
+  root->presentModalViewController(shown, false);
+  shown->presentModalViewController(shown, false);
+  shown->presentModalViewController(root, false);
+  EXPECT_EQ(window->topViewController(), shown.get());
+  root->dismissModalViewControllerAnimated(false);
+  root->dismissModalViewControllerAnimated(false);
+  EXPECT_EQ(window->topViewController(), root.get());
+}
+
+TEST_F(WindowTest, TellsWhichPartOfItIsBlank) {
+  const auto box = std::make_shared<View>(platform::Rect{100, 100, 50, 50});
+  box->setBackgroundColor({1, 0, 0, 1});
+  root->view()->addSubview(box);
+  ASSERT_TRUE(runUntil([&] { return !window->isBlank({90, 90, 70, 70}); }));
+  EXPECT_TRUE(window->isBlank({100, 100, 50, 50}));
+  EXPECT_FALSE(window->isBlank({99, 99, 51, 51})) << "nor is what lies beside it";
+  EXPECT_TRUE(window->isBlank({200, 200, 50, 50}));
+  EXPECT_TRUE(window->isBlank({-500, 5000, 10, 10})) << "outside there is nothing";
+}
+
+TEST_F(WindowTest, SavesWhatItShowsOrSaysThatItCannot) {
+  EXPECT_FALSE(window->savePicture("/nonexistent/picture.png"));
+  EXPECT_FALSE(Window(Size{300, 300}).savePicture("/dev/null"));
+}
+
+}  // namespace
