@@ -26,6 +26,7 @@ install(FILES valdren.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren)
 install(FILES api/VADBannerView.h api/VADBannerViewDelegate.h api/VADConfiguration.h
   api/VADRequest.h api/VADRequestError.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/ads/api)
+install(FILES support/VADErrorCode.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/ads/support)
 foreach(header application/Host base/Date base/URL base/Value base/WeakPtr storage/Bundle ui/Geometry
     ui/View ui/ViewController)
   cmake_path(GET header PARENT_PATH room)

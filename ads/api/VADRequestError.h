@@ -4,25 +4,15 @@
 #include <cstdint>
 #include <string>
 
+#include "ads/support/VADErrorCode.h"
 #include "platform/base/Value.h"
 
 namespace valdren {
 
 class VADRequest;
 
-inline constexpr const char* kVADErrorDomain = "com.valdren.ads";
 inline constexpr const char* kVADLocalizedDescriptionKey = "NSLocalizedDescription";
 inline constexpr const char* kVADLocalizedFailureReasonErrorKey = "NSLocalizedFailureReason";
-
-enum VADErrorCode : std::int32_t {
-  kVADErrorInvalidRequest = 0,
-  kVADErrorNoFill = 1,
-  kVADErrorNetworkError = 2,
-  kVADErrorServerError = 3,
-  kVADErrorOSVersionTooLow = 4,
-  /// Never raised here; for publishers' own use.
-  kVADErrorTimeout = 5,
-};
 
 class VADRequestError {
  public:

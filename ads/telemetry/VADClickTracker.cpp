@@ -1,6 +1,6 @@
 #include "ads/telemetry/VADClickTracker.h"
 
-#include "ads/api/VADRequestError.h"
+#include "ads/support/VADErrorCode.h"
 #include "ads/telemetry/VADStatistics.h"
 
 namespace valdren {
