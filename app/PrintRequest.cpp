@@ -53,7 +53,7 @@ ApplicationDescription printing(ApplicationDescription description) {
   return description;
 }
 
-int printWithoutWindow(const ApplicationDescription& description) {
+int printWithoutWindow() {
   const auto request = SoundScreen::makeRequest()->copy();
   VADObjectPrivate::begin(*request);
   const auto& checker = valdren::VADNetworkChecker::sharedChecker();
@@ -75,7 +75,7 @@ int printRequest(const ApplicationDescription& description) {
                                   platform::FileUserDefaults::Access::ReadOnly);
   const platform::UserDefaults::Replacement replacement(kept);
   const int status = platform::hasDisplay() ? platform::applicationMain(printing(description))
-                                            : printWithoutWindow(description);
+                                            : printWithoutWindow();
   valdren::VADStatistics::releaseSharedStatistics();
   return status;
 }
