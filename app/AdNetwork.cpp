@@ -4,6 +4,8 @@
 #include "ads/telemetry/VADStatistics.h"
 #include "sandbox/Sandbox.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 namespace {
 

@@ -5,6 +5,8 @@
 #include "platform/base/Json.h"
 #include "sandbox/Sandbox.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 namespace {
 

@@ -12,6 +12,8 @@
 #include "app/TourViews.h"
 #include "sandbox/Sandbox.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 namespace {
 

@@ -4,6 +4,8 @@
 #include <map>
 #include <string_view>
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 namespace {
 

@@ -8,6 +8,8 @@
 #include "platform/base/URL.h"
 #include "platform/device/Device.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 
 enum class Command { Run, Tour, PrintRequest, Help, Version };

@@ -13,6 +13,8 @@
 #include "platform/storage/Bundle.h"
 #include "platform/storage/FileUserDefaults.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 namespace {
 

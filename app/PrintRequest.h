@@ -3,6 +3,8 @@
 
 #include "platform/application/ApplicationMain.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 
 /// Writes the parameters of the next ad request to standard output, as indented JSON. Opens the

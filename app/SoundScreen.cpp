@@ -6,6 +6,8 @@
 #include "platform/base/RunLoop.h"
 #include "platform/storage/Bundle.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 namespace {
 

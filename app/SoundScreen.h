@@ -12,6 +12,8 @@
 #include "platform/ui/InterfaceView.h"
 #include "platform/ui/ViewController.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 
 /// One sound button: the action that it triggers and the clip's resource name.

@@ -2,6 +2,8 @@
 #include "app/Tour.h"
 #include "app/TourViews.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 namespace {
 

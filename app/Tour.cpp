@@ -7,6 +7,8 @@
 #include "platform/base/Clock.h"
 #include "platform/base/RunLoop.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 namespace {
 

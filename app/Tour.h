@@ -9,6 +9,8 @@
 #include "platform/base/WeakPtr.h"
 #include "platform/ui/Window.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 class Sandbox;
 }

@@ -3,6 +3,8 @@
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 
 SoundScreen* soundScreen() {

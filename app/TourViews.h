@@ -7,6 +7,8 @@
 #include "app/SoundScreen.h"
 #include "platform/ui/Window.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 
 /// The soundboard, also while a screen covers it; null when there is none.

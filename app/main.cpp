@@ -14,6 +14,8 @@
 #include "platform/application/ApplicationMain.h"
 #include "platform/storage/Bundle.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 namespace {
 

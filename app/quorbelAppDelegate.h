@@ -5,6 +5,8 @@
 
 #include "platform/application/ApplicationMain.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 
 class quorbelAppDelegate final : public platform::ApplicationDelegate {

@@ -3,6 +3,8 @@
 
 #include "app/SoundScreen.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel {
 
 class quorbeliPad final : public SoundScreen {

@@ -10,6 +10,8 @@
 #include "sandbox/Landing.h"
 #include "sandbox/Pages.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 namespace {
 

@@ -4,6 +4,8 @@
 #include "platform/base/Text.h"
 #include "sandbox/Sealed.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 namespace {
 

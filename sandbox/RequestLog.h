@@ -10,6 +10,8 @@
 #include "platform/base/Value.h"
 #include "sandbox/Http.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 
 /// One request and what became of it.

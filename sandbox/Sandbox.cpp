@@ -4,6 +4,8 @@
 #include "sandbox/AdNetwork.h"
 #include "sandbox/HttpServer.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 namespace {
 

@@ -8,6 +8,8 @@
 #include "platform/base/Json.h"
 #include "platform/base/Text.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 namespace {
 

@@ -7,6 +7,8 @@
 
 #include "platform/base/Value.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 
 /// The bytes behind web-safe base64 without padding; none for other letters.

@@ -17,6 +17,8 @@
 #include "benchmarks/support/LoopWork.h"
 #include "benchmarks/support/Stage.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace benchmarks;

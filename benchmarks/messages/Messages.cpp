@@ -13,6 +13,8 @@
 #include "benchmarks/support/Stage.h"
 #include "platform/application/Host.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace benchmarks;

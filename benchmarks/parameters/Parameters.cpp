@@ -10,6 +10,8 @@
 #include "platform/application/ApplicationMain.h"
 #include "platform/storage/FileUserDefaults.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using benchmarks::Figures;

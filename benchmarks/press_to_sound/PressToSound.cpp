@@ -21,6 +21,8 @@
 #include "platform/audio/ClipDecoder.h"
 #include "tests/support/PrivateSoundServer.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using quorbel_tests::MonitorRecording;

@@ -5,6 +5,8 @@
 #include "ads/support/VADNetworkUtilities.h"
 #include "benchmarks/Figures.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using benchmarks::Figures;

@@ -22,6 +22,8 @@
 #include "benchmarks/support/Pixels.h"
 #include "benchmarks/support/Stage.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace benchmarks;

@@ -12,6 +12,8 @@
 #include "benchmarks/support/Family.h"
 #include "benchmarks/support/Stage.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace benchmarks;

@@ -2,6 +2,8 @@
 
 #include "benchmarks/Figures.h"
 
+namespace platform = valdren::platform;
+
 namespace benchmarks {
 namespace {
 

@@ -9,6 +9,8 @@
 
 #include "platform/base/GObjectPtr.h"
 
+namespace platform = valdren::platform;
+
 namespace benchmarks {
 
 /// What the server answers, as text; "" when it does not.

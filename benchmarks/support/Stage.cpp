@@ -12,6 +12,8 @@
 #include "platform/base/GObjectPtr.h"
 #include "platform/storage/Bundle.h"
 
+namespace platform = valdren::platform;
+
 namespace benchmarks {
 
 Folders::Folders() {

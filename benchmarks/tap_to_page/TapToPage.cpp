@@ -20,6 +20,8 @@
 #include "platform/ui/NativeView.h"
 #include "platform/ui/Window.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace benchmarks;

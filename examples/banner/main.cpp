@@ -44,10 +44,10 @@ void activate(GtkApplication* application) {
   gtk_box_append(GTK_BOX(box), label);
   gtk_window_set_child(GTK_WINDOW(window), box);
 
-  auto banner = std::make_shared<valdren::VADBannerView>(platform::Rect{0, 0, 320, 50});
+  auto banner = std::make_shared<valdren::VADBannerView>(valdren::platform::Rect{0, 0, 320, 50});
   banner->setAdUnitID(adUnit);
-  banner->setRootViewController(platform::hostScreen(GTK_WINDOW(window)));
-  gtk_box_append(GTK_BOX(box), platform::hostWidget(banner));
+  banner->setRootViewController(valdren::platform::hostScreen(GTK_WINDOW(window)));
+  gtk_box_append(GTK_BOX(box), valdren::platform::hostWidget(banner));
   banner->setDelegate(&listener);
   banner->loadRequest(valdren::VADRequest::request());
 
@@ -59,7 +59,7 @@ void activate(GtkApplication* application) {
 int main(int argc, char** argv) {
   if (argc > 1) adNetwork = argv[1];
   if (argc > 2) adUnit = argv[2];
-  if (const auto url = platform::URL::parse(adNetwork ? adNetwork : "")) {
+  if (const auto url = valdren::platform::URL::parse(adNetwork ? adNetwork : "")) {
     valdren::VADConfiguration::setAdServerBaseURL(*url);
     valdren::VADConfiguration::setScriptHostBaseURL(*url);
   }

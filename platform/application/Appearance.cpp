@@ -13,7 +13,7 @@
 #include <string_view>
 #include <utility>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr const char* kPortal = "org.freedesktop.portal.Desktop";
@@ -133,4 +133,4 @@ void markHighContrast(Gtk::Window& window) {
       sigc::track_object(mark, window));
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

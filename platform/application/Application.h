@@ -10,7 +10,7 @@
 #include "platform/base/URL.h"
 #include "platform/ui/ViewController.h"
 
-namespace platform {
+namespace valdren::platform {
 
 // Posted on `NotificationCenter::defaultCenter()` with the application as object.
 inline constexpr const char* kApplicationDidFinishLaunching = "ApplicationDidFinishLaunching";
@@ -62,4 +62,4 @@ class Application : public Shared<Application> {
   virtual void endBackgroundTask(BackgroundTaskID task) = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -24,7 +24,7 @@
 #include "platform/ui/InterfaceView.h"
 #include "platform/ui/NativeWindow.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr Size kPhoneSize{360, 640};
@@ -332,4 +332,4 @@ void terminateApplication(int status) {
   if (theRunner) theRunner->terminate(status);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

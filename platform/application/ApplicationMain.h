@@ -10,7 +10,7 @@
 #include "platform/device/Device.h"
 #include "platform/ui/Window.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Receives the application's life. The window and the first screen are connected before
 /// `applicationDidFinishLaunching`.
@@ -69,4 +69,4 @@ void terminateApplication(int status = 0);
 /// Whether there is a display to open a window on.
 bool hasDisplay();
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -16,7 +16,7 @@
 #include "platform/ui/Touches.h"
 #include "platform/ui/Window.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr const char* kScreenKey = "valdren-host-screen";
@@ -141,4 +141,4 @@ ViewController* hostScreen(GtkWindow* window) {
   return host->screen.get();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

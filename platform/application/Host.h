@@ -10,7 +10,7 @@
 typedef struct _GtkWidget GtkWidget;
 typedef struct _GtkWindow GtkWindow;
 
-namespace platform {
+namespace valdren::platform {
 
 /// The widget to put into the application's own layout. It asks for the view's size at this moment
 /// and keeps the view until the widget is destroyed. Null, with one log line, for a null view and
@@ -23,4 +23,4 @@ GtkWidget* hostWidget(std::shared_ptr<View> view);
 /// one log line, for a null window.
 ViewController* hostScreen(GtkWindow* window);
 
-}  // namespace platform
+}  // namespace valdren::platform

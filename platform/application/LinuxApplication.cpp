@@ -8,7 +8,7 @@
 #include "platform/ui/LaunchPermit.h"
 #include "platform/ui/Window.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 // What background tasks are granted: while the application is out of sight, and at its end.
@@ -144,4 +144,4 @@ void LinuxApplication::enterForeground() {
   post(kApplicationDidBecomeActive);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

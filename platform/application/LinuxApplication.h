@@ -7,7 +7,7 @@
 #include "platform/application/Application.h"
 #include "platform/base/RunLoop.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Works without a window, and without the toolkit having been started: then the state is active,
 /// there is no status bar, and only questions to the system are answered.
@@ -60,4 +60,4 @@ class LinuxApplication final : public Application, public Trackable {
   std::function<void(bool)> inhibitor_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,7 +4,7 @@
 
 #include "platform/base/Text.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// A line break would begin a header of the page's choice.
@@ -101,4 +101,4 @@ void MailComposer::present(ViewController& viewController) {
   });
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -12,7 +12,7 @@
 #include "platform/base/URL.h"
 #include "platform/ui/ViewController.h"
 
-namespace platform {
+namespace valdren::platform {
 
 enum class MailResult { Done, Cancelled, Failed };
 
@@ -77,4 +77,4 @@ class MailComposer : public Trackable, public std::enable_shared_from_this<MailC
   bool presented_ = false;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

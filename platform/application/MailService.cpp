@@ -7,7 +7,7 @@
 #include "platform/device/Launches.h"
 #include "platform/ui/LaunchPermit.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 using Finished = std::function<void(MailResult)>;
@@ -117,4 +117,4 @@ MailService& MailService::standard() {
   return *service;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -2,7 +2,7 @@
 
 #include <gio/gio.h>
 
-namespace platform {
+namespace valdren::platform {
 
 MemoryWarnings::MemoryWarnings(std::function<void()> warned)
     : warned_(std::move(warned)),
@@ -19,4 +19,4 @@ MemoryWarnings::~MemoryWarnings() {
   g_object_unref(monitor_);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

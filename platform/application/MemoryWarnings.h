@@ -5,7 +5,7 @@
 
 typedef struct _GMemoryMonitor GMemoryMonitor;
 
-namespace platform {
+namespace valdren::platform {
 
 class MemoryWarnings {
  public:
@@ -22,4 +22,4 @@ class MemoryWarnings {
   unsigned long handler_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

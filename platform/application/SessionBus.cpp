@@ -8,7 +8,7 @@
 #include "platform/base/GObjectPtr.h"
 #include "platform/base/Log.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr guint kPatienceMilliseconds = 2000;
@@ -79,4 +79,4 @@ void leaveSilentSessionBus() {
   logWarning("The session bus does not answer; this run does without it.");
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -1,7 +1,7 @@
 // The desktop session's message bus.
 #pragma once
 
-namespace platform {
+namespace valdren::platform {
 
 /// Asks the session bus for a sign of life, and waits for two seconds at most. Where it accepts but
 /// never answers, one line says so, and this process goes on as if there were none: otherwise
@@ -9,4 +9,4 @@ namespace platform {
 /// the first call asks.
 void leaveSilentSessionBus();
 
-}  // namespace platform
+}  // namespace valdren::platform

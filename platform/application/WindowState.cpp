@@ -5,7 +5,7 @@
 #include "platform/application/LinuxApplication.h"
 #include "platform/ui/FrameProbe.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr unsigned kBeatMilliseconds = 500;
@@ -158,4 +158,4 @@ void followWindowState(GtkWindow* window) {
       G_OBJECT(window), [](gpointer, GObject*) { --followedWindows; }, nullptr);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -3,7 +3,7 @@
 
 typedef struct _GtkWindow GtkWindow;
 
-namespace platform {
+namespace valdren::platform {
 
 /// Tells the application, for as long as this window exists, when none of the application's windows
 /// can be seen any more and when one can again. Out of sight is what is minimised, not mapped,
@@ -12,4 +12,4 @@ namespace platform {
 /// is told.
 void followWindowState(GtkWindow* window);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -2,7 +2,7 @@
 
 #include "platform/audio/SoundServer.h"
 
-namespace platform {
+namespace valdren::platform {
 
 AudioOutput& AudioOutput::shared() {
   static AudioOutput output;
@@ -71,4 +71,4 @@ void AudioOutput::run() {
   }
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -8,7 +8,7 @@
 
 #include "platform/audio/Voice.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class SoundServer;
 
@@ -44,4 +44,4 @@ class AudioOutput {
   std::thread thread_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

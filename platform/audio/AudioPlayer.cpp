@@ -5,7 +5,7 @@
 #include "platform/base/Log.h"
 #include "platform/base/RunLoop.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// How often a delegate's player looks whether its clip has ended, in seconds.
@@ -91,4 +91,4 @@ void AudioPlayer::awaitSound(const Trackable& target, std::function<void()> back
   lookForSound(target, std::move(back), 0);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -8,7 +8,7 @@
 
 #include "platform/base/WeakPtr.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class AudioPlayer;
 
@@ -52,4 +52,4 @@ class AudioPlayer {
   virtual bool isPlaying() const = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

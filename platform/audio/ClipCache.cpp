@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <system_error>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr std::size_t kMostBytes = 64 * 1024 * 1024;
@@ -79,4 +79,4 @@ void ClipCache::prepare(std::vector<std::string> paths) {
   });
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

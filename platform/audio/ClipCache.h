@@ -11,7 +11,7 @@
 
 #include "platform/audio/ClipDecoder.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Keeps the clips used last, up to 64 MiB. A file that has changed is decoded again. May be used
 /// on any thread.
@@ -47,4 +47,4 @@ class ClipCache {
   std::jthread preparing_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -13,7 +13,7 @@ extern "C" {
 #include <libswresample/swresample.h>
 }
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr std::size_t kLongestClip = std::size_t{60} * kSampleRate * kChannels;
@@ -183,4 +183,4 @@ std::shared_ptr<const DecodedClip> decodeClip(const std::string& path, std::stri
   return clip;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

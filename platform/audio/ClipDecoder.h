@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace platform {
+namespace valdren::platform {
 
 /// The form of every decoded clip and of the output stream.
 inline constexpr std::uint32_t kSampleRate = 48000;
@@ -23,4 +23,4 @@ struct DecodedClip {
 /// than 64 MiB or holds no sound that can be decoded. May be called on any thread.
 std::shared_ptr<const DecodedClip> decodeClip(const std::string& path, std::string& problem);
 
-}  // namespace platform
+}  // namespace valdren::platform

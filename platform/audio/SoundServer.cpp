@@ -6,7 +6,7 @@
 
 #include "platform/base/Log.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// How much sound lies ready at the server: for so long this machine may be too busy for us without
@@ -267,4 +267,4 @@ void SoundServer::disconnect() {
   }
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

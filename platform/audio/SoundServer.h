@@ -14,7 +14,7 @@ struct pa_context;
 struct pa_mainloop;
 struct pa_stream;
 
-namespace platform {
+namespace valdren::platform {
 
 /// Keeps a quarter of a second of sound at the server, so that a busy machine does not make it
 /// stutter, and yet is heard at once: while nothing plays the stream stands still, and when
@@ -85,4 +85,4 @@ class SoundServer {
   bool said_ = false;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// Three milliseconds: short enough not to be heard, long enough not to click.
@@ -33,4 +33,4 @@ void mix(const Voice& voice, StreamFrame at, float* target, std::size_t frames) 
   }
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

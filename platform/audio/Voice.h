@@ -8,7 +8,7 @@
 
 #include "platform/audio/ClipDecoder.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Counts the frames of the output stream from its opening on.
 using StreamFrame = std::int64_t;
@@ -40,4 +40,4 @@ struct Voice {
 /// Adds what the voice gives to `frames` interleaved frames of the stream, from `at` on.
 void mix(const Voice& voice, StreamFrame at, float* target, std::size_t frames);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -2,7 +2,7 @@
 
 #include <ctime>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 double read(clockid_t clock) {
@@ -28,4 +28,4 @@ Date Date::now() {
   return Clock::shared().now();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,7 +4,7 @@
 #include "platform/base/Date.h"
 #include "platform/base/Shared.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class Clock : public Shared<Clock> {
  public:
@@ -18,4 +18,4 @@ class Clock : public Shared<Clock> {
   virtual double monotonicSeconds() const = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

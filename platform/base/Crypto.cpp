@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr std::size_t kBlock = 16;
@@ -115,4 +115,4 @@ std::optional<std::string> openAES128GCM(std::string_view sealed, const Key128& 
   return result;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform {
+namespace valdren::platform {
 
 using Key128 = std::array<std::uint8_t, 16>;
 
@@ -29,4 +29,4 @@ std::optional<std::string> sealAES128GCM(std::string_view data, const Key128& ke
 /// The plain data, or none when `sealed` is too short or was not sealed under this key.
 std::optional<std::string> openAES128GCM(std::string_view sealed, const Key128& key);
 
-}  // namespace platform
+}  // namespace valdren::platform

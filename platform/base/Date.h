@@ -3,7 +3,7 @@
 
 #include <compare>
 
-namespace platform {
+namespace valdren::platform {
 
 /// Seconds between 1 January 1970 and 1 January 2001, both UTC.
 inline constexpr double kSecondsFrom1970To2001 = 978307200.0;
@@ -27,4 +27,4 @@ class Date {
   double seconds_ = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -3,7 +3,7 @@
 
 #include <unistd.h>
 
-namespace platform {
+namespace valdren::platform {
 
 class Descriptor {
  public:
@@ -22,4 +22,4 @@ class Descriptor {
   int number_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

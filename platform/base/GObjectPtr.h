@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace platform {
+namespace valdren::platform {
 
 struct GObjectUnref {
   void operator()(gpointer object) const { g_object_unref(object); }
@@ -26,4 +26,4 @@ struct GErrorFree {
 };
 using GErrorPtr = std::unique_ptr<GError, GErrorFree>;
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -5,7 +5,7 @@
 
 #include "platform/base/Text.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 namespace json = boost::json;
@@ -154,4 +154,4 @@ std::optional<std::string> writeIndentedJson(const Value& value) {
   return text + "\n";
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 
 #include "platform/base/Value.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// The value that the text holds; absent when it is no JSON, is nested deeper than 512, holds a
 /// number beyond a double's range, which could not be written again, or is not UTF-8. Keys keep
@@ -23,4 +23,4 @@ std::optional<std::string> writeJson(const Value& value);
 /// The same for people: two blanks a level, ending in a line break.
 std::optional<std::string> writeIndentedJson(const Value& value);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr const char* kDomain = "Valdren";
@@ -46,4 +46,4 @@ void logDebug(std::string_view line) {
   write(G_LOG_LEVEL_DEBUG, line);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-namespace platform {
+namespace valdren::platform {
 
 /// Logs one line at the level of messages, as it stands. Line breaks and other control characters
 /// are escaped, so that a page's text cannot forge a second line; over 4 KiB the line is cut.
@@ -15,4 +15,4 @@ void logWarning(std::string_view line);
 /// Logs one line that is only seen with G_MESSAGES_DEBUG=Valdren.
 void logDebug(std::string_view line);
 
-}  // namespace platform
+}  // namespace valdren::platform

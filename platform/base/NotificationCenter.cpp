@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 bool sameOwner(const std::weak_ptr<const void>& left, const std::weak_ptr<const void>& right) {
@@ -63,4 +63,4 @@ void NotificationCenter::postNotificationName(std::string_view name, const void*
   }
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -11,7 +11,7 @@
 #include "platform/base/Value.h"
 #include "platform/base/WeakPtr.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// What an observer is told. `object` is the sender's identity, only good for comparison: it may be
 /// null, and it owns nothing.
@@ -55,4 +55,4 @@ class NotificationCenter {
   std::vector<std::shared_ptr<Registration>> registrations_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

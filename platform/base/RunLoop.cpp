@@ -12,7 +12,7 @@
 
 #include "platform/base/Clock.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// About three years: longer waits are as good as this one, and fit the main context's counter.
@@ -171,4 +171,4 @@ void RunLoop::autorelease(std::shared_ptr<void> object) {
   if (object) addSource(0, [object = std::move(object)] {});
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -9,7 +9,7 @@
 #include "platform/base/Shared.h"
 #include "platform/base/WeakPtr.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// A pending one-shot call. Destroying it cancels the call.
 class Timer {
@@ -68,4 +68,4 @@ class RunLoop : public Shared<RunLoop> {
   std::shared_ptr<Pending> pending_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -1,7 +1,7 @@
 // The one way in which a platform service is found, and replaced in a test.
 #pragma once
 
-namespace platform {
+namespace valdren::platform {
 
 /// Gives `Service` a current instance. `Service` declares `static Service& standard();`, which
 /// returns the real component, made on first use.
@@ -27,4 +27,4 @@ class Shared {
   static inline Service* replacement_ = nullptr;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

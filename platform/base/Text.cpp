@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 bool isASCII(std::string_view text) {
@@ -90,4 +90,4 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform {
+namespace valdren::platform {
 
 bool isUTF8(std::string_view text);
 /// The text with every byte that belongs to no UTF-8 character replaced by U+FFFD.
@@ -14,4 +14,4 @@ std::string lowercase(std::string_view text);
 /// The text without white space of any kind, line breaks and byte order marks at its ends.
 std::string_view trimmed(std::string_view text);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 
 #include "platform/base/Text.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 namespace urls = boost::urls;
@@ -165,4 +165,4 @@ std::optional<std::string> URL::query() const {
   return std::optional<std::string>(Pieces(text_).query);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

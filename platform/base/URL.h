@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform {
+namespace valdren::platform {
 
 /// A valid URL (RFC 3986 URI reference). The text stays as it was given: nothing is normalised,
 /// scheme and host keep their letter case. A missing URL is an empty optional.
@@ -39,4 +39,4 @@ class URL {
   std::string text_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 
 #include "platform/base/Json.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 struct TextHash {
@@ -202,4 +202,4 @@ bool operator==(const Value& left, const Value& right) {
   return left.value_ == right.value_;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

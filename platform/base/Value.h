@@ -13,7 +13,7 @@
 
 #include "platform/base/Date.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class Value;
 
@@ -119,4 +119,4 @@ struct Dictionary::Entry {
   Value value;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

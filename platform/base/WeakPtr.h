@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-namespace platform {
+namespace valdren::platform {
 
 /// Base of everything that can be referred to weakly. Inherit it virtually when a class has several
 /// such bases. References read null from the moment that this base is destroyed, or earlier, after
@@ -59,4 +59,4 @@ auto whileAlive(const Trackable& target, Function function) {
   };
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <string_view>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr int kNoServer = -1;
@@ -128,4 +128,4 @@ AudioSession& AudioSession::standard() {
   return session;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -6,7 +6,7 @@
 
 #include "platform/base/Shared.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Statuses are 0 on success. Callers treat only some of the others as failures, so they are kept.
 class AudioSession : public Shared<AudioSession> {
@@ -31,4 +31,4 @@ class AudioSession : public Shared<AudioSession> {
   virtual Route route() = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

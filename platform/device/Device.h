@@ -10,7 +10,7 @@
 #include "platform/base/Shared.h"
 #include "platform/ui/Geometry.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class Timer;
 
@@ -55,4 +55,4 @@ class Screen : public Shared<Screen> {
   virtual std::unique_ptr<Timer> whenSettled(std::function<void()> task) = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -6,7 +6,7 @@
 
 #include "platform/base/Log.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 struct Launch {
@@ -62,4 +62,4 @@ void launch(const URL& url, LaunchPermit::Touch touch) {
   g_object_unref(task);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,7 +4,7 @@
 #include "platform/base/URL.h"
 #include "platform/ui/LaunchPermit.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Whether the handlers outside cannot be seen from here, so that only a portal finds them.
 bool isInSandbox();
@@ -16,4 +16,4 @@ bool hasHandler(const URL& url);
 /// may take long. `touch` is what allowed it, and is given back when nothing opened.
 void launch(const URL& url, LaunchPermit::Touch touch);
 
-}  // namespace platform
+}  // namespace valdren::platform

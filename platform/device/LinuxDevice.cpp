@@ -16,7 +16,7 @@
 #include "platform/storage/Folders.h"
 #include "platform/storage/RegularFile.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr std::size_t kLongestModel = 100;
@@ -196,4 +196,4 @@ std::vector<std::string> languagesFrom(const char* language, const char* all, co
   return languages;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

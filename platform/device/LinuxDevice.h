@@ -8,7 +8,7 @@
 
 #include "platform/device/Device.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class LinuxDevice final : public Device {
  public:
@@ -39,4 +39,4 @@ class LinuxDevice final : public Device {
 std::vector<std::string> languagesFrom(const char* language, const char* all, const char* messages,
                                        const char* lang);
 
-}  // namespace platform
+}  // namespace valdren::platform

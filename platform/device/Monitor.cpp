@@ -9,7 +9,7 @@
 #include <gdk/x11/gdkx.h>
 #include <gtk/gtk.h>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 class GtkScreen final : public Screen {
@@ -57,4 +57,4 @@ Screen& Screen::standard() {
   return screen;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

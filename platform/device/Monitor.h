@@ -5,7 +5,7 @@
 
 #include "platform/ui/Geometry.h"
 
-namespace platform {
+namespace valdren::platform {
 
 struct Monitor {
   Size size;         // points
@@ -16,4 +16,4 @@ struct Monitor {
 /// None without a display.
 std::optional<Monitor> primaryMonitor();
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -2,7 +2,7 @@
 
 #include <gio/gio.h>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// Watches the machine's own routes: a route that is metered is taken for a cellular one. Nothing
@@ -64,4 +64,4 @@ Reachability& Reachability::standard() {
   return reachability;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -8,7 +8,7 @@
 
 #include "platform/base/Shared.h"
 
-namespace platform {
+namespace valdren::platform {
 
 inline constexpr std::uint32_t kReachabilityFlagsReachable = 0x2;
 inline constexpr std::uint32_t kReachabilityFlagsIsWWAN = 0x40000;
@@ -32,4 +32,4 @@ class Reachability : public Shared<Reachability> {
   virtual std::unique_ptr<ReachabilityTarget> createWithName(const std::string& host) = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

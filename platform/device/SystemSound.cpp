@@ -5,7 +5,7 @@
 #include "platform/base/GObjectPtr.h"
 #include "platform/storage/Bundle.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// Asks the desktop's feedback daemon for an event that this phone's vibration motor answers. The
@@ -67,4 +67,4 @@ SystemSound& SystemSound::standard() {
   return *daemon;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

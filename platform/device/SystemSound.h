@@ -5,7 +5,7 @@
 
 #include "platform/base/Shared.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// The system sound that shakes a phone and is not heard.
 inline constexpr std::uint32_t kSystemSoundVibrate = 4095;
@@ -20,4 +20,4 @@ class SystemSound : public Shared<SystemSound> {
   virtual void play(std::uint32_t sound) = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

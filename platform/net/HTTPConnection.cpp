@@ -4,7 +4,7 @@
 
 #include "platform/net/Location.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr int kMostRedirects = 20;
@@ -161,4 +161,4 @@ void HTTPConnection::exchangeDidFail(const Error& error) {
   fail(Error(error));
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 #include "platform/net/HTTPExchange.h"
 #include "platform/net/URLConnection.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class HTTPConnection final : public URLConnection, public Trackable, private HTTPExchange::Client {
  public:
@@ -43,4 +43,4 @@ class HTTPConnection final : public URLConnection, public Trackable, private HTT
   std::size_t received_ = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -9,7 +9,7 @@
 #include "platform/base/Text.h"
 #include "platform/net/HTTPSession.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 // Bodies are read when the screen has been drawn: a fast server must not hold it up.
@@ -251,4 +251,4 @@ void HTTPExchange::readBody() {
   operation_->read();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 
 #include "platform/net/URLConnection.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// A response up to its body.
 struct HTTPResponseHead {
@@ -55,4 +55,4 @@ class HTTPExchange {
   std::shared_ptr<Operation> operation_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

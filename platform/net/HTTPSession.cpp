@@ -1,6 +1,6 @@
 #include "platform/net/HTTPSession.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr int kConnections = 32;
@@ -54,4 +54,4 @@ SoupSession* sharedHTTPSession() {
   return session;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -3,10 +3,10 @@
 
 #include <libsoup/soup.h>
 
-namespace platform {
+namespace valdren::platform {
 
 /// Nothing is stored on disk, and no header is added but what HTTP needs. Cookies live in memory,
 /// at most some hundreds of them. Main thread only.
 SoupSession* sharedHTTPSession();
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -2,7 +2,7 @@
 
 #include "platform/net/URLConnection.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 char lower(char character) {
@@ -18,4 +18,4 @@ bool HeaderNameLess::operator()(std::string_view left, std::string_view right) c
       [](char first, char second) { return lower(first) < lower(second); });
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -6,7 +6,7 @@
 
 #include "platform/base/Text.h"
 
-namespace platform {
+namespace valdren::platform {
 
 std::optional<URL> resolvedLocation(std::string_view location, const URL& base) {
   const auto written = URL::fromPage(trimmed(location));
@@ -18,4 +18,4 @@ std::optional<URL> resolvedLocation(std::string_view location, const URL& base) 
   return resolved ? URL::parse(resolved.get()) : std::nullopt;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

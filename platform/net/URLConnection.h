@@ -11,7 +11,7 @@
 #include "platform/base/URL.h"
 #include "platform/base/WeakPtr.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Header names compare without regard to letter case.
 struct HeaderNameLess {
@@ -100,4 +100,4 @@ class URLLoading : public Shared<URLLoading> {
       const URLRequest& request, WeakPtr<URLConnectionDelegate> delegate) = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -11,7 +11,7 @@
 
 #include "platform/base/Descriptor.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr std::string_view kTemporaryMark = ".new-";
@@ -99,4 +99,4 @@ void removeAbandonedFiles(const std::string& folder) {
   }
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

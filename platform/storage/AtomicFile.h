@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform {
+namespace valdren::platform {
 
 /// Whether to wait until the disk has the content. Without it a power cut may leave the file empty:
 /// enough for what can be had again, and the caller waits for no disk.
@@ -25,4 +25,4 @@ void removeAbandonedFiles(const std::string& folder);
 /// Removes a file for good; one that is not there is no error.
 std::string removeFileDurably(const std::string& path);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -6,7 +6,7 @@
 #include "platform/base/Text.h"
 #include "platform/storage/PropertyListForms.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// Every object begins with a byte that holds its kind and, for most, its size.
@@ -179,4 +179,4 @@ std::optional<Value> parseBinaryPropertyList(std::string_view content) {
   return Reader(content).read();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

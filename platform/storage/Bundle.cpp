@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <vector>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 std::vector<std::filesystem::path> resourceFolders(const std::string& preferred) {
@@ -44,4 +44,4 @@ std::optional<std::string> Bundle::pathForResource(std::string_view name,
   return std::nullopt;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform {
+namespace valdren::platform {
 
 class Bundle {
  public:
@@ -33,4 +33,4 @@ class Bundle {
   std::string folder_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

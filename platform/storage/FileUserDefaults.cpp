@@ -13,7 +13,7 @@
 #include "platform/storage/Folders.h"
 #include "platform/storage/RegularFile.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 // JSON knows neither dates nor the difference between 1 and 1.0; these stand for them in the files.
@@ -180,4 +180,4 @@ bool FileUserDefaults::flush() {
   return writer_ ? writer_->flush() : changed_.empty() || access_ == Access::ReadOnly;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

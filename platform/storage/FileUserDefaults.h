@@ -8,7 +8,7 @@
 #include "platform/storage/StateWriter.h"
 #include "platform/storage/UserDefaults.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Each file is written to a temporary one, synced and renamed, on a thread of its own. A file that
 /// cannot be read back (damaged, no regular file, over 4 MiB) is set aside under a name ending in
@@ -48,4 +48,4 @@ class FileUserDefaults final : public UserDefaults {
   bool complained_ = false;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -6,7 +6,7 @@
 
 #include "platform/storage/Bundle.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 std::string withoutTrailingSlash(std::string path) {
@@ -48,4 +48,4 @@ std::optional<std::string> documentsFolder() {
   return home;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace platform {
+namespace valdren::platform {
 
 // Each is absolute and ends without "/"; none when neither its variable nor HOME says where it is.
 // Folders are not created.
@@ -16,4 +16,4 @@ std::optional<std::string> stateFolder();
 /// XDG_DOCUMENTS_DIR, else the desktop's documents folder.
 std::optional<std::string> documentsFolder();
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -3,7 +3,7 @@
 #include "platform/storage/PropertyListForms.h"
 #include "platform/storage/RegularFile.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr std::size_t kLargestFile = 16 * 1024 * 1024;
@@ -22,4 +22,4 @@ std::optional<Value> readPropertyList(const std::string& path) {
   return parsePropertyList(file.bytes);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

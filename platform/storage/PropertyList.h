@@ -7,7 +7,7 @@
 
 #include "platform/base/Value.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// What the XML or binary property list holds; none when it is none, is nested deeper than 200
 /// levels or holds over 100,000 values. Data elements are read as base64 text, and what has no
@@ -17,4 +17,4 @@ std::optional<Value> parsePropertyList(std::string_view content);
 /// The same for a file; none also when there is no regular file of at most 16 MiB.
 std::optional<Value> readPropertyList(const std::string& path);
 
-}  // namespace platform
+}  // namespace valdren::platform

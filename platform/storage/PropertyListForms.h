@@ -6,7 +6,7 @@
 
 #include "platform/base/Value.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Bounds for both forms: few bytes may stand for endless content.
 inline constexpr int kDeepestPropertyList = 200;
@@ -16,4 +16,4 @@ inline constexpr int kMostPropertyListValues = 100'000;
 std::optional<Value> parseXMLPropertyList(std::string_view content);
 std::optional<Value> parseBinaryPropertyList(std::string_view content);
 
-}  // namespace platform
+}  // namespace valdren::platform

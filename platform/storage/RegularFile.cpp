@@ -8,7 +8,7 @@
 
 #include "platform/base/Descriptor.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr std::size_t kFirstPiece = 4096;
@@ -46,4 +46,4 @@ FileContent readRegularFile(const std::string& path, std::size_t mostBytes) {
   return {State::Read, std::move(bytes)};
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-namespace platform {
+namespace valdren::platform {
 
 struct FileContent {
   /// Unusable is what is no regular file, or is too large. Absent is also what cannot be opened.
@@ -18,4 +18,4 @@ struct FileContent {
 /// nothing is waited for: neither a FIFO's writer nor a device.
 FileContent readRegularFile(const std::string& path, std::size_t mostBytes);
 
-}  // namespace platform
+}  // namespace valdren::platform

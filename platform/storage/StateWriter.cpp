@@ -7,7 +7,7 @@
 #include "platform/base/Log.h"
 #include "platform/storage/AtomicFile.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr auto kRest = std::chrono::milliseconds(500);
@@ -107,4 +107,4 @@ void StateWriter::writeAll(std::unique_lock<std::mutex>& lock) {
   done_.notify_all();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-namespace platform {
+namespace valdren::platform {
 
 /// What is put is written soon, each file whole and synced: a kill at any instant leaves its old or
 /// its new content. Files are written in the order in which they were first put since they were
@@ -60,4 +60,4 @@ class StateWriter {
   std::thread thread_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

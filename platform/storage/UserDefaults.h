@@ -8,7 +8,7 @@
 #include "platform/base/Shared.h"
 #include "platform/base/Value.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class UserDefaults : public Shared<UserDefaults> {
  public:
@@ -30,4 +30,4 @@ class UserDefaults : public Shared<UserDefaults> {
   virtual bool flush() = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

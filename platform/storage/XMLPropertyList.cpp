@@ -9,7 +9,7 @@
 #include "platform/base/Text.h"
 #include "platform/storage/PropertyListForms.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// None unless the whole text is a number.
@@ -182,4 +182,4 @@ std::optional<Value> parseXMLPropertyList(std::string_view content) {
   return Reader(repairedUTF8(content)).read();  // one bad byte must not cost the rest
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -5,7 +5,7 @@
 #include "platform/ui/NativeImage.h"
 #include "platform/ui/NativeView.h"
 
-namespace platform {
+namespace valdren::platform {
 
 struct ActivityIndicator::Native {
   Gtk::Spinner spinner;
@@ -38,4 +38,4 @@ View* ActivityIndicator::hitTest(Point, EventType) {
   return nullptr;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -5,7 +5,7 @@
 
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 
 enum class ActivityIndicatorStyle : int { WhiteLarge = 0, White = 1, Gray = 2 };
 
@@ -26,4 +26,4 @@ class ActivityIndicator : public View {
   std::unique_ptr<Native> native_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

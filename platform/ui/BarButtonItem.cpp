@@ -1,6 +1,6 @@
 #include "platform/ui/BarButtonItem.h"
 
-namespace platform {
+namespace valdren::platform {
 
 std::shared_ptr<BarButtonItem> BarButtonItem::withImage(std::shared_ptr<Image> image,
                                                         Action action) {
@@ -47,4 +47,4 @@ double BarButtonItem::occupiedWidth() const {
   return view_ ? view_->frame().width : 0;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -9,7 +9,7 @@
 #include "platform/ui/Image.h"
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 
 enum class BarSystemItem { Done, FlexibleSpace, Action, Refresh };
 
@@ -52,4 +52,4 @@ class BarButtonItem {
   bool enabled_ = true;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 #include "platform/ui/NativeImage.h"
 #include "platform/ui/NativeView.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr int kSymbolPoints = 20;
@@ -100,4 +100,4 @@ void Button::clicked() {
   if (const std::function<void()> action = action_) action();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -8,7 +8,7 @@
 #include "platform/ui/Image.h"
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Symbols that the platform draws itself, in the colour of the text.
 enum class Symbol { None, Refresh, Action, Secure, NotSecure };
@@ -59,4 +59,4 @@ class Button : public View {
   bool enabled_ = true;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -9,7 +9,7 @@
 #include <wayland-client.h>
 #endif
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 GdkFrameClock* clockOf(GtkWindow* window) {
@@ -77,4 +77,4 @@ void FrameProbe::drop() {
 
 #endif
 
-}  // namespace platform
+}  // namespace valdren::platform

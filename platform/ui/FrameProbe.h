@@ -7,7 +7,7 @@
 typedef struct _GtkWindow GtkWindow;
 struct wl_callback;
 
-namespace platform {
+namespace valdren::platform {
 
 /// Asks for one frame of a window at a time, with nothing to draw. A desktop gives no frames to a
 /// window that nobody can see. The window must outlive it.
@@ -35,4 +35,4 @@ class FrameProbe {
   std::int64_t frame_ = -1;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -1,7 +1,7 @@
 // Points, sizes and rectangles, in points: the toolkit's logical pixels.
 #pragma once
 
-namespace platform {
+namespace valdren::platform {
 
 struct Point {
   double x = 0;
@@ -41,4 +41,4 @@ struct Color {
   bool operator==(const Color&) const = default;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -8,7 +8,7 @@
 
 #include "platform/ui/NativeImage.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr std::size_t kMostBytes = 4u << 20;
@@ -51,4 +51,4 @@ Image::Image(std::unique_ptr<Native> native, Size pixelSize, double scale)
 
 Image::~Image() = default;
 
-}  // namespace platform
+}  // namespace valdren::platform

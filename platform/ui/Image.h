@@ -6,7 +6,7 @@
 
 #include "platform/ui/Geometry.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class Image {
  public:
@@ -35,4 +35,4 @@ class Image {
   double scale_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

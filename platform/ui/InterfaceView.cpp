@@ -15,7 +15,7 @@
 #include "platform/ui/ScreenKeys.h"
 #include "platform/ui/TileLayout.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 std::string theResourceBase;
@@ -181,4 +181,4 @@ std::string InterfaceView::tooltipOfControl(std::string_view control) const {
   return button ? button->get_tooltip_text() : Glib::ustring();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

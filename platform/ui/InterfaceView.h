@@ -10,7 +10,7 @@
 
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// The controls are known by the ids that the file gives them.
 class InterfaceView : public View {
@@ -51,4 +51,4 @@ class InterfaceView : public View {
   std::unique_ptr<Widgets> widgets_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 #include "platform/ui/NativeImage.h"
 #include "platform/ui/NativeView.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr int kSymbolPoints = 9;
@@ -106,4 +106,4 @@ void Label::announce() {
   setAccessibilityLabel(all);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 #include "platform/ui/Button.h"
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Centred. Where room is short, the detail loses its end, or goes altogether, and the text loses
 /// its beginning; the tooltip tells all.
@@ -39,4 +39,4 @@ class Label : public View {
   Symbol symbol_ = Symbol::None;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -5,7 +5,7 @@
 #include "platform/base/Clock.h"
 #include "platform/base/Log.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// Between a press and the activation that comes of it, in seconds; a button shows a key's press
@@ -59,4 +59,4 @@ void LaunchPermit::giveBack(Touch touch) {
   if (touch == latest_) isUsed_ = false;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace platform {
+namespace valdren::platform {
 
 /// A touch older than this, in seconds, allows nothing any more: long enough for a tap's way
 /// through a few redirects.
@@ -42,4 +42,4 @@ class LaunchPermit {
   bool hasRefused_ = false;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

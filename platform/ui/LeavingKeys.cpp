@@ -5,7 +5,7 @@
 #include <gtkmm/gestureclick.h>
 #include <gtkmm/window.h>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr unsigned kBackMouseButton = 8;
@@ -44,4 +44,4 @@ void watchLeavingKeys(Gtk::Window& window, std::function<bool(LeavingKey)> handl
   window.add_controller(button);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@ namespace Gtk {
 class Window;
 }
 
-namespace platform {
+namespace valdren::platform {
 
 enum class LeavingKey { Cancel, Back };
 
@@ -15,4 +15,4 @@ enum class LeavingKey { Cancel, Back };
 /// handler lives as long as the window.
 void watchLeavingKeys(Gtk::Window& window, std::function<bool(LeavingKey)> handler);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -9,7 +9,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
@@ -163,4 +163,4 @@ spinner.white:not(:checked) { opacity: 0; }
                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

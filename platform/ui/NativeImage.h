@@ -9,7 +9,7 @@
 #include "platform/ui/Button.h"
 #include "platform/ui/Image.h"
 
-namespace platform {
+namespace valdren::platform {
 
 struct Image::Native {
   Glib::RefPtr<Gdk::Texture> texture;
@@ -48,4 +48,4 @@ class SymbolWidget final : public Gtk::Widget {
 /// Loads the looks of the widgets here and of buttons, bars and labels; once for the display.
 void loadWidgetStyle();
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -12,7 +12,7 @@
 
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// The widget. It asks for no size: its view's frame, or the window, says how large it is.
 class NativeView::Container final : public Gtk::Widget {
@@ -204,4 +204,4 @@ void NativeView::appearanceChanged() {
   container_->queue_draw();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

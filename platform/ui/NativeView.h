@@ -9,7 +9,7 @@ namespace Gtk {
 class Widget;
 }
 
-namespace platform {
+namespace valdren::platform {
 
 class View;
 
@@ -52,4 +52,4 @@ class NativeView {
   std::unique_ptr<FocusMemory> focusMemory_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

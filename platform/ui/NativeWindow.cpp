@@ -20,7 +20,7 @@
 #include "platform/ui/View.h"
 #include "platform/ui/WindowPlace.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr int kNarrowest = 280;
@@ -237,4 +237,4 @@ void NativeWindow::stopAnimation() {
   widgets_->animation = 0;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -12,7 +12,7 @@ class Window;
 }
 struct _GdkTexture;
 
-namespace platform {
+namespace valdren::platform {
 
 class View;
 
@@ -62,4 +62,4 @@ class NativeWindow {
   std::unique_ptr<Widgets> widgets_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr GdkModifierType kCommands =
@@ -91,4 +91,4 @@ void pressByKeys(GtkWidget* screen) {
   follow(screen, nullptr, nullptr);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

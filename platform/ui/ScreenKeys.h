@@ -3,7 +3,7 @@
 
 #include <gtk/gtk.h>
 
-namespace platform {
+namespace valdren::platform {
 
 /// Lets the shortcuts of `screen` hear every key of their window that its focused control or page
 /// has no use for, such as a field that is typed in, for as long as the screen is shown. A key acts
@@ -12,4 +12,4 @@ namespace platform {
 /// Control, Alt or Super held, none acts.
 void pressByKeys(GtkWidget* screen);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -9,7 +9,7 @@
 #include "platform/ui/NativeWindow.h"
 #include "platform/ui/Window.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr int kFrames = 3;
@@ -120,4 +120,4 @@ std::unique_ptr<Timer> whenKeyWindowHasSettled(std::function<void()> task) {
   return nullptr;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

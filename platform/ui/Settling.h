@@ -6,7 +6,7 @@
 
 typedef struct _GtkWindow GtkWindow;
 
-namespace platform {
+namespace valdren::platform {
 
 class Timer;
 
@@ -21,4 +21,4 @@ bool hasSettled(GtkWindow* window);
 /// See `Screen::whenSettled`.
 std::unique_ptr<Timer> whenKeyWindowHasSettled(std::function<void()> task);
 
-}  // namespace platform
+}  // namespace valdren::platform

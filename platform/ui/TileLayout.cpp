@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr int kMostColumns = 7;
@@ -252,4 +252,4 @@ void registerTileLayouts() {
   registerLayout("PlatformFootLayout", beFootLayout);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

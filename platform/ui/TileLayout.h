@@ -3,7 +3,7 @@
 
 #include <gtk/gtk.h>
 
-namespace platform {
+namespace valdren::platform {
 
 /// Makes the types that interface files may name:
 ///
@@ -18,4 +18,4 @@ namespace platform {
 /// and the first child gets all that is above both. "margin" is the room around the last child.
 void registerTileLayouts();
 
-}  // namespace platform
+}  // namespace valdren::platform

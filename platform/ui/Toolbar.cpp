@@ -4,7 +4,7 @@
 
 #include "platform/ui/NativeView.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr double kMargin = 8;
@@ -131,4 +131,4 @@ void Toolbar::layoutSubviews() {
                                 : Rect{space.start + 10, 0, space.width - 20, height});
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 #include "platform/ui/BarButtonItem.h"
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Lays its items out from left to right; flexible spaces share what is left over. Touches beside a
 /// narrow button, up to the middle of the space around it, count as touches of the button.
@@ -37,4 +37,4 @@ class Toolbar : public View {
   std::shared_ptr<View> prompt_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -11,7 +11,7 @@
 #include "platform/ui/NativeView.h"
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 using Type = Gdk::Event::Type;
@@ -90,4 +90,4 @@ void watchTouches(Gtk::Widget& widget, View& view) {
   widget.add_controller(controller);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -5,7 +5,7 @@ namespace Gtk {
 class Widget;
 }
 
-namespace platform {
+namespace valdren::platform {
 
 class View;
 
@@ -13,4 +13,4 @@ class View;
 /// widget or is it, and tells `LaunchPermit` of touches and keys. `view` outlives `widget`.
 void watchTouches(Gtk::Widget& widget, View& view);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -6,7 +6,7 @@
 #include "platform/ui/LaunchPermit.h"
 #include "platform/ui/NativeView.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 double usableLength(double length) {
@@ -158,4 +158,4 @@ bool View::tap(Point point) {
   return hit->tapped(point);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

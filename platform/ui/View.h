@@ -8,7 +8,7 @@
 #include "platform/base/WeakPtr.h"
 #include "platform/ui/Geometry.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class NativeView;
 class Window;
@@ -115,4 +115,4 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   std::unique_ptr<NativeView> native_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -3,7 +3,7 @@
 #include "platform/ui/InterfaceView.h"
 #include "platform/ui/Window.h"
 
-namespace platform {
+namespace valdren::platform {
 
 ViewController::ViewController() = default;
 
@@ -66,4 +66,4 @@ void ViewController::becomeFirstResponder() {
   if (view_) view_->becomeFirstResponder();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -9,7 +9,7 @@
 
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 
 enum class InterfaceOrientation : int {
   Unknown = 0,
@@ -107,4 +107,4 @@ class ViewController : public virtual Trackable,
   WeakPtr<Window> window_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 #include "platform/ui/NativeView.h"
 #include "platform/ui/NativeWindow.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr double kTransitionSeconds = 0.25;
@@ -368,4 +368,4 @@ bool Window::savePicture(const std::string& path) {
   return native_->savePicture(path);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

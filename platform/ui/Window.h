@@ -9,7 +9,7 @@
 
 #include "platform/ui/ViewController.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class NativeWindow;
 class Timer;
@@ -120,4 +120,4 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   bool shownForModalsOnly_ = false;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 GdkSurface* surfaceOf(GtkWindow* window) {
@@ -87,4 +87,4 @@ void moveTo(GtkWindow* window, const Rect& place) {
                     static_cast<unsigned>(moved(pixels->height, present->height, place.height)));
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,7 +7,7 @@
 
 typedef struct _GtkWindow GtkWindow;
 
-namespace platform {
+namespace valdren::platform {
 
 /// Whether the desktop tells windows their place and takes another; none on Wayland do.
 bool tellsPlace(GtkWindow* window);
@@ -22,4 +22,4 @@ bool isFree(GtkWindow* window);
 /// Asks for another place and size; nothing where `placeOf` is none.
 void moveTo(GtkWindow* window, const Rect& place);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -1,6 +1,6 @@
 #include "platform/web/DetectorScript.h"
 
-namespace platform {
+namespace valdren::platform {
 
 // Each repetition is bounded, so that no text makes a search long.
 const char* const kDetectorScript = R"js(
@@ -63,4 +63,4 @@ const char* const kDetectorScript = R"js(
 })();
 )js";
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -13,7 +13,7 @@
 #include "platform/base/Log.h"
 #include "platform/device/Launches.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr const char* kWebProcess = "WebKitWebProcess";
@@ -214,4 +214,4 @@ void EngineCheck::finish(const std::string& problem) {
   for (const auto& known : std::exchange(waiting_, {})) known();
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

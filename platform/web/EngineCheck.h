@@ -10,7 +10,7 @@
 #include "platform/base/RunLoop.h"
 #include "platform/base/Shared.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// What the engine starts; absolute paths or names to be found in PATH.
 struct EnginePrograms {
@@ -52,4 +52,4 @@ class EngineCheck : public Shared<EngineCheck>, public Trackable {
   std::vector<std::function<void()>> waiting_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -2,7 +2,7 @@
 
 #include "platform/base/RunLoop.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// So long may the next load of a page take to start once the former was cancelled for it.
@@ -81,4 +81,4 @@ void LoadTracker::failUnlessReplaced(double seconds, const Error& error) {
   });
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

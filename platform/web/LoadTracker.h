@@ -6,7 +6,7 @@
 
 #include "platform/web/WebView.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Turns the browser engine's events into the client's. A load that was told to have started ends
 /// with exactly one "finished" or "failed", unless another load takes its place. A navigation that
@@ -48,4 +48,4 @@ class LoadTracker : public Trackable {
   bool started_ = false;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -11,7 +11,7 @@
 #include "platform/base/Log.h"
 #include "platform/base/RunLoop.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// A page can store hundreds of megabytes in a second.
@@ -81,4 +81,4 @@ void guardNetworkProcess(double mebibytes) {
   static_cast<void>(guard);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -1,7 +1,7 @@
 // The bound on the memory of the engine's network process.
 #pragma once
 
-namespace platform {
+namespace valdren::platform {
 
 /// Looks once a second at the network process, which keeps what pages store, and ends it when it
 /// has more than `mebibytes` resident. The engine starts a new one: loads under way fail, and what
@@ -11,4 +11,4 @@ namespace platform {
 /// is one that is no child of this process, as where a portal starts the engine's processes.
 void guardNetworkProcess(double mebibytes);
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -8,7 +8,7 @@
 #include "platform/base/Log.h"
 #include "platform/base/RunLoop.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// As long as the action lasts. A page may make it as long as it likes, so it is copied only once
@@ -173,4 +173,4 @@ void NavigationPolicy::use(WebKitPolicyDecision* decision) const {
   webkit_policy_decision_use_with_policies(decision, policies.get());
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -11,7 +11,7 @@
 #include "platform/web/PageBudget.h"
 #include "platform/web/WebView.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Asks the client about each navigation of the main frame and of subframes, and about each new
 /// window, which becomes a navigation of the same view. Whatever the client says, only what a web
@@ -62,4 +62,4 @@ class NavigationPolicy : public Trackable {
   bool saidTooLong_ = false;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

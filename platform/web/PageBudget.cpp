@@ -4,7 +4,7 @@
 
 #include "platform/base/Clock.h"
 
-namespace platform {
+namespace valdren::platform {
 
 bool PageBudget::take(std::size_t bytes) {
   const double now = Clock::shared().monotonicSeconds();
@@ -21,4 +21,4 @@ bool PageBudget::take(std::size_t bytes) {
   return true;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-namespace platform {
+namespace valdren::platform {
 
 /// A page may send message after message, and each costs the application's time, a long one more
 /// than a short one. A burst is free; after it only so much a second.
@@ -28,4 +28,4 @@ class PageBudget {
   double refused_ = 0;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

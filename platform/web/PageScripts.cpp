@@ -6,7 +6,7 @@
 #include "platform/web/DetectorScript.h"
 #include "platform/web/PingFilter.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr const char* kWorld = "platform";
@@ -83,4 +83,4 @@ void PageScripts::add(const char* source) {
   webkit_user_script_unref(script);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

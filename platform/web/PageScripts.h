@@ -7,7 +7,7 @@
 
 #include "platform/base/GObjectPtr.h"
 
-namespace platform {
+namespace valdren::platform {
 
 class PageScripts {
  public:
@@ -35,4 +35,4 @@ class PageScripts {
   bool measures_ = false;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,7 +4,7 @@
 
 #include "platform/base/Log.h"
 
-namespace platform {
+namespace valdren::platform {
 
 void PageWatch::start() {
   stop();
@@ -47,4 +47,4 @@ void PageWatch::ask() {
       answered.release());
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

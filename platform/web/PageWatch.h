@@ -7,7 +7,7 @@
 
 #include "platform/base/RunLoop.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Asks a page again and again for a small thing that only its own thread can say, whether the
 /// person does anything in it or not, and ends the web process of a page that does not answer.
@@ -39,4 +39,4 @@ class PageWatch : public Trackable {
   int found_ = 0;  // without an answer
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -2,7 +2,7 @@
 
 #include <webkit/webkit.h>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// Whether the window is in the midst of an event, such as a key that moves the focus.
@@ -40,4 +40,4 @@ GType pageWidgetType() {
   return type;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -10,7 +10,7 @@
 #include "platform/base/GObjectPtr.h"
 #include "platform/base/Log.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr const char* kName = "pings";
@@ -92,4 +92,4 @@ void refusePings(WebKitUserContentManager* manager) {
   filter->addTo(manager);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

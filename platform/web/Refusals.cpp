@@ -11,7 +11,7 @@
 #include "platform/base/Log.h"
 #include "platform/web/PageBudget.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// A script that asks again and again never lets its page do anything else.
@@ -180,4 +180,4 @@ WebKitSettings* makeStrangersSettings() {
   return settings;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

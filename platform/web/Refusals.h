@@ -3,7 +3,7 @@
 
 #include <webkit/webkit.h>
 
-namespace platform {
+namespace valdren::platform {
 
 /// Refuses, at once and without a dialog, whatever would reach beyond the page or wait for the
 /// person: permissions, dialogs, passwords, files, colours, printing, notices, the whole screen,
@@ -13,4 +13,4 @@ void refuseWhatReachesBeyondThePage(WebKitWebView* view);
 /// Settings of a page that is a stranger's.
 WebKitSettings* makeStrangersSettings();
 
-}  // namespace platform
+}  // namespace valdren::platform

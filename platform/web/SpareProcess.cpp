@@ -6,7 +6,7 @@
 #include "platform/web/Refusals.h"
 #include "platform/web/WebSession.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// Between the press of a finger and the page that it opens, with time to hesitate, in seconds.
@@ -45,4 +45,4 @@ GObjectPtr<WebKitWebView> takeSpareProcess() {
   return std::move(spare().view);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

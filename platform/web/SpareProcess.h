@@ -5,7 +5,7 @@
 
 #include "platform/base/GObjectPtr.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Starts one unless one is ready already. Not taken within some seconds, it ends.
 void startSpareProcess();
@@ -14,4 +14,4 @@ void startSpareProcess();
 /// none. The process lives on as long as either view does.
 GObjectPtr<WebKitWebView> takeSpareProcess();
 
-}  // namespace platform
+}  // namespace valdren::platform

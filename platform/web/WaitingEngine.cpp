@@ -5,7 +5,7 @@
 #include "platform/web/EngineCheck.h"
 #include "platform/web/Refusals.h"
 
-namespace platform {
+namespace valdren::platform {
 
 WaitingEngine::WaitingEngine(View& host, Client& client, WebEngine* related)
     : host_(host), client_(client), related_(dynamic_cast<WaitingEngine*>(related)) {
@@ -87,4 +87,4 @@ std::string WaitingEngine::userAgent() const {
   return webkit_settings_get_user_agent(settings.get());
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

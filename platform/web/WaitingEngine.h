@@ -9,7 +9,7 @@
 #include "platform/web/WebKitEngine.h"
 #include "platform/web/WebView.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// Keeps what is asked of it and hands it on to a `WebKitEngine` made as soon as `EngineCheck` says
 /// that there can be one. Where there can be none, every load fails.
@@ -66,4 +66,4 @@ class WaitingEngine final : public WebEngine, public Trackable {
   std::vector<Action> scripts_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -17,7 +17,7 @@
 #include "platform/web/WaitingEngine.h"
 #include "platform/web/WebSession.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 constexpr const char* kBlank = "about:blank";
@@ -437,4 +437,4 @@ WebEngines& WebEngines::standard() {
   return engines;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -11,7 +11,7 @@
 #include "platform/web/PageWatch.h"
 #include "platform/web/WebView.h"
 
-namespace platform {
+namespace valdren::platform {
 
 /// May be destroyed inside any of its client's callbacks.
 class WebKitEngine final : public WebEngine, public Trackable {
@@ -90,4 +90,4 @@ class WebKitEngine final : public WebEngine, public Trackable {
   bool insecureContent_ = false;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

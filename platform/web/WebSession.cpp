@@ -4,7 +4,7 @@
 
 #include "platform/web/MemoryGuard.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// A page that wants more ends with its web process; heavy landing pages need about a third.
@@ -68,4 +68,4 @@ WebKitNetworkSession* webSession() {
   return session;
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -3,7 +3,7 @@
 
 #include <webkit/webkit.h>
 
-namespace platform {
+namespace valdren::platform {
 
 /// Bounds the memory of web processes and keeps none of them in reserve. Lives to the end.
 WebKitWebContext* webContext();
@@ -12,4 +12,4 @@ WebKitWebContext* webContext();
 /// network process is ended and started anew when it takes more memory than its limit.
 WebKitNetworkSession* webSession();
 
-}  // namespace platform
+}  // namespace valdren::platform

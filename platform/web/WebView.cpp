@@ -4,7 +4,7 @@
 
 #include "platform/base/Log.h"
 
-namespace platform {
+namespace valdren::platform {
 
 namespace {
 
@@ -159,4 +159,4 @@ void WebView::engineDidChangeTitle() {
   if (WebViewDelegate* const delegate = delegate_.get()) delegate->webViewDidChangeTitle(*this);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

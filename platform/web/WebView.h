@@ -10,7 +10,7 @@
 #include "platform/net/URLConnection.h"
 #include "platform/ui/View.h"
 
-namespace platform {
+namespace valdren::platform {
 
 enum class NavigationType : int {
   LinkClicked = 0,
@@ -176,4 +176,4 @@ class WebView : public View, private WebEngine::Client {
   std::unique_ptr<WebEngine> engine_;
 };
 
-}  // namespace platform
+}  // namespace valdren::platform

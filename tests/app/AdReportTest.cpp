@@ -8,6 +8,8 @@
 #include "sandbox/Sandbox.h"
 #include "tests/sandbox/Client.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace quorbel;

@@ -10,6 +10,8 @@
 #include "platform/base/RunLoop.h"
 #include "platform/ui/NativeWindow.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::ApplicationDescription;

@@ -50,7 +50,7 @@ void FakeAudioPlayer::stop() {
 
 }  // namespace quorbel_tests
 
-namespace platform {
+namespace valdren::platform {
 
 // In place of the sound library's own.
 std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& path) {
@@ -64,4 +64,4 @@ void AudioPlayer::awaitSound(const Trackable&, std::function<void()> back) {
   quorbel_tests::FakeAudioPlayer::soundAwaited() = std::move(back);
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,6 +7,8 @@
 
 #include "platform/audio/AudioPlayer.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 class FakeAudioPlayer final : public platform::AudioPlayer {

@@ -19,6 +19,8 @@
 #include "tests/support/Pointer.h"
 #include "tests/support/Process.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::InterfaceOrientation;

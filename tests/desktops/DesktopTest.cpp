@@ -15,6 +15,8 @@
 #include "tests/support/Process.h"
 #include "tests/support/WebPage.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using quorbel_tests::Page;

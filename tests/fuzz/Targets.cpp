@@ -23,6 +23,8 @@
 #include "platform/storage/PropertyList.h"
 #include "sandbox/AdNetwork.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 namespace {
 

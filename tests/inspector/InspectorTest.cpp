@@ -7,6 +7,8 @@
 #include "tests/inspector/Browser.h"
 #include "tests/sandbox/Client.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace inspector_tests;

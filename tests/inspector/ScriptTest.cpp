@@ -8,6 +8,8 @@
 #include "tests/sandbox/Client.h"
 #include "tests/support/Loop.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace inspector_tests;

@@ -6,6 +6,8 @@
 
 #include "platform/base/Json.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox_tests {
 namespace {
 

@@ -7,6 +7,8 @@
 
 #include "platform/base/Value.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox_tests {
 
 using Headers = std::vector<std::pair<std::string, std::string>>;

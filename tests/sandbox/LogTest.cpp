@@ -10,6 +10,8 @@
 #include "sandbox/Sealed.h"
 #include "tests/sandbox/Client.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace sandbox_tests;

@@ -18,6 +18,8 @@
 #include "tests/support/LogLines.h"
 #include "tests/support/Loop.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace valdren;

@@ -4,6 +4,8 @@
 
 #include "platform/base/NotificationCenter.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 void FakeApplication::setStatusBarHidden(bool hidden) {

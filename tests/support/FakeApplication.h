@@ -10,6 +10,8 @@
 
 #include "platform/application/Application.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// In force from its construction to its destruction.

@@ -5,6 +5,8 @@
 #include "platform/device/AudioSession.h"
 #include "platform/device/Device.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// In force while it lives. Every answer is a member that the test may change.

@@ -1,5 +1,7 @@
 #include "tests/support/FakeURLLoading.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 class FakeURLLoading::Fetch::Connection final : public platform::URLConnection {

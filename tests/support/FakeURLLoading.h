@@ -8,6 +8,8 @@
 
 #include "platform/net/URLConnection.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// In force from its construction to its destruction.

@@ -1,5 +1,7 @@
 #include "tests/support/FakeUserDefaults.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 std::optional<platform::Value> FakeUserDefaults::objectForKey(std::string_view key) const {

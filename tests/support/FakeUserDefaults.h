@@ -6,6 +6,8 @@
 
 #include "platform/storage/UserDefaults.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// In force from its construction to its destruction. `written` holds what a process that is

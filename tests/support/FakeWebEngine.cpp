@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 using platform::URL;

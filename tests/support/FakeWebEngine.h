@@ -8,6 +8,8 @@
 
 #include "platform/web/WebView.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 class FakeWebEngines;

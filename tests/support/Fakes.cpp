@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 void FakeRunLoop::advance(double seconds) {

@@ -6,6 +6,8 @@
 #include "platform/base/Clock.h"
 #include "platform/base/RunLoop.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// A clock that stands still until it is told to move. Begins at 1 January 2020 UTC, 1000 seconds

@@ -2,6 +2,8 @@
 
 #include "tests/support/Loop.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 bool FetchRecorder::fetch(const platform::URLRequest& request) {

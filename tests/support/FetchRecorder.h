@@ -9,6 +9,8 @@
 
 #include "platform/net/URLConnection.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 class FetchRecorder : public platform::URLConnectionDelegate {

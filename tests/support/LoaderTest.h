@@ -25,6 +25,8 @@
 #include "tests/support/Fakes.h"
 #include "tests/support/LogLines.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// Writes down what the publisher is told: "received", "failed 2" and so on.

@@ -13,6 +13,8 @@
 #include "platform/base/Text.h"
 #include "tests/support/SelfSignedCertificate.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 namespace {
 

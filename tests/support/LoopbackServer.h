@@ -10,6 +10,8 @@
 
 #include "platform/net/URLConnection.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 struct LoopbackRequest {

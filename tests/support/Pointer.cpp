@@ -7,6 +7,8 @@
 
 #include "tests/support/Loop.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 namespace {
 

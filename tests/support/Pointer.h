@@ -5,6 +5,8 @@
 
 #include "platform/ui/Geometry.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// Whether the display has a pointer that a test may move.

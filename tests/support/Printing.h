@@ -5,7 +5,7 @@
 
 #include "platform/base/Value.h"
 
-namespace platform {
+namespace valdren::platform {
 
 inline void PrintTo(const Dictionary& dictionary, std::ostream* out) {
   *out << '{';
@@ -17,4 +17,4 @@ inline void PrintTo(const Value& value, std::ostream* out) {
   *out << value.description() << " (kind " << static_cast<int>(value.kind()) << ')';
 }
 
-}  // namespace platform
+}  // namespace valdren::platform

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 namespace {
 

@@ -5,6 +5,8 @@
 
 #include "platform/base/GObjectPtr.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// Made anew at each call, for 127.0.0.1, valid for an hour.

@@ -16,6 +16,8 @@
 #include "tests/support/Loop.h"
 #include "tests/support/Pointer.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 using platform::URL;

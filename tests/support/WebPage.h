@@ -10,6 +10,8 @@
 #include "platform/ui/Window.h"
 #include "platform/web/WebView.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// Keeps what it was asked and told as lines: "ask TYPE ADDRESS", "start", "finish", "fail".

@@ -10,6 +10,8 @@
 #include "platform/base/RunLoop.h"
 #include "tests/support/Loop.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace valdren;

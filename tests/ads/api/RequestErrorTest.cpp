@@ -7,6 +7,8 @@
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/Printing.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace valdren;

@@ -18,6 +18,8 @@
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace valdren;

@@ -5,6 +5,8 @@
 #include "platform/base/NotificationCenter.h"
 #include "tests/support/LoaderTest.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace valdren;

@@ -5,6 +5,8 @@
 #include "ads/web/VADScreen.h"
 #include "tests/support/LoaderTest.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace valdren;

@@ -17,6 +17,8 @@
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
 
+namespace platform = valdren::platform;
+
 namespace valdren {
 namespace {
 

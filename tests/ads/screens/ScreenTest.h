@@ -19,6 +19,8 @@
 #include "tests/support/FakeWebEngine.h"
 #include "tests/support/Fakes.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// Writes down, in order, what the publisher and the application are told.

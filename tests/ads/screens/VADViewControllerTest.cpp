@@ -4,6 +4,8 @@
 #include "platform/base/RunLoop.h"
 #include "tests/ads/screens/ScreenTest.h"
 
+namespace platform = valdren::platform;
+
 namespace valdren {
 namespace {
 

@@ -7,6 +7,8 @@
 #include "ads/support/VADPrivateUtilities.h"
 #include "tests/ads/screens/ScreenTest.h"
 
+namespace platform = valdren::platform;
+
 namespace valdren {
 namespace {
 

@@ -10,6 +10,8 @@
 #include "tests/support/Fakes.h"
 #include "tests/support/Printing.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Dictionary;

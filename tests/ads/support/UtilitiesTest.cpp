@@ -9,6 +9,8 @@
 #include "ads/support/VADPrivateUtilities.h"
 #include "tests/support/Printing.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Array;

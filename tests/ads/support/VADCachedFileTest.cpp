@@ -18,6 +18,8 @@
 #include "tests/support/Fakes.h"
 #include "tests/support/LogLines.h"
 
+namespace platform = valdren::platform;
+
 namespace valdren {
 namespace {
 

@@ -11,6 +11,8 @@
 #include "tests/support/Printing.h"
 #include "tests/support/Process.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Dictionary;

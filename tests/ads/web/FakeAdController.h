@@ -10,6 +10,8 @@
 #include "ads/web/VADAdController.h"
 #include "ads/web/VADWebView.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// Writes down each "state NUMBER" and "track URL" in `events`, which outlives it.

@@ -6,6 +6,8 @@
 
 #include "ads/web/VADOpener.h"
 
+namespace platform = valdren::platform;
+
 namespace quorbel_tests {
 
 /// Decides on messages as every opener does. `events` outlives it.

@@ -4,6 +4,8 @@
 #include "ads/telemetry/VADTiming.h"
 #include "tests/ads/screens/ScreenTest.h"
 
+namespace platform = valdren::platform;
+
 namespace valdren {
 namespace {
 

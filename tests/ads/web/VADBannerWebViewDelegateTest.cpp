@@ -14,6 +14,8 @@
 #include "tests/support/FakeWebEngine.h"
 #include "tests/support/Fakes.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace valdren;

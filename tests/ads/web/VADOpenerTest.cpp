@@ -11,6 +11,8 @@
 #include "tests/ads/web/RecordingOpener.h"
 #include "tests/support/FakeURLLoading.h"
 
+namespace platform = valdren::platform;
+
 namespace valdren {
 namespace {
 

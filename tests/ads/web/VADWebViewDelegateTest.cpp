@@ -19,6 +19,8 @@
 #include "tests/support/Fakes.h"
 #include "tests/support/LogLines.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace valdren;

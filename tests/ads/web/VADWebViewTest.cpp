@@ -4,6 +4,8 @@
 
 #include "tests/support/FakeWebEngine.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using quorbel_tests::FakeWebEngines;

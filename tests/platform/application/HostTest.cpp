@@ -7,7 +7,7 @@
 #include "platform/ui/Window.h"
 #include "tests/support/Loop.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 class HostTest : public ::testing::Test {
@@ -87,4 +87,4 @@ TEST_F(HostTest, AWindowThatIsDestroyedUnderAPresentedScreenTakesItAlong) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace valdren::platform

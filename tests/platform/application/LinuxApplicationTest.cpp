@@ -19,7 +19,7 @@
 #include "tests/support/Pointer.h"
 #include "tests/support/Process.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 using quorbel_tests::FakeClock;
@@ -292,4 +292,4 @@ TEST(MailServiceTest, AMailNobodyAskedForIsNotWritten) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace valdren::platform

@@ -5,7 +5,7 @@
 
 #include "platform/ui/ViewController.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 struct FakeMailService final : MailService {
@@ -77,4 +77,4 @@ TEST(MailComposer, LivesUntilItsDelegateHasBeenToldOrIsGone) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace valdren::platform

@@ -10,6 +10,8 @@
 #include "platform/audio/Voice.h"
 #include "tests/platform/audio/AudioFiles.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::DecodedClip;

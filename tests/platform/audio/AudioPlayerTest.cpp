@@ -17,6 +17,8 @@
 #include "tests/support/Loop.h"
 #include "tests/support/PrivateSoundServer.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::AudioPlayer;

@@ -4,6 +4,8 @@
 
 #include "tests/support/Process.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Key128;

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Array;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Notification;

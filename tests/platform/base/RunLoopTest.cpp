@@ -8,6 +8,8 @@
 
 #include "tests/support/Loop.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::RunLoop;

@@ -5,6 +5,8 @@
 #include "platform/base/Log.h"
 #include "tests/support/Process.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::isUTF8;

@@ -10,7 +10,7 @@
 #include "platform/base/GObjectPtr.h"
 #include "tests/support/Loop.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 using quorbel_tests::runFor;
@@ -87,4 +87,4 @@ TEST(SystemSoundTest, VibratesThroughTheFeedbackDaemonOneAtATime) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace valdren::platform

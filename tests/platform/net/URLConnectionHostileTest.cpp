@@ -10,7 +10,7 @@
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 using quorbel_tests::FakeRunLoop;
@@ -154,4 +154,4 @@ TEST(SilentServerTest, ADripKeepsAFetchAliveButNotForEver) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace valdren::platform

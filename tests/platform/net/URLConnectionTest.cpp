@@ -10,7 +10,7 @@
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 using quorbel_tests::FetchRecorder;
@@ -320,4 +320,4 @@ TEST(LocationTest, LeadsToAURLHoweverItIsWritten) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace valdren::platform

@@ -5,6 +5,8 @@
 #include "platform/storage/Folders.h"
 #include "tests/support/Process.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Bundle;

@@ -18,6 +18,8 @@
 #include "tests/support/LogLines.h"
 #include "tests/support/Process.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 std::atomic<int> syncsHere = 0;

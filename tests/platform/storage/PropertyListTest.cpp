@@ -7,6 +7,8 @@
 
 #include "tests/support/Process.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Dictionary;

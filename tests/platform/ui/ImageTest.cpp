@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 /// 2 by 1 pixels, opaque.
@@ -42,4 +42,4 @@ TEST(Image, IsNoneForWhatIsNoWholePictureOrTooLarge) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace valdren::platform

@@ -7,6 +7,8 @@
 #include "platform/ui/Window.h"
 #include "tests/support/Loop.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Rect;

@@ -6,6 +6,8 @@
 #include "tests/support/Loop.h"
 #include "tests/support/WebPage.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::Button;

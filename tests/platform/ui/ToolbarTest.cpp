@@ -8,7 +8,7 @@
 #include "platform/ui/Label.h"
 #include "platform/ui/NativeView.h"
 
-namespace platform {
+namespace valdren::platform {
 namespace {
 
 std::shared_ptr<BarButtonItem> itemOfWidth(double width, BarButtonItem::Action action = {}) {
@@ -155,4 +155,4 @@ TEST(Label, ATextOfAPageStaysOnItsLineAndInItsDirection) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace valdren::platform

@@ -4,6 +4,8 @@
 
 #include <limits>
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::EventType;

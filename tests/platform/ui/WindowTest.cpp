@@ -14,6 +14,8 @@
 #include "platform/ui/WindowPlace.h"
 #include "tests/support/Loop.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::InterfaceOrientation;

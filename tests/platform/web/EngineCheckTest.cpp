@@ -11,6 +11,8 @@
 #include "tests/support/Process.h"
 #include "tests/support/WebPage.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using platform::EngineCheck;

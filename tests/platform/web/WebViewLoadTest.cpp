@@ -7,6 +7,8 @@
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/WebPage.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace quorbel_tests;

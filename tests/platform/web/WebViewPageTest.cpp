@@ -12,6 +12,8 @@
 #include "tests/support/Pointer.h"
 #include "tests/support/WebPage.h"
 
+namespace platform = valdren::platform;
+
 namespace {
 
 using namespace quorbel_tests;
