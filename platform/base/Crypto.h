@@ -14,8 +14,8 @@ using Key128 = std::array<std::uint8_t, 16>;
 std::array<std::uint8_t, 16> md5(std::string_view data);
 std::array<std::uint8_t, 32> sha256(std::string_view data);
 
-/// AES-128 in CBC mode without padding. None when `data` is no multiple of 16 bytes or the library
-/// reports a failure.
+/// AES-128 in CBC mode without padding. None when `data` is not a multiple of 16 bytes or the
+/// library reports a failure.
 std::optional<std::string> encryptAES128CBC(std::string_view data, const Key128& key,
                                             const std::array<std::uint8_t, 16>& vector);
 

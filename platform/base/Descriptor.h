@@ -1,4 +1,4 @@
-// An open file of the system's, closed when it goes.
+// A file descriptor that closes itself.
 #pragma once
 
 #include <unistd.h>
@@ -7,7 +7,7 @@ namespace valdren::platform {
 
 class Descriptor {
  public:
-  /// Owns the number from now on; one below 0 is none.
+  /// Takes ownership. A negative number means that no file is open.
   explicit Descriptor(int number) : number_(number) {}
   ~Descriptor() {
     if (number_ >= 0) ::close(number_);

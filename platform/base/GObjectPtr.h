@@ -14,7 +14,7 @@ struct GObjectUnref {
 template <class T>
 using GObjectPtr = std::unique_ptr<T, GObjectUnref>;
 
-/// A further reference to the object, which may be null.
+/// One more reference to the object, which may be null.
 template <class T>
 GObjectPtr<T> shareGObject(T* object) {
   if (object) g_object_ref(object);

@@ -13,7 +13,7 @@ namespace json = boost::json;
 constexpr int kDeepest = 512;
 constexpr double kLargestWholeDouble = 9007199254740992.0;
 
-/// Sets `isWhole` to false where the text's number is too large to be kept.
+/// Sets `isWhole` to false when a number is too large for a double.
 Value valueFrom(const json::value& source, bool& isWhole) {
   switch (source.kind()) {
     case json::kind::null: return nullptr;
@@ -95,7 +95,7 @@ bool convert(const Value& source, json::value& target, int depth) {
 
 void appendIndented(const json::value& value, std::size_t level, std::string& text);
 
-/// Writes what stands between an array's or object's brackets, an element a line.
+/// Writes the elements between the brackets of an array or object, one per line.
 template <class Elements, class AppendElement>
 void appendLines(const Elements& elements, std::size_t level, std::string& text,
                  AppendElement appendElement) {

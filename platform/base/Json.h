@@ -9,10 +9,9 @@
 
 namespace valdren::platform {
 
-/// The value that the text holds; absent when it is no JSON, is nested deeper than 512, holds a
-/// number beyond a double's range, which could not be written again, or is not UTF-8. Keys keep
-/// their order; of repeated keys the last one's value counts. Integers beyond 64 bits become
-/// doubles.
+/// Parses a text. Absent when it is not JSON, not UTF-8, nested deeper than 512, or holds a number
+/// beyond a double's range. Keys keep their order; the last of several equal keys counts. Integers
+/// beyond 64 bits become doubles.
 std::optional<Value> parseJson(std::string_view text);
 
 /// Compact JSON, keys in the dictionary's order. Whole doubles are written without a fraction,
@@ -20,7 +19,7 @@ std::optional<Value> parseJson(std::string_view text);
 /// not UTF-8, or is nested deeper than 512.
 std::optional<std::string> writeJson(const Value& value);
 
-/// The same for people: two blanks a level, ending in a line break.
+/// The same, indented by two spaces per level and ended by a line break.
 std::optional<std::string> writeIndentedJson(const Value& value);
 
 }  // namespace valdren::platform

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+
 namespace valdren::platform {
 namespace {
 
@@ -25,7 +26,7 @@ struct NotificationCenter::Registration {
 };
 
 NotificationCenter& NotificationCenter::defaultCenter() {
-  // Never destroyed: observers take their leave while the process ends.
+  // Never destroyed: observers still unregister while the process ends.
   static auto* const center = new NotificationCenter;
   return *center;
 }

@@ -13,8 +13,8 @@
 
 namespace valdren::platform {
 
-/// What an observer is told. `object` is the sender's identity, only good for comparison: it may be
-/// null, and it owns nothing.
+/// What an observer receives. `object` identifies the sender and is only good for comparison. It
+/// may be null and owns nothing.
 struct Notification {
   std::string name;
   const void* object = nullptr;
@@ -22,9 +22,9 @@ struct Notification {
   std::optional<Dictionary> userInfo;
 };
 
-/// Delivers at once, on the poster's thread (the main thread), in the order of registration. An
-/// observer that dies or is removed during a delivery is not called any more; one that is added
-/// during a delivery is not called by it.
+/// Delivers at once, on the calling thread (the main thread), in the order of registration. An
+/// observer that is destroyed or removed during a delivery is not called any more; one that is
+/// added during a delivery is not called by it.
 class NotificationCenter {
  public:
   using Handler = std::function<void(const Notification&)>;

@@ -15,10 +15,10 @@
 namespace valdren::platform {
 namespace {
 
-/// About three years: longer waits are as good as this one, and fit the main context's counter.
+/// About three years. Longer waits would overflow the main context's counter.
 constexpr double kLongestWait = 1e8;
 
-/// Noted while the program starts: whoever asks first may be another thread.
+/// Set during static initialisation, which runs on the main thread.
 const std::thread::id kMainThread = std::this_thread::get_id();
 
 double boundedDelay(double seconds) {
@@ -35,8 +35,7 @@ class GLibRunLoop final : public RunLoop {
       return;
     }
     Handover handover{task};
-    // Not g_main_context_invoke: while the main thread does not turn its loop, that would run the
-    // task here.
+    // g_main_context_invoke would run the task on this thread while the main loop is not running.
     GSource* const source = g_idle_source_new();
     g_source_set_priority(source, G_PRIORITY_DEFAULT);
     g_source_set_callback(source, runHandover, &handover, nullptr);
@@ -157,7 +156,7 @@ std::unique_ptr<Timer> RunLoop::scheduleTimer(double seconds, Task task) {
 }
 
 bool RunLoop::turnUntil(const std::function<bool()>& done, double seconds) {
-  constexpr double kAskAgainAfter = 0.01;  // not every answer comes through the loop
+  constexpr double kAskAgainAfter = 0.01;  // some conditions change without an event
   const double end = Clock::shared().monotonicSeconds() + seconds;
   while (!done()) {
     if (Clock::shared().monotonicSeconds() >= end) return false;

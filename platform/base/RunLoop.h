@@ -1,4 +1,4 @@
-// The main thread's run loop: delayed calls that die with their target, one-shot timers, calls from
+// The main thread's run loop: delayed calls that end with their target, one-shot timers, calls from
 // other threads.
 #pragma once
 
@@ -40,7 +40,7 @@ class RunLoop : public Shared<RunLoop> {
   /// Runs `task` once after `seconds` unless the timer is destroyed first. Bounds as above.
   std::unique_ptr<Timer> scheduleTimer(double seconds, Task task);
 
-  /// For programs that run no application: turns the loop until `done` says yes. False when
+  /// For programs without an application: runs the loop until `done` returns true. False when
   /// `seconds` pass first.
   static bool turnUntil(const std::function<bool()>& done, double seconds);
 
@@ -49,8 +49,8 @@ class RunLoop : public Shared<RunLoop> {
 
   virtual bool isMainThread() const = 0;
 
-  /// Runs `task` on the main thread and returns when it is done; at once when called there. Must
-  /// not be called while holding a lock that the main thread may want.
+  /// Runs `task` on the main thread and returns when it is done; at once when called there. The
+  /// caller must not hold a lock that the main thread may need.
   virtual void performOnMainThreadAndWait(const Task& task) = 0;
 
  protected:
@@ -58,7 +58,7 @@ class RunLoop : public Shared<RunLoop> {
 
   /// Calls `task` once, on the main thread, after `seconds` (0 or more, finite).
   virtual SourceID addSource(double seconds, Task task) = 0;
-  /// Forgets a source that has not been called yet.
+  /// Removes a source that has not been called yet.
   virtual void removeSource(SourceID source) = 0;
 
  private:

@@ -1,4 +1,4 @@
-// The one way in which a platform service is found, and replaced in a test.
+// How platform services are found, and replaced in tests.
 #pragma once
 
 namespace valdren::platform {

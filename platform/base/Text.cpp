@@ -12,7 +12,7 @@ bool isASCII(std::string_view text) {
                      [](char character) { return static_cast<unsigned char>(character) < 0x80; });
 }
 
-/// How much of the text's beginning is UTF-8.
+/// Length in bytes of the part at the start that is UTF-8.
 std::size_t validUTF8Length(std::string_view text) {
   std::size_t valid = 0;
   while (true) {
@@ -20,17 +20,17 @@ std::size_t validUTF8Length(std::string_view text) {
     if (g_utf8_validate_len(text.data() + valid, text.size() - valid, &end)) return text.size();
     valid = static_cast<std::size_t>(end - text.data());
     if (text[valid] != '\0') return valid;
-    ++valid;  // the library stops at it, but it is a character like any other
+    ++valid;  // GLib stops at a NUL, which is valid here
   }
 }
 
-/// White space as Unicode has it, line breaks, and the byte order mark, which stands for no text.
+/// Unicode white space, line breaks and the byte order mark.
 bool isBlank(gunichar character) {
   return g_unichar_isspace(character) || character == '\v' || character == 0x85 ||
          character == 0xFEFF;
 }
 
-/// How many bytes the text's first character takes; 0 when it is not blank.
+/// Length in bytes of the first character if it is blank, else 0.
 std::size_t blankLengthAtStart(std::string_view text) {
   const gunichar first = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
   if (text.empty() || !g_unichar_validate(first) || !isBlank(first)) return 0;
@@ -75,7 +75,7 @@ std::string lowercase(std::string_view text) {
     return result;
   }
   std::string result;
-  while (true) {  // the library stops at a NUL
+  while (true) {  // GLib stops at a NUL
     const std::string_view piece = text.substr(0, text.find('\0'));
     result += taken(g_utf8_strdown(piece.data(), static_cast<gssize>(piece.size())));
     if (piece.size() == text.size()) return result;

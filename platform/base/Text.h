@@ -11,7 +11,7 @@ bool isUTF8(std::string_view text);
 std::string repairedUTF8(std::string_view text);
 /// The text in lower case by Unicode's rules; bytes that are not UTF-8 stay.
 std::string lowercase(std::string_view text);
-/// The text without white space of any kind, line breaks and byte order marks at its ends.
+/// The text without white space, line breaks and byte order marks at its ends.
 std::string_view trimmed(std::string_view text);
 
 }  // namespace valdren::platform

@@ -14,8 +14,8 @@ namespace urls = boost::urls;
 
 constexpr std::size_t kLongestURL = 2 * 1024 * 1024;
 
-/// A valid URL's pieces, found by their marks alone: the text was checked when the URL was made,
-/// and checking it costs a thousand times as much.
+/// The parts of a valid URL, split at their delimiters. `parse` has checked the text already;
+/// parsing it again takes a thousand times as long.
 struct Pieces {
   explicit Pieces(std::string_view text) {
     text = text.substr(0, text.find('#'));
@@ -37,7 +37,7 @@ struct Pieces {
   }
 
   void takeHostAndPort(std::string_view authority) {
-    authority.remove_prefix(authority.find('@') + 1);  // 0 where there is no user
+    authority.remove_prefix(authority.find('@') + 1);  // 0 when there is no user
     const std::size_t from = authority.starts_with('[') ? authority.find(']') : 0;
     const std::size_t mark = authority.find(':', from);
     host = authority.substr(0, mark);
@@ -51,7 +51,7 @@ struct Pieces {
   std::optional<std::string_view> query;
 };
 
-/// Whatever the locale says about further letters.
+/// Unlike std::isalnum independent of the locale.
 bool isASCIIAlphanumeric(char character) {
   return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
          (character >= '0' && character <= '9');
@@ -83,8 +83,8 @@ std::size_t authorityEndOf(std::string_view text) {
   return std::min(text.find_first_of("/?#", start + 2), text.size());
 }
 
-/// Escapes what may stand nowhere in a URL; brackets also outside the authority, and "#" after the
-/// first.
+/// Escapes characters that are illegal in a URL, brackets outside the authority, and each "#" after
+/// the first.
 std::string escaped(std::string_view text) {
   const std::size_t authorityEnd = authorityEndOf(text);
   bool inFragment = false;
@@ -111,7 +111,7 @@ std::optional<URL> URL::parse(std::string_view text) {
   if (text.empty() || text.size() > kLongestURL) return std::nullopt;
   const auto view = urls::parse_uri_reference(urls::string_view(text.data(), text.size()));
   if (!view) return std::nullopt;
-  // The library takes what is no digit of a port for the path's beginning.
+  // The parser treats non-digits in a port as the start of the path.
   const urls::string_view path = view->encoded_path();
   if (view->has_authority() && !path.empty() && path.front() != '/') return std::nullopt;
   return URL(std::string(text));

@@ -1,4 +1,4 @@
-// An address, kept as the text that it was made from.
+// A URL, kept as the text it was made from.
 #pragma once
 
 #include <optional>
@@ -11,10 +11,10 @@ namespace valdren::platform {
 /// scheme and host keep their letter case. A missing URL is an empty optional.
 class URL {
  public:
-  /// The URL that the text is, or none when it is empty, over 2 MiB or not valid as it stands.
+  /// Parses the text. None when it is empty, over 2 MiB or not a valid URL.
   static std::optional<URL> parse(std::string_view text);
-  /// The same for text from a web page: characters that are illegal in a URL are percent-encoded
-  /// first (as UTF-8), and so is a "%" that begins no escape.
+  /// The same for text from a web page. Characters that are illegal in a URL are first
+  /// percent-encoded as UTF-8, and so is a "%" that starts no escape sequence.
   static std::optional<URL> fromPage(std::string_view text);
   static URL fileURL(const std::string& path);
 
@@ -24,8 +24,8 @@ class URL {
   std::string lowercaseScheme() const;
   /// Without user, password and port; empty when there is none. As written.
   std::string host() const;
-  /// Whose page an "http" or "https" address is: scheme, host and port, as "https://h.example:443";
-  /// none for any other address, whose page has nothing in common with others.
+  /// The origin of an "http" or "https" URL: scheme, host and port, as "https://h.example:443".
+  /// None for other schemes.
   std::optional<std::string> origin() const;
   /// As written, with its leading "/".
   std::string path() const;

@@ -1,4 +1,4 @@
-// The values of which parameters, user info and kept state are made.
+// Values for parameters, user info and stored state.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +19,8 @@ class Value;
 
 using Array = std::vector<Value>;
 
-/// Values by key, in the order in which the keys were first set. A key whose value is absent is not
-/// kept. Look-up takes constant time on average. Copies are independent.
+/// Values by key, in the order in which the keys were first set. Look-up takes constant time on
+/// average. Copies are independent.
 class Dictionary {
  public:
   struct Entry;
@@ -43,10 +43,10 @@ class Dictionary {
   /// Sets every entry of `other` here.
   void merge(const Dictionary& other);
 
-  /// The value, or null when there is none. Good until the dictionary changes.
+  /// The value, or null when there is none. Valid until the dictionary changes.
   const Value* find(std::string_view key) const;
   bool contains(std::string_view key) const { return find(key) != nullptr; }
-  /// The text under the key, or null when there is none or it is no text.
+  /// The text under the key, or null when there is none or it is not a text.
   const std::string* text(std::string_view key) const;
 
   std::size_t size() const;
@@ -101,8 +101,8 @@ class Value {
   double doubleValue() const;
   bool booleanValue() const { return doubleValue() != 0; }
 
-  /// The value as a person would read it: a text as it stands, numbers in decimal, true and false
-  /// as 1 and 0, dates in seconds since 1970, arrays and dictionaries as JSON.
+  /// The value as readable text: numbers in decimal, true and false as 1 and 0, dates in seconds
+  /// since 1970, arrays and dictionaries as JSON.
   std::string description() const;
 
   /// Numbers compare by value whatever their kind.
