@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view kTemporaryMark = ".new-";
 constexpr std::size_t kRandomLetters = 6;
 
-/// Nobody takes longer than this to write a file.
+/// A temporary file that is older than this was abandoned.
 constexpr auto kAbandonedAfter = std::chrono::seconds(60);
 
 bool isTemporary(std::string_view name) {
@@ -85,7 +85,7 @@ bool removeIfAbandoned(const std::string& path) {
   if (!isTemporary(fs::path(path).filename().string())) return false;
   std::error_code error;
   const auto age = fs::file_time_type::clock::now() - fs::last_write_time(path, error);
-  // A time that lies ahead is that of a clock which was set back since.
+  // A time in the future means that the clock was set back.
   if (error || std::chrono::abs(age) < kAbandonedAfter) return false;
   return fs::remove(path, error);
 }

@@ -1,4 +1,4 @@
-// Files that hold their old or their new content, whenever the process or the machine stops.
+// Files that hold either the old or the new content, whenever the process or the machine stops.
 #pragma once
 
 #include <string>
@@ -6,23 +6,21 @@
 
 namespace valdren::platform {
 
-/// Whether to wait until the disk has the content. Without it a power cut may leave the file empty:
-/// enough for what can be had again, and the caller waits for no disk.
+/// Whether to wait until the content is on disk. Without it a power cut may leave the file empty,
+/// which is enough for content that can be fetched again.
 enum class Sync { Yes, No };
 
-/// Writes a file in place of a former one, making its folders. Gives what went wrong, or an empty
-/// text.
+/// Replaces a file and creates its folders. Returns an error text, or an empty text on success.
 std::string writeFileAtomically(const std::string& path, std::string_view content,
                                 Sync sync = Sync::Yes);
 
-/// Removes the file when it is one that a writer began and, killed, never finished. True when it is
-/// gone by that.
+/// Removes the file if it is the temporary file of a writer that was killed. True if it removed it.
 bool removeIfAbandoned(const std::string& path);
 
 /// The same for every file in the folder.
 void removeAbandonedFiles(const std::string& folder);
 
-/// Removes a file for good; one that is not there is no error.
+/// Removes a file and waits until the disk has the change. A missing file is not an error.
 std::string removeFileDurably(const std::string& path);
 
 }  // namespace valdren::platform

@@ -9,7 +9,7 @@
 namespace valdren::platform {
 namespace {
 
-/// Every object begins with a byte that holds its kind and, for most, its size.
+/// Every object starts with a byte that holds its kind and, for most kinds, its size.
 enum Kind : std::uint64_t {
   kSimple = 0x0,
   kInteger = 0x1,
@@ -22,7 +22,7 @@ enum Kind : std::uint64_t {
   kDictionary = 0xD,
 };
 
-/// Of all texts together, each as often as it is referred to.
+/// In bytes, over all texts; a text counts each time it is referred to.
 constexpr std::size_t kMostText = 16 * 1024 * 1024;
 
 double doubleOf(std::uint64_t bits, std::uint64_t size) {
@@ -38,7 +38,7 @@ std::string base64Of(std::string_view bytes) {
   return result;
 }
 
-/// None when a surrogate lacks its other half.
+/// None when a surrogate is unpaired.
 std::optional<std::string> fromUTF16(std::string_view bytes) {
   std::u16string units;
   for (std::size_t place = 0; place + 1 < bytes.size(); place += 2) {
@@ -54,8 +54,8 @@ std::optional<std::string> fromUTF16(std::string_view bytes) {
   return result;
 }
 
-/// Objects, a table of their places, and a trailer that says where that is. Every number is
-/// big-endian and is looked at before it is used.
+/// The format: objects, a table of their offsets, and a trailer with the table's offset. Every
+/// number is big-endian and untrusted.
 class Reader {
  public:
   explicit Reader(std::string_view content) : content_(content) {}
@@ -74,7 +74,7 @@ class Reader {
   }
 
  private:
-  /// None beyond the content.
+  /// None when the range exceeds the content.
   std::optional<std::string_view> bytes(std::uint64_t place, std::uint64_t size) const {
     if (place > content_.size() || size > content_.size() - place) return std::nullopt;
     return content_.substr(place, size);
@@ -110,7 +110,7 @@ class Reader {
   }
 
   std::optional<Value> scalar(std::uint64_t kind, std::uint64_t place, std::uint64_t size) const {
-    const auto bits = number(place, size);  // of an integer of 16 bytes, the lower half
+    const auto bits = number(place, size);  // a 16-byte integer gives its lower half
     if (!bits || size > 16 || (kind != kInteger && size != 4 && size != 8)) return std::nullopt;
     if (kind == kInteger) return Value(static_cast<std::int64_t>(*bits));
     const double real = doubleOf(*bits, size);
@@ -119,7 +119,7 @@ class Reader {
 
   std::optional<Value> sized(std::uint64_t kind, std::uint64_t place, std::uint64_t count,
                              int depth) {
-    if (count == 0xF) {  // the count stands behind, as an integer
+    if (count == 0xF) {  // the count follows as an integer
       const std::uint64_t size = std::uint64_t{1} << (number(place, 1).value_or(0) & 3);
       const auto written = number(place + 1, size);
       if (!written) return std::nullopt;

@@ -1,4 +1,4 @@
-// The files that come with the application, and what it is called.
+// The application's resource files, identifier and version.
 #pragma once
 
 #include <optional>
@@ -9,9 +9,8 @@ namespace valdren::platform {
 
 class Bundle {
  public:
-  /// The running application's bundle. Its resources are looked for in the folder that was set, in
-  /// QUORBEL_RESOURCES when that variable is set, in "resources" beside the executable, and in
-  /// "../share/quorbel" from there, in this order.
+  /// The running application's bundle. Resources are searched in this order: the folder that was
+  /// set, QUORBEL_RESOURCES, "resources" beside the executable, and "../share/quorbel" from there.
   static Bundle& main();
 
   /// The path of the resource, or none when there is no such file. Names with a "/" or ".." find

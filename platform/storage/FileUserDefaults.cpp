@@ -16,7 +16,7 @@
 namespace valdren::platform {
 namespace {
 
-// JSON knows neither dates nor the difference between 1 and 1.0; these stand for them in the files.
+// JSON has no dates and does not distinguish 1 from 1.0. These keys mark both in the files.
 constexpr const char* kDateKey = "$date";
 constexpr const char* kDoubleKey = "$double";
 
@@ -70,7 +70,7 @@ Value decoded(const Value& value) {
   return result;
 }
 
-/// A key as a file name: other characters than these become %XX.
+/// A key as a file name. Other characters than ASCII letters, digits, "_" and "-" become %XX.
 std::string fileName(std::string_view key) {
   std::string name;
   for (const char character : key) {
@@ -89,7 +89,7 @@ std::string fileName(std::string_view key) {
 }  // namespace
 
 UserDefaults& UserDefaults::standard() {
-  // Never destroyed: what is kept may be written while the process ends.
+  // Never destroyed: values may be written while the process ends.
   static auto* const defaults = [] {
     std::atexit([] { standard().flush(); });
     return new FileUserDefaults(FileUserDefaults::standardFolder());
@@ -127,7 +127,7 @@ std::optional<Value> FileUserDefaults::read(const std::string& path) const {
   if (access_ == Access::ReadOnly) return std::nullopt;
   std::error_code error;
   std::filesystem::rename(path, path + ".damaged", error);
-  logWarning("The kept state in \"" + path + "\" is damaged; it " +
+  logWarning("The saved state in \"" + path + "\" is damaged; it " +
              (error ? "cannot be set aside." : "was set aside."));
   return std::nullopt;
 }
@@ -158,14 +158,14 @@ void FileUserDefaults::synchronize() {
   if (access_ == Access::ReadOnly || changed_.empty()) return;
   if (!writer_) {
     if (!std::exchange(complained_, true)) {
-      logWarning("The state cannot be kept: there is no state folder.");
+      logWarning("The state cannot be saved: there is no state folder.");
     }
     return;
   }
   for (const std::string& key : std::exchange(changed_, {})) {
     const std::optional<Value>& value = kept(key);
     std::optional<std::string> text = value ? writeJson(encoded(*value)) : std::nullopt;
-    // What would not come back stays in memory alone.
+    // A file over the limit could not be read back, so the value stays in memory only.
     if (text && text->size() > kLargestFile) text = std::nullopt;
     writer_->put(pathFor(key), std::move(text));
   }

@@ -1,4 +1,4 @@
-// User defaults in a folder, one file a key.
+// User defaults in a folder, one file per key.
 #pragma once
 
 #include <map>
@@ -10,15 +10,15 @@
 
 namespace valdren::platform {
 
-/// Each file is written to a temporary one, synced and renamed, on a thread of its own. A file that
-/// cannot be read back (damaged, no regular file, over 4 MiB) is set aside under a name ending in
-/// ".damaged", with one log line, and counts as absent. Written to the end when it is destroyed.
+/// Each file is written to a temporary one, synced and renamed, on a background thread. A file that
+/// cannot be read back (damaged, not a regular file, over 4 MiB) is renamed to a name ending in
+/// ".damaged", with one log line, and counts as absent. Destroying the object writes what is left.
 class FileUserDefaults final : public UserDefaults {
  public:
   enum class Access { ReadWrite, ReadOnly };
 
-  /// The folder is made at the first write. Without one, values are kept in memory only; so is what
-  /// is set where the access is read-only.
+  /// The folder is created at the first write. Without a folder, or with read-only access, values
+  /// are kept in memory only.
   explicit FileUserDefaults(std::optional<std::string> folder, Access access = Access::ReadWrite);
 
   /// Where the standard store keeps its files; none when there is no state folder.
@@ -34,7 +34,7 @@ class FileUserDefaults final : public UserDefaults {
  private:
   using Kept = std::map<std::string, std::optional<Value>, std::less<>>;
 
-  /// The value in memory, read from its file at first.
+  /// The value in memory. The first call reads it from its file.
   const std::optional<Value>& kept(std::string_view key) const;
   std::string pathFor(std::string_view key) const;
   std::optional<Value> read(const std::string& path) const;

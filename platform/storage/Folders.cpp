@@ -14,7 +14,7 @@ std::string withoutTrailingSlash(std::string path) {
   return path;
 }
 
-/// Relative paths in these variables are to be ignored.
+/// The XDG base directory rules ignore relative paths.
 std::optional<std::string> absolute(const char* path) {
   if (!path || path[0] != '/') return std::nullopt;
   return withoutTrailingSlash(path);

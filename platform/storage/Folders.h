@@ -1,4 +1,4 @@
-// The user's folders, as the desktop's conventions place them.
+// The user's folders by the XDG conventions.
 #pragma once
 
 #include <optional>
@@ -6,7 +6,7 @@
 
 namespace valdren::platform {
 
-// Each is absolute and ends without "/"; none when neither its variable nor HOME says where it is.
+// Each path is absolute and ends without "/". None when neither its variable nor HOME is set.
 // Folders are not created.
 
 /// The application's own folder inside XDG_CACHE_HOME.

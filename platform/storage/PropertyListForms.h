@@ -8,11 +8,11 @@
 
 namespace valdren::platform {
 
-/// Bounds for both forms: few bytes may stand for endless content.
+/// Bounds for both forms, because few bytes may expand to unlimited content.
 inline constexpr int kDeepestPropertyList = 200;
 inline constexpr int kMostPropertyListValues = 100'000;
 
-// Each is none for a text that is no list of its form, or is beyond these bounds.
+// None when the content is not a valid list of this form or exceeds these bounds.
 std::optional<Value> parseXMLPropertyList(std::string_view content);
 std::optional<Value> parseBinaryPropertyList(std::string_view content);
 

@@ -13,8 +13,9 @@ namespace {
 
 constexpr std::size_t kFirstPiece = 4096;
 
-/// The file's bytes, or one more than `mostBytes` of a longer one. False when it cannot be read.
-/// The size is a hint alone: the kernel's own files say 0, and a file may grow meanwhile.
+/// Reads at most `mostBytes` + 1 bytes, so that the caller detects a longer file. False when
+/// reading fails. The size is only a hint: files of the kernel report 0, and a file may grow
+/// meanwhile.
 bool readUpTo(int descriptor, std::size_t size, std::size_t mostBytes, std::string& bytes) {
   std::size_t filled = 0;
   bytes.resize(std::min(std::max(size + 1, kFirstPiece), mostBytes + 1));

@@ -1,4 +1,4 @@
-// Reading files that may turn out to be anything.
+// Reads files whose kind and size are unknown.
 #pragma once
 
 #include <cstddef>
@@ -7,15 +7,15 @@
 namespace valdren::platform {
 
 struct FileContent {
-  /// Unusable is what is no regular file, or is too large. Absent is also what cannot be opened.
+  /// Unusable means not a regular file, or too large. Absent includes files that cannot be opened.
   enum class State { Read, Absent, Unusable };
 
   State state = State::Absent;
   std::string bytes;  // empty unless it was read
 };
 
-/// Reads a regular file of at most so many bytes. Links are followed. Nothing else is read, and
-/// nothing is waited for: neither a FIFO's writer nor a device.
+/// Reads a regular file of at most `mostBytes` bytes. Links are followed. Never blocks on other
+/// kinds of file, such as FIFOs and devices.
 FileContent readRegularFile(const std::string& path, std::size_t mostBytes);
 
 }  // namespace valdren::platform

@@ -11,7 +11,7 @@ namespace valdren::platform {
 namespace {
 
 constexpr auto kRest = std::chrono::milliseconds(500);
-/// A disk that takes longer does not keep the application from ending.
+/// A slow disk must not keep the application from ending.
 constexpr auto kPatience = std::chrono::seconds(5);
 
 }  // namespace
@@ -66,7 +66,7 @@ void StateWriter::start() {
   try {
     thread_ = std::thread([this] { run(); });
   } catch (const std::system_error&) {
-    // The machine has no thread left; the next put asks again.
+    // No thread is available; the next `put` tries again.
   }
 }
 
@@ -78,7 +78,7 @@ void StateWriter::run() {
     wake_.wait_until(lock, restsUntil_, [this] { return hurried_ || ending_; });
     hurried_ = false;
     writeAll(lock);
-    if (ending_ && !wanted_) return;  // more may have come during the write
+    if (ending_ && !wanted_) return;  // more may have been put during the write
     restsUntil_ = Clock::now() + kRest;
   }
 }
@@ -97,12 +97,12 @@ void StateWriter::writeAll(std::unique_lock<std::mutex>& lock) {
   auto file = batch.begin();
   while (file != batch.end() && (problem = write(*file)).empty()) ++file;
   lock.lock();
-  // What could not be written goes before what was put meanwhile.
+  // Files that could not be written stay first; newer contents replace them.
   batch.erase(batch.begin(), file);
   for (File& newer : files_) putInto(batch, std::move(newer));
   files_ = std::move(batch);
   writing_ = false;
-  if (!problem.empty() && !complained_) logWarning("The state cannot be kept: " + problem + ".");
+  if (!problem.empty() && !complained_) logWarning("The state cannot be saved: " + problem + ".");
   complained_ = !problem.empty();
   done_.notify_all();
 }

@@ -1,4 +1,4 @@
-// Writes small files on a thread of its own, so that nobody waits for the disk.
+// Writes small files on a background thread, so that callers do not wait for the disk.
 #pragma once
 
 #include <chrono>
@@ -11,24 +11,24 @@
 
 namespace valdren::platform {
 
-/// What is put is written soon, each file whole and synced: a kill at any instant leaves its old or
-/// its new content. Files are written in the order in which they were first put since they were
-/// last written, and of several contents put meanwhile only the newest. After that it rests for
-/// half a second, so that whoever puts without end does not keep the disk busy. Where no thread can
-/// be had, it writes at once. What cannot be written waits for the next put, with one log line.
+/// Each file is written whole and synced: a kill at any instant leaves the old or the new content.
+/// Files are written in the order in which they were first put since the last write; only the
+/// newest content of a file is written. After each write the thread rests for half a second, which
+/// limits the load on the disk. Without a thread, `put` writes at once. Files that cannot be
+/// written wait for the next `put`, with one log line.
 class StateWriter {
  public:
   explicit StateWriter(std::string folder) : folder_(std::move(folder)) {}
-  /// Writes what is left.
+  /// Writes the remaining files.
   ~StateWriter();
   StateWriter(const StateWriter&) = delete;
   StateWriter& operator=(const StateWriter&) = delete;
 
-  /// The content that the file gets; none removes it.
+  /// Sets the content of a file; none removes the file.
   void put(std::string path, std::optional<std::string> content);
-  /// Ends the rest.
+  /// Writes without waiting for the rest to end.
   void hasten();
-  /// Waits until all is written, for five seconds at most. False when it is not.
+  /// Waits until all is written, for at most five seconds. False when it is not.
   bool flush();
 
  private:
@@ -50,7 +50,7 @@ class StateWriter {
   std::mutex mutex_;
   std::condition_variable wake_;
   std::condition_variable done_;
-  Files files_;  // those to be written
+  Files files_;  // waiting to be written
   Clock::time_point restsUntil_;
   bool wanted_ = false;  // something was put since the last attempt
   bool writing_ = false;

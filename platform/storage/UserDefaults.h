@@ -16,17 +16,19 @@ class UserDefaults : public Shared<UserDefaults> {
   static UserDefaults& standard();
   virtual ~UserDefaults() = default;
 
-  /// The value kept under the key; none when there is none.
+  /// The value for the key; none when there is none.
   virtual std::optional<Value> objectForKey(std::string_view key) const = 0;
-  /// Keeps the value, in memory until `synchronize`.
+  /// Stores the value, in memory until `synchronize`.
   virtual void setObject(std::string_view key, Value value) = 0;
   virtual void removeObject(std::string_view key) = 0;
-  /// Has what has changed written soon, and waits for no disk. A kill at any instant leaves of each
-  /// value the old or the new content. What cannot be written stays in memory, with one log line.
+  /// Starts writing the changed values, without waiting for the disk. A kill at any instant leaves
+  /// the old or the new content of each value. Values that cannot be written stay in memory, with
+  /// one log line.
   virtual void synchronize() = 0;
-  /// Has what was synchronised written without delay: the application may be stopped from now on.
+  /// Writes the synchronised values without delay, because the application may be stopped from now
+  /// on.
   virtual void hasten() = 0;
-  /// Synchronises, and waits until all is written, for a few seconds at most. False when it is not.
+  /// Synchronises and waits until all is written, for at most a few seconds. False when it is not.
   virtual bool flush() = 0;
 };
 

@@ -63,8 +63,8 @@ std::optional<Value> dataOf(std::string text) {
   return Value(std::move(text));
 }
 
-/// Pulls element after element out of the library's reader, which knows no entities of the list's
-/// own and fetches nothing.
+/// Reads one element after another from libxml2's reader, which expands no entities of the document
+/// and loads nothing.
 class Reader {
  public:
   explicit Reader(std::string_view content)
@@ -77,7 +77,7 @@ class Reader {
       return std::nullopt;
     }
     auto value = element(0);
-    // The rest is read, too: what is cut off is no list.
+    // Reads the rest as well: a truncated document is not a list.
     while (value && advance()) {
     }
     return failed_ ? std::nullopt : value;
@@ -90,8 +90,8 @@ class Reader {
     return result == 1;
   }
 
-  /// Goes to the next beginning of an element. False at the end of the one around it, or where the
-  /// list ends.
+  /// Goes to the next start of an element. False at the end of the enclosing element and at the end
+  /// of the document.
   bool nextElement() {
     while (advance()) {
       const int type = xmlTextReaderNodeType(xml_.get());
@@ -108,7 +108,7 @@ class Reader {
 
   bool isEmpty() const { return xmlTextReaderIsEmptyElement(xml_.get()) == 1; }
 
-  /// The text up to the element's end; none when there is an element in it.
+  /// The text up to the element's end. None when it contains an element.
   std::optional<std::string> text() {
     std::string result;
     if (isEmpty()) return result;
@@ -124,7 +124,7 @@ class Reader {
     return std::nullopt;
   }
 
-  /// The element that has just begun, to its end.
+  /// The value of the element whose start was just read, up to its end.
   std::optional<Value> element(int depth) {
     if (depth > kDeepestPropertyList || ++values_ > kMostPropertyListValues) return std::nullopt;
     const std::string kind = name();
@@ -179,7 +179,7 @@ class Reader {
 
 std::optional<Value> parseXMLPropertyList(std::string_view content) {
   if (isUTF8(content)) return Reader(content).read();
-  return Reader(repairedUTF8(content)).read();  // one bad byte must not cost the rest
+  return Reader(repairedUTF8(content)).read();  // one invalid byte must not lose the whole list
 }
 
 }  // namespace valdren::platform
