@@ -70,7 +70,7 @@ void HTTPConnection::start() {
       this, nullptr);
 }
 
-/// Calls the delegate; whether this connection is still there afterwards.
+/// Calls the delegate. False when the call destroyed this connection.
 template <class Call>
 bool HTTPConnection::tell(Call call) {
   const auto lifetime = this->lifetime();
@@ -78,7 +78,7 @@ bool HTTPConnection::tell(Call call) {
   return !lifetime.expired();
 }
 
-/// Tells where the next request goes; whether it is still wanted.
+/// Announces the next request to the delegate. False when that destroyed this connection.
 bool HTTPConnection::announce(const URLResponse* redirectResponse) {
   const URLRequest request = request_;
   return tell([&](auto& it) { it.connectionWillSendRequest(*this, request, redirectResponse); });
@@ -96,12 +96,12 @@ void HTTPConnection::followRedirect(HTTPResponseHead head) {
     return fail(problem(kURLErrorTooManyRedirects, "There were too many redirects."));
   }
   const std::optional<URL> target = resolvedLocation(head.location, request_.url);
-  if (!target) return fail(problem(kURLErrorBadURL, "The redirect leads to no URL."));
+  if (!target) return fail(problem(kURLErrorBadURL, "The redirect's location is not a valid URL."));
   const URLResponse redirect{request_.url, head.statusCode, std::move(head.headers)};
   request_.url = *target;
   if (!announce(&redirect)) return;
   exchange_.reset();
-  // libsoup takes a turn to find that the connection is free for the next request.
+  // libsoup needs one turn of the loop to see that the connection is free again.
   nextTurn_ = g_idle_add_full(
       kAfterLibsoup,
       [](gpointer self) -> gboolean {
@@ -114,7 +114,7 @@ void HTTPConnection::followRedirect(HTTPResponseHead head) {
 
 void HTTPConnection::waitForNextByte() {
   patience_ = RunLoop::shared().scheduleTimer(kSecondsWithoutByte, [this] {
-    fail(problem(kURLErrorTimedOut, "The server has fallen silent."));
+    fail(problem(kURLErrorTimedOut, "The server sent nothing for 60 seconds."));
   });
 }
 

@@ -1,4 +1,4 @@
-// A fetch over HTTP: one exchange after the other, as redirects lead on, within limits.
+// A fetch over HTTP, within limits: one exchange, and one more for each redirect.
 #pragma once
 
 #include <memory>

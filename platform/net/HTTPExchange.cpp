@@ -12,10 +12,10 @@
 namespace valdren::platform {
 namespace {
 
-// Bodies are read when the screen has been drawn: a fast server must not hold it up.
+// Below the priority of drawing, so that a fast server cannot delay it.
 constexpr int kReadPriority = G_PRIORITY_HIGH_IDLE + 30;
 constexpr std::size_t kPiece = 32 * 1024;
-// How much of an unwanted body is read to keep its connection, and for how long.
+// Bounds for reading an unwanted body to its end, which keeps its connection usable.
 constexpr gssize kLongestDrain = 64 * 1024;
 constexpr guint kDrainMilliseconds = 1000;
 
@@ -42,7 +42,7 @@ bool isHeaderName(std::string_view name) {
   });
 }
 
-/// Control characters would end the header and begin another one.
+/// A control character would end the header and could start another one.
 bool isHeaderValue(std::string_view value) {
   return std::none_of(value.begin(), value.end(), [](char character) {
     return character != '\t' && g_ascii_iscntrl(character);
@@ -107,7 +107,7 @@ Error errorFrom(const GError& error) {
 
 }  // namespace
 
-/// What libsoup's callbacks hold on to, also when the exchange is gone.
+/// The state that libsoup's callbacks share. It outlives the exchange.
 struct HTTPExchange::Operation : std::enable_shared_from_this<Operation> {
   Client* client = nullptr;  // null once the exchange is gone
   GObjectPtr<SoupMessage> message;
@@ -150,7 +150,7 @@ struct HTTPExchange::Operation : std::enable_shared_from_this<Operation> {
     if (client) client->exchangeDidFail(errorFrom(error));
   }
 
-  /// Ends an exchange that nobody listens to any more.
+  /// Stops without calling the client again.
   void abandon() {
     client = nullptr;
     if (isSending) return g_cancellable_cancel(cancellable.get());
@@ -159,8 +159,8 @@ struct HTTPExchange::Operation : std::enable_shared_from_this<Operation> {
     drain();
   }
 
-  /// Reads what is already there of a body at once: then the next request finds the connection
-  /// free. What is on its way still gets a moment.
+  /// Reads the part of the body that has arrived, so that the next request can reuse the
+  /// connection. The rest has `kDrainMilliseconds` to arrive.
   void drain() {
     while (drainLeft > 0) {
       const gssize size = G_IS_POLLABLE_INPUT_STREAM(body.get())
@@ -184,7 +184,7 @@ struct HTTPExchange::Operation : std::enable_shared_from_this<Operation> {
     return G_SOURCE_REMOVE;
   }
 
-  /// A server that goes on to promise an answer would be listened to for ever.
+  /// Limits informational (1xx) responses, which a server could send without end.
   static void interimReceived(SoupMessage*, gpointer self) {
     auto& operation = *static_cast<Operation*>(self);
     if (--operation.interimLeft < 0) g_cancellable_cancel(operation.cancellable.get());

@@ -1,4 +1,4 @@
-// One HTTP request and its response, without redirects: what libsoup does for a connection.
+// One HTTP request and its response over libsoup, without redirects.
 #pragma once
 
 #include <memory>
@@ -15,12 +15,12 @@ struct HTTPResponseHead {
   Headers headers = {};
   /// The first "Location"; empty when there is none.
   std::string location = {};
-  /// Of all names and values.
+  /// Bytes of all names and values.
   std::size_t headerSize = 0;
 };
 
-/// Destroying it, also from inside a callback, ends the callbacks. A body that was not read is then
-/// read to its end out of sight if it is short, so that the connection to the server stays usable.
+/// Destroying it, also from inside a callback, ends the callbacks. The rest of a short body is then
+/// read in the background, so that the connection to the server stays usable.
 class HTTPExchange {
  public:
   class Client {
@@ -45,7 +45,7 @@ class HTTPExchange {
   HTTPExchange& operator=(const HTTPExchange&) = delete;
 
   void send();
-  /// After the head: reads the body piece by piece to its end.
+  /// After the head: reads the whole body, piece by piece.
   void readBody();
 
  private:

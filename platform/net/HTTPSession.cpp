@@ -1,5 +1,6 @@
 #include "platform/net/HTTPSession.h"
 
+
 namespace valdren::platform {
 namespace {
 
@@ -20,7 +21,7 @@ gboolean forgetCookies(gpointer object) {
   return G_SOURCE_REMOVE;
 }
 
-/// Servers can set cookies without end; one that goes too far makes all be forgotten.
+/// Bounds the number of cookies. All are deleted when it reaches the limit.
 void countCookies(SoupCookieJar* jar, SoupCookie* former, SoupCookie* present, gpointer counter) {
   int& count = *static_cast<int*>(counter);
   const int change = (present ? 1 : 0) - (former ? 1 : 0);
@@ -49,7 +50,7 @@ SoupSession* makeSession() {
 }  // namespace
 
 SoupSession* sharedHTTPSession() {
-  // Never destroyed: fetches may be under way while the process ends.
+  // Never destroyed: fetches may still run while the process ends.
   static SoupSession* const session = makeSession();
   return session;
 }

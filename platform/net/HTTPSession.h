@@ -5,8 +5,8 @@
 
 namespace valdren::platform {
 
-/// Nothing is stored on disk, and no header is added but what HTTP needs. Cookies live in memory,
-/// at most some hundreds of them. Main thread only.
+/// Nothing is stored on disk, and only headers that HTTP needs are added. Cookies are kept in
+/// memory, at most 500. Main thread only.
 SoupSession* sharedHTTPSession();
 
 }  // namespace valdren::platform

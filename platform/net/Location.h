@@ -8,8 +8,8 @@
 
 namespace valdren::platform {
 
-/// The URL that a "Location" header names, seen from the URL that was asked for. An absolute one
-/// stays as it is written; what is illegal in a URL is percent-encoded. None when it is no URL.
+/// The URL of a "Location" header, resolved against `base`. An absolute one keeps its spelling;
+/// characters that are illegal in a URL are percent-encoded. None when it is not a URL.
 std::optional<URL> resolvedLocation(std::string_view location, const URL& base);
 
 }  // namespace valdren::platform

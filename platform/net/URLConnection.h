@@ -1,4 +1,4 @@
-// One HTTP fetch, reported to a delegate as it goes on.
+// One HTTP fetch, reported to a delegate.
 #pragma once
 
 #include <map>
@@ -20,7 +20,7 @@ struct HeaderNameLess {
 };
 using Headers = std::map<std::string, std::string, HeaderNameLess>;
 
-/// A failure from below HTTP, or a delegate's own reason.
+/// A failure below HTTP, or one that a delegate reports.
 struct Error {
   std::string domain;
   int code = 0;
@@ -55,7 +55,7 @@ struct URLRequest {
 
 struct URLResponse {
   URL url;
-  /// 0 when the answer is not HTTP's.
+  /// 0 when the response is not HTTP.
   int statusCode = 0;
   Headers headers = {};
   bool isHTTP() const { return statusCode != 0; }
