@@ -1,4 +1,4 @@
-// The one way to the sound server, kept open between clips.
+// The process's connection to the sound server, kept open between clips.
 #pragma once
 
 #include <memory>
@@ -12,9 +12,9 @@ namespace valdren::platform {
 
 class SoundServer;
 
-/// Mixes voices into one stream. Called on the main thread; the server is spoken to on a thread of
-/// the output's own, so that no call ever waits for it. Without a server, or when it goes away, one
-/// log line says so, the voices end, and the next voice tries to reach it anew.
+/// Mixes voices into one stream. Called on the main thread; a background thread talks to the
+/// server, so that no call waits for it. Without a server, or when it is lost, one log line says
+/// so, the voices end, and the next voice tries to connect again.
 class AudioOutput {
  public:
   static AudioOutput& shared();
@@ -23,13 +23,13 @@ class AudioOutput {
   AudioOutput(const AudioOutput&) = delete;
   AudioOutput& operator=(const AudioOutput&) = delete;
 
-  /// Connects ahead of the first sound.
+  /// Connects before the first sound.
   void prepare();
-  /// Whether what is started now would be heard.
+  /// Whether a voice that starts now would be heard.
   bool isAudible() const;
-  /// Lets the clip be heard from `startFrame` on.
+  /// Plays the clip from `startFrame` on.
   std::shared_ptr<Voice> start(std::shared_ptr<const DecodedClip> clip, std::size_t startFrame);
-  /// Silences the voice.
+  /// Stops the voice.
   void stop(Voice& voice);
 
  private:
@@ -40,7 +40,8 @@ class AudioOutput {
   bool connectWanted_ = false;                    // guarded by mutex_
   bool changed_ = false;                          // guarded by mutex_
   bool ending_ = false;                           // guarded by mutex_
-  const std::unique_ptr<SoundServer> server_;     // of the thread, but for `wake` and `isAudible`
+  // used by the thread only, except `wake` and `isAudible`
+  const std::unique_ptr<SoundServer> server_;
   std::thread thread_;
 };
 

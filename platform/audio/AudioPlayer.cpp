@@ -8,11 +8,11 @@
 namespace valdren::platform {
 namespace {
 
-/// How often a delegate's player looks whether its clip has ended, in seconds.
+/// How often a player with a delegate checks whether its clip has ended, in seconds.
 constexpr double kWatchInterval = 0.1;
 
-/// How often it is looked whether sound is back, in seconds, and how many looks there are to a try
-/// to reach the server. A press tries too, and is not to be heard long before it is seen.
+/// The time between two checks for sound, in seconds, and the number of checks per attempt to
+/// connect. A press connects too, so its sound and the change on screen stay close together.
 constexpr double kLookInterval = 0.25;
 constexpr int kLooksToATry = 8;
 
@@ -42,7 +42,7 @@ class ClipPlayer final : public AudioPlayer, public Trackable {
     if (isPlaying()) return true;
     const bool atEnd = !voice_ || voice_->position >= clip_->frameCount();
     voice_ = AudioOutput::shared().start(clip_, atEnd ? 0 : voice_->position.load());
-    follow();  // even if the voice has failed already: that too is an end to be told
+    follow();  // even if the voice has already failed: the delegate is told of that, too
     return true;
   }
 

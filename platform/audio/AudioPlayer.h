@@ -12,7 +12,7 @@ namespace valdren::platform {
 
 class AudioPlayer;
 
-/// Told about a player's end, when it wants to be.
+/// Told when a player ends.
 class AudioPlayerDelegate : public virtual Trackable {
  public:
   /// The clip was heard to its end, or the sound server was lost (`successfully` false).
@@ -22,32 +22,31 @@ class AudioPlayerDelegate : public virtual Trackable {
   ~AudioPlayerDelegate() = default;
 };
 
-/// A player is cheap to make: clips stay decoded in memory and the way to the sound server stays
-/// open between players. Its sound stops when it is destroyed. Main thread only.
+/// Making a player is cheap: decoded clips stay in memory, and the connection to the sound server
+/// stays open between players. Destroying it stops its sound. Main thread only.
 class AudioPlayer {
  public:
   virtual ~AudioPlayer() = default;
 
-  /// A player for the clip (at most its first minute), or null, with one log line, when there is no
-  /// such file or it holds no sound that can be decoded.
+  /// A player for the clip (at most its first minute). Null, with one log line, when the file is
+  /// missing or holds no sound that can be decoded.
   static std::unique_ptr<AudioPlayer> withContentsOfFile(const std::string& path);
 
-  /// Decodes the clips and connects to the sound server ahead of the first press, without waiting
-  /// for either.
+  /// Decodes the clips and connects to the sound server before the first press, without waiting for
+  /// either.
   static void prepare(std::vector<std::string> paths);
 
-  /// Looks for a sound server that was lost, about every two seconds, and calls `back` once when
-  /// sound can be heard again. Ends early when the target is gone, or its delayed calls are
-  /// dropped.
+  /// Looks for a lost sound server, about every two seconds, and calls `back` once when sound can
+  /// be heard again. Ends early when the target is destroyed or its delayed calls are cancelled.
   static void awaitSound(const Trackable& target, std::function<void()> back);
 
   /// Not owned.
   virtual void setDelegate(WeakPtr<AudioPlayerDelegate> delegate) = 0;
-  /// Starts from the beginning, or where `stop` left off. True when the clip is on its way. Never
-  /// waits for the sound server: when that turns out to be out of reach, one log line says so and
-  /// `isPlaying` becomes false.
+  /// Starts from the beginning, or where `stop` left off. True when the clip was handed to the
+  /// output. Never waits for the sound server: when that cannot be reached, one log line says so
+  /// and `isPlaying` becomes false.
   virtual bool play() = 0;
-  /// Silences the clip at once, without a click.
+  /// Stops the clip at once, faded so that there is no click.
   virtual void stop() = 0;
   virtual bool isPlaying() const = 0;
 };

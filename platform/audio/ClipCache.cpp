@@ -27,7 +27,7 @@ bool ClipCache::versionOf(const std::string& path, Version& version, std::string
     return false;
   }
   if (!S_ISREG(status.st_mode)) {
-    problem = "it is no file";
+    problem = "it is not a regular file";
     return false;
   }
   version.size = std::uint64_t(status.st_size);
@@ -72,7 +72,7 @@ void ClipCache::keep(Kept kept) {
 void ClipCache::prepare(std::vector<std::string> paths) {
   preparing_ = std::jthread([this, paths = std::move(paths)](const std::stop_token& stop) {
     for (const std::string& path : paths) {
-      std::string problem;  // said when the clip is asked for
+      std::string problem;  // reported when the clip is asked for
       if (stop.stop_requested()) return;
       clip(path, problem);
     }

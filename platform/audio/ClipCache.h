@@ -1,4 +1,4 @@
-// Decoded clips, kept in memory so that a press need not decode.
+// Decoded clips, kept in memory so that a press does not wait for decoding.
 #pragma once
 
 #include <cstdint>
@@ -20,10 +20,11 @@ class ClipCache {
   static ClipCache& shared();
   ~ClipCache();
 
-  /// The clip of the file, decoded now unless it is kept. Null, with what is wrong in `problem`.
+  /// The clip of the file, decoded now unless it is cached. Null on failure, with the reason in
+  /// `problem`.
   std::shared_ptr<const DecodedClip> clip(const std::string& path, std::string& problem);
 
-  /// Decodes the files ahead of their use, on a thread of its own.
+  /// Decodes the files in advance, on a background thread.
   void prepare(std::vector<std::string> paths);
 
  private:
@@ -43,7 +44,7 @@ class ClipCache {
   void keep(Kept kept);
 
   std::mutex mutex_;
-  std::list<Kept> kept_;  // the one used last comes first; guarded by mutex_
+  std::list<Kept> kept_;  // most recently used first; guarded by mutex_
   std::jthread preparing_;
 };
 

@@ -19,12 +19,12 @@ namespace {
 constexpr std::size_t kLongestClip = std::size_t{60} * kSampleRate * kChannels;
 constexpr std::int64_t kLargestFile = 64 * 1024 * 1024;
 
-/// What a file may be. A playlist, for one, would make the library open what it names.
+/// The accepted kinds of files. A playlist, for example, would make the library open other files.
 constexpr const char* kProtocols = "file";
 constexpr const char* kForms = "mov,m4a,wav";
 constexpr const char* kCodecs = "aac,alac,pcm_u8,pcm_s16le,pcm_s24le,pcm_f32le";
 
-/// Outside of these a few bytes of file would become seconds of sound, or nothing anyone hears.
+/// Outside of these bounds a few bytes could become seconds of sound.
 constexpr int kLeastRate = 4000;
 constexpr int kMostRate = 384000;
 constexpr int kMostChannels = 8;
@@ -45,7 +45,7 @@ std::string text(int error) {
   return buffer;
 }
 
-/// One decoding, from the opened file to the samples.
+/// Decodes one file, from opening it to the samples.
 class Decoding {
  public:
   /// 0, or the library's error.
@@ -55,7 +55,7 @@ class Decoding {
     av_dict_set(&options, "format_whitelist", kForms, 0);
     av_dict_set(&options, "codec_whitelist", kCodecs, 0);
     AVFormatContext* opened = nullptr;
-    // The "file:" keeps a path from being taken for another protocol's.
+    // The prefix keeps the library from reading another protocol from the path.
     int error = avformat_open_input(&opened, ("file:" + path).c_str(), nullptr, &options);
     av_dict_free(&options);
     input_.reset(opened);
@@ -66,12 +66,12 @@ class Decoding {
     if (stream_ < 0) return stream_;
     codec_.reset(avcodec_alloc_context3(codec));
     error = avcodec_parameters_to_context(codec_.get(), input_->streams[stream_]->codecpar);
-    // Without the packets' time base the samples that come before the clip's beginning are kept.
+    // With the packets' time base the decoder drops the samples before the clip's start.
     codec_->pkt_timebase = input_->streams[stream_]->time_base;
     return error < 0 ? error : avcodec_open2(codec_.get(), codec, nullptr);
   }
 
-  /// Appends what can be decoded, up to the longest clip.
+  /// Appends the samples that can be decoded, up to the longest clip.
   void run(std::vector<float>& samples) {
     const Owned<AVPacket> packet(av_packet_alloc());
     while (samples.size() < kLongestClip && av_read_frame(input_.get(), packet.get()) >= 0) {
@@ -95,7 +95,7 @@ class Decoding {
     }
   }
 
-  /// Makes the resampler fit the frame. The form may change from one frame to the next.
+  /// Sets the resampler up for the frame's format, which may change between frames.
   bool prepareFor(const AVFrame& frame, std::vector<float>& samples) {
     const Form form{frame.format, frame.sample_rate, frame.ch_layout.nb_channels};
     if (resampler_ && form == form_) return true;
@@ -117,7 +117,7 @@ class Decoding {
     return resampler_ != nullptr;
   }
 
-  /// Appends the frame, or without one what the resampler still holds.
+  /// Appends the frame; without one, the rest that the resampler holds.
   void convert(const AVFrame* frame, std::vector<float>& samples) {
     if (!resampler_) return;
     const int incoming = frame ? frame->nb_samples : 0;
@@ -142,16 +142,16 @@ class Decoding {
   Owned<AVFormatContext> input_;
   Owned<AVCodecContext> codec_;
   Owned<SwrContext> resampler_;
-  Form form_;  // what the resampler takes
+  Form form_;  // the resampler's input
   Owned<AVFrame> frame_{av_frame_alloc()};
   int stream_ = -1;
 };
 
-/// Empty when the file may be read.
+/// An error text; empty when the file may be read.
 std::string problemWith(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) return std::generic_category().message(errno);
-  if (!S_ISREG(status.st_mode)) return "it is no file";
+  if (!S_ISREG(status.st_mode)) return "it is not a regular file";
   if (status.st_size > kLargestFile) return "it is larger than 64 MiB";
   return "";
 }

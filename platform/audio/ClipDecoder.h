@@ -18,9 +18,9 @@ struct DecodedClip {
   std::size_t frameCount() const { return samples.size() / kChannels; }
 };
 
-/// The first minute of the sound in an MPEG-4 (AAC, ALAC) or WAV file; of a file that breaks off,
-/// what came before. Null, with what is wrong in `problem`, when the file cannot be read, is larger
-/// than 64 MiB or holds no sound that can be decoded. May be called on any thread.
+/// The first minute of the sound in an MPEG-4 (AAC, ALAC) or WAV file; a truncated file gives the
+/// part before the break. Null, with the reason in `problem`, when the file cannot be read, is
+/// larger than 64 MiB or holds no sound that can be decoded. Callable on any thread.
 std::shared_ptr<const DecodedClip> decodeClip(const std::string& path, std::string& problem);
 
 }  // namespace valdren::platform

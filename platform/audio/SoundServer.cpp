@@ -9,19 +9,19 @@
 namespace valdren::platform {
 namespace {
 
-/// How much sound lies ready at the server: for so long this machine may be too busy for us without
-/// a stutter. And in what pieces the server asks for more, which is also how far it mixes ahead.
+/// The amount of sound buffered at the server, which bridges times when this machine is busy, and
+/// the size of the server's requests, which is also how far it mixes ahead.
 constexpr pa_usec_t kBuffered = 250 * PA_USEC_PER_MSEC;
 constexpr pa_usec_t kPiece = 10 * PA_USEC_PER_MSEC;
 
-/// What is to be heard so soon cannot be changed any more: the change takes a while to get there.
+/// A change takes time to arrive: frames that play sooner than this cannot be replaced.
 constexpr StreamFrame kTooLate = kSampleRate * 2 / 1000;
 
-/// So long after the last sound the stream is put to rest, so that neither the processor nor the
-/// sound card is kept awake.
+/// After this time without sound the stream is paused, so that the processor and the sound card can
+/// sleep.
 constexpr pa_usec_t kRestAfter = 20 * PA_USEC_PER_SEC;
 
-/// A server that takes no sound for so long is given up. Some wireless outputs take a second to
+/// A server that takes no sound for this long is given up. Some wireless outputs take a second to
 /// wake.
 constexpr pa_usec_t kPatience = 3 * PA_USEC_PER_SEC;
 
@@ -89,7 +89,7 @@ void SoundServer::openStream() {
   buffer.maxlength = std::uint32_t(-1);
   buffer.tlength = std::uint32_t(pa_usec_to_bytes(kBuffered, &kForm));
   buffer.minreq = std::uint32_t(pa_usec_to_bytes(kPiece, &kForm));
-  buffer.prebuf = kFrameBytes;  // stands still when it runs dry, and sets off with the next frame
+  buffer.prebuf = kFrameBytes;  // pauses when empty and resumes with the next frame
   buffer.fragsize = std::uint32_t(-1);
   if (pa_stream_connect_playback(stream_, nullptr, &buffer, PA_STREAM_EARLY_REQUESTS, nullptr,
                                  nullptr) < 0) {
@@ -117,14 +117,14 @@ bool SoundServer::isReady() const {
   return stream_ && pa_stream_get_state(stream_) == PA_STREAM_READY;
 }
 
-/// What has been heard by now at most: the way through the server is not counted.
+/// The frames heard by now, at most: the latency inside the server is not counted.
 StreamFrame SoundServer::played(Microseconds now) const {
   if (standing_) return written_;
   const auto passed = StreamFrame((now - startedAt_) * kSampleRate / PA_USEC_PER_SEC);
   return std::min(written_, startedFrame_ + passed);
 }
 
-/// Where the voices end.
+/// The frame at which the last voice ends.
 StreamFrame SoundServer::lastFrame() const {
   StreamFrame last = 0;
   for (const auto& voice : voices_) last = std::max(last, voice->end());
@@ -154,7 +154,7 @@ void SoundServer::update(std::vector<std::shared_ptr<Voice>> incoming) {
   writeWanted();
 }
 
-/// Writes on from `written_` up to `until`; `again` over what was written there before.
+/// Writes from `written_` up to `until`; with `again`, over frames that were written before.
 void SoundServer::write(StreamFrame until, bool again) {
   if (until <= written_) return;
   const auto frames = static_cast<std::size_t>(until - written_);
@@ -172,7 +172,7 @@ void SoundServer::write(StreamFrame until, bool again) {
   written_ = until;
 }
 
-/// Writes what the voices have, as far as the server has asked for it.
+/// Writes the voices' frames, as far as the server has asked for them.
 void SoundServer::writeWanted() {
   if (!isReady()) return;
   const std::size_t bytes = pa_stream_writable_size(stream_);
@@ -182,13 +182,13 @@ void SoundServer::writeWanted() {
 }
 
 void SoundServer::ranDry() {
-  // The news may be older than what was written last.
+  // The notice may be older than the last write.
   if (pa_stream_get_underflow_index(stream_) < written_ * kFrameBytes) return;
   standing_ = true;
   writeWanted();
 }
 
-/// Ends the voices that were heard to their end, and waits no longer than is reasonable.
+/// Ends the voices that were heard completely, and gives a stuck server up.
 void SoundServer::follow() {
   const Microseconds now = pa_rtclock_now();
   const StreamFrame heard = played(now);
@@ -211,14 +211,14 @@ void SoundServer::follow() {
                       : "the sound server does not answer");
 }
 
-/// How long `turn` may wait, in microseconds; below 0 for ever.
+/// How long `turn` may wait, in microseconds; without limit below 0.
 int SoundServer::patience() const {
   const Microseconds now = pa_rtclock_now();
   if (voices_.empty()) {
     if (!isReady() || resting_) return -1;
     return int(silentSince_ + kRestAfter - std::min(now, silentSince_ + kRestAfter));
   }
-  // Until the next voice ends. Before it is all written the server wakes us.
+  // Until the next voice ends. The server wakes this thread before a voice is completely written.
   StreamFrame next = StreamFrame(kPatience / 4 * kSampleRate / PA_USEC_PER_SEC);
   if (isReady()) {
     for (const auto& voice : voices_) {
@@ -241,7 +241,7 @@ void SoundServer::endVoices(const std::string& reason) {
   said_ = true;
 }
 
-/// The server is out of reach, or was lost.
+/// The server cannot be reached, or was lost.
 void SoundServer::fail() {
   if (!context_) return;
   const std::string reason = pa_strerror(pa_context_errno(context_));

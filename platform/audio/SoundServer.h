@@ -16,12 +16,12 @@ struct pa_stream;
 
 namespace valdren::platform {
 
-/// Keeps a quarter of a second of sound at the server, so that a busy machine does not make it
-/// stutter, and yet is heard at once: while nothing plays the stream stands still, and when
-/// something changes, what the server holds but has not played is mixed and written again.
+/// Keeps a quarter of a second of sound at the server, so that a busy machine does not interrupt
+/// it. A new voice is still heard at once: the stream is paused while nothing plays, and a change
+/// replaces the frames that the server holds but has not played.
 ///
-/// Belongs to one thread; only `wake` and `isAudible` may be called on any. Whatever goes wrong is
-/// said in one log line, ends the voices, and is tried anew at the next `connect`.
+/// Belongs to one thread; only `wake` and `isAudible` may be called on any thread. A failure is
+/// logged in one line and ends the voices; the next `connect` tries again.
 class SoundServer {
  public:
   SoundServer();
@@ -29,15 +29,15 @@ class SoundServer {
   SoundServer(const SoundServer&) = delete;
   SoundServer& operator=(const SoundServer&) = delete;
 
-  /// Begins to connect unless that is under way or done.
+  /// Starts to connect unless that is under way or done.
   void connect();
-  /// Takes in new voices and what has been asked of the present ones.
+  /// Adds the new voices and applies the requests made to the present ones.
   void update(std::vector<std::shared_ptr<Voice>> incoming);
-  /// Waits for the server, for `wake` or for what is due next, and does it.
+  /// Waits for the server, for `wake` or for the next due time, and handles the event.
   void turn();
   /// Makes `turn` return.
   void wake();
-  /// Whether a voice that begins now would be heard. False before the voices end that were lost.
+  /// Whether a voice that starts now would be heard. Becomes false before lost voices end.
   bool isAudible() const { return audible_; }
 
  private:
@@ -67,21 +67,22 @@ class SoundServer {
   std::vector<std::shared_ptr<Voice>> voices_;
   std::vector<float> mixed_;
 
-  /// The stream has been written up to here.
+  /// The number of frames written to the stream.
   StreamFrame written_ = 0;
-  /// Whether the stream stands still at `written_`. If not, it set off from `startedFrame_` at
-  /// `startedAt_`, at the earliest.
+  /// Whether the stream is paused at `written_`. If not, it started from `startedFrame_` at
+  /// `startedAt_` at the earliest.
   bool standing_ = true;
   StreamFrame startedFrame_ = 0;
   Microseconds startedAt_ = 0;
 
-  /// When the server last took sound from us or was first asked to; when a voice last sounded.
+  /// When the server last took sound or was first asked to; when a voice last sounded.
   Microseconds movedAt_ = 0;
   Microseconds silentSince_ = 0;
   bool resting_ = false;
 
   std::atomic<bool> audible_ = false;
-  /// Whether the log knows that the server is away. It is told of every press, not of every try.
+  /// Whether the server's absence has been logged. Each press is logged, but not each automatic
+  /// attempt.
   bool said_ = false;
 };
 

@@ -5,7 +5,7 @@
 namespace valdren::platform {
 namespace {
 
-/// Three milliseconds: short enough not to be heard, long enough not to click.
+/// Three milliseconds: too short to be heard as a fade, long enough to avoid a click.
 constexpr StreamFrame kFadeFrames = kSampleRate * 3 / 1000;
 
 }  // namespace
