@@ -1,4 +1,4 @@
-// A spinner that says that something is going on.
+// A spinner that shows that something is going on.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@ namespace valdren::platform {
 
 enum class ActivityIndicatorStyle : int { WhiteLarge = 0, White = 1, Gray = 2 };
 
-/// Not to be seen while it stands still. Does not catch touches.
+/// Invisible while it stands still. Does not take touches.
 class ActivityIndicator : public View {
  public:
   explicit ActivityIndicator(ActivityIndicatorStyle style, const Rect& frame = {});

@@ -13,17 +13,17 @@ namespace valdren::platform {
 
 enum class BarSystemItem { Done, FlexibleSpace, Action, Refresh };
 
-/// A button, a view of the caller's, or a space that takes what the others leave.
+/// A button, a custom view, or a space that takes the remaining room.
 class BarButtonItem {
  public:
   using Action = std::function<void()>;
 
   static std::shared_ptr<BarButtonItem> withImage(std::shared_ptr<Image> image, Action action);
   static std::shared_ptr<BarButtonItem> withSystemItem(BarSystemItem item, Action action = {});
-  /// The view keeps its size and stands in the middle of the bar's height.
+  /// The view keeps its size and is centred vertically.
   static std::shared_ptr<BarButtonItem> withCustomView(std::shared_ptr<View> view);
 
-  /// In points; 0, as at first, is the width that the content asks for.
+  /// In points; 0, the default, is the content's natural width.
   double width() const { return width_; }
   void setWidth(double width) { width_ = width; }
   bool isEnabled() const { return enabled_; }
@@ -36,10 +36,10 @@ class BarButtonItem {
   const std::shared_ptr<View>& view() const { return view_; }
   /// Null for spaces and custom views.
   Button* button() const { return button_.get(); }
-  /// The width in force.
+  /// The width in use.
   double occupiedWidth() const;
 
-  /// Presses the item as a person would; false when it cannot be pressed.
+  /// Presses the item as the user would; false when it cannot be pressed.
   bool press() { return button_ && button_->press(); }
 
  private:

@@ -1,4 +1,4 @@
-// A control that does one thing when it is pressed.
+// A control that calls its action when it is pressed.
 #pragma once
 
 #include <functional>
@@ -13,16 +13,16 @@ namespace valdren::platform {
 /// Symbols that the platform draws itself, in the colour of the text.
 enum class Symbol { None, Refresh, Action, Secure, NotSecure };
 
-/// What a button looks like: nothing but its image, an item of a bar, or a bar's way out.
+/// A button's look: only its image, an item of a bar, or a bar's "Done".
 enum class ButtonStyle { Custom, Bar, Done };
 
-/// Reached by touch, mouse and keyboard. The accessibility label is also its tooltip.
+/// Usable by touch, mouse and keyboard. The accessibility label is also the tooltip.
 class Button : public View {
  public:
   explicit Button(ButtonStyle style = ButtonStyle::Custom, const Rect& frame = {});
   ~Button() override;
 
-  // One of them is shown, the last that was set.
+  // Only the one that was set last is shown.
   void setImage(std::shared_ptr<Image> image);
   void setSymbol(Symbol symbol);
   void setTitle(const std::string& title);
@@ -32,15 +32,15 @@ class Button : public View {
   /// The width, in points, that the content asks for.
   double naturalWidth() const;
 
-  /// Lights up under the finger.
+  /// Whether it glows while it is pressed.
   bool showsTouchWhenHighlighted() const { return showsTouch_; }
   void setShowsTouchWhenHighlighted(bool shows);
   bool isEnabled() const { return enabled_; }
   void setEnabled(bool enabled);
-  /// Called when a press ends inside the button. It may let go of the button.
+  /// Called when a press ends inside the button. The action may release the button.
   void setAction(std::function<void()> action) { action_ = std::move(action); }
 
-  /// Presses the button as a person would; false when it cannot be pressed, because it or a view
+  /// Presses the button as the user would; false when it cannot be pressed because it or a view
   /// around it is disabled or hidden.
   bool press();
 

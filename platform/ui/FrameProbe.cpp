@@ -41,7 +41,7 @@ bool FrameProbe::isWaiting() const {
 
 #ifdef GDK_WINDOWING_WAYLAND
 
-/// The toolkit's own clock stops for a compositor only where something new was drawn. This asks
+/// The toolkit's frame clock waits for the compositor only after something was drawn. This asks
 /// without drawing.
 bool FrameProbe::askCompositor() {
   GdkSurface* const surface = gtk_native_get_surface(GTK_NATIVE(window_));

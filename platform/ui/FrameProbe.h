@@ -1,4 +1,4 @@
-// A question to the desktop: is this window drawn?
+// Finds out whether a window is drawn.
 #pragma once
 
 #include <cstdint>
@@ -9,19 +9,19 @@ struct wl_callback;
 
 namespace valdren::platform {
 
-/// Asks for one frame of a window at a time, with nothing to draw. A desktop gives no frames to a
-/// window that nobody can see. The window must outlive it.
+/// Requests one frame of a window at a time, with nothing to draw. A desktop sends no frames to a
+/// window that is not visible. The window must outlive this object.
 class FrameProbe {
  public:
-  /// `answered` is called when the frame comes, where the desktop tells so by itself.
+  /// `answered` is called when the frame comes, on desktops that report it.
   FrameProbe(GtkWindow* window, std::function<void()> answered);
   ~FrameProbe();
   FrameProbe(const FrameProbe&) = delete;
   FrameProbe& operator=(const FrameProbe&) = delete;
 
-  /// Asks, unless an answer is waited for already. The window must be mapped.
+  /// Requests a frame unless one is pending. The window must be mapped.
   void ask();
-  /// Waits for no answer any more.
+  /// Cancels the pending request.
   void drop();
   bool isWaiting() const;
 
@@ -31,7 +31,7 @@ class FrameProbe {
   GtkWindow* window_;
   std::function<void()> answered_;
   wl_callback* callback_ = nullptr;
-  /// The frame that the window was at when it was asked for another; -1 when it was not.
+  /// The window's frame number at the request; -1 when there is none.
   std::int64_t frame_ = -1;
 };
 

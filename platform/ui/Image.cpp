@@ -23,7 +23,7 @@ std::uint32_t bigEndian(std::string_view bytes, std::size_t at) {
   return value;
 }
 
-/// Looked at before anything is decoded: a small file can claim a huge picture.
+/// Checked before decoding: a small file can claim a huge picture.
 bool hasUsableHeader(std::string_view bytes) {
   if (bytes.size() < 24 || bytes.size() > kMostBytes) return false;
   if (!bytes.starts_with(kSignature) || bytes.substr(8, 8) != kHeaderChunk) return false;

@@ -1,4 +1,4 @@
-// A picture that the program carries along.
+// A picture from the program's resources.
 #pragma once
 
 #include <memory>
@@ -10,10 +10,9 @@ namespace valdren::platform {
 
 class Image {
  public:
-  /// The picture in the bytes of a PNG file, drawn for `scale` pixels a point. Screens with fewer
-  /// or more pixels a point show it at the same size. Null when the bytes are no whole PNG, are
-  /// over 4 MiB, or hold a picture over 2048 pixels wide or high, and for a scale that is not above
-  /// 0.
+  /// The picture in the bytes of a PNG file, drawn for `scale` pixels per point. It has the same
+  /// size in points on every screen. Null when the bytes are not a complete PNG, are over 4 MiB, or
+  /// hold a picture over 2048 pixels wide or high, or when the scale is not above 0.
   static std::shared_ptr<Image> fromPNG(std::string_view bytes, double scale);
   ~Image();
   Image(const Image&) = delete;
@@ -24,7 +23,7 @@ class Image {
   /// In points.
   Size size() const { return {pixelSize_.width / scale_, pixelSize_.height / scale_}; }
 
-  /// The toolkit's side of the picture; for the platform's own sources.
+  /// The toolkit's part; for the platform's own sources.
   struct Native;
   const Native& native() const { return *native_; }
 

@@ -54,13 +54,14 @@ struct InterfaceView::Widgets {
     return found == buttons.end() ? nullptr : found->second;
   }
 
-  /// Null when there is none. Asked for in C, since gtkmm calls that a fault of the program.
+  /// Null when there is none. Uses the C function, because gtkmm treats a missing object as a
+  /// program error.
   GtkWidget* object(const std::string& id) const {
     GObject* const found = gtk_builder_get_object(builder->gobj(), id.c_str());
     return GTK_IS_WIDGET(found) ? GTK_WIDGET(found) : nullptr;
   }
 
-  /// Finds the named buttons by walking the tree, which is the order of the file.
+  /// Finds the named buttons in tree order, which is the order of the file.
   void collect(Gtk::Widget& widget) {
     for (Gtk::Widget* child = widget.get_first_child(); child; child = child->get_next_sibling()) {
       auto* const button = dynamic_cast<Gtk::Button*>(child);
@@ -134,7 +135,7 @@ void InterfaceView::setSelected(std::string_view control, bool selected) {
   gtk_accessible_update_state(
       GTK_ACCESSIBLE(button->gobj()), GTK_ACCESSIBLE_STATE_PRESSED,
       selected ? GTK_ACCESSIBLE_TRISTATE_TRUE : GTK_ACCESSIBLE_TRISTATE_FALSE, -1);
-  // Some screen readers tell of a new name only, other than of a new state of an ordinary button.
+  // Some screen readers announce a button's new name but not its new state.
   updateText(*button, Gtk::Accessible::Property::LABEL,
              titleOfControl(control) + (selected ? ", playing" : ""));
 }

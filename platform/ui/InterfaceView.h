@@ -12,36 +12,36 @@
 
 namespace valdren::platform {
 
-/// The controls are known by the ids that the file gives them.
+/// Controls are named by their ids in the file.
 class InterfaceView : public View {
  public:
   using Actions = std::map<std::string, std::function<void()>>;
 
-  /// Where interface files lie in the program's resources, as "/com/example/app".
+  /// The resource path of the interface files, as "/com/example/app".
   static void setResourceBase(std::string base);
   static const std::string& resourceBase();
 
-  /// The view of the file "NAME.ui", or null, with one log line, when there is no such file or it
-  /// is broken or has no object with that id. The actions of its controls are "screen.ACTION".
+  /// The view of the file "NAME.ui". Null, with one log line, when the file is missing or broken or
+  /// has no object with that id. The actions of its controls are "screen.ACTION".
   static std::shared_ptr<InterfaceView> load(const std::string& name, const std::string& object,
                                              const Rect& frame, const Actions& actions);
   ~InterfaceView() override;
 
   /// The ids of the buttons, in the order of the file.
   const std::vector<std::string>& controls() const;
-  /// Presses a control as a person would; false when there is none or it cannot be pressed.
+  /// Presses a control as the user would; false when there is none or it cannot be pressed.
   bool press(std::string_view control);
-  /// Marks a control as the one at work, for eyes and screen readers alike.
+  /// Marks a control as playing, visibly and for screen readers.
   void setSelected(std::string_view control, bool selected);
   bool isSelected(std::string_view control) const;
-  /// Where the control is, in this view's coordinates; empty when it is not laid out.
+  /// The control's frame in this view's coordinates; empty when it is not laid out.
   Rect frameOfControl(std::string_view control) const;
-  /// Shows the object with that id, and the beginning of the area that scrolls it, or takes its
-  /// room away. Unknown ids are ignored.
+  /// Shows or hides the object with that id; a hidden one takes no room. Showing scrolls to the
+  /// start of the surrounding scroll area. Unknown ids are ignored.
   void setHidden(const std::string& object, bool hidden);
   /// True also when there is no such object.
   bool isHidden(const std::string& object) const;
-  /// What the control says (its label, or the first label inside it), and what its tooltip says.
+  /// The control's own label, or the first label inside it; and its tooltip.
   std::string titleOfControl(std::string_view control) const;
   std::string tooltipOfControl(std::string_view control) const;
 

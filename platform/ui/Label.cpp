@@ -20,7 +20,7 @@ bool changesDirection(gunichar character) {
          character == 0x200F || character == 0x061C;
 }
 
-/// A page must not draw over what stands beside its text, nor turn it around.
+/// Text from a page must neither draw over its neighbours nor change their writing direction.
 Glib::ustring tame(const std::string& text) {
   Glib::ustring tamed;
   bool afterSpace = false;

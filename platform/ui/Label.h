@@ -1,4 +1,4 @@
-// One line of small text, with a symbol before it and a detail behind it when it has them.
+// One line of small text, with an optional symbol before it and an optional detail after it.
 #pragma once
 
 #include <memory>
@@ -9,14 +9,14 @@
 
 namespace valdren::platform {
 
-/// Centred. Where room is short, the detail loses its end, or goes altogether, and the text loses
-/// its beginning; the tooltip tells all.
+/// Centred. When there is too little room, the detail is cut at its end or hidden, and the text is
+/// cut at its start. The tooltip shows everything.
 class Label : public View {
  public:
   explicit Label(const Rect& frame = {});
   ~Label() override;
 
-  // Of both, control characters and those that change the writing direction are left out.
+  // Control characters and characters that change the writing direction are removed from both.
   void setText(const std::string& text);
   const std::string& text() const { return text_; }
   void setDetail(const std::string& detail);

@@ -8,8 +8,8 @@
 namespace valdren::platform {
 namespace {
 
-/// Between a press and the activation that comes of it, in seconds; a button shows a key's press
-/// for a while before it acts.
+/// The longest time between a press and its activation, in seconds: a button shows a key press for
+/// a while before it acts.
 constexpr double kOneTouchSeconds = 1;
 
 double now() {
@@ -48,7 +48,7 @@ LaunchPermit::Touch LaunchPermit::use(std::string_view wanted) {
     return latest_;
   }
   if (!hasRefused_) {
-    log("<Valdren> Not opened, for no touch or key of the person asked for it: " +
+    log("<Valdren> Not opened, because no touch or key of the user asked for it: " +
         std::string(wanted));
   }
   hasRefused_ = true;

@@ -1,4 +1,4 @@
-// What the person's touches allow: pages ask for other programs, and only the person starts them.
+// What the user's touches allow: pages may start other programs only after one.
 #pragma once
 
 #include <cstdint>
@@ -6,12 +6,11 @@
 
 namespace valdren::platform {
 
-/// A touch older than this, in seconds, allows nothing any more: long enough for a tap's way
-/// through a few redirects.
+/// An older touch, in seconds, allows nothing. The time covers a tap and a few redirects.
 inline constexpr double kTouchAllowsSeconds = 5;
 
-/// Each touch or key of the person in this application allows one other program to be started, soon
-/// after it. Seconds are those of the monotonic clock.
+/// Each touch or key of the user in this application allows one launch of another program, soon
+/// after it. Times are seconds of the monotonic clock.
 class LaunchPermit {
  public:
   /// Names the touch that allowed a launch; 0 is none.
@@ -19,20 +18,20 @@ class LaunchPermit {
 
   static LaunchPermit& shared();
 
-  /// A finger, a button or a key has gone down.
+  /// A finger, a mouse button or a key went down.
   void touched();
-  /// It has come up again. Holding it does not use up its time.
+  /// It came up again. The time of a touch starts here, so holding does not use it up.
   void released();
-  /// A control has been activated: by the touch or key just told, or by none, as assistive programs
-  /// do, which counts as a touch of its own.
+  /// A control was activated. Without a recent touch or key, as with assistive programs, this
+  /// counts as a touch.
   void activated();
 
-  /// Whether there is a touch of late that no launch has used.
+  /// Whether there is a recent touch that no launch has used.
   bool isGiven() const;
-  /// Uses up the latest touch. Gives 0 when nothing is allowed; the first time after a touch, one
-  /// line then says that `wanted` was not opened.
+  /// Uses the latest touch. Returns 0 when nothing is allowed; the first time after a touch, one
+  /// log line then says that `wanted` was not opened.
   Touch use(std::string_view wanted);
-  /// The launch came to nothing: its touch allows another, unless a later one has come.
+  /// The launch failed: its touch allows another one, unless there was a later touch.
   void giveBack(Touch touch);
 
  private:

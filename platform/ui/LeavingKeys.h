@@ -1,4 +1,4 @@
-// The keys and buttons with which people leave a screen.
+// The keys and mouse buttons that leave a screen.
 #pragma once
 
 #include <functional>
@@ -11,8 +11,8 @@ namespace valdren::platform {
 
 enum class LeavingKey { Cancel, Back };
 
-/// Asks `handler` first, before any widget gets the event; true keeps the event from them. The
-/// handler lives as long as the window.
+/// Calls `handler` before any widget gets the event; true consumes the event. The handler lives as
+/// long as the window.
 void watchLeavingKeys(Gtk::Window& window, std::function<bool(LeavingKey)> handler);
 
 }  // namespace valdren::platform

@@ -34,7 +34,7 @@ void drawRefresh(const Cairo::RefPtr<Cairo::Context>& context) {
   context->stroke();
 }
 
-/// A box with an arrow that leaves it.
+/// A box with an arrow pointing out of it.
 void drawAction(const Cairo::RefPtr<Cairo::Context>& context) {
   context->move_to(7, 3.2);
   context->line_to(3.6, 3.2);
@@ -129,8 +129,8 @@ void loadWidgetStyle() {
   const auto display = Gdk::Display::get_default();
   if (loaded || !display) return;
   loaded = true;
-  // The bar is black by light and by dark, so its colours do not follow the theme. Its text, in
-  // points of the desktop's, follows the person's choice of size.
+  // The bar is black in light and dark themes, so its colours are fixed. Its text is sized in
+  // points and follows the user's text size.
   const auto provider = Gtk::CssProvider::create();
   provider->load_from_data(R"(
 button.platform-button {

@@ -15,7 +15,7 @@ struct Image::Native {
   Glib::RefPtr<Gdk::Texture> texture;
 };
 
-/// Shows an image at its size in points, or as large as there is room, in its proportions.
+/// Shows an image at its size in points, or smaller if there is less room, in its proportions.
 class ImageWidget final : public Gtk::Widget {
  public:
   explicit ImageWidget(std::shared_ptr<Image> image);
@@ -45,7 +45,7 @@ class SymbolWidget final : public Gtk::Widget {
   int points_;
 };
 
-/// Loads the looks of the widgets here and of buttons, bars and labels; once for the display.
+/// Loads the style of these widgets and of buttons, bars and labels, once per display.
 void loadWidgetStyle();
 
 }  // namespace valdren::platform

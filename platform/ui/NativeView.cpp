@@ -14,12 +14,12 @@
 
 namespace valdren::platform {
 
-/// The widget. It asks for no size: its view's frame, or the window, says how large it is.
+/// The widget. It requests no size, because the view's frame or the window decides.
 class NativeView::Container final : public Gtk::Widget {
  public:
   explicit Container(View& view) : view_(view) {
     set_name("platform-view");
-    // Left to itself, the toolkit gives it no role, and its class for a name.
+    // By default the toolkit gives it no role, and its class as a name.
     g_object_set(gobj(), "accessible-role", GTK_ACCESSIBLE_ROLE_GROUP, nullptr);
   }
 
@@ -79,7 +79,7 @@ class NativeView::Container final : public Gtk::Widget {
   }
 
  private:
-  /// A child never gets less than it needs, which the toolkit would complain about.
+  /// A child gets at least its minimum size; the toolkit warns otherwise.
   static void allocate(Gtk::Widget& child, const Rect& frame) {
     int minimum = 0;
     int natural = 0;
@@ -98,7 +98,7 @@ class NativeView::Container final : public Gtk::Widget {
   bool allocating_ = false;
 };
 
-/// Remembers one widget for as long as it exists.
+/// A weak reference to one widget.
 class NativeView::FocusMemory final {
  public:
   explicit FocusMemory(GtkWidget* widget) { g_weak_ref_init(&widget_, widget); }
@@ -119,7 +119,7 @@ class NativeView::FocusMemory final {
 };
 
 NativeView::NativeView(View& view) : view_(view) {
-  // In an application that speaks to the toolkit in C, nobody has done this.
+  // An application that uses the toolkit's C interface has not done this.
   static const bool ready = (Gtk::init_gtkmm_internals(), true);
   static_cast<void>(ready);
   container_ = std::make_unique<Container>(view);
@@ -157,7 +157,7 @@ void NativeView::setCovered(bool covered) {
     gtk_root_set_focus(root, nullptr);
   }
   container_->set_child_visible(!covered);
-  // To the toolkit what is covered is still there for screen readers.
+  // The toolkit leaves covered widgets visible to screen readers.
   gtk_accessible_update_state(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_STATE_HIDDEN, int{covered},
                               -1);
 }
@@ -196,7 +196,7 @@ void NativeView::appearanceChanged() {
     Glib::Value<Glib::ustring> label;
     label.init(Glib::Value<Glib::ustring>::value_type());
     label.set(view_.accessibilityLabel());
-    // The content is what a screen reader stops at, once.
+    // The content gets the label, so that a screen reader stops once.
     Gtk::Widget& named = container_->content() ? *container_->content() : *container_;
     container_->reset_property(Gtk::Accessible::Property::LABEL);
     named.update_property(Gtk::Accessible::Property::LABEL, label);

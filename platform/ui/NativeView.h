@@ -1,4 +1,4 @@
-// The toolkit's side of a view: one widget that places its children by their frames.
+// The toolkit's part of a view: one widget that places its children by their frames.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@ namespace valdren::platform {
 
 class View;
 
-/// Owned by its view. Children are, from the bottom up: the content widget, then the subviews.
+/// Owned by its view. Its children, from bottom to top, are the content widget and the subviews.
 class NativeView {
  public:
   explicit NativeView(View& view);
@@ -23,22 +23,22 @@ class NativeView {
 
   Gtk::Widget& widget();
 
-  /// A toolkit widget that fills the view's bounds beneath its subviews; null takes it away. The
-  /// caller keeps it alive for as long as it is set.
+  /// A toolkit widget that fills the view's bounds beneath its subviews; null removes it. The
+  /// caller keeps it alive while it is set.
   void setContent(Gtk::Widget* content);
 
-  /// The least height, in points, that the content can be drawn in; 0 without content.
+  /// The minimum height of the content, in points; 0 without content.
   double contentHeight() const;
 
-  /// While covered, the view is neither drawn nor reached by touches, keys and screen readers. It
-  /// keeps its frame, and remembers which of its controls has the keyboard's focus.
+  /// While covered, the view is not drawn and gets no touches, keys or screen reader focus. It
+  /// keeps its frame and remembers which control has the keyboard's focus.
   void setCovered(bool covered);
   /// Moves the keyboard's focus into the view: to the control that had it when the view was
   /// covered, else to the first.
   void focus();
   bool isFocused() const;
 
-  // What the view tells.
+  // Called by the view.
   void insertOnTop(NativeView& subview);
   void remove(NativeView& subview);
   void frameChanged();

@@ -26,8 +26,8 @@ namespace {
 constexpr int kNarrowest = 280;
 constexpr int kLowest = 200;
 
-/// What the toolkit takes of a window's size for a frame of its own, which it draws where nothing
-/// composes windows. Known once the window is realized.
+/// The part of a window's size that the toolkit uses for its own frame, which it draws without a
+/// compositor. Known once the window is realized.
 Size frameOf(Gtk::Window& window) {
   if (!window.has_css_class("solid-csd")) return {};
   const auto style = window.get_style_context();
@@ -70,8 +70,7 @@ Gtk::Window& NativeWindow::window() {
 
 void NativeWindow::show() {
   Gtk::Window& window = widgets_->window;
-  // Without a keyboard or pointer anywhere, the toolkit would end the program in a window's wish
-  // for the focus.
+  // Without a keyboard or pointer, the toolkit crashes when a window requests the focus.
   if (!window.get_display()->get_default_seat()) return window.set_visible(true);
   window.present();
 }

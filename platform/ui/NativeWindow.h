@@ -1,4 +1,4 @@
-// The toolkit's side of a window: a top-level with a header bar for a status bar.
+// The toolkit's part of a window: a top-level window whose header bar is the status bar.
 #pragma once
 
 #include <functional>
@@ -29,16 +29,17 @@ class NativeWindow {
   void hide();
   void setTitle(const std::string& title);
   void resize(Size size);
-  /// Whether the window may take another shape. It may not where the desktop decides on its size,
-  /// where the shape is too large for the monitor, and where nobody tells the window's place, so
-  /// that nobody knows whether all of it would be seen.
+  /// Whether the window may take another shape. False when the desktop decides the size, when the
+  /// shape is larger than the monitor, or when the window's position is unknown, so that part of it
+  /// could be invisible.
   bool canTurn(Size size) const;
-  /// Gives the window another shape, moved as little as brings all of it into the monitor; nothing
-  /// where it may not take that shape.
+  /// Changes the window's shape and moves it as little as needed to keep it on the monitor. Nothing
+  /// when `canTurn` is false.
   void turn(Size size);
-  /// Back to a shape, and to the place that the window had in it.
+  /// Restores a shape and the window's position in it.
   void turnBack(Size size);
-  /// Whether all of this area of the window is on its monitor, as far as the desktop tells.
+  /// Whether this area of the window is completely on its monitor, as far as the desktop reports
+  /// it.
   bool isOnScreen(const Rect& area) const;
   Size size() const;
   bool isStatusBarHidden() const;
@@ -47,8 +48,8 @@ class NativeWindow {
   bool savePicture(const std::string& path) const;
   bool isBlank(const Rect& area) const;
 
-  /// Calls `step` with the progress, 0 to 1, at each frame until it was called with 1; once, with
-  /// 1, at once when the desktop wants no animations.
+  /// Calls `step` with the progress, 0 to 1, at each frame until it was called with 1. Without
+  /// animations on the desktop it calls once, at once, with 1.
   void animate(double seconds, std::function<void(double progress)> step);
   void stopAnimation();
 

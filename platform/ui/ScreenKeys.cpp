@@ -8,7 +8,8 @@ namespace {
 constexpr GdkModifierType kCommands =
     GdkModifierType(GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK);
 
-/// What an American keyboard prints from this code on. X11 and Wayland number the places alike.
+/// The characters of an American keyboard from this key code on. X11 and Wayland use the same
+/// codes.
 struct Row {
   guint firstCode;
   std::string_view keys;
@@ -16,7 +17,7 @@ struct Row {
 constexpr Row kRows[] = {
     {10, "1234567890"}, {24, "qwertyuiop"}, {38, "asdfghjkl"}, {52, "zxcvbnm"}};
 
-/// 0 where the place bears neither digit nor letter.
+/// 0 when the key is neither a digit nor a letter.
 guint keyAtPlace(guint code) {
   for (const Row& row : kRows) {
     if (code >= row.firstCode && code - row.firstCode < row.keys.size()) {
@@ -36,7 +37,7 @@ bool isTriggeredBy(GtkShortcutTrigger* trigger, guint key) {
          gtk_keyval_trigger_get_keyval(GTK_KEYVAL_TRIGGER(trigger)) == key;
 }
 
-/// Carries out the widget's first shortcut for this key.
+/// Activates the widget's first shortcut for this key.
 bool activate(GtkWidget* screen, guint key) {
   GListModel* const controllers = gtk_widget_observe_controllers(screen);
   bool done = false;
@@ -65,7 +66,7 @@ gboolean keyPressed(GtkEventControllerKey*, guint key, guint code, GdkModifierTy
   return activate(widget, key) || activate(widget, keyAtPlace(code));
 }
 
-/// The controller belongs to the window that the screen is in.
+/// Moves the key controller to the window that holds the screen.
 void follow(GtkWidget* screen, GParamSpec*, gpointer) {
   constexpr const char* kController = "platform-screen-keys";
   GObject* const owner = G_OBJECT(screen);

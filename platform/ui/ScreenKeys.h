@@ -1,15 +1,14 @@
-// The keys that press a screen's controls.
+// Keys that press a screen's controls.
 #pragma once
 
 #include <gtk/gtk.h>
 
 namespace valdren::platform {
 
-/// Lets the shortcuts of `screen` hear every key of their window that its focused control or page
-/// has no use for, such as a field that is typed in, for as long as the screen is shown. A key acts
-/// by what it prints, and if that is none of the shortcuts, by what its place bears on an American
-/// keyboard: the digits of a French one need Shift, and a Russian one prints no Latin letter. With
-/// Control, Alt or Super held, none acts.
+/// While the screen is shown, gives its shortcuts every key of the window that the focused control
+/// or page does not use, as a text field does. A shortcut matches the printed character or, failing
+/// that, the key's character on an American keyboard: a French keyboard needs Shift for digits, and
+/// a Russian one prints no Latin letters. Ignored while Control, Alt or Super is held.
 void pressByKeys(GtkWidget* screen);
 
 }  // namespace valdren::platform

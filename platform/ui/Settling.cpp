@@ -17,7 +17,7 @@ constexpr double kMostSeconds = 1;
 
 constexpr const char* kFramesKey = "quorbel-equal-frames";
 
-/// How a window was drawn since it was shown.
+/// The frames of a window since it was shown.
 struct Frames {
   int width = 0;
   int height = 0;
@@ -53,7 +53,7 @@ void countAnew(GtkWidget* window, Frames* frames) {
   frames->callback = gtk_widget_add_tick_callback(window, countFrame, frames, nullptr);
 }
 
-/// The key window, or the one that it lies over, where it is shown for pages only.
+/// The key window; or, if it is only shown for pages, the window below it.
 GtkWindow* shownWindow() {
   const Window* const key = Window::keyWindow();
   if (!key) return nullptr;
@@ -66,7 +66,7 @@ GtkWindow* shownWindow() {
 class Settling final : public Timer, private Trackable {
  public:
   explicit Settling(std::function<void()> task) : task_(std::move(task)) {
-    // A launch opens its window only after it has made the screens, which may ask.
+    // A launch opens its window after making the screens, which may already ask.
     next_ = RunLoop::shared().scheduleTimer(0, [this] { begin(); });
   }
   bool isValid() const override { return task_ != nullptr; }
@@ -79,7 +79,7 @@ class Settling final : public Timer, private Trackable {
     NotificationCenter::defaultCenter().addObserver(
         *this, kWindowDidSettle,
         [this](const Notification&) {
-          // After the frame that is being made.
+          // After the present frame.
           next_ = RunLoop::shared().scheduleTimer(0, [this] { end(); });
         },
         window);
@@ -87,7 +87,7 @@ class Settling final : public Timer, private Trackable {
 
   void end() {
     NotificationCenter::defaultCenter().removeObserver(*this);
-    // Its owner may let go of this object there.
+    // The task may destroy this object.
     const std::function<void()> task = std::exchange(task_, nullptr);
     task();
   }

@@ -1,4 +1,4 @@
-// When a window has got the size that it keeps: desktops give it one only once it is shown.
+// Detects when a window has its final size, which desktops decide only once it is shown.
 #pragma once
 
 #include <functional>
@@ -13,8 +13,8 @@ class Timer;
 /// Posted when a followed window has settled. The object is its `GtkWindow`.
 inline constexpr const char* kWindowDidSettle = "WindowDidSettle";
 
-/// Looks from now on whether the window has settled: whether it is shown and was drawn in one size
-/// for some frames since.
+/// Starts to watch whether the window has settled: it is shown and was drawn in one size for some
+/// frames.
 void followSettling(GtkWindow* window);
 bool hasSettled(GtkWindow* window);
 

@@ -9,11 +9,10 @@ namespace valdren::platform {
 namespace {
 
 constexpr int kMostColumns = 7;
-/// The pleasantest width of a tile, in its heights, and what a tile less in a row costs in
-/// comparison.
-constexpr double kPleasantShape = 1.44;
+/// The preferred width of a tile per height, and the cost of each missing tile in a row.
+constexpr double kPreferredShape = 1.44;
 constexpr double kCostOfGap = 0.15;
-/// A control that cannot be as wide as this beside the corner lies above it.
+/// A control that would be narrower than this beside the corner is placed above it.
 constexpr int kLeastBeside = 120;
 constexpr int kLeastFootHeight = 44;
 
@@ -37,7 +36,7 @@ std::vector<GtkWidget*> childrenOf(GtkWidget* widget) {
   return children;
 }
 
-// Both layouts hold four numbers, which are their properties.
+// Both layouts store four numbers, which are their properties.
 
 struct Layout {
   GtkLayoutManager parent;
@@ -72,7 +71,7 @@ GtkSizeRequestMode heightForWidth(GtkLayoutManager*, GtkWidget*) {
   return GTK_SIZE_REQUEST_HEIGHT_FOR_WIDTH;
 }
 
-/// The tiles of one area, and what of it they may take.
+/// The tiles of one area and the space for them.
 class Tiles {
  public:
   Tiles(GtkLayoutManager* layout, GtkWidget* area) : area_(area), children_(childrenOf(area)) {
@@ -144,8 +143,8 @@ class Tiles {
       if (heightOf(columns, width) > height) continue;
       const double tall = (height - 2.0 * margin_ + spacing_) / rows(columns) - spacing_;
       const int gaps = rows(columns) * columns - static_cast<int>(children_.size());
-      const double cost =
-          std::abs(std::log(tileWidth(columns, width) / tall / kPleasantShape)) + kCostOfGap * gaps;
+      const double cost = std::abs(std::log(tileWidth(columns, width) / tall / kPreferredShape)) +
+                          kCostOfGap * gaps;
       if (cost >= leastCost) continue;
       leastCost = cost;
       best = columns;
@@ -185,7 +184,7 @@ void beTileLayout(gpointer type, gpointer) {
   layout->allocate = arrangeTiles;
 }
 
-/// The foot's place, and where the area above it ends.
+/// The area of the control at the bottom, and the bottom edge of the area above it.
 struct Foot {
   GtkAllocation place;
   int top;

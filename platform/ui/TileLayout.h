@@ -5,17 +5,16 @@
 
 namespace valdren::platform {
 
-/// Makes the types that interface files may name:
+/// Registers the types for interface files:
 ///
-/// "PlatformTileLayout" lays all children out in rows of as many as make the tiles' shape
-/// the pleasantest and let all be seen at once; rows with one tile less share the width. Where not
-/// all can be seen, as many stand side by side as there is room for, and the whole is higher.
-/// Properties: "margin" and "spacing" in points, and "tile-width", "tile-height", the least of
-/// both.
+/// "PlatformTileLayout" places all children in rows. The number of columns is the one that comes
+/// closest to the preferred shape of a tile and shows all tiles at once; rows with one tile less
+/// share the width. When not all fit, rows are as long as possible and the whole gets higher.
+/// Properties, in points: "margin", "spacing", and the minimum "tile-width" and "tile-height".
 ///
-/// "PlatformFootLayout" keeps the lower left corner free: "corner-width" by
-/// "corner-height" points. The last child lies beside it where there is room, above it elsewhere,
-/// and the first child gets all that is above both. "margin" is the room around the last child.
+/// "PlatformFootLayout" keeps the lower left corner free: "corner-width" by "corner-height" points.
+/// The last child is placed beside it, or above it when there is too little room. The first child
+/// gets the area above both. "margin" is the space around the last child.
 void registerTileLayouts();
 
 }  // namespace valdren::platform

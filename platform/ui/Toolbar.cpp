@@ -8,10 +8,10 @@ namespace valdren::platform {
 namespace {
 
 constexpr double kMargin = 8;
-constexpr double kPromptHeight = 14;  // at the least
-/// A bar this high has room for the prompt above its items.
+constexpr double kPromptHeight = 14;  // minimum
+/// A bar of this height has room for the prompt above its items.
 constexpr double kHighBar = 40;
-/// No finger needs more.
+/// Buttons grow up to this width, which is enough for a finger.
 constexpr double kWidestTarget = 44;
 
 struct Slot {
@@ -37,7 +37,7 @@ std::vector<Slot> slotsFor(const std::vector<std::shared_ptr<BarButtonItem>>& it
   return slots;
 }
 
-/// A narrow button grows into half of each space beside it.
+/// A narrow button takes up to half of each space beside it.
 Slot widened(const std::vector<std::shared_ptr<BarButtonItem>>& items,
              const std::vector<Slot>& slots, std::size_t which) {
   const auto halfSpace = [&](std::size_t neighbour) {
@@ -56,7 +56,7 @@ Slot widestSpace(const std::vector<std::shared_ptr<BarButtonItem>>& items,
                  const std::vector<Slot>& slots) {
   Slot widest{0, 0};
   for (std::size_t i = 0; i < items.size(); ++i) {
-    // The last of equals: beside the way out, away from the page's own controls.
+    // The last of equal spaces, beside "Done" and away from the page's own controls.
     if (items[i]->isFlexibleSpace() && slots[i].width >= widest.width) widest = slots[i];
   }
   return widest;
@@ -80,7 +80,8 @@ void Toolbar::setItems(std::vector<std::shared_ptr<BarButtonItem>> items) {
   for (const auto& item : items_) {
     if (!item->view()) continue;
     if (item->view()->superview() != this) addSubview(item->view());
-    // Read in this order. Those that stay are not taken out, so they keep the keyboard's focus.
+    // Screen readers follow this order. Items that stay are not removed, so they keep the
+    // keyboard's focus.
     native().insertOnTop(item->view()->native());
   }
   layoutSubviews();

@@ -9,22 +9,22 @@
 
 namespace valdren::platform {
 
-/// Lays its items out from left to right; flexible spaces share what is left over. Touches beside a
-/// narrow button, up to the middle of the space around it, count as touches of the button.
+/// Lays its items out from left to right; flexible spaces share the rest. A narrow button also gets
+/// touches beside it, up to the middle of the space.
 class Toolbar : public View {
  public:
   explicit Toolbar(const Rect& frame = {});
 
-  /// The background's colour.
+  /// The background colour.
   void setTintColor(const Color& color) { setBackgroundColor(color); }
   const std::vector<std::shared_ptr<BarButtonItem>>& items() const { return items_; }
   void setItems(std::vector<std::shared_ptr<BarButtonItem>> items);
 
-  /// The height that the bar needs for all its text to be seen, and `usual` at the least.
+  /// The height that shows all text, at least `usual`.
   double heightFrom(double usual) const;
 
-  /// A line about what the screen shows: above the items in a bar with room for it, else in its
-  /// widest space. Null takes it away.
+  /// A line about the screen's content: above the items if the bar is high enough, else in its
+  /// widest space. Null removes it.
   void setPrompt(std::shared_ptr<View> prompt);
 
  protected:

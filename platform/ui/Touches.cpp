@@ -24,11 +24,10 @@ bool isRelease(Type type) {
   return type == Type::BUTTON_RELEASE || type == Type::TOUCH_END || type == Type::KEY_RELEASE;
 }
 
-/// The key that is down, so that its repetitions are not taken for others; 0 when none is.
+/// The key that is held down, which repeats its events; 0 when there is none.
 unsigned keyDown = 0;
 
-/// Whether the person has pressed a key that asks for something. One that changes others, or that
-/// leaves a page, does not.
+/// Whether the user pressed a key that can ask for something. Modifiers and Escape cannot.
 bool isKey(const Gdk::Event& event) {
   if (event.get_event_type() != Type::KEY_PRESS) return false;
   auto* const key = const_cast<GdkEvent*>(event.gobj());
@@ -39,7 +38,7 @@ bool isKey(const Gdk::Event& event) {
   return std::exchange(keyDown, code) != code;
 }
 
-/// Keeps what the person does for those who start other programs.
+/// Reports touches and keys to `LaunchPermit`.
 void noteForLaunches(const Gdk::Event& event) {
   const Type type = event.get_event_type();
   if (isTouch(type) || isKey(event)) LaunchPermit::shared().touched();
@@ -47,13 +46,13 @@ void noteForLaunches(const Gdk::Event& event) {
   if (type == Type::KEY_RELEASE || isTouch(type)) keyDown = 0;
 }
 
-/// Where the event is in the view's coordinates.
+/// The event's position in the view's coordinates; none when it belongs to another surface.
 std::optional<Point> placeInView(const Gdk::Event& event, View& view) {
   GtkWidget* const widget = GTK_WIDGET(view.native().widget().gobj());
   GtkNative* const native = gtk_widget_get_native(widget);
   double x = 0;
   double y = 0;
-  // Menus and tooltips have surfaces, and places, of their own.
+  // Menus and tooltips have surfaces and coordinates of their own.
   if (!native || gdk_event_get_surface(const_cast<GdkEvent*>(event.gobj())) !=
                      gtk_native_get_surface(native)) {
     return std::nullopt;

@@ -1,4 +1,4 @@
-// Touches, told to the views before the toolkit delivers them.
+// Reports touches to the views before the toolkit delivers them.
 #pragma once
 
 namespace Gtk {
@@ -9,8 +9,8 @@ namespace valdren::platform {
 
 class View;
 
-/// Asks `view` for a hit test at each touch that goes through `widget`, which holds the view's own
-/// widget or is it, and tells `LaunchPermit` of touches and keys. `view` outlives `widget`.
+/// Calls the view's hit test at each touch of `widget`, which is or holds the view's own widget,
+/// and tells `LaunchPermit` of touches and keys. `view` outlives `widget`.
 void watchTouches(Gtk::Widget& widget, View& view);
 
 }  // namespace valdren::platform

@@ -10,15 +10,15 @@ namespace valdren::platform {
 namespace {
 
 double usableLength(double length) {
-  return length > 0 ? length : 0;
-}  // NaN is not above 0
+  return length > 0 ? length : 0;  // NaN is not above 0
+}
 
 double usableOffset(double offset) {
   return std::isfinite(offset) ? offset : 0;
 }
 
-/// Spreads the change of the superview's length over the parts that give way: in proportion to
-/// their lengths, or evenly when these add up to nothing.
+/// Distributes the change of the superview's length over the flexible parts: in proportion to their
+/// lengths, or evenly when their sum is 0.
 void resizeAlongOneAxis(double& start, double& length, double before, double after, bool startGives,
                         bool lengthGives, bool endGives) {
   const double end = before - start - length;

@@ -1,4 +1,4 @@
-// A rectangle on the screen, with views inside it.
+// A rectangle on the screen, which can hold other views.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@ namespace valdren::platform {
 class NativeView;
 class Window;
 
-/// Which sides of a view give way when its superview's size changes. The values add up.
+/// The flexible parts of a view when its superview's size changes. The values can be combined.
 enum AutoresizingMask : unsigned {
   kNoResizing = 0,
   kFlexibleLeftMargin = 1,
@@ -24,11 +24,11 @@ enum AutoresizingMask : unsigned {
   kFlexibleBottomMargin = 32,
 };
 
-/// What reached a view: fingers, pens and the mouse are touches.
+/// The kinds of events. Fingers, pens and the mouse give touches.
 enum class EventType { Touches = 0, Motion = 1, RemoteControl = 2 };
 
-/// A view owns its subviews together with whoever else holds them. Main thread only; the toolkit
-/// must have been started (`Application`, or a host's own).
+/// A view shares the ownership of its subviews. Main thread only; the toolkit must have been
+/// started by `Application` or by the host.
 class View : public virtual Trackable, public std::enable_shared_from_this<View> {
  public:
   explicit View(const Rect& frame = {});
@@ -36,8 +36,8 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   View(const View&) = delete;
   View& operator=(const View&) = delete;
 
-  /// Place and size in the superview's coordinates, in points; the origin is the top-left corner.
-  /// Negative and NaN sizes count as 0. A new size resizes the subviews by their masks.
+  /// Position and size in the superview's coordinates, in points; the origin is the top-left
+  /// corner. Negative and NaN sizes count as 0. A new size resizes the subviews by their masks.
   const Rect& frame() const { return frame_; }
   void setFrame(const Rect& frame);
   /// The same size with the origin at (0, 0).
@@ -48,10 +48,10 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   bool autoresizesSubviews() const { return autoresizesSubviews_; }
   void setAutoresizesSubviews(bool resizes) { autoresizesSubviews_ = resizes; }
 
-  /// Puts a view on top of the present subviews, taking it from its former superview. Null, this
-  /// view itself and its ancestors are ignored.
+  /// Adds a view on top of the present subviews and removes it from its former superview. Null,
+  /// this view itself and its ancestors are ignored.
   void addSubview(std::shared_ptr<View> subview);
-  /// Does nothing without a superview. The superview lets go of its reference.
+  /// Releases the superview's reference. Nothing happens without a superview.
   void removeFromSuperview();
   const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
   View* superview() const { return superview_; }
@@ -69,7 +69,7 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   /// While false, neither this view nor its subviews react to touches and keys.
   bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
   void setUserInteractionEnabled(bool enabled);
-  /// What a screen reader says; empty leaves it to the toolkit.
+  /// The text that a screen reader speaks; when empty, the toolkit decides.
   const std::string& accessibilityLabel() const { return accessibilityLabel_; }
   void setAccessibilityLabel(std::string label);
 
@@ -78,16 +78,16 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   /// Whether the keyboard's focus is here or in a view inside, while the window is active.
   bool isFirstResponder() const;
 
-  /// Asked before a touch is delivered: the deepest view at `point` (in this view's coordinates)
-  /// that reacts to events, or null. Overrides see every touch first and hand on to the base.
+  /// Called before a touch is delivered. Returns the deepest view at `point` (in this view's
+  /// coordinates) that reacts to events, or null. Overrides see every touch first and call the
+  /// base.
   virtual View* hitTest(Point point, EventType type);
 
-  /// Does what a finger does that touches this view at `point` (in its coordinates) and leaves it
-  /// again: the hit test, then the reaction of the view that was hit. False when nothing there
-  /// reacts.
+  /// Simulates a tap at `point` (in this view's coordinates): the hit test, then the reaction of
+  /// the view that was hit. False when nothing there reacts.
   bool tap(Point point);
 
-  /// The toolkit's side of this view; for the platform's own sources.
+  /// The toolkit's part of this view; for the platform's own sources.
   NativeView& native() const { return *native_; }
 
  protected:
@@ -101,7 +101,7 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   void resizeSubviews(Size before);
 
   Rect frame_;
-  Window* owner_ = nullptr;  // of a window's outermost view
+  Window* owner_ = nullptr;  // set for a window's outermost view only
   unsigned autoresizingMask_ = kNoResizing;
   bool autoresizesSubviews_ = true;
   bool hidden_ = false;

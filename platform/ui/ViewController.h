@@ -1,5 +1,4 @@
-// One screen: its view, its appearance and disappearance, the screen that it presents, its
-// rotation.
+// One screen: its view, appearance, rotation, and the screen that it presents.
 #pragma once
 
 #include <functional>
@@ -41,13 +40,12 @@ class ViewController : public virtual Trackable,
   const std::shared_ptr<View>& view();
   bool isViewLoaded() const { return view_ != nullptr; }
   void setView(std::shared_ptr<View> view) { view_ = std::move(view); }
-  /// The frame that the view is to have when it is loaded.
+  /// The frame of the view when it is loaded.
   void setInitialFrame(const Rect& frame) { initialFrame_ = frame; }
-  /// The interface file (without its ".ui") that `loadView` reads, and the id of its outermost
-  /// object; an empty name, as at first, is for a plain view.
+  /// The interface file that `loadView` reads (without its ".ui"), and the id of its outermost
+  /// object. An empty name, the default, gives a plain view.
   void setInterface(std::string name, std::string object);
-  /// What the controls of the interface file do, by the action that they name. Set before the view
-  /// is loaded.
+  /// Sets what an action of the interface file's controls does. Called before the view is loaded.
   void setAction(std::string name, std::function<void()> action);
 
   virtual void loadView();
@@ -59,17 +57,17 @@ class ViewController : public virtual Trackable,
   virtual void viewDidDisappear(bool animated);
   virtual void didReceiveMemoryWarning() {}
 
-  /// Portrait alone unless overridden.
+  /// Only portrait unless overridden.
   virtual bool shouldAutorotateToInterfaceOrientation(InterfaceOrientation orientation);
   virtual void didRotateFromInterfaceOrientation(InterfaceOrientation from);
   /// The orientation of the window that shows this screen: landscape right when it is wider than
   /// high, else portrait.
   InterfaceOrientation interfaceOrientation() const;
 
-  /// Escape was pressed while this screen is on top; true when it had an effect. Comes before the
-  /// page or the control that has the keyboard.
+  /// Called when Escape is pressed while this screen is on top, before the focused page or control
+  /// gets the key. Returns whether it had an effect.
   virtual bool cancelPressed() { return false; }
-  /// The same for the way back: Alt+Left, the Back key, the mouse's back button.
+  /// The same for going back: Alt+Left, the Back key, the mouse's back button.
   virtual bool backPressed() { return false; }
 
   ModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
@@ -77,11 +75,11 @@ class ViewController : public virtual Trackable,
   ModalPresentationStyle modalPresentationStyle() const { return presentationStyle_; }
   void setModalPresentationStyle(ModalPresentationStyle style) { presentationStyle_ = style; }
 
-  /// Shows `controller` over the whole window and holds it until it is dismissed. Ignored while
-  /// this screen already presents one, for null, and when this screen is in no window. When
-  /// animated, the screen slides up, and `viewDidAppear` follows the slide.
+  /// Shows `controller` over the whole window and holds it until it is dismissed. Ignored for null,
+  /// while this screen presents another one, and when this screen is in no window. When animated,
+  /// the screen slides up, and `viewDidAppear` follows the slide.
   void presentModalViewController(std::shared_ptr<ViewController> controller, bool animated);
-  /// Takes away the screen that this one presents, with all above it; nothing without one.
+  /// Removes the screen that this one presents, and all above it. Nothing happens without one.
   void dismissModalViewControllerAnimated(bool animated);
   /// The screen that this one presents, or null.
   const std::shared_ptr<ViewController>& modalViewController() const { return modal_; }

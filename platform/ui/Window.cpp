@@ -11,7 +11,7 @@ namespace valdren::platform {
 namespace {
 
 constexpr double kTransitionSeconds = 0.25;
-/// How long a desktop may take to do what it is asked for.
+/// The time that a desktop gets to turn the window.
 constexpr double kTurnSeconds = 2;
 
 WeakPtr<Window> theKeyWindow;
@@ -34,7 +34,7 @@ class Window::Stage final : public View {
   }
 };
 
-/// One screen on its way in or out over another.
+/// One screen that appears or disappears over another.
 struct Window::Transition {
   bool appearing;
   std::shared_ptr<ViewController> moving;
@@ -67,8 +67,8 @@ Window* Window::keyWindow() {
   return theKeyWindow.get();
 }
 
-/// Runs a change of the screens. Hooks of the screens run in the midst of it, and what they ask for
-/// waits until it is done, so that every screen gets its hooks whole and in order.
+/// Runs a change of the screens. Changes that the screens' hooks ask for in the meantime wait, so
+/// that each screen gets its hooks completely and in order.
 void Window::change(std::function<void()> change) {
   waiting_.push_back(std::move(change));
   if (changing_) return;
@@ -132,8 +132,8 @@ ViewController* Window::topViewController() const {
   return top;
 }
 
-// The links between the screens change at once, so that whoever asked sees the new order; what is
-// on the screen follows when its turn comes.
+// The links between the screens change at once, so that the caller sees the new order. The display
+// follows in turn.
 
 void Window::present(ViewController& presenter, std::shared_ptr<ViewController> controller,
                      bool animated) {
@@ -142,7 +142,7 @@ void Window::present(ViewController& presenter, std::shared_ptr<ViewController> 
   controller->presenting_ = &presenter;
   controller->window_ = this;
   change([this, controller = std::move(controller), over = presenter.shared_from_this(), animated] {
-    // It may have been dismissed before its turn came.
+    // It may have been dismissed while it waited.
     if (over->modal_ == controller) show(controller, over, animated);
   });
 }
@@ -169,8 +169,8 @@ void Window::dismiss(ViewController& presenter, bool animated) {
   }
   change([this, over, leaving, animated] {
     endTransition();
-    // The topmost that is on the stage goes visibly. Those between are covered and those after were
-    // never shown; they go without a word.
+    // Only the topmost visible screen leaves with its hooks and animation. The screens below it are
+    // covered, and those above were never shown: they are removed without hooks.
     std::shared_ptr<ViewController> top;
     for (const auto& screen : leaving) {
       if (isOnStage(*screen)) top = screen;
@@ -212,7 +212,7 @@ void Window::run(Transition transition) {
       finishTransition();
     }
   });
-  // A window that is not drawn has no frames to animate with.
+  // A window that is not drawn gets no frames for an animation.
   RunLoop::shared().performAfterDelay(*this, 4 * kTransitionSeconds,
                                       [this, begun = std::weak_ptr(transition_)] {
                                         if (!begun.expired()) finishTransition();
@@ -257,7 +257,7 @@ void Window::hide() {
   native_->hide();
 }
 
-/// Where the window cannot be turned, the screen is shown as the window is.
+/// Without `canTurn`, the screen is shown in the window's present shape.
 void Window::turnFor(const std::shared_ptr<ViewController>& controller) {
   if (!turnedFor_.expired()) return;
   if (controller->shouldAutorotateToInterfaceOrientation(orientation())) return;
@@ -273,8 +273,8 @@ bool Window::canTurn() const {
   return !refusesToTurn_ && native_->canTurn({present.height, present.width});
 }
 
-/// The desktop has the last word. A window that it does not turn is not asked again, and what would
-/// leave the way out beyond the monitor's edge is undone.
+/// The desktop decides. If it did not turn the window, it is not asked again. If the turned window
+/// is partly off the monitor, the turn is undone.
 void Window::checkTurn() {
   if (sizeBeforeTurn_ == Size{}) return;
   const bool wasWide = sizeBeforeTurn_.width > sizeBeforeTurn_.height;
@@ -285,8 +285,8 @@ void Window::checkTurn() {
   sizeBeforeTurn_ = {};
 }
 
-/// Once the screen that the window was turned for is gone. A window that somebody has turned back,
-/// or that would not be turned, stays as it is.
+/// Turns the window back once the screen that needed it is gone. Nothing when the window has its
+/// former shape already.
 void Window::turnBack() {
   if (sizeBeforeTurn_ == Size{}) return;
   const std::shared_ptr<ViewController> turned = turnedFor_.lock();
@@ -315,8 +315,8 @@ void Window::orientationMayHaveChanged() {
   lastOrientation_ = now;
   ViewController* const top = topViewController();
   if (before == InterfaceOrientation::Unknown || !top) return;
-  // After the layout that is going on, so that the screen may change its views. The call dies with
-  // the screen.
+  // After the present layout, so that the screen may change its views. The call is cancelled when
+  // the screen is destroyed.
   RunLoop::shared().performAfterDelay(*top, 0, [top, now, before] {
     if (top->window() && top->shouldAutorotateToInterfaceOrientation(now)) {
       top->didRotateFromInterfaceOrientation(before);
@@ -340,7 +340,7 @@ void Window::setTitle(const std::string& title) {
 void Window::resize(Size size) {
   native_->resize(size);
   if (visible_) return;
-  // Nothing is laid out that would tell.
+  // An invisible window gets no layout that would set the frame.
   stage_->setFrame({0, 0, size.width, size.height - statusBarHeight()});
 }
 Size Window::size() const {

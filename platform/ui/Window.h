@@ -17,7 +17,7 @@ class Timer;
 /// Owns its root screen. Main thread only.
 class Window : public virtual Trackable, public std::enable_shared_from_this<Window> {
  public:
-  /// A window that is not shown yet; `size` in points, with the status bar.
+  /// A window that is not shown yet; `size` in points, including the status bar.
   explicit Window(Size size);
   ~Window();
   Window(const Window&) = delete;
@@ -27,42 +27,41 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   static Window* keyWindow();
 
   const std::shared_ptr<ViewController>& rootViewController() const { return root_; }
-  /// Shows this screen in place of the former root and whatever was presented over it. Null empties
-  /// the window.
+  /// Replaces the former root and all screens presented over it. Null empties the window.
   void setRootViewController(std::shared_ptr<ViewController> controller);
-  /// Shows the window, in front and with the keyboard's focus where the desktop allows it.
+  /// Shows the window, in front and with the keyboard's focus if the desktop allows it.
   void makeKeyAndVisible();
   bool isVisible() const { return visible_; }
 
   /// Makes this the key window without showing it.
   void makeKey();
 
-  /// When true, the window shows itself once its root presents a screen, and hides when the last
-  /// one has been dismissed; nothing slides. For windows over somebody else's.
+  /// When true, the window is shown when its root presents a screen and hidden when the last one is
+  /// dismissed, without animation. For windows over a host's window.
   void setShownForModalsOnly(bool only) { shownForModalsOnly_ = only; }
   /// The screen on top: the root, or the last one presented; null without a root.
   ViewController* topViewController() const;
 
-  /// Tells every screen that memory runs low.
+  /// Forwards a low-memory notice to every screen.
   void didReceiveMemoryWarning();
 
   void setTitle(const std::string& title);
-  /// The part that screens fill, without the status bar.
+  /// The area of the screens, without the status bar.
   Rect contentBounds() const;
-  /// Asks for a new size, with the status bar; the desktop has the last word.
+  /// Asks the desktop for a new size, including the status bar. The desktop decides.
   void resize(Size size);
   Size size() const;
   InterfaceOrientation orientation() const;
-  /// Whether the window can swap its sides: its size is its own matter, and the turned window would
-  /// be whole on the monitor.
+  /// Whether the window can swap its width and height: the desktop leaves its size to it, and the
+  /// turned window would fit the monitor.
   bool canTurn() const;
 
   bool isStatusBarHidden() const;
   void setStatusBarHidden(bool hidden);
   double statusBarHeight() const;
 
-  /// Whether all of this part of the screens (as in `contentBounds`) is on the monitor, as far as
-  /// the desktop tells.
+  /// Whether this area of the screens (in coordinates of `contentBounds`) is completely on the
+  /// monitor, as far as the desktop reports it.
   bool isOnScreen(const Rect& area) const;
   /// Writes what the window shows now to a PNG file; false when it shows nothing or the file cannot
   /// be written.
@@ -70,11 +69,11 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   /// Whether this part of the screens (as in `contentBounds`) is drawn in one colour alone.
   bool isBlank(const Rect& area) const;
 
-  /// Does what a finger does that taps this point of the screens (as in `contentBounds`); false
-  /// when nothing there reacts.
+  /// Simulates a tap at this point of the screens (in coordinates of `contentBounds`); false when
+  /// nothing there reacts.
   bool tap(Point point);
 
-  /// Brings a running transition to its end at once.
+  /// Ends a running transition at once.
   void finishTransition();
 
   NativeWindow& native() const { return *native_; }
@@ -107,7 +106,7 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   std::shared_ptr<Stage> stage_;
   std::shared_ptr<ViewController> root_;
   std::shared_ptr<Transition> transition_;
-  /// What hooks of the screens asked for while another change was going on.
+  /// Changes that were requested during another change.
   std::deque<std::function<void()>> waiting_;
   bool changing_ = false;
   InterfaceOrientation lastOrientation_ = InterfaceOrientation::Unknown;

@@ -12,7 +12,7 @@ GdkSurface* surfaceOf(GtkWindow* window) {
   return gtk_native_get_surface(GTK_NATIVE(window));
 }
 
-/// The surface with its shadow, in pixels of the X server.
+/// The surface's area including its shadow, in pixels of the X server.
 std::optional<Rect> surfacePlace(GdkSurface* surface) {
   if (!surface || !GDK_IS_X11_SURFACE(surface)) return std::nullopt;
   Display* const display = GDK_SURFACE_XDISPLAY(surface);
@@ -80,7 +80,7 @@ void moveTo(GtkWindow* window, const Rect& place) {
   const auto moved = [scale](double pixel, double from, double to) {
     return static_cast<int>(std::lround(pixel + (to - from) * scale));
   };
-  // In one request: of two, a window manager would correct what the first leads to.
+  // One request for both: after the first of two, a window manager would correct the result.
   XMoveResizeWindow(GDK_SURFACE_XDISPLAY(surface), GDK_SURFACE_XID(surface),
                     moved(pixels->x, present->x, place.x), moved(pixels->y, present->y, place.y),
                     static_cast<unsigned>(moved(pixels->width, present->width, place.width)),

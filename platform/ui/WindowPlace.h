@@ -1,4 +1,4 @@
-// Where a window lies on the desktop, as far as the desktop tells.
+// The position of a window on the desktop, if the desktop reports it.
 #pragma once
 
 #include <optional>
@@ -9,17 +9,17 @@ typedef struct _GtkWindow GtkWindow;
 
 namespace valdren::platform {
 
-/// Whether the desktop tells windows their place and takes another; none on Wayland do.
+/// Whether the desktop reports and changes window positions. Wayland does neither.
 bool tellsPlace(GtkWindow* window);
-/// The window's area on the desktop, in points; none where that is not told, and before the window
-/// is laid out for the first time.
+/// The window's area on the desktop, in points; none when the desktop does not report it, and
+/// before the window's first layout.
 std::optional<Rect> placeOf(GtkWindow* window);
-/// The part of the window's monitor that panels leave to applications, or the whole monitor where
-/// that is not told. On Wayland, with the monitor's upper left corner for its origin.
+/// The part of the window's monitor without panels, or the whole monitor if panels are unknown. On
+/// Wayland the origin is the monitor's upper left corner.
 std::optional<Rect> workAreaOf(GtkWindow* window);
-/// Whether the window's size is its own matter: it is neither tiled nor maximised nor full screen.
+/// Whether the window may choose its size: it is not tiled, maximised or full screen.
 bool isFree(GtkWindow* window);
-/// Asks for another place and size; nothing where `placeOf` is none.
+/// Asks for another position and size. Nothing when `placeOf` is none.
 void moveTo(GtkWindow* window, const Rect& place);
 
 }  // namespace valdren::platform
