@@ -26,7 +26,7 @@ std::string routeNamed(const pa_sink_port_info& port) {
   return std::string(name);
 }
 
-/// Keeps what the server says about its default output, on a thread of the library's own.
+/// Stores the server's reports on its default output, on a thread of the library.
 class PulseAudioSession final : public AudioSession {
  public:
   ~PulseAudioSession() override {
@@ -115,7 +115,7 @@ class PulseAudioSession final : public AudioSession {
 
   pa_threaded_mainloop* loop_ = nullptr;
   pa_context* context_ = nullptr;
-  /// The server went away, or was not there; the next question after the route looks for it again.
+  /// The server was lost or could not be reached; the next call of `route` connects again.
   std::atomic<bool> lost_ = false;
   std::mutex mutex_;
   std::optional<std::string> route_;  // guarded by mutex_

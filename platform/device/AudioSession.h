@@ -1,4 +1,4 @@
-// Where sound goes at present.
+// The present output route of sound.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,8 @@
 
 namespace valdren::platform {
 
-/// Statuses are 0 on success. Callers treat only some of the others as failures, so they are kept.
+/// A status of 0 means success. Callers treat only some other values as failures, so the values are
+/// kept.
 class AudioSession : public Shared<AudioSession> {
  public:
   static constexpr int kAlreadyInitialized = 0x696e6974;
@@ -23,10 +24,10 @@ class AudioSession : public Shared<AudioSession> {
   struct Route {
     int status = 0;
     /// "Headphone", "Headset", "Speaker" or another name for the default output's active port;
-    /// empty when the output has none; absent when it cannot be told.
+    /// empty when the output has none; absent when it is unknown.
     std::optional<std::string> name;
   };
-  /// The route last reported by the server; never waits for it. Looks for the server anew when it
+  /// The route that the server reported last; never waits for it. Connects again when the server
   /// was lost.
   virtual Route route() = 0;
 };

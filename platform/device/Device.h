@@ -1,4 +1,4 @@
-// The machine that this runs on.
+// The machine that the application runs on.
 #pragma once
 
 #include <functional>
@@ -21,22 +21,20 @@ class Device : public Shared<Device> {
   static Device& standard();
   virtual ~Device() = default;
 
-  /// The product's name, from the device tree or the firmware; "Linux" when neither tells.
+  /// The product's name, from the device tree or the firmware; "Linux" when neither has one.
   virtual std::string model() const = 0;
-  /// Dotted numbers, from os-release when they are those of a whole system (3 and above), or else
-  /// the kernel's.
+  /// Dotted numbers: the version in os-release if it is 3 or above, else the kernel's.
   virtual std::string systemVersion() const = 0;
-  /// Stable for this machine, user and application, different for any other; it reveals none of
-  /// them. The machine's own id never leaves this class.
+  /// Stable for this machine, user and application, different for any other, and not traceable to
+  /// any of them. The machine's own id never leaves this class.
   virtual std::string uniqueIdentifier() const = 0;
   /// The hardware name that `uname` gives, such as x86_64.
   virtual std::string machine() const = 0;
-  /// None when it cannot be told.
+  /// None when it is unknown.
   virtual std::optional<InterfaceIdiom> userInterfaceIdiom() const = 0;
-  /// The person's languages, most wanted first, as "en" or "pt-PT"; empty when none is set.
+  /// The user's languages, preferred first, as "en" or "pt-PT"; empty when none is set.
   virtual std::vector<std::string> preferredLanguages() const = 0;
-  /// Whether this process has the superuser's rights, so that nothing on the machine is out of its
-  /// reach.
+  /// Whether this process runs as the superuser.
   virtual bool hasSuperuserRights() const { return false; }
 };
 
@@ -45,13 +43,13 @@ class Screen : public Shared<Screen> {
   static Screen& standard();
   virtual ~Screen() = default;
 
-  /// Pixels a point; none when it cannot be told.
+  /// Pixels per point; none when it is unknown.
   virtual std::optional<double> scale() const = 0;
-  /// The part of the screen that is the application's: the window's content without the status bar.
+  /// The application's part of the screen: the window's content without the status bar.
   virtual Rect applicationFrame() const = 0;
-  /// Calls `task` once the window has got the size that it keeps, so that what is asked here tells
-  /// what the person sees: at once where it has, else later, one second after its launch at most.
-  /// Destroying the timer cancels the call; it is null where the call was made at once.
+  /// Calls `task` once the window has its final size, so that this class reports what the user
+  /// sees: at once if it has, else later, at most one second after the launch. Destroying the timer
+  /// cancels the call. The timer is null when the call was made at once.
   virtual std::unique_ptr<Timer> whenSettled(std::function<void()> task) = 0;
 };
 

@@ -14,7 +14,7 @@ struct Launch {
   LaunchPermit::Touch touch;
 };
 
-/// What every desktop opens.
+/// Schemes that the portals of every desktop open.
 bool isOpenedByPortals(const std::string& scheme) {
   return scheme == "http" || scheme == "https" || scheme == "mailto";
 }

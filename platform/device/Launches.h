@@ -1,4 +1,4 @@
-// Starting other programs.
+// Starts other programs.
 #pragma once
 
 #include "platform/base/URL.h"
@@ -6,14 +6,14 @@
 
 namespace valdren::platform {
 
-/// Whether the handlers outside cannot be seen from here, so that only a portal finds them.
+/// Whether this process runs in a sandbox, where only a portal can find handlers.
 bool isInSandbox();
 
 /// Whether something on this system handles the URL's scheme.
 bool hasHandler(const URL& url);
 
-/// Has the system's handler open the URL, away from the main thread: looking for it and starting it
-/// may take long. `touch` is what allowed it, and is given back when nothing opened.
+/// Opens the URL with the system's handler, on another thread, because finding and starting it may
+/// take long. `touch` is the touch that allowed the launch; it is given back when nothing opened.
 void launch(const URL& url, LaunchPermit::Touch touch);
 
 }  // namespace valdren::platform

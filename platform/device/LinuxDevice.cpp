@@ -22,18 +22,18 @@ namespace {
 constexpr std::size_t kLongestModel = 100;
 constexpr std::size_t kLongestFile = 64 * 1024;
 
-/// Distributions that number nothing but their base files stay below this, whatever their age. What
-/// applications may expect of the system shows in the kernel's number then.
+/// Lower numbers are those of distributions that number only their base files. The kernel's number
+/// says more about the system then.
 constexpr int kLowestVersion = 3;
 
-/// Monitors with a shorter side under this, in points, are a phone's.
+/// A monitor whose shorter side is below this, in points, belongs to a phone.
 constexpr double kTabletFrom = 600;
 
 std::string contentOf(const std::string& path) {
   return readRegularFile(path, kLongestFile).bytes;
 }
 
-/// A firmware's text, without what does not belong into a line.
+/// A firmware's text without control characters, as one line.
 std::string lineFrom(const std::string& content) {
   std::string line = repairedUTF8(content);
   std::erase_if(line, [](char character) {
@@ -81,8 +81,8 @@ std::string hexadecimal(const std::array<std::uint8_t, 32>& digest) {
   return text;
 }
 
-/// Where the machine has no id, one is made up once and kept; for this process alone where nothing
-/// can be kept.
+/// For machines without an id: a random one, made once and stored; for this process only if it
+/// cannot be stored.
 std::string keptIdentifier() {
   static const std::string madeUp = hexadecimal(sha256(sealAES128GCM("", {}).value_or("")));
   const auto folder = stateFolder();
@@ -90,7 +90,7 @@ std::string keptIdentifier() {
   const std::string path = *folder + "/installation-id";
   const std::string kept = lineFrom(contentOf(path));
   if (!kept.empty()) return kept;
-  // Unsynced: who loses it to a power cut gets another, and nobody waits for the disk.
+  // Not synced: losing the id in a power cut only makes a new one.
   writeFileAtomically(path, madeUp, Sync::No);
   return madeUp;
 }
@@ -100,7 +100,7 @@ bool isASCIILetterDigitOrDash(char character) {
          (character >= '0' && character <= '9') || character == '-';
 }
 
-/// Empty for what names no language, or is none.
+/// Empty when the locale names no language.
 std::string languageFrom(std::string_view locale) {
   std::string language(locale.substr(0, locale.find_first_of(".@")));
   if (language == "C" || language == "POSIX") return "";
@@ -144,8 +144,8 @@ std::string LinuxDevice::machineIdentifier() const {
 }
 
 std::string LinuxDevice::uniqueIdentifier() const {
-  // Hashed together with the application and the user, so that none of them can be told from it and
-  // two applications cannot compare notes.
+  // Hashed together with the application and the user. The result reveals none of them and differs
+  // between applications.
   return hexadecimal(sha256("device\n" + Bundle::main().identifier() + "\n" +
                             std::to_string(getuid()) + "\n" + machineIdentifier()));
 }

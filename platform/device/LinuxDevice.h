@@ -1,4 +1,4 @@
-// The machine as Linux describes it.
+// The machine, as the Linux system describes it.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,7 @@ namespace valdren::platform {
 
 class LinuxDevice final : public Device {
  public:
-  /// `root` stands for the file system's root, for tests.
+  /// `root` replaces the file system's root in tests.
   explicit LinuxDevice(std::string root = "") : root_(std::move(root)) {}
   static LinuxDevice& instance();
 
@@ -34,8 +34,8 @@ class LinuxDevice final : public Device {
   std::optional<InterfaceIdiom> idiom_;
 };
 
-/// The languages that the values of LANGUAGE, LC_ALL, LC_MESSAGES and LANG (null when unset) name,
-/// as "pt-PT".
+/// The languages in the values of LANGUAGE, LC_ALL, LC_MESSAGES and LANG (null when unset), as
+/// "pt-PT".
 std::vector<std::string> languagesFrom(const char* language, const char* all, const char* messages,
                                        const char* lang);
 

@@ -5,7 +5,7 @@
 #include "platform/ui/Settling.h"
 #include "platform/ui/Window.h"
 
-// After the window above, whose name is also one of X11's.
+// Included after Window.h, because X11 defines the same name.
 #include <gdk/x11/gdkx.h>
 #include <gtk/gtk.h>
 

@@ -9,8 +9,8 @@ namespace valdren::platform {
 
 struct Monitor {
   Size size;         // points
-  Size room;         // what panels leave of it, as far as that is told
-  double scale = 1;  // pixels a point
+  Size room;         // without panels, if the desktop reports them
+  double scale = 1;  // pixels per point
 };
 
 /// None without a display.

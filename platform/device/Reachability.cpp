@@ -5,8 +5,8 @@
 namespace valdren::platform {
 namespace {
 
-/// Watches the machine's own routes: a route that is metered is taken for a cellular one. Nothing
-/// is sent to the host.
+/// Watches the machine's own routes and reports a metered one as cellular. Sends nothing to the
+/// host.
 class NetworkMonitorTarget final : public ReachabilityTarget {
  public:
   ~NetworkMonitorTarget() override {
@@ -21,7 +21,7 @@ class NetworkMonitorTarget final : public ReachabilityTarget {
                                   static_cast<NetworkMonitorTarget*>(self)->report();
                                 }),
                                 this);
-    // Not when all is idle: a launch that draws its window would hold it up.
+    // Not at idle priority, which drawing the first window would delay.
     first_ = g_idle_add_full(
         G_PRIORITY_DEFAULT,
         [](gpointer self) -> gboolean {

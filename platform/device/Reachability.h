@@ -1,4 +1,4 @@
-// Watches how a host can be reached.
+// Reports whether and how a host can be reached.
 #pragma once
 
 #include <cstdint>

@@ -8,8 +8,8 @@
 namespace valdren::platform {
 namespace {
 
-/// Asks the desktop's feedback daemon for an event that this phone's vibration motor answers. The
-/// quiet profile keeps the daemon from playing a sound with it.
+/// Asks the desktop's feedback daemon for an event that vibrates the phone. The quiet profile keeps
+/// the daemon from also playing a sound.
 class FeedbackDaemon final : public SystemSound {
  public:
   void play(std::uint32_t sound) override {

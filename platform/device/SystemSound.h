@@ -1,4 +1,4 @@
-// The system's own short sounds, among them the one that is only felt.
+// Short sounds of the system, and vibration.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace valdren::platform {
 
-/// The system sound that shakes a phone and is not heard.
+/// The system sound that only vibrates.
 inline constexpr std::uint32_t kSystemSoundVibrate = 4095;
 
 class SystemSound : public Shared<SystemSound> {
@@ -15,8 +15,8 @@ class SystemSound : public Shared<SystemSound> {
   static SystemSound& standard();
   virtual ~SystemSound() = default;
 
-  /// Begins to play the sound and returns at once. Nothing happens when the system does not know
-  /// the sound, has no means to play it, or has not yet taken the one before.
+  /// Starts the sound and returns at once. Nothing happens when the system does not know the sound,
+  /// cannot play it, or has not yet accepted the previous one.
   virtual void play(std::uint32_t sound) = 0;
 };
 
