@@ -22,7 +22,7 @@ constexpr const char* kSettings = "org.freedesktop.portal.Settings";
 constexpr const char* kAppearance = "org.freedesktop.appearance";
 constexpr const char* kHighContrast = "Default-hc";
 
-/// The portal wraps values in one or two variants, by its version.
+/// The portal wraps values in one or two variants, depending on its version.
 guint32 numberIn(Glib::VariantBase value) {
   while (value.is_of_type(Glib::VariantType("v"))) {
     value = Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::VariantBase>>(value).get();
@@ -58,7 +58,7 @@ void loadStyleSheet(const std::string& resource) {
                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
 
-/// Asked without waiting: a desktop without a portal must not delay the window.
+/// Asynchronous, so that a desktop without a portal does not delay the window.
 class Portal {
  public:
   void connect() {
@@ -102,7 +102,7 @@ class Portal {
             proxy_->call_finish(result).get_child(value, 0);
             apply(key, numberIn(value));
           } catch (const Glib::Error&) {
-            // No portal, or one that does not know the key: the toolkit's own theme stands.
+            // No portal, or it does not have the key: the toolkit's own theme stays.
           }
         },
         arguments);

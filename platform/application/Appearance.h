@@ -1,4 +1,4 @@
-// The application's style sheet; light, dark and high contrast as the desktop asks for them.
+// The application's style sheet, and the desktop's choice of light, dark or high contrast.
 #pragma once
 
 #include <string>
@@ -9,9 +9,8 @@ class Window;
 
 namespace valdren::platform {
 
-/// Follows the desktop's wishes from now on: the settings portal's colour scheme and contrast,
-/// where there is one, and the toolkit's own theme. Reads "style.css" from the resources, if there
-/// is one.
+/// Follows the settings portal's colour scheme and contrast, if there is a portal, and the
+/// toolkit's own theme. Reads "style.css" from the resources, if there is one.
 void followAppearance(const std::string& resourceBase);
 
 /// Gives the window the style class "high-contrast" whenever the theme is one of high contrast.

@@ -1,5 +1,4 @@
-// The running application as its own code sees it: state, notices, status bar, and what it asks of
-// the system outside.
+// The running application: state, notices, status bar, and requests to the system.
 #pragma once
 
 #include <cstdint>
@@ -40,23 +39,22 @@ class Application : public Shared<Application> {
   virtual double statusBarHeight() const = 0;
   virtual InterfaceOrientation statusBarOrientation() const = 0;
 
-  /// While disabled, the session neither dims nor locks for want of input.
+  /// While disabled, the session neither dims nor locks when there is no input.
   virtual bool isIdleTimerDisabled() const = 0;
   virtual void setIdleTimerDisabled(bool disabled) = 0;
 
-  /// Asks the system to open the URL with whatever handles its scheme, never through a shell and
-  /// without waiting for it. One debug line when nothing does. Files of this machine are not
-  /// opened; nor is anything unless a touch or key of the person, seconds ago at most and not used
-  /// by another launch, stands behind it (see `LaunchPermit`).
+  /// Asks the system to open the URL with the handler of its scheme, never through a shell and
+  /// without waiting. One debug line when nothing does. Local files are never opened, and nothing
+  /// is opened without a recent touch or key of the user that no other launch has used (see
+  /// `LaunchPermit`).
   virtual void openURL(const URL& url) = 0;
-  /// Whether something on this system handles the URL's scheme. Blocks for no longer than a look-up
-  /// in the local database takes.
+  /// Whether something on this system handles the URL's scheme. Blocks only for a look-up in the
+  /// local database.
   virtual bool canOpenURL(const URL& url) const = 0;
 
-  /// Keeps the application running until the task is ended, also when its window is closed. Once
-  /// the application has been in the background for the time that the system grants (three minutes;
-  /// ten seconds when its window was closed), `expired` is called once and the task ends by itself.
-  /// In the foreground a task may last.
+  /// Keeps the application running until the task is ended, even when its window is closed. In the
+  /// background the system grants a task three minutes (ten seconds when the window was closed);
+  /// then `expired` is called once and the task ends. In the foreground there is no limit.
   virtual BackgroundTaskID beginBackgroundTask(std::function<void()> expired) = 0;
   /// Ends a task; 0 and ended ones are ignored.
   virtual void endBackgroundTask(BackgroundTaskID task) = 0;

@@ -29,7 +29,7 @@ namespace {
 
 constexpr Size kPhoneSize{360, 640};
 constexpr Size kTabletSize{1024, 768};
-/// No phone's screen is narrower, and screens are laid out for that.
+/// Screens are laid out for at least this width.
 constexpr int kNarrowest = 320;
 
 InterfaceIdiom idiomOf(const ApplicationDescription& description) {
@@ -37,7 +37,7 @@ InterfaceIdiom idiomOf(const ApplicationDescription& description) {
       Device::shared().userInterfaceIdiom().value_or(InterfaceIdiom::Phone));
 }
 
-/// The window's size at first, with the status bar.
+/// The initial size of the window, including the status bar.
 Size firstSizeOf(const ApplicationDescription& description) {
   Size size = idiomOf(description) == InterfaceIdiom::Tablet ? kTabletSize : kPhoneSize;
   if (description.landscape && *description.landscape != (size.width > size.height)) {
@@ -63,8 +63,8 @@ class Runner : public Trackable {
     application_->set_resource_base_path(description.resourceBase);
     application_->property_register_session() = true;
     application_->signal_activate().connect([this] { activate(); });
-    // The session may end the application without asking. Before the toolkit's own handler, which
-    // leaves nothing to ask of the session.
+    // The session may end the application without asking. This runs before the toolkit's own
+    // handler, which ends the connection to the session.
     application_->signal_shutdown().connect(
         [this] {
           letSessionIdle();
@@ -100,7 +100,7 @@ class Runner : public Trackable {
     application_->hold();
     if (window_) window_->native().window().set_visible(false);
     tellOfTheEnd();
-    // What is under way in the background gets the time that it was granted.
+    // Background tasks get their granted time.
     auto& system = LinuxApplication::instance();
     system.beginToEnd();
     system.setIdleHandler([this] { application_->quit(); });
@@ -126,7 +126,7 @@ class Runner : public Trackable {
     if (description_.started) RunLoop::shared().performAfterDelay(*this, 0, description_.started);
   }
 
-  /// From now on a new start is a start of its own, which has nothing to wait for here.
+  /// From now on a new start becomes an instance of its own and does not wait for this one.
   void giveUpName() {
     GDBusConnection* const bus =
         g_application_get_dbus_connection(G_APPLICATION(application_->gobj()));
@@ -137,7 +137,7 @@ class Runner : public Trackable {
                            G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
   }
 
-  /// For a start that asked this instance for its window just before the name was given up.
+  /// Serves a start that asked this instance for its window just before the name was released.
   void startAnother() {
     const char* arguments[] = {"/proc/self/exe", nullptr};
     GError* error = nullptr;
@@ -145,13 +145,13 @@ class Runner : public Trackable {
                       nullptr, nullptr, &error)) {
       return;
     }
-    logWarning(std::string("The application cannot be started anew: ") + error->message);
+    logWarning(std::string("The application cannot be started again: ") + error->message);
     g_error_free(error);
   }
 
   bool launch() {
     if (description_.starting) description_.starting();
-    // Before anybody asks: what is told of the device is told once.
+    // Before the first question: what the device tells is read only once.
     if (description_.idiom) LinuxDevice::instance().setIdiom(description_.idiom);
     const InterfaceIdiom idiom = idiomOf(description_);
     InterfaceView::setResourceBase(description_.resourceBase);
@@ -170,7 +170,7 @@ class Runner : public Trackable {
     return true;
   }
 
-  /// A screen of the class that the main interface file names: the id of its outermost object.
+  /// A screen of the class that the main interface file names as the id of its outermost object.
   std::shared_ptr<ViewController> screenOf(const std::string& file) const {
     const std::string resource = description_.resourceBase + "/" + file + ".ui";
     try {
@@ -220,7 +220,7 @@ class Runner : public Trackable {
                                : 0;
   }
 
-  /// No screen keeps the session awake any more, whatever it asks for.
+  /// From now on no screen can keep the session awake.
   void letSessionIdle() {
     LinuxApplication::instance().setInhibitor({});
     if (window_) inhibitIdle(false);
@@ -252,7 +252,7 @@ class Runner : public Trackable {
     UserDefaults::shared().flush();
   }
 
-  /// Hands the system's notices of memory running low on to delegate, observers and screens.
+  /// Forwards low-memory notices to the delegate, observers and screens.
   void watchMemory() {
     memory_ = std::make_unique<MemoryWarnings>([this] {
       tell(&ApplicationDelegate::applicationDidReceiveMemoryWarning);
@@ -284,7 +284,7 @@ class Runner : public Trackable {
   bool toldOfTheEnd_ = false;
 };
 
-/// While it exists, the signals that ask a process to end do so in order.
+/// While it exists, SIGTERM, SIGINT and SIGHUP end the application in order.
 class EndingSignals {
  public:
   EndingSignals() {
@@ -308,8 +308,9 @@ class EndingSignals {
 }  // namespace
 
 bool hasDisplay() {
-  leaveSilentSessionBus();  // the toolkit calls over it as soon as it opens a display
-  return gtk_init_check() && gdk_display_get_default();  // its second call says yes in any case
+  leaveSilentSessionBus();  // the toolkit uses the bus as soon as it opens a display
+  // later calls of gtk_init_check always return true
+  return gtk_init_check() && gdk_display_get_default();
 }
 
 int applicationMain(const ApplicationDescription& description) {

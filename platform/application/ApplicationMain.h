@@ -12,7 +12,7 @@
 
 namespace valdren::platform {
 
-/// Receives the application's life. The window and the first screen are connected before
+/// Receives the application's events. The window and the first screen are connected before
 /// `applicationDidFinishLaunching`.
 class ApplicationDelegate : public virtual Trackable {
  public:
@@ -31,39 +31,39 @@ class ApplicationDelegate : public virtual Trackable {
   virtual void applicationDidReceiveMemoryWarning() {}
 };
 
-/// What an application is made of.
+/// Describes an application.
 struct ApplicationDescription {
   /// In reverse-domain form. A second instance with the same identifier brings the first to the
   /// front and ends.
   std::string identifier;
   std::string name;
   std::string version;
-  /// Where "phone.ui", "tablet.ui", "style.css" and icons lie in the program's resources.
+  /// The resource path of "phone.ui", "tablet.ui", "style.css" and the icons.
   std::string resourceBase;
-  /// Called first of all, in the instance that is going to show a window; may be empty.
+  /// Called first, in the instance that will show a window; may be empty.
   std::function<void()> starting;
   /// Makes the delegate.
   std::function<std::unique_ptr<ApplicationDelegate>()> makeDelegate;
-  /// Makes a screen by the class name that a main interface file gives as an object's id.
+  /// Makes a screen, by the class name that a main interface file gives as an object's id.
   std::map<std::string, std::function<std::shared_ptr<ViewController>()>> screens;
 
   /// The idiom to use; when absent, the device's.
   std::optional<InterfaceIdiom> idiom;
-  /// The window is wider than high at first; when absent, as is usual for the idiom.
+  /// Whether the window is wider than high at first; when absent, as usual for the idiom.
   std::optional<bool> landscape;
-  /// Runs as an instance of its own, whatever else is running.
+  /// Runs as an instance of its own, even when another one is running.
   bool alone = false;
   /// Called once the window is on the screen.
   std::function<void()> started;
 };
 
-/// Runs the application until its window is closed or it is told to end. Gives the exit status: 0
-/// after an ordinary end, 1 when there is no display or the interface files are broken (one line on
+/// Runs the application until its window is closed or it is told to end. Returns the exit status: 0
+/// after a normal end, 1 without a display or when the interface files are broken (one line on
 /// standard error says which).
 int applicationMain(const ApplicationDescription& description);
 
-/// Ends the running application in order, with this exit status, once its background tasks are
-/// done. Called again, it ends without waiting for them.
+/// Ends the running application with this exit status, once its background tasks are done. A second
+/// call does not wait for them.
 void terminateApplication(int status = 0);
 
 /// Whether there is a display to open a window on.

@@ -22,13 +22,13 @@ namespace {
 constexpr const char* kScreenKey = "valdren-host-screen";
 constexpr const char* kViewKey = "valdren-host-view";
 
-/// Accepts every shape, as the application's own window does.
+/// Accepts every orientation, as the application's own window does.
 class HostScreen final : public ViewController {
  public:
   bool shouldAutorotateToInterfaceOrientation(InterfaceOrientation) override { return true; }
 };
 
-/// What belongs to one window of the application: a window over it, shown while it is needed.
+/// The state for one window of the application: a window over it, shown while it is needed.
 struct Host : Trackable {
   explicit Host(GtkWindow* window) : over(std::make_shared<Window>(sizeOf(window))) {
     over->setShownForModalsOnly(true);
@@ -63,7 +63,7 @@ void followSize(GtkWindow* window, Host& host) {
       [&host, window](const Notification&) { host.over->resize(Host::sizeOf(window)); }, window);
 }
 
-/// The application's life, told once for all of its windows.
+/// Forwards the application's start and end, once for all of its windows.
 void followApplication() {
   static bool followed = false;
   if (followed) return;
@@ -94,8 +94,8 @@ void followApplication() {
 
 GtkWidget* hostWidget(std::shared_ptr<View> view) {
   if (!view || view->superview()) {
-    logWarning(view ? "<Valdren> The view is inside another view; it needs a place of its own."
-                    : "<Valdren> There is no view to make a widget of.");
+    logWarning(view ? "<Valdren> The view is inside another view and cannot become a widget."
+                    : "<Valdren> There is no view to make a widget from.");
     return nullptr;
   }
   GtkWidget* const widget = GTK_WIDGET(view->native().widget().gobj());
@@ -106,7 +106,7 @@ GtkWidget* hostWidget(std::shared_ptr<View> view) {
   gtk_widget_set_valign(place, GTK_ALIGN_CENTER);
   gtk_widget_set_size_request(widget, int(frame.width), int(frame.height));
   gtk_box_append(GTK_BOX(place), widget);
-  // Taken out before the view goes, which destroys its widget itself.
+  // Removed before the view is destroyed, because the view destroys its widget itself.
   g_signal_connect(place, "destroy", G_CALLBACK(+[](GtkWidget* box, gpointer) {
                      while (GtkWidget* child = gtk_widget_get_first_child(box)) {
                        gtk_box_remove(GTK_BOX(box), child);
@@ -121,7 +121,7 @@ GtkWidget* hostWidget(std::shared_ptr<View> view) {
 
 ViewController* hostScreen(GtkWindow* window) {
   if (!window) {
-    logWarning("<Valdren> There is no window to make a screen of.");
+    logWarning("<Valdren> There is no window to make a screen from.");
     return nullptr;
   }
   if (auto* const known = static_cast<Host*>(g_object_get_data(G_OBJECT(window), kScreenKey))) {

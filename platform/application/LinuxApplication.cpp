@@ -11,7 +11,8 @@
 namespace valdren::platform {
 namespace {
 
-// What background tasks are granted: while the application is out of sight, and at its end.
+// The time that background tasks are granted: while the application is in the background, and at
+// its end.
 constexpr double kSecondsOutOfSight = 180;
 constexpr double kSecondsAtTheEnd = 10;
 
@@ -19,7 +20,7 @@ void post(const char* name) {
   NotificationCenter::defaultCenter().postNotificationName(name, &Application::shared());
 }
 
-/// Whether the URL may be handed to another program: it says which kind, and names no file.
+/// Whether the URL may be given to another program: it has a scheme and names no local file.
 bool isForOthers(const URL& url) {
   const std::string scheme = url.lowercaseScheme();
   return !scheme.empty() && scheme != "file";
@@ -34,7 +35,7 @@ Application& Application::standard() {
 LinuxApplication::LinuxApplication() = default;
 
 LinuxApplication& LinuxApplication::instance() {
-  // Never destroyed: background tasks may end while the process does.
+  // Never destroyed: background tasks may end while the process ends.
   static auto* const application = new LinuxApplication;
   return *application;
 }
@@ -71,7 +72,7 @@ void LinuxApplication::setInhibitor(std::function<void(bool)> inhibitor) {
 
 void LinuxApplication::openURL(const URL& url) {
   if (!isForOthers(url)) return logDebug("Not opened: " + url.absoluteString());
-  // What nothing handles uses no touch up, so that a page may go on to something else.
+  // A URL without a handler does not use the touch, so that a page may try another one.
   auto& permit = LaunchPermit::shared();
   if (permit.isGiven() && !isInSandbox() && !hasHandler(url)) {
     return logDebug("Nothing opens the URL: " + url.absoluteString());
@@ -86,7 +87,7 @@ bool LinuxApplication::canOpenURL(const URL& url) const {
 BackgroundTaskID LinuxApplication::beginBackgroundTask(std::function<void()> expired) {
   const BackgroundTaskID id = ++lastTask_;
   tasks_[id] = std::move(expired);
-  // One that is begun when the time is over gets a time of its own.
+  // A task that begins after the granted time gets the time of an ending application.
   if (state_ == ApplicationState::Background && !(grant_ && grant_->isValid())) {
     expireTasksAfter(kSecondsAtTheEnd);
   }
@@ -96,7 +97,7 @@ BackgroundTaskID LinuxApplication::beginBackgroundTask(std::function<void()> exp
 void LinuxApplication::endBackgroundTask(BackgroundTaskID task) {
   const auto found = tasks_.find(task);
   if (found == tasks_.end()) return;
-  // What the task kept alive may go with it, and end other tasks.
+  // Destroying the closure may destroy other objects, which end other tasks.
   const std::function<void()> keptUntilReturn = std::move(found->second);
   tasks_.erase(found);
   if (tasks_.empty() && idle_)
@@ -131,7 +132,7 @@ void LinuxApplication::enterBackground() {
   state_ = ApplicationState::Background;
   expireTasksAfter(kSecondsOutOfSight);
   post(kApplicationDidEnterBackground);
-  // A phone may stop what is out of sight.
+  // The system may stop applications in the background.
   UserDefaults::shared().synchronize();
   UserDefaults::shared().hasten();
 }

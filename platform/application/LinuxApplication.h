@@ -9,8 +9,8 @@
 
 namespace valdren::platform {
 
-/// Works without a window, and without the toolkit having been started: then the state is active,
-/// there is no status bar, and only questions to the system are answered.
+/// Works without a window and before the toolkit is started: then the state is active, there is no
+/// status bar, and only questions to the system are answered.
 class LinuxApplication final : public Application, public Trackable {
  public:
   static LinuxApplication& instance();
@@ -27,11 +27,12 @@ class LinuxApplication final : public Application, public Trackable {
   BackgroundTaskID beginBackgroundTask(std::function<void()> expired) override;
   void endBackgroundTask(BackgroundTaskID task) override;
 
-  /// Changes the state and posts the notices that go with it. Nothing when it is the present one.
+  /// Changes the state and posts the notices of the change. Nothing when the state is already in
+  /// force.
   void enterBackground();
   void enterForeground();
-  /// From now on the application stays in the background, and background tasks are granted what is
-  /// due at the end of a run.
+  /// From now on the application stays in the background, and background tasks get the time of an
+  /// ending application.
   void beginToEnd();
 
   std::size_t backgroundTaskCount() const { return tasks_.size(); }
@@ -40,7 +41,7 @@ class LinuxApplication final : public Application, public Trackable {
   /// Called with true when the first background task begins and with false when the last one ends.
   void setHolder(std::function<void(bool held)> holder) { holder_ = std::move(holder); }
 
-  /// Called with whether the session may dim and lock.
+  /// Called with true while the session may not dim and lock.
   void setInhibitor(std::function<void(bool inhibited)> inhibitor);
 
  private:

@@ -7,7 +7,7 @@
 namespace valdren::platform {
 namespace {
 
-/// A line break would begin a header of the page's choice.
+/// A line break would start a header that the page chooses.
 std::string headerText(const std::string& text) {
   std::string line = repairedUTF8(text);
   std::replace_if(
@@ -16,7 +16,7 @@ std::string headerText(const std::string& text) {
   return std::string(trimmed(line));
 }
 
-/// Without those that are empty.
+/// Drops empty texts.
 std::vector<std::string> headerTexts(const std::vector<std::string>& texts) {
   std::vector<std::string> lines;
   for (const std::string& text : texts) {

@@ -1,5 +1,4 @@
-// Writing a mail in the person's own mail program, filled in beforehand. Nothing is sent until the
-// person sends it.
+// Opens the user's mail program with a prepared mail. Only the user sends it.
 #pragma once
 
 #include <functional>
@@ -16,7 +15,7 @@ namespace valdren::platform {
 
 enum class MailResult { Done, Cancelled, Failed };
 
-/// Line breaks and other control characters have no place in any of these but the body.
+/// Only the body may hold line breaks and other control characters.
 struct MailMessage {
   std::vector<std::string> toRecipients;
   std::vector<std::string> ccRecipients;
@@ -24,18 +23,18 @@ struct MailMessage {
   std::string subject;
   std::string body;
 
-  /// The "mailto:" URL that says the same, everything percent-encoded; none over 2 MiB.
+  /// The same as a "mailto:" URL, percent-encoded. None over 2 MiB.
   std::optional<URL> mailtoURL() const;
 };
 
-/// What opens the person's mail program.
+/// Opens the user's mail program.
 class MailService : public Shared<MailService> {
  public:
   /// The desktop portal, or, without one, the default handler of "mailto:".
   static MailService& standard();
   virtual ~MailService() = default;
-  /// Calls `finished` once, later, when the mail has been handed over or cannot be. It cannot
-  /// unless a touch or key of the person stands behind it (see `LaunchPermit`).
+  /// Calls `finished` once, later, when the mail has been handed over or this has failed. It fails
+  /// without a recent touch or key of the user (see `LaunchPermit`).
   virtual void compose(const MailMessage& message, std::function<void(MailResult)> finished) = 0;
 };
 
@@ -49,8 +48,8 @@ class MailComposerDelegate : public virtual Trackable {
   ~MailComposerDelegate() = default;
 };
 
-/// One mail to be written. Made with `std::make_shared`; once presented it lives until the delegate
-/// has been told.
+/// One mail to write. Made with `std::make_shared`; once presented it lives until the delegate has
+/// been called.
 class MailComposer : public Trackable, public std::enable_shared_from_this<MailComposer> {
  public:
   void setDelegate(WeakPtr<MailComposerDelegate> delegate) { delegate_ = delegate; }
@@ -65,7 +64,7 @@ class MailComposer : public Trackable, public std::enable_shared_from_this<MailC
   ModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
   void setModalTransitionStyle(ModalTransitionStyle style) { transitionStyle_ = style; }
 
-  /// Opens the mail program over `viewController`; nothing the second time.
+  /// Opens the mail program over `viewController`. A second call does nothing.
   void present(ViewController& viewController);
   ViewController* presentingViewController() const { return presenting_.get(); }
 

@@ -12,7 +12,7 @@ namespace {
 
 using Finished = std::function<void(MailResult)>;
 
-/// A null-terminated list of texts that others own, or null for none.
+/// A null-terminated list of texts that it does not own; null when there is none.
 class TextList {
  public:
   explicit TextList(const std::vector<std::string>& texts) {
@@ -54,7 +54,7 @@ void composed(GObject* portal, GAsyncResult* result, gpointer data) {
   }
 }
 
-/// Never freed: the library keeps answering it until the process ends.
+/// Never freed: libportal answers to it until the process ends.
 XdpPortal* thePortal() {
   static XdpPortal* const portal = xdp_portal_new();
   return portal;
@@ -70,7 +70,7 @@ void composeInPortal(std::unique_ptr<Call> call) {
                            XDP_EMAIL_FLAG_NONE, nullptr, composed, call.release());
 }
 
-/// The library takes a portal for granted, so the bus is asked for one first.
+/// libportal assumes that there is a portal, so the bus is asked for one first.
 void portalStarted(GObject* bus, GAsyncResult* result, gpointer data) {
   std::unique_ptr<Call> call(static_cast<Call*>(data));
   GVariant* const answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr);
@@ -112,7 +112,7 @@ class DesktopMailService final : public MailService {
 }  // namespace
 
 MailService& MailService::standard() {
-  // Never destroyed: an answer may be on its way while the process ends.
+  // Never destroyed: an answer may arrive while the process ends.
   static auto* const service = new DesktopMailService;
   return *service;
 }

@@ -1,4 +1,4 @@
-// The system's notices that memory runs low.
+// The system's low-memory notices.
 #pragma once
 
 #include <functional>
@@ -9,8 +9,7 @@ namespace valdren::platform {
 
 class MemoryWarnings {
  public:
-  /// Calls `warned` at each notice for as long as this object lives. Never, where the system gives
-  /// none.
+  /// Calls `warned` at each notice while this object lives. Some systems give no notices.
   explicit MemoryWarnings(std::function<void()> warned);
   ~MemoryWarnings();
   MemoryWarnings(const MemoryWarnings&) = delete;

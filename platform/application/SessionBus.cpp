@@ -13,10 +13,10 @@ namespace {
 
 constexpr guint kPatienceMilliseconds = 2000;
 constexpr const char* kAddress = "DBUS_SESSION_BUS_ADDRESS";
-/// An address that leads nowhere, so that nobody looks for the bus in other places either.
+/// An address that fails at once, so that GLib does not look for the bus elsewhere.
 constexpr const char* kNoBus = "disabled:";
 
-/// Where the bus is; empty when there is none. Starts none.
+/// The bus's address; empty when there is none. Starts no bus.
 std::string busAddress() {
   const char* const named = g_getenv(kAddress);
   if (named && *named) return named;
@@ -26,7 +26,7 @@ std::string busAddress() {
   return "unix:path=" + socket;
 }
 
-/// One call for a connection, in a loop of its own.
+/// One attempt to connect, in a main context of its own.
 struct Asking {
   GObjectPtr<GCancellable> cancellable{g_cancellable_new()};
   bool hasAnswered = false;
@@ -34,7 +34,7 @@ struct Asking {
 };
 
 void answered(GObject*, GAsyncResult* result, gpointer data) {
-  // A refusal is an answer, too.
+  // A refused connection counts as an answer.
   GDBusConnection* const connection = g_dbus_connection_new_for_address_finish(result, nullptr);
   static_cast<Asking*>(data)->hasAnswered = true;
   if (connection) g_object_unref(connection);
@@ -76,7 +76,7 @@ void leaveSilentSessionBus() {
   const std::string address = busAddress();
   if (address.empty() || answersInTime(address)) return;
   g_setenv(kAddress, kNoBus, TRUE);
-  logWarning("The session bus does not answer; this run does without it.");
+  logWarning("The session bus does not answer; it is not used in this run.");
 }
 
 }  // namespace valdren::platform

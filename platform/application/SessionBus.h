@@ -3,10 +3,9 @@
 
 namespace valdren::platform {
 
-/// Asks the session bus for a sign of life, and waits for two seconds at most. Where it accepts but
-/// never answers, one line says so, and this process goes on as if there were none: otherwise
-/// everything that calls over the bus would wait for it. Called before anything uses the bus; only
-/// the first call asks.
+/// Tests the session bus, for at most two seconds. If it accepts a connection but never answers,
+/// this logs one line, and this process ignores the bus; otherwise every call over the bus would
+/// block. Call this before anything uses the bus. Only the first call tests.
 void leaveSilentSessionBus();
 
 }  // namespace valdren::platform

@@ -9,9 +9,10 @@ namespace valdren::platform {
 namespace {
 
 constexpr unsigned kBeatMilliseconds = 500;
-/// A frame that has not come after as many beats does not come: a busy compositor takes its time.
+/// After so many missed beats no frame is expected any more; a busy compositor may be late.
 constexpr int kMostMissedBeats = 3;
-/// GDK_TOPLEVEL_STATE_SUSPENDED, which newer versions of the toolkit set than may be compiled with.
+/// GDK_TOPLEVEL_STATE_SUSPENDED, which a newer toolkit at run time sets and an older one's headers
+/// lack.
 constexpr unsigned kSuspended = 1u << 16;
 
 constexpr const char* kSightKey = "quorbel-sight";
@@ -28,7 +29,7 @@ void lookSoon() {
   g_idle_add_once([](gpointer) { look(); }, nullptr);
 }
 
-/// What is known of one window.
+/// The state of one window.
 class Sight {
  public:
   explicit Sight(GtkWindow* window) : window_(window), probe_(window, [this] { answered(); }) {
@@ -59,7 +60,7 @@ class Sight {
     return !(state & (GDK_TOPLEVEL_STATE_MINIMIZED | kSuspended));
   }
 
-  /// Asks for a frame every second beat, and counts the beats that an answer is late.
+  /// Requests a frame at every second beat, and counts the beats that a frame is late.
   void beat() {
     if (!isMapped()) return;
     if (probe_.isWaiting()) {
@@ -89,7 +90,7 @@ class Sight {
                      G_CALLBACK(stateChanged), nullptr);
   }
 
-  /// The window may have gone out of sight, or come back: asks without waiting for the next beat.
+  /// The window's visibility may have changed: asks for a frame without waiting for the next beat.
   static void stateChanged(GdkSurface* surface) {
     GtkNative* const window = gtk_native_get_for_surface(surface);
     if (!window) return;
