@@ -22,7 +22,7 @@ constexpr std::string_view kScenarioUnit = "scenario-";
 constexpr std::string_view kAdUnit = "ad-";
 constexpr std::string_view kInterstitialSeconds = "5";
 
-/// Seconds since 1970, by the machine's clock: tests may turn the application's.
+/// Seconds since 1970. Uses the machine's clock, because tests may change the application's.
 double now() {
   return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
@@ -63,7 +63,7 @@ std::string_view kindOf(std::string_view path) {
   return "other";
 }
 
-/// Cuts "/as/NAME" off the path and gives the name back.
+/// Removes "/as/NAME" from the path and returns the name.
 std::string cutScenario(std::string& path) {
   constexpr std::string_view kPrefix = "/as/";
   if (!path.starts_with(kPrefix)) return {};
@@ -79,7 +79,7 @@ const Scenario* scenarioOfUnit(std::string_view slot) {
                                          : nullptr;
 }
 
-/// A ticket's letters only, so that it can stand in headers and pages.
+/// Keeps letters, digits and "-" only, so that the ticket is safe in headers and pages.
 std::string ticketFrom(std::string text) {
   std::erase_if(text, [](unsigned char letter) { return !std::isalnum(letter) && letter != '-'; });
   return text.substr(0, 40);
@@ -89,8 +89,8 @@ std::string lastOf(std::string_view path) {
   return decoded(path.substr(path.rfind('/') + 1));
 }
 
-/// Whether the request was made to this machine by a name of its own, and not by one that another
-/// site has pointed here to read what is not its.
+/// Whether the request names this machine as its host. Another site may point its own name here to
+/// read the answers.
 bool isAddressedToLoopback(const Request& request) {
   std::string host = request.header("Host");
   const std::size_t colon = host.rfind(':');
@@ -98,7 +98,7 @@ bool isAddressedToLoopback(const Request& request) {
   return host == "127.0.0.1" || host == "localhost" || host == "[::1]";
 }
 
-/// A ping answers nothing that can be shown.
+/// The answer to a ping shows nothing.
 Answer ping() {
   return {.contentType = "text/plain", .headers = {{"Cache-Control", "no-store"}}};
 }
@@ -188,7 +188,7 @@ Answer AdNetwork::handle(const Request& request) {
   return answer;
 }
 
-/// The inspector's pages and data; they are not logged.
+/// The inspector's pages and data. These requests are not logged.
 std::optional<Answer> AdNetwork::ownPage(const Request& request) {
   const std::string& path = request.path;
   if (path == "/control") return control(request);
@@ -253,7 +253,7 @@ Answer AdNetwork::adAnswer(const Call& call, Seen& seen) {
   const std::string slot = call.request.parameter("slotname").value_or("");
   const Scenario* named = call.scenario ? call.scenario : scenarioOfUnit(slot);
   const Scenario* scenario = named ? named : scenario_;
-  // An ad unit that names its ad gets it, and a scenario of another stage leaves this one alone.
+  // An ad unit that names its ad gets that ad, and scenarios of other stages do not apply here.
   if (scenario->stage != Stage::AdServer || (!named && slot.starts_with(kAdUnit))) {
     scenario = &scenarios().front();
   }
@@ -318,7 +318,7 @@ std::string AdNetwork::newTicket() {
 
 Answer AdNetwork::control(const Request& request) {
   if (request.method != "POST") return plain(405, "Use POST.\n");
-  // Another site's page must not switch this one.
+  // Pages of other sites must not change settings here.
   const std::string origin = request.header("Origin");
   if (!origin.empty() && origin != "http://" + request.header("Host")) {
     return plain(403, "Only the inspector's own page may do that.\n");

@@ -1,4 +1,4 @@
-// What the sandbox answers to each request.
+// The sandbox's answers to requests.
 #pragma once
 
 #include <cstdint>
@@ -15,12 +15,13 @@
 
 namespace sandbox {
 
-/// Every operation from any thread.
+/// Callable on any thread.
 class AdNetwork {
  public:
   AdNetwork();
 
-  /// Without slashes at the ends; before the first request. The second may be empty.
+  /// The base addresses, without a slash at the end. Called before the first request. The second
+  /// may be empty.
   void setBases(std::string base, std::string secureBase);
 
   Answer handle(const Request& request);
@@ -31,7 +32,7 @@ class AdNetwork {
   std::string log(std::uint64_t since) const;
 
  private:
-  /// A request, and under which prefix and in which scenario it is answered.
+  /// A request, the prefix of its address, and its scenario.
   struct Call {
     Request request;
     std::string base;
@@ -56,7 +57,7 @@ class AdNetwork {
   std::string secureBase_;
   double started_;
   const Scenario* scenario_;
-  const Ad* ad_ = nullptr;  // null: in turn
+  const Ad* ad_ = nullptr;  // null: all in turn
   double refreshSeconds_ = 30;
   std::size_t turn_ = 0;
   std::uint64_t tickets_ = 0;

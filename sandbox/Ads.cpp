@@ -7,7 +7,7 @@
 namespace sandbox {
 namespace {
 
-// Colours: from and to of the ground, the ink on it, and what stands on the ink.
+// Colours: start and end of the background, the text, and the text on a button of that colour.
 constexpr std::string_view kTeal = "--from: #0d4f4a; --to: #14736a; --ink: #eafff9; --on: #0b423d;";
 constexpr std::string_view kPlum = "--from: #4a1c54; --to: #7a2f6f; --ink: #ffeefb; --on: #4a1c54;";
 constexpr std::string_view kNavy = "--from: #14284f; --to: #24508f; --ink: #eef5ff; --on: #14284f;";

@@ -7,8 +7,8 @@
 
 namespace sandbox {
 
-/// Self-signed for "127.0.0.1", good for a day, its key made anew at each call. Null when the
-/// system has no TLS.
+/// Self-signed for "127.0.0.1", valid for a day, with a new key at each call. Null when the system
+/// has no TLS.
 ObjectHandle<GTlsCertificate> selfSignedCertificate();
 
 }  // namespace sandbox

@@ -10,7 +10,7 @@ constexpr double kLongestHang = 120;
 constexpr double kDribblePause = 0.3;
 constexpr std::size_t kDribblePieces = 20;
 constexpr std::size_t kEndlessPiece = 64 * 1024;
-/// An endless body ends its connection there.
+/// An endless body is cut after this size.
 constexpr std::size_t kEndlessBytes = std::size_t{1} << 30;
 
 std::string repeatedTo(const std::string& text, std::size_t size) {
@@ -104,7 +104,7 @@ void Delivery::onWroteChunk(SoupServerMessage*, gpointer data) {
 }
 
 void Delivery::cut() {
-  // The server finds the connection closed and drops it.
+  // The server sees the closed connection and drops it.
   if (GSocket* socket = soup_server_message_get_socket(message_.get())) {
     g_socket_shutdown(socket, TRUE, TRUE, nullptr);
   }
@@ -120,7 +120,7 @@ void Delivery::after(double seconds, Step step) {
 
 gboolean Delivery::onTimer(gpointer data) {
   auto* self = static_cast<Delivery*>(data);
-  // The step may end the message and this with it, or set another timer.
+  // The step may destroy the message and this object, or set another timer.
   const SourceHandle fired = std::move(self->timer_);
   (self->*self->next_)();
   return G_SOURCE_REMOVE;

@@ -1,4 +1,4 @@
-// One answer on its way: late, in pieces, cut or never, as it asks.
+// Sends one answer, optionally late, in pieces, cut or never.
 #pragma once
 
 #include <libsoup/soup.h>
@@ -11,8 +11,8 @@
 
 namespace sandbox {
 
-/// Sends an answer to a message on the thread whose default context the server uses. Destroying it
-/// stops what it still does; the message itself ends with its connection.
+/// Sends an answer to a message, on the thread whose default context the server uses. Destroying it
+/// stops its timers; the message itself ends with its connection.
 class Delivery {
  public:
   Delivery(SoupServerMessage* message, Answer answer);

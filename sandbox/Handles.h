@@ -1,4 +1,4 @@
-// Owning handles of the C libraries underneath.
+// Owning handles for objects of the C libraries.
 #pragma once
 
 #include <glib-object.h>
@@ -13,7 +13,7 @@ struct Unref {
 template <typename T>
 using ObjectHandle = std::unique_ptr<T, Unref>;
 
-/// Takes a further reference.
+/// Adds a reference.
 template <typename T>
 ObjectHandle<T> retained(T* object) {
   return ObjectHandle<T>(static_cast<T*>(g_object_ref(object)));

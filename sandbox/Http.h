@@ -1,4 +1,4 @@
-// What the sandbox hears and says.
+// The sandbox's requests and answers.
 #pragma once
 
 #include <functional>
@@ -27,7 +27,7 @@ struct Request {
   std::string header(std::string_view name) const;
 };
 
-/// How an answer ends, or fails to.
+/// How an answer ends or fails.
 enum class Ending {
   Whole,
   /// Nothing is ever sent.
@@ -36,9 +36,9 @@ enum class Ending {
   CutBeforeHeaders,
   /// The connection is cut within the body.
   CutInBody,
-  /// The body trickles, a piece every 300 milliseconds.
+  /// The body is sent in pieces, one every 300 milliseconds.
   Dribble,
-  /// The body is repeated for as long as the client reads.
+  /// The body is repeated while the client reads.
   Endless,
 };
 
@@ -48,7 +48,7 @@ struct Answer {
   std::string body = {};
   Fields headers = {};
   Ending ending = Ending::Whole;
-  /// Before the first byte.
+  /// The delay before the first byte, in seconds.
   double delaySeconds = 0;
 };
 
@@ -63,7 +63,7 @@ Fields fieldsOf(std::string_view query);
 
 /// "Wed, 09 Jun 2010 10:18:14 GMT".
 std::string httpDate(double secondsSince1970);
-/// None when the text is no date. The "GMT" may be missing.
+/// None when the text is not a date. The "GMT" may be missing.
 std::optional<double> secondsFromHttpDate(const std::string& text);
 
 }  // namespace sandbox

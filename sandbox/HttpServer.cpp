@@ -12,11 +12,11 @@
 namespace sandbox {
 namespace {
 
-/// Beyond it, a further request is turned away.
+/// Further requests are answered with status 503.
 constexpr std::size_t kMostDeliveries = 256;
 constexpr int kLastTurns = 1000;
 
-/// The server itself; lives on its thread.
+/// The server itself, used on its thread only.
 class Service {
  public:
   explicit Service(Handler handler)
@@ -35,7 +35,7 @@ class Service {
   Service(const Service&) = delete;
   Service& operator=(const Service&) = delete;
 
-  /// The port, or 0 and why not.
+  /// The port, or 0 with the reason in `failure`.
   std::uint16_t listen(std::uint16_t port, bool secure, std::string& failure) {
     GError* error = nullptr;
     const int options = SOUP_SERVER_LISTEN_IPV4_ONLY | (secure ? SOUP_SERVER_LISTEN_HTTPS : 0);
@@ -52,7 +52,7 @@ class Service {
       if (isSecure == secure) found = static_cast<std::uint16_t>(g_uri_get_port(uri));
     }
     g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(g_uri_unref));
-    if (!found) failure = "the server does not know its own port";
+    if (!found) failure = "the server reports no port";
     return found;
   }
 
@@ -66,7 +66,7 @@ class Service {
 
  private:
   static void onStarted(SoupServer*, SoupServerMessage* message, gpointer) {
-    // Bodies are of no use here and must not pile up.
+    // Request bodies are not used and must not take memory.
     soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
   }
 
@@ -131,9 +131,9 @@ std::unique_ptr<HttpServer> HttpServer::start(std::uint16_t port, Handler handle
 
 HttpServer::~HttpServer() {
   if (loop_) {
-    // Not invoked: the loop may not run yet, and then would not see it.
+    // g_main_loop_quit has no effect on a loop that does not run yet, so this attaches a source.
     const SourceHandle source(g_idle_source_new());
-    // Before any answer that never ends.
+    // This must run before answers that never end.
     g_source_set_priority(source.get(), G_PRIORITY_HIGH);
     g_source_set_callback(source.get(), quit, loop_, nullptr);
     g_source_attach(source.get(), context_);
@@ -173,7 +173,7 @@ void HttpServer::run(std::uint16_t port, const Handler& handler, const Listening
       g_main_loop_run(loop_);
     }
   }
-  // What the closing connections still have to say, but not for ever.
+  // Finishes the closing connections, with a limit.
   for (int turn = 0; turn < kLastTurns && g_main_context_iteration(context, FALSE); ++turn) {
   }
   g_main_context_pop_thread_default(context);

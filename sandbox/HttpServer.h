@@ -1,4 +1,4 @@
-// A web server on the loopback interface, on a thread of its own.
+// A web server on the loopback interface, on its own thread.
 #pragma once
 
 #include <condition_variable>
@@ -19,11 +19,12 @@ namespace sandbox {
 
 class HttpServer {
  public:
-  /// Told the plain port before the first request, and again with the secure one once there is one.
+  /// Receives the plain port before the first request, and again with the secure port once there is
+  /// one.
   using Listening = std::function<void(std::uint16_t plain, std::uint16_t secure)>;
 
-  /// Null when the port cannot be listened on, `failure` then says why. Port 0: any free one. Both
-  /// functions are called on the server's thread, the handler for one request at a time.
+  /// Null when it cannot listen on the port, with the reason in `failure`. Port 0 means any free
+  /// one. Both functions are called on the server's thread, the handler for one request at a time.
   static std::unique_ptr<HttpServer> start(std::uint16_t port, Handler handler, Listening listening,
                                            std::string& failure);
   /// Ends every connection and waits for the thread.
@@ -32,8 +33,8 @@ class HttpServer {
   HttpServer& operator=(const HttpServer&) = delete;
 
   std::uint16_t port() const { return port_; }
-  /// The port that speaks TLS with a self-signed certificate, made after the start; 0 when there
-  /// is none. Waits at most `seconds` for it.
+  /// The TLS port, which has a self-signed certificate and opens after the start; 0 when there is
+  /// none. Waits at most `seconds` for it.
   std::uint16_t securePort(double seconds) const;
 
  private:
@@ -49,7 +50,7 @@ class HttpServer {
   std::string failure_;
   std::optional<std::uint16_t> securePort_;
 
-  GMainContext* context_ = nullptr;  // both owned by the thread's `run`
+  GMainContext* context_ = nullptr;  // both owned by `run`
   GMainLoop* loop_ = nullptr;
   std::thread thread_;
 };

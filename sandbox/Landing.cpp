@@ -81,7 +81,7 @@ Answer landingAnswer(const Request& request, const Placement& placement) {
   if (place == std::end(kPlaces)) {
     return message(placement, 404, "Nowhere", "There is no such page.");
   }
-  // From a secure page the links lead to secure pages.
+  // Links on a secure page lead to secure pages.
   Placement here = placement;
   if (request.secure) here.base = placement.secureBase;
   return place->answer(here);

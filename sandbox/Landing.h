@@ -1,4 +1,4 @@
-// Where taps lead.
+// Landing pages.
 #pragma once
 
 #include "sandbox/Ads.h"
@@ -6,7 +6,7 @@
 
 namespace sandbox {
 
-/// The page under "/land/NAME": good ones and bad ones. Status 404 when there is none of the name.
+/// The page for "/land/NAME". Some of them fail on purpose. Status 404 for unknown names.
 Answer landingAnswer(const Request& request, const Placement& placement);
 
 }  // namespace sandbox

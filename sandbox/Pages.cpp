@@ -33,7 +33,7 @@ std::string filled(std::string_view text,
     const auto* value = std::find_if(values.begin(), values.end(),
                                      [key](const auto& entry) { return entry.first == key; });
     if (value == values.end()) {
-      // Only these two letters: the next "{{" may stand before this "}}".
+      // Skips only "{{", because another "{{" may come before this "}}".
       result += text.substr(0, 2);
       text.remove_prefix(2);
     } else {

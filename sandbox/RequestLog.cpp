@@ -25,7 +25,7 @@ platform::Dictionary textsOf(const Fields& fields) {
   return result;
 }
 
-/// What the client told the ad server, opened where it was sealed.
+/// The client's parameters in the request, decrypted if they were encrypted.
 platform::Dictionary told(const Request& request) {
   platform::Dictionary result;
   if (const auto text = request.parameter("params")) {

@@ -1,4 +1,4 @@
-// What clients asked for, newest kept, oldest forgotten.
+// The log of the latest requests.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace platform = valdren::platform;
 
 namespace sandbox {
 
-/// One request and what became of it.
+/// One request and its answer.
 struct Seen {
   std::uint64_t number = 0;
   double time = 0;  // seconds since 1970
@@ -29,14 +29,14 @@ struct Seen {
 
 class RequestLog {
  public:
-  /// Keeps the last `most` requests; their texts are cut where they are very long.
+  /// Keeps the last `most` requests; very long texts are cut.
   explicit RequestLog(std::size_t most = 400) : most_(most) {}
 
   void add(Seen seen);
-  /// The requests after number `since`, oldest first, with what was sealed opened.
+  /// The requests after number `since`, oldest first, decrypted.
   platform::Array after(std::uint64_t since) const;
   std::uint64_t last() const { return last_; }
-  /// How many of each kind there were, forgotten ones too.
+  /// The number of requests of each kind, including those no longer kept.
   platform::Dictionary counts() const;
   void clear() { kept_.clear(); }
 

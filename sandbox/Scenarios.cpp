@@ -9,7 +9,7 @@ constexpr int kLastHop = 3;
 constexpr const char* kText = "text/plain; charset=utf-8";
 
 Answer status(int code) {
-  return {.status = code, .contentType = kText, .body = "The sandbox was told to answer so.\n"};
+  return {.status = code, .contentType = kText, .body = "The sandbox was set to this answer.\n"};
 }
 
 Answer with(Answer answer, Ending ending, double delaySeconds = 0) {
@@ -44,7 +44,7 @@ Answer redirectChain(const Plan& plan) {
   return answer;
 }
 
-/// The page as a client must not take it: in bytes that are not UTF-8.
+/// The page with bytes that are not UTF-8, which a client must refuse.
 Answer spoiled(const Plan& plan, std::string_view contentType, std::string_view bytes) {
   Answer answer = plan.fill();
   answer.contentType = contentType;

@@ -1,4 +1,4 @@
-// Everything the sandbox can do, right or wrong, by name.
+// The sandbox's scenarios, by name.
 #pragma once
 
 #include <functional>
@@ -10,9 +10,9 @@
 
 namespace sandbox {
 
-/// Who acts it out.
+/// The part of the network that acts in a scenario.
 enum class Stage {
-  /// The server of the ad engine script, on which the ad unit has no influence.
+  /// The server of the ad engine script. The ad unit has no influence on it.
   ScriptHost,
   /// The ad engine script, in its answer to the client.
   Script,
@@ -21,34 +21,34 @@ enum class Stage {
 };
 std::string_view nameOf(Stage stage);
 
-/// What an ad server's answer is made from.
+/// The material for an ad server's answer.
 struct Plan {
   /// Without a slash at the end.
   std::string base;
   std::string ticket;
-  /// How many redirects this request has behind it.
+  /// The number of redirects before this request.
   int hop = 0;
   /// The address of the next hop.
   std::string nextHop;
-  /// The ad that would be served if all went well.
+  /// The ad without a fault.
   std::function<Answer()> fill = {};
-  /// The page of that name, filled in as an ad.
+  /// The named page, served as an ad.
   std::function<Answer(std::string_view page)> hostile;
 };
 
 struct Scenario {
   std::string_view name;
   std::string_view does;
-  /// What a client must make of it.
+  /// The expected reaction of a client.
   std::string_view expected;
   Stage stage = Stage::AdServer;
-  /// Null at the stage Script, which acts by the name.
+  /// Null at the stage Script, where the script acts by the scenario's name.
   Answer (*answer)(const Plan&) = nullptr;
 };
 
-/// In the order in which they are shown; the first is what happens when nothing is chosen.
+/// In the order of the inspector. The first is the default.
 const std::vector<Scenario>& scenarios();
-/// Null when there is none of that name.
+/// Null when there is no such scenario.
 const Scenario* scenarioNamed(std::string_view name);
 
 }  // namespace sandbox

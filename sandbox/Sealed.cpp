@@ -13,7 +13,7 @@ namespace platform = valdren::platform;
 namespace sandbox {
 namespace {
 
-// The network's clients hold the same two keys.
+// The network's clients have the same two keys.
 constexpr platform::Key128 kLocationKey = {0x5c, 0x1e, 0x9a, 0x07, 0xb3, 0xd8, 0x4f, 0x26,
                                            0xe0, 0xa1, 0xc9, 0x77, 0x3b, 0x5d, 0x0e, 0x8f};
 constexpr platform::Key128 kSignalsKey = {0x91, 0x3e, 0x5c, 0xd2, 0x07, 0x6a, 0xb8, 0x4f,
@@ -30,7 +30,7 @@ std::optional<std::string> decryptedLocation(const std::string& data) {
   auto text =
       platform::decryptAES128CBC(std::string_view(data).substr(kVector), kLocationKey, vector);
   if (!text || text->empty()) return std::nullopt;
-  // The last byte says how many were added to fill the last block.
+  // The last byte is the length of the padding.
   const auto added = static_cast<unsigned char>(text->back());
   if (added == 0 || added > kVector || added > text->size()) return std::nullopt;
   text->resize(text->size() - added);

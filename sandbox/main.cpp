@@ -1,4 +1,4 @@
-// The ad network on its own, for people and for scripts.
+// The ad network as a program of its own.
 #include <glib-unix.h>
 
 #include <charconv>

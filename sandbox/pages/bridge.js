@@ -1,9 +1,10 @@
-// How an ad talks to the client that shows it.
+// The messages between an ad and the client that shows it.
 (function () {
   'use strict';
   var listeners = {};
 
-  // A message is a navigation that never happens. In a frame of its own it cannot overtake another.
+  // A message is a navigation that the client refuses. Each has a frame of its own, because a new
+  // navigation of the same frame would replace it.
   function send(name, parameters) {
     var fields = Object.keys(parameters || {}).map(function (key) {
       return encodeURIComponent(key) + '=' + encodeURIComponent(parameters[key]);
@@ -16,7 +17,7 @@
     setTimeout(function () { frame.remove(); }, 1000);
   }
 
-  // Says where and for how long a finger touched, as the ad's signals.
+  // Reports the position and the duration of touches, for the ad's signals.
   var began = 0;
   addEventListener('pointerdown', function () { began = Date.now(); }, true);
   addEventListener('pointerup', function (event) {
@@ -24,8 +25,8 @@
                    td: Date.now() - began});
   }, true);
 
-  // Has the client ping a click. It waits for what the tap opens: only a click that is under way
-  // is reported with its ticket.
+  // Asks the client to ping a click. This waits until the tap has opened its page: the ticket is
+  // reported only for a click that is under way.
   function clicked(address) {
     setTimeout(function () { send('click', {u: address}); }, 0);
   }

@@ -1,5 +1,5 @@
-// The inspector: shows what /log.json tells, and switches what clients get. Whatever a client sent
-// reaches the page as text only.
+// The inspector: shows /log.json and changes the answers to clients. Everything that a client sent
+// is shown as text, never as HTML.
 (function () {
   'use strict';
 
@@ -43,7 +43,7 @@
 
   function $(id) { return document.getElementById(id); }
 
-  // An element with attributes and children; texts become text nodes.
+  // Makes an element with attributes and children; texts become text nodes.
   function make(tag, attributes) {
     var element = document.createElement(tag);
     Object.keys(attributes || {}).forEach(function (key) { element.setAttribute(key, attributes[key]); });
@@ -179,8 +179,8 @@
     return !!parameters && (parameters.pcc || parameters.pcl || parameters.pai || parameters.pit);
   }
 
-  // The journeys by ticket, oldest first. A report names its ticket; one that names none belongs to
-  // the last ad that was clicked before it.
+  // The journeys by ticket, oldest first. A report without a ticket belongs to the last ad that was
+  // clicked before it.
   function journeysOf(seen) {
     var byTicket = new Map();
     function of(ticket) {
@@ -228,7 +228,7 @@
       var timed = /, ms$/.test(meanings[key]);
       add(meanings[key].replace(/, ms$/, ''), timed ? duration(Number(parameters[key])) : readable(parameters[key]));
     });
-    // What this side saw itself, to hold against the client's word.
+    // The server's own measurement, for comparison.
     if (journey.impressions.length && journey.clicks.length) {
       add('seen here: shown to click', duration((journey.clicks[0].time - journey.impressions[0].time) * 1000));
     }
@@ -261,7 +261,7 @@
 
   var journeyBoxes = new Map();
 
-  // A box is made anew only when its journey went on, so that focus and opened reports stay.
+  // Only changed journeys get a new box, so that focus and opened reports stay.
   function showJourneys() {
     var list = document.querySelector('#journeys .list'), before = journeyBoxes, newest = true;
     journeyBoxes = new Map();
@@ -362,7 +362,7 @@
     }).then(showSwitch).catch(function (error) { $('problem').textContent = 'Not changed: ' + error.message; });
   }
 
-  // Keeping up
+  // Polling
 
   function forget() {
     state.seen = [];
@@ -374,7 +374,7 @@
       var wasBefore = state.started !== 0 && state.last > 0;
       state.started = log.started;
       if (wasBefore) {
-        // Another server: what it has seen must be asked for from the start.
+        // The server was restarted: its log is read from the start.
         forget();
         state.last = 0;
         return poll();

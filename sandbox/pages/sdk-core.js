@@ -1,9 +1,9 @@
-// The ad engine script. A client puts it into a hidden page whose base is the ad server, calls
+// The ad engine script. A client loads it into a hidden page whose base is the ad server, calls
 // URVO_buildAdURL with its parameters, and waits for one message.
 (function () {
   'use strict';
 
-  // Where the ad server is: the page's own base, with a slash at the end.
+  // The ad server's address: the page's base, with a slash at the end.
   function base() {
     return document.baseURI.replace(/[?#].*$/, '').replace(/\/?$/, '/');
   }
@@ -15,7 +15,7 @@
     window.location = 'gmsg://urvo/' + name + (fields.length ? '?' + fields.join('&') : '');
   }
 
-  // The whole of the parameters goes along, so that the server sees what the client said.
+  // All parameters are sent, so that the server can log them.
   function adURL(parameters) {
     return base() + 'ad?slotname=' + encodeURIComponent(parameters.slotname || '') +
         '&preqs=' + encodeURIComponent(parameters.preqs || 0) +
@@ -36,7 +36,7 @@
       case 'script-no-url': send('loadAdURL', {type: type}); break;
       case 'script-tovask': send('loadAdURL', {url: url, type: 'tovask'}); break;
       case 'script-silent': break;
-      case 'script-throws': throw new Error('The sandbox was told to fail here.');
+      case 'script-throws': throw new Error('The sandbox was set to fail here.');
       case 'script-twice':
         send('loadAdURL', {url: url, type: type});
         setTimeout(function () { send('invalidRequest', {reason: 'second'}); }, 50);
@@ -45,7 +45,7 @@
     }
   }
 
-  // The scenario that the ad unit or the base names; only without one is the server asked.
+  // The scenario that the ad unit or the base names. Without one the server is asked.
   function namedScenario(slot) {
     var unit = /^scenario-(.+)$/.exec(slot) || /\/as\/([^\/]+)\/$/.exec(base());
     if (unit) return unit[1];
@@ -70,6 +70,6 @@
     question.send();
   };
 
-  // What the client says to a page; an ad that listens replaces it.
+  // Receives the client's messages. An ad that listens replaces it.
   window.URVO_ReceiveMessage = window.URVO_ReceiveMessage || function () {};
 })();
