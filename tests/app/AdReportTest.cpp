@@ -1,4 +1,4 @@
-// The tour's look-up of what an ad request has told.
+// The tour's check of ad requests.
 #include "app/AdReport.h"
 
 #include <gtest/gtest.h>

@@ -18,7 +18,7 @@ using platform::ApplicationDescription;
 using platform::Window;
 using Lines = std::vector<std::string>;
 
-/// The application's delegate with a diary.
+/// A delegate that records its calls.
 class Delegate final : public platform::ApplicationDelegate {
  public:
   Delegate(Lines& lines, bool launches) : lines_(lines), launches_(launches) {}
@@ -85,7 +85,7 @@ TEST_F(ApplicationTest, EndsInOrderHoweverItIsEndedUnderAFullScreenPage) {
   };
   for (const auto& end : ends) {
     description.started = [&] {
-      // As a page does that fills the screen; the session may really be kept awake.
+      // As a full-screen page does; this may really keep the session awake.
       platform::Application::shared().setIdleTimerDisabled(true);
       end();
     };

@@ -52,7 +52,7 @@ void FakeAudioPlayer::stop() {
 
 namespace valdren::platform {
 
-// In place of the sound library's own.
+// Replaces the sound library's function.
 std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& path) {
   if (quorbel_tests::FakeAudioPlayer::broken()) return nullptr;
   return std::make_unique<quorbel_tests::FakeAudioPlayer>(path);

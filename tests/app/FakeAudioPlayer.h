@@ -1,4 +1,4 @@
-// Stands in for the sound library: players that make no noise and remember what was asked of them.
+// Replaces the sound library: silent players that record their calls.
 #pragma once
 
 #include <functional>
@@ -13,15 +13,15 @@ namespace quorbel_tests {
 
 class FakeAudioPlayer final : public platform::AudioPlayer {
  public:
-  /// What happened to all players since the last `forget`, as "new wikipedia.m4a", "play", "stop",
+  /// The calls of all players since the last `forget`, as "new wikipedia.m4a", "play", "stop",
   /// "gone".
   static std::vector<std::string>& events();
-  /// The player that was made last and still lives; null when it is gone.
+  /// The player that was made last; null when it is destroyed.
   static FakeAudioPlayer* latest();
-  /// While true, files hold nothing that can be played.
+  /// While true, no file can be played.
   static bool& broken();
 
-  /// What is to be called when sound is back; empty when nobody waits for it.
+  /// The callback that waits for sound; empty when there is none.
   static std::function<void()>& soundAwaited();
 
   explicit FakeAudioPlayer(const std::string& path);

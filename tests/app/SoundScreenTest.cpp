@@ -126,7 +126,7 @@ TEST_P(SoundScreenTest, EveryTilePlaysItsOwnClipFromAPlayerMadeAnew) {
     ASSERT_TRUE(screen->controls()->press(action)) << action;
     ASSERT_TRUE(runUntil([&] { return FakeAudioPlayer::events().size() >= (first ? 2u : 3u); }));
     Events expected{"new " + clip + ".m4a", "play"};
-    // The player before it is gone before the new one is made.
+    // The previous player is destroyed before the new one is made.
     if (!first) expected.insert(expected.begin(), "gone");
     EXPECT_EQ(takeEvents(), expected) << action;
     EXPECT_EQ(FakeAudioPlayer::latest()->delegate.get(), screen.get());
@@ -156,7 +156,8 @@ TEST_P(SoundScreenTest, AClipThatEndsByItselfLeavesItsPlayerButNotItsMark) {
 }
 
 TEST_P(SoundScreenTest, ALineSaysThatThereIsNoSoundUntilItIsBack) {
-  for (const bool heard : {true, false, false}) {  // the second failure finds the line there
+  // the second failure finds the notice already shown
+  for (const bool heard : {true, false, false}) {
     screen->play("candy");
     FakeAudioPlayer& player = *FakeAudioPlayer::latest();
     player.playing = false;
@@ -275,7 +276,7 @@ TEST_P(SoundScreenTest, TheBannerLiesOnTheBottomEdgeAndNoTileUnderIt) {
 TEST_P(SoundScreenTest, TilesLieSideBySideAndStopInSightInEveryWindowAndTextSize) {
   const double lowest = GetParam().name == kPhone.name ? 300 : 700;  // of what need not be scrolled
   for (const int textPercent : {100, 150, 200, -200}) {
-    // Below 0: with the line that says why nothing is heard.
+    // Below 0: with the notice that there is no sound.
     screen->controls()->setHidden("silence", textPercent > 0);
     g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 96 * 1024 * std::abs(textPercent) / 100,
                  nullptr);
@@ -298,7 +299,7 @@ TEST_P(SoundScreenTest, TilesLieSideBySideAndStopInSightInEveryWindowAndTextSize
                b.y < a.y + a.height;
       };
       const Rect stop = tiles.back();
-      tiles.pop_back();  // other than it, they may be scrolled out of sight
+      tiles.pop_back();  // the others may be scrolled out of sight
       EXPECT_GE(stop.y, 0);
       EXPECT_LE(stop.y + stop.height, screen->view()->bounds().height);
       EXPECT_FALSE(overlap(stop, screen->banner().frame()));

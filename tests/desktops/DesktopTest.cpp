@@ -1,5 +1,5 @@
-// The program itself in the desktop that the environment names in COMPOSITOR, as
-// tools/with_compositor brings it: what it does while nobody can see it, and how it ends.
+// The program on the desktop that COMPOSITOR names, started by tools/with_compositor: its behaviour
+// while it is hidden, and its end.
 #include <gmock/gmock.h>
 #include <gtk/gtk.h>
 
@@ -26,10 +26,11 @@ using quorbel_tests::runUntil;
 
 constexpr double kRefreshSeconds = 3;
 
-/// How a desktop takes its windows out of sight and brings them back.
+/// How a desktop hides windows and shows them again.
 struct Desktop {
   const char* name;
-  /// Commands; without any, another window covers the screen. `awake` goes on until it is hidden.
+  /// Commands. Without any, another window covers the screen. `awake` is repeated until the window
+  /// is hidden.
   std::string hide, show, awake;
 };
 
@@ -39,7 +40,7 @@ const Desktop kDesktops[] = {
     {"sway", "swaymsg workspace 2", "swaymsg workspace 1", ""},
     {"openbox", kOnScreen + "set_desktop 1", kOnScreen + "set_desktop 0", ""},
     {"headless", "", "", ""},
-    // Darkens the screen when nobody moves the pointer.
+    // Turns the screen off while the pointer does not move.
     {"weston", "true", kOnScreen + "mousemove_relative 1 1", kOnScreen + "mousemove_relative 1 1"},
 };
 
@@ -94,7 +95,7 @@ class DesktopTest : public ::testing::Test {
     gtk_window_destroy(std::exchange(cover, nullptr));
   }
 
-  /// What the requests for ads told.
+  /// The parameters of the ad requests.
   std::vector<platform::Dictionary> requests() const {
     std::vector<platform::Dictionary> told;
     const auto log = platform::parseJson(network->log());
@@ -105,7 +106,7 @@ class DesktopTest : public ::testing::Test {
     return told;
   }
 
-  /// How many ads were asked for.
+  /// The number of ad requests.
   std::int64_t ads() const { return static_cast<std::int64_t>(requests().size()); }
 
   bool waitForAds(std::int64_t wanted, double seconds, const std::string& meanwhile = "") {
@@ -132,7 +133,7 @@ class DesktopTest : public ::testing::Test {
 TEST_F(DesktopTest, AsksForNoAdWhileNobodyCanSeeItAndEndsInOrder) {
   ASSERT_TRUE(waitForAds(2, 90, desktop->awake)) << "seen, it goes on asking";
   hide();
-  // The last may be on its way, and the desktop takes its time to hide.
+  // The last request may be under way, and hiding may take the desktop a while.
   const bool wentOn = waitForAds(ads() + 3, 6 * kRefreshSeconds);
   EXPECT_FALSE(wentOn);
   const std::int64_t unseen = ads();
@@ -143,7 +144,7 @@ TEST_F(DesktopTest, AsksForNoAdWhileNobodyCanSeeItAndEndsInOrder) {
   endInOrder();
 }
 
-/// What of a request the desktop has a say in.
+/// The parameters that depend on the desktop.
 std::string placeIn(const platform::Dictionary& request) {
   platform::Dictionary place;
   for (const char* key : {"u_w", "u_h", "u_so", "ad_frame", "ad_bounds", "u_audio", "net"}) {
@@ -156,7 +157,7 @@ TEST_F(DesktopTest, TheFirstRequestTellsTheWindowThatThePersonSees) {
   ASSERT_TRUE(waitForAds(1, 90, desktop->awake));
   endInOrder();
   const auto before = static_cast<std::size_t>(ads());
-  launch();  // with the script at hand, so that nothing holds the request up
+  launch();  // the script is cached and does not delay the request
   ASSERT_TRUE(waitForAds(ads() + 2, 90, desktop->awake));
   endInOrder();
   const auto told = requests();

@@ -1,4 +1,4 @@
-// The built program as a script uses it.
+// The built program, used like from a script.
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -21,14 +21,14 @@ const std::string kWithoutDisplay = "env -u DISPLAY -u WAYLAND_DISPLAY ";
 
 class CommandLine : public ::testing::Test {
  protected:
-  /// The program with a state folder of its own.
+  /// The command with its own state folder.
   std::string program(const std::string& arguments, const std::string& before = "") const {
     return before + " env XDG_STATE_HOME=" + folder.path() + " " + kProgram + " " + arguments;
   }
 
-  /// Starts the program in the background, waits until its window is there, and runs `then` with
-  /// the process's number in $first and a "say" that `said` hears. The bus is the command's own,
-  /// and what its other services print is not mixed with what is said.
+  /// Starts the program in the background, waits for its window, and runs `then` with the process
+  /// id in $first and a "say" whose output is returned. The bus belongs to the command, and the
+  /// output of other services is not mixed in.
   std::string whileRunning(const std::string& start, const std::string& then) const {
     return "dbus-run-session -- sh -c 'say() { echo $* >>" + folder.file("said") + "; }; " + start +
            " & first=$!; tries=0; until gdbus call --session --dest com.valdren.quorbel "
@@ -78,7 +78,7 @@ TEST_F(CommandLine, MistakesAreOneSentenceAndAStatusOfTheirOwn) {
 }
 
 TEST_F(CommandLine, AMachineThatLacksSomethingGetsItsWindowAndOneLine) {
-  // A bus that accepts and never answers: connections wait in the listener's queue.
+  // A bus that accepts connections, in the listener's queue, and never answers.
   const int silent = socket(AF_UNIX, SOCK_STREAM, 0);
   sockaddr_un address{AF_UNIX, {}};
   folder.file("silent").copy(address.sun_path, sizeof address.sun_path - 1);
@@ -91,11 +91,11 @@ TEST_F(CommandLine, AMachineThatLacksSomethingGetsItsWindowAndOneLine) {
     const char* line;
   } rows[] = {
       {"DBUS_SESSION_BUS_ADDRESS=unix:path=" + folder.file("silent"), "bus does not answer"},
-      {"XDG_STATE_HOME=" + folder.file("no/bwrap"), "state cannot be kept"},
+      {"XDG_STATE_HOME=" + folder.file("no/bwrap"), "state cannot be saved"},
       {"PATH=" + folder.file("no") + ":$PATH", "There are no ads here"},
   };
   for (const auto& row : rows) {
-    // Its ad request says that the window is there.
+    // The ad request shows that the window is there.
     const std::string told = folder.file("told");
     const Finished finished =
         run("timeout -s KILL 100 dbus-run-session -- sh -c 'env XDG_STATE_HOME=" + folder.path() +
@@ -122,7 +122,7 @@ TEST_F(CommandLine, AStartWhilePingsOfTheLastOneLeaveIsAStartOfItsOwn) {
                  "function URVO_buildAdURL() { location.href = \"gmsg://sdk/loadAdURL?url=" +
                      network.address("/ad") + "\"; }");
   network.answer("/ad", 200, {{"X-Urvo-Tracking-Urls", network.address("/ping")}}, "An ad");
-  double delay = 20;  // of the first ping, longer than it is waited for at the end
+  double delay = 20;  // of the first ping; longer than the wait at the end
   network.answer("/ping", [&](const auto&) {
     quorbel_tests::writeFile(folder.file("pinged"), "");
     return quorbel_tests::LoopbackResponse{.delay = std::exchange(delay, 0)};
@@ -146,7 +146,7 @@ TEST_F(CommandLine, SignalsEndItInOrder) {
                          std::string("kill -") + signal + " $first; wait $first; say ended $?"));
     EXPECT_EQ(said(), "ended 0\n") << signal << "\n" << finished.errors;
     std::filesystem::remove(folder.file("said"));
-    // What is kept at the end is there: the ads' timings and statistics.
+    // The state that is saved at the end: the ads' timings and statistics.
     EXPECT_EQ(run("find " + folder.path() + " -type f -size +0 | grep -q .").status, 0) << signal;
     std::filesystem::remove_all(folder.file("com.valdren.quorbel"));
   }

@@ -1,5 +1,4 @@
-// The script that installs what is missing, among commands that only say what they were called
-// with.
+// The script that installs missing packages, with fake commands that only record their arguments.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -15,7 +14,7 @@ using quorbel_tests::TemporaryFolder;
 class InstallPackages : public ::testing::Test {
  protected:
   void SetUp() override {
-    // What the script itself is written with.
+    // The tools that the script itself uses.
     for (const char* tool : {"bash", "dirname", "readlink", "grep", "env"}) {
       const Finished found = run(std::string("command -v ") + tool);
       ASSERT_EQ(found.status, 0) << tool;
@@ -31,7 +30,7 @@ class InstallPackages : public ::testing::Test {
     std::filesystem::permissions(folder.file(name), std::filesystem::perms::owner_all);
   }
 
-  /// Everything that the list names for building is installed but these.
+  /// Installs all listed build packages except those that match.
   void installAllBut(const std::string& pattern) {
     command("dpkg-query", "grep '^build' " INSTALL_PACKAGES_FOLDER
                           "/packages | while read -r purpose packages; do echo \"ii  "

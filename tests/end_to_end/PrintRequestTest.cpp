@@ -1,4 +1,4 @@
-// The program itself, run as a person would run it.
+// The program itself, run like a user does.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -33,7 +33,7 @@ class PrintRequest : public testing::Test {
   PrintRequest() { platform::Bundle::main().setIdentifier("com.valdren.quorbel"); }
   ~PrintRequest() override { platform::Bundle::main().setIdentifier("com.valdren.host"); }
 
-  /// What it prints, run with these words in front of and behind it.
+  /// Its output, with this text before the command and these options after it.
   Dictionary printed(const std::string& before = "", const std::string& options = "") {
     last_ = run(before + " '" QUORBEL_PROGRAM "' --print-request " + options);
     EXPECT_EQ(last_.status, 0) << last_.errors;
@@ -42,7 +42,7 @@ class PrintRequest : public testing::Test {
     return value && value->dictionary() ? *value->dictionary() : Dictionary();
   }
 
-  /// Every file of the state folder with its content.
+  /// All files of the state folder with their contents.
   std::map<std::string, std::string> stateFiles() const {
     std::map<std::string, std::string> files;
     for (const auto& entry : fs::recursive_directory_iterator(home_.path())) {
@@ -143,7 +143,7 @@ TEST_F(PrintRequest, SaysSoWhenItCannotWrite) {
   EXPECT_NE(finished.errors.find("cannot be written"), std::string::npos) << finished.errors;
 }
 
-TEST_F(PrintRequest, TheMachinesOwnIdentifierIsNowhere) {
+TEST_F(PrintRequest, TheMachinesOwnIdentifierIsNotPrinted) {
   printed(kWithoutDisplay);
   for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
     std::string identifier = readFile(path);

@@ -13,7 +13,7 @@ using quorbel_tests::readFile;
 using quorbel_tests::run;
 using quorbel_tests::TemporaryFolder;
 
-/// Width and height of a PNG file, in pixels; 0 when it is none.
+/// Width and height of a PNG file, in pixels; 0 when it is not valid.
 std::pair<unsigned, unsigned> sizeOfPicture(const std::string& png) {
   if (png.size() < 24 || png.substr(1, 3) != "PNG") return {0, 0};
   const auto number = [&](std::size_t at) {
@@ -26,7 +26,7 @@ std::pair<unsigned, unsigned> sizeOfPicture(const std::string& png) {
   return {number(16), number(20)};
 }
 
-/// The window's size at the step that this line of the report is about.
+/// The window's size at the step in this line of the report.
 std::pair<unsigned, unsigned> sizeAtStep(const std::string& line,
                                          std::pair<unsigned, unsigned> size) {
   const auto [shorter, longer] = std::minmax({size.first, size.second});
@@ -84,7 +84,7 @@ TEST_P(Tour, EveryStepIsAsItShouldBeAndHasItsPicture) {
 
 TEST(FailingTour, ClipsThatAreMissingFailTheirStepsAndTheProgram) {
   TemporaryFolder folder;
-  // A copy of the program has no clips beside it.
+  // A copy of the program finds no clips beside it.
   std::filesystem::copy(QUORBEL_PROGRAM, folder.file("quorbel"));
   const auto finished =
       run("env -u QUORBEL_RESOURCES XDG_STATE_HOME=" + folder.file("state") + " " +

@@ -1,4 +1,4 @@
-// What fuzzing has found, and one honest example of each kind, through the same operations.
+// The fuzzer's findings, and one valid example of each kind, through the same operations.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -19,7 +19,7 @@ TEST_P(Replay, KeepsItsPromises) {
     SCOPED_TRACE(entry.path());
     std::ifstream file(entry.path(), std::ios::binary);
     const std::string input{std::istreambuf_iterator<char>(file), {}};
-    // Cut off anywhere, too.
+    // Also truncated at many lengths.
     for (std::size_t length = 0; length <= input.size(); length += 1 + input.size() / 64) {
       GetParam().run(std::string_view(input).substr(0, length));
     }

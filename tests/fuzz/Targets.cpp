@@ -38,7 +38,7 @@ void promise(bool kept, const char* what) {
   std::abort();
 }
 
-/// The input up to the first line break, which is taken away with it.
+/// Removes the first line from the input and returns it.
 std::string_view takeLine(std::string_view& input) {
   const std::size_t end = std::min(input.find('\n'), input.size());
   const std::string_view line = input.substr(0, end);
@@ -46,7 +46,7 @@ std::string_view takeLine(std::string_view& input) {
   return line;
 }
 
-/// A folder of this process, gone with it.
+/// A folder of this process, removed at the end.
 class Folder {
  public:
   Folder() { std::filesystem::create_directories(path_); }

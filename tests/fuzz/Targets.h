@@ -1,4 +1,4 @@
-// What strangers can have parsed, each as an operation on bytes.
+// The parsers of untrusted input, each as an operation on bytes.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace quorbel_tests {
 
-/// Ends the program when a promise about the parsed is broken.
+/// Aborts the program when a guarantee about the result is broken.
 struct FuzzTarget {
   /// Also the name of the folder of its corpus.
   std::string name;

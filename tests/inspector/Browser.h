@@ -1,4 +1,4 @@
-// A real web view in a real window, for a test to look through.
+// A real web view in a real window, for tests.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@ namespace inspector_tests {
 
 class Browser {
  public:
-  /// Whether there is a display to show one on.
+  /// Whether there is a display.
   static bool canBeShown();
 
   explicit Browser(int width = 1200, int height = 900);
@@ -17,7 +17,7 @@ class Browser {
   Browser(const Browser&) = delete;
   Browser& operator=(const Browser&) = delete;
 
-  /// Loads and waits; false when it takes too long.
+  /// Loads the page and waits; false when it takes too long.
   bool load(const std::string& url);
   bool loadHTML(const std::string& html, const std::string& base);
   /// The expression's value as text; "ERROR ..." when it throws.
@@ -26,11 +26,11 @@ class Browser {
   bool waitFor(const std::string& expression, double seconds = 30);
   void resize(int width, int height);
   void setDark(bool dark);
-  /// Leaves a picture of the visible part under that name in the folder that the environment
-  /// variable QUORBEL_PICTURES names, if it does.
+  /// Saves a picture of the visible part under this name, in the folder that QUORBEL_PICTURES
+  /// names, if it is set.
   void picture(const std::string& name);
 
-  /// The message addresses that the page has navigated to, refused like in a client.
+  /// The message addresses that the page navigated to. They are refused, as in a client.
   const std::vector<std::string>& messages() const;
 
  private:

@@ -1,4 +1,4 @@
-// The inspector in a real engine: it shows what was sent, as text and nothing else.
+// The inspector in a real engine. It must show data as text only.
 #include <gtest/gtest.h>
 
 #include "platform/base/Json.h"
@@ -37,7 +37,7 @@ class Inspector : public ::testing::Test {
     const std::string begin = address("/imp/");
     return trackers.substr(begin.size(), trackers.find(' ') - begin.size());
   }
-  /// A whole click, reported by the next request.
+  /// A complete click, reported by the next request.
   std::string clickAndReport() {
     const std::string ticket = ticketOf(requestAd({{"preqs", 1}}));
     get(address("/imp/" + ticket));
@@ -175,7 +175,7 @@ TEST_F(Inspector, CanBeReadInLightAndDark) {
     ASSERT_TRUE(browser.waitFor("document.querySelectorAll('#timeline li').length === 5"));
     ASSERT_EQ(browser.evaluate("matchMedia('(prefers-color-scheme: dark)').matches"),
               dark ? "true" : "false");
-    // Every text against the first opaque ground behind it: at least 4.5 to 1.
+    // Each text against the first opaque background behind it: a contrast of at least 4.5 to 1.
     EXPECT_EQ(browser.evaluate(R"((function () {
       function parts(colour) { return colour.match(/[\d.]+/g).map(Number); }
       function light(rgb) {

@@ -1,4 +1,4 @@
-// Ads and landing pages as a person sees them, in a real engine.
+// Ads and landing pages as shown in a real engine.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 using namespace inspector_tests;
 using sandbox::Sandbox;
 
-/// What is wrong with the page's texts: too small, cut off, or too faint on a plain ground.
+/// Finds faults of the page's texts: too small, cut off, or too little contrast.
 constexpr const char* kFaults = R"((function () {
   var faults = [];
   if (document.documentElement.scrollWidth > innerWidth) faults.push('wider than the window');

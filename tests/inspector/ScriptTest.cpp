@@ -1,4 +1,4 @@
-// The ad engine script in a real page, put together as a client does it.
+// The ad engine script in a real page, assembled like in a client.
 #include <gtest/gtest.h>
 
 #include "platform/base/Json.h"
@@ -25,7 +25,7 @@ class Script : public ::testing::Test {
     browser_ = std::make_unique<Browser>(200, 100);
   }
 
-  /// The messages after the script was called with these parameters, once there are so many.
+  /// The messages after the script was called with these parameters, once there are `count`.
   std::vector<std::string> answers(const platform::Dictionary& parameters, std::size_t count = 1,
                                    const std::string& prefix = "") {
     const std::string script = get(sandbox_->baseURL() + "/urvo/sdk-core-v40.js").body;

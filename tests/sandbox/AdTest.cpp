@@ -1,4 +1,4 @@
-// What is served can be shown as it is, counted, and followed.
+// Ads and landing pages are complete, counted, and linked correctly.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -43,7 +43,7 @@ TEST(Ad, ComesWithAllFiveHeaders) {
   EXPECT_EQ(reply.header("X-Urvo-Orientation"), "any");
   EXPECT_EQ(reply.header("X-Urvo-Interstitial-Timeout"), "5");
   EXPECT_EQ(reply.header("X-Urvo-Refresh-Rate"), "30");
-  // The ticket is what is left of a click's path without its first four characters.
+  // The ticket is the click's path without its first four characters.
   const std::string path = click.substr(sandbox->baseURL().size());
   ASSERT_GT(path.size(), 5U) << click;
   const std::string ticket = path.substr(5);

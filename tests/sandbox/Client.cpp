@@ -21,7 +21,7 @@ gboolean acceptAny(SoupMessage*, GTlsCertificate*, GTlsCertificateFlags, gpointe
   return TRUE;
 }
 
-/// False when the body broke off.
+/// False when the body is incomplete.
 bool readInto(std::string& body, GInputStream* stream, std::size_t most) {
   char buffer[64 * 1024];
   while (body.size() < most) {

@@ -14,7 +14,7 @@ namespace sandbox_tests {
 using Headers = std::vector<std::pair<std::string, std::string>>;
 
 struct Reply {
-  /// 0 when there was no answer, or it broke off.
+  /// 0 without a complete answer.
   int status = 0;
   std::string body;
   Headers headers;
@@ -28,9 +28,9 @@ struct Wish {
   std::string method = "GET";
   Headers headers = {};
   bool followsRedirects = false;
-  /// How long no byte may come.
+  /// The longest time without a byte.
   unsigned patienceSeconds = 30;
-  /// The body is read no further.
+  /// The limit for the body.
   std::size_t mostBytes = std::size_t{64} * 1024 * 1024;
   bool acceptsAnyCertificate = false;
 };
@@ -38,7 +38,7 @@ struct Wish {
 Reply ask(const Wish& wish);
 Reply get(const std::string& url);
 
-/// The body as a JSON object; empty when it is none.
+/// The body as a JSON object; empty when it is not one.
 platform::Dictionary object(const Reply& reply);
 
 }  // namespace sandbox_tests

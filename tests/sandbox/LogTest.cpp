@@ -1,4 +1,4 @@
-// The log tells the truth, opens what was sealed, and stays small.
+// The log is correct, decrypted and bounded.
 #include <gtest/gtest.h>
 
 #include "ads/loading/VADLocation.h"
@@ -62,7 +62,7 @@ TEST(Log, OpensADescribedLocation) {
   EXPECT_TRUE(opened->ends_with("loc: \"by the 'lake', Z\xC3\xBCrich\"")) << *opened;
 }
 
-TEST(Log, LeavesShutWhatClientsDidNotSeal) {
+TEST(Log, DoesNotOpenWhatClientsDidNotSeal) {
   const auto signals = valdren::sealSignals({{"viewed", 1}});
   std::string changed = *signals;
   changed[20] = changed[20] == 'A' ? 'B' : 'A';

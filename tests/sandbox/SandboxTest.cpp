@@ -1,4 +1,4 @@
-// The server as a whole: its switch, its ports, its end.
+// The whole server: settings, ports, end.
 #include "sandbox/Sandbox.h"
 
 #include <gtest/gtest.h>
@@ -35,7 +35,7 @@ TEST(Switch, PutsUnitsThatNameNoneInTheScenario) {
   EXPECT_EQ(adStatus(*sandbox, "/ad?slotname=ad-harbour"), 200);
   EXPECT_EQ(object(get(sandbox->baseURL() + "/choice.json")).find("scenario")->description(),
             "status-401");
-  // A scenario of the script's leaves the ad server alone.
+  // A scenario of the script does not affect the ad server.
   EXPECT_TRUE(sandbox->setScenario("script-errors"));
   EXPECT_EQ(adStatus(*sandbox), 200);
 }
@@ -97,7 +97,7 @@ TEST(Sandbox, EndsAtOnceWhileAnswersAreUnderWay) {
     while (sandbox->log().find("\"kind\":\"ad\"") == std::string::npos) std::this_thread::yield();
     sandbox.reset();
     client.join();
-    // Where the endless body would have ended by itself.
+    // The size at which the endless body would have ended.
     EXPECT_LT(received, std::size_t{1} << 30) << unit << " had to be waited for";
   }
 }

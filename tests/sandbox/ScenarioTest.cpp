@@ -1,4 +1,4 @@
-// Each scenario does on the wire what its row in the table says.
+// Each scenario behaves as its row in the table says.
 #include <gtest/gtest.h>
 
 #include <fstream>

@@ -1,5 +1,4 @@
-// Everything that the sandbox's ad server and script can do right and wrong, played to a real
-// banner.
+// All scenarios of the sandbox's ad server and script, with a real banner.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -26,7 +25,7 @@ using namespace valdren;
 using quorbel_tests::runFor;
 using quorbel_tests::runUntil;
 
-constexpr double kPatience = 30;  // seconds; nothing that is played here takes a third of it
+constexpr double kPatience = 30;  // seconds; every scenario takes less than a third of it
 
 class Publisher final : public VADBannerViewDelegate {
  public:
@@ -78,8 +77,8 @@ class ScenariosTest : public ::testing::Test {
     std::filesystem::remove_all(platform::cachesFolder().value(), ignored);
   }
 
-  /// Plays the scenario to a banner that shows nothing yet. Afterwards, where a load is accepted at
-  /// all, the next ad must come.
+  /// Runs the scenario with an empty banner. If a load is accepted afterwards, the next ad must be
+  /// shown.
   void play(const Scenario& scenario) {
     SCOPED_TRACE(scenario.name);
     forgetCopies();

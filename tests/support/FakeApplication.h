@@ -1,5 +1,4 @@
-// A running application without a window: its state is what a test sets, and what it is asked to do
-// is recorded.
+// A running application without a window. A test sets its state and reads the recorded calls.
 #pragma once
 
 #include <functional>
@@ -14,20 +13,20 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// In force from its construction to its destruction.
+/// Replaces the application while it exists.
 class FakeApplication final : public platform::Application {
  public:
   platform::ApplicationState state = platform::ApplicationState::Active;
   platform::InterfaceOrientation orientation = platform::InterfaceOrientation::Portrait;
   /// Height of the status bar while it shows, in points.
   double barHeight = 20;
-  /// Exactly the URLs that `canOpenURL` says yes to.
+  /// The URLs for which `canOpenURL` is true.
   std::set<std::string> openableURLs;
-  /// The schemes that `canOpenURL` says yes to, in lower case.
+  /// The schemes for which `canOpenURL` is true, in lower case.
   std::set<std::string> openableSchemes;
-  /// The URLs that were to be opened, in order.
+  /// The opened URLs, in order.
   std::vector<std::string> openedURLs;
-  /// Whether the system holds an application open for its background tasks.
+  /// Whether background tasks are granted.
   bool grantsBackgroundTasks = true;
   /// Called from `openURL`, after it is recorded.
   std::function<void(const platform::URL&)> onOpen;
@@ -51,15 +50,15 @@ class FakeApplication final : public platform::Application {
   platform::BackgroundTaskID beginBackgroundTask(std::function<void()> expired) override;
   void endBackgroundTask(platform::BackgroundTaskID task) override;
 
-  /// How many background tasks run; how many were ever begun.
+  /// The number of running background tasks, and of all that were ever begun.
   std::size_t runningTasks() const { return tasks_.size(); }
   std::size_t begunTasks() const { return lastTask_; }
-  /// The system's patience ends: every running task ends by itself and is told so.
+  /// Ends all running tasks, as the system does when their time is over.
   void expireBackgroundTasks();
 
   /// Posts one of the application's notices, with this application as the object.
   void post(const char* notice);
-  /// Changes the state and posts what the system posts on the way.
+  /// Changes the state and posts the system's notices.
   void enterBackground();
   void enterForeground();
 

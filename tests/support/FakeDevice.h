@@ -1,4 +1,4 @@
-// A machine that is what a test says it is: device, screen and sound route.
+// A device, screen and sound route whose values a test sets.
 #pragma once
 
 #include "platform/base/RunLoop.h"
@@ -9,7 +9,7 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// In force while it lives. Every answer is a member that the test may change.
+/// Replaces the device while it exists. Each answer is a member.
 class FakeDevice final : public platform::Device {
  public:
   std::string modelName = "TestPhone";
@@ -40,7 +40,7 @@ class FakeScreen final : public platform::Screen {
 
   std::optional<double> scale() const override { return scaleFactor; }
   platform::Rect applicationFrame() const override { return frame; }
-  /// How long the window still takes to get its size, in seconds; below 0 it has it.
+  /// The seconds until the window has its final size; below 0 it has it already.
   double settlesIn = -1;
   std::unique_ptr<platform::Timer> whenSettled(std::function<void()> task) override {
     if (settlesIn >= 0) return platform::RunLoop::shared().scheduleTimer(settlesIn, task);

@@ -1,4 +1,4 @@
-// Fetches that a test answers by hand, step by step.
+// Fetches that a test answers step by step.
 #pragma once
 
 #include <deque>
@@ -12,20 +12,20 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// In force from its construction to its destruction.
+/// Replaces the network while it exists.
 class FakeURLLoading final : public platform::URLLoading {
  public:
-  /// One fetch as the test sees it; stays after the client has let go of its connection. Each call
-  /// does nothing when the fetch is over: cancelled, failed or finished.
+  /// One fetch from the server's side; it stays after the client has released its connection. Calls
+  /// do nothing when the fetch is over: cancelled, failed or finished.
   class Fetch {
    public:
-    /// What was asked for; after a redirect, what is asked for now.
+    /// The request; after a redirect, the present one.
     const platform::URLRequest& request() const { return request_; }
     std::string url() const { return request_.url.absoluteString(); }
     bool isStarted() const { return started_; }
-    /// Whether the client has let go of it before its end.
+    /// Whether the client released the connection before its end.
     bool isCancelled() const { return cancelled_; }
-    /// Started, and neither cancelled nor at its end.
+    /// Started, not cancelled, not ended.
     bool isUnderWay() const { return started_ && connection_; }
 
     void redirect(std::string_view url, const platform::Headers& headers = {}, int status = 302);
@@ -51,12 +51,12 @@ class FakeURLLoading final : public platform::URLLoading {
     bool cancelled_ = false;
   };
 
-  /// How many fetches there have been; the one of a number from 0 up; the latest.
+  /// The number of fetches; one of them, counted from 0; the latest.
   std::size_t count() const { return fetches_.size(); }
   Fetch& fetch(std::size_t number) { return *fetches_.at(number); }
   Fetch& last() { return *fetches_.back(); }
 
-  /// While set, no connection can be made.
+  /// While true, no connection can be made.
   bool refuses = false;
 
   std::unique_ptr<platform::URLConnection> makeConnection(

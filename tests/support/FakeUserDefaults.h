@@ -1,4 +1,4 @@
-// User defaults that live in memory, for tests that read back what was kept.
+// User defaults in memory that a test can read back.
 #pragma once
 
 #include <map>
@@ -10,8 +10,8 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// In force from its construction to its destruction. `written` holds what a process that is
-/// started now would find: the values as they were at the last `synchronize`.
+/// Replaces the user defaults while it exists. `written` holds the values of the last
+/// `synchronize`, which a new process would find.
 class FakeUserDefaults final : public platform::UserDefaults {
  public:
   using Values = std::map<std::string, platform::Value, std::less<>>;

@@ -1,5 +1,4 @@
-// Web engines without a browser behind them: they keep what they were asked for, and a test plays
-// the page.
+// Web engines without a browser. They record requests, and a test simulates the page.
 #pragma once
 
 #include <map>
@@ -27,12 +26,12 @@ class FakeWebEngine final : public platform::WebEngine {
   ~FakeWebEngine() override;
 
   platform::View& host;
-  /// Tell it what the page does: ask for navigations, start, finish and fail loads.
+  /// Used to report what the page does: ask for navigations; start, finish and fail loads.
   Client& client;
-  /// The engine whose web process it was to share; only to compare.
+  /// The engine whose web process it should share; for comparison only.
   const WebEngine* const related;
 
-  // What was asked of the engine, in order.
+  // The recorded calls, in order.
   Settings settings;
   std::vector<platform::URLRequest> requests;
   std::vector<HTML> pages;
@@ -42,7 +41,7 @@ class FakeWebEngine final : public platform::WebEngine {
   int backs = 0;
   int forwards = 0;
 
-  // What the engine answers.
+  // The engine's answers.
   bool back = false;
   bool forward = false;
   bool loading = false;
@@ -51,15 +50,15 @@ class FakeWebEngine final : public platform::WebEngine {
   std::optional<platform::URL> shown;
   std::string pageTitle;
   std::string agent = "Mozilla/5.0 (Test)";
-  /// Results of scripts by their text; any other script gives "".
+  /// The results of scripts, by their text; "" for any other.
   std::map<std::string, std::string> results;
 
-  /// Asks the client whether the page may go to `text`, with the engine's user agent among the
-  /// headers, as the real engine does. Changes nothing else.
+  /// Asks the client whether the page may go to `text`, with the user agent among the headers like
+  /// the real engine. Changes nothing else.
   bool navigate(const std::string& text,
                 platform::NavigationType type = platform::NavigationType::Other);
   void start();
-  /// The page that was loaded is shown from now on.
+  /// Finishes the load; the loaded page is the present one from now on.
   void finish();
   void fail(const std::string& message = "The server cannot be reached.");
 
@@ -85,22 +84,22 @@ class FakeWebEngine final : public platform::WebEngine {
   FakeWebEngines& owner_;
 };
 
-/// In force for as long as it lives. Must outlive the web views that are made meanwhile.
+/// Replaces the engines while it exists. It must outlive the web views made meanwhile.
 class FakeWebEngines final : public platform::WebEngines {
  public:
   std::unique_ptr<platform::WebEngine> makeEngine(platform::View& host,
                                                   platform::WebEngine::Client& client,
                                                   platform::WebEngine* related) override;
 
-  /// The engines whose web views live, in the order in which they were made.
+  /// The engines of existing web views, in the order of creation.
   const std::vector<FakeWebEngine*>& engines() const { return engines_; }
-  /// The engine of the web view made last; it must live.
+  /// The engine of the web view made last, which must exist.
   FakeWebEngine& last() const { return *engines_.at(engines_.size() - 1); }
-  /// The engine behind a web view that was made meanwhile.
+  /// The engine of a web view that was made meanwhile.
   static FakeWebEngine& of(platform::WebView& view) {
     return static_cast<FakeWebEngine&>(view.engine());
   }
-  /// How many engines were ever made.
+  /// The number of engines ever made.
   int made() const { return made_; }
 
  private:

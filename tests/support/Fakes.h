@@ -1,4 +1,4 @@
-// Stand-ins for the platform's clock and run loop, so that a test says when time passes.
+// A clock and a run loop that a test controls.
 #pragma once
 
 #include <map>
@@ -10,8 +10,8 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// A clock that stands still until it is told to move. Begins at 1 January 2020 UTC, 1000 seconds
-/// after the machine's start.
+/// A clock that only moves on request. It starts at 1 January 2020 UTC, 1000 seconds after the
+/// machine's start.
 class FakeClock final : public platform::Clock {
  public:
   platform::Date now() const override { return platform::Date(seconds_); }
@@ -29,7 +29,7 @@ class FakeClock final : public platform::Clock {
   platform::Clock::Replacement replacement_{*this};
 };
 
-/// A run loop that turns only when it is told to. With a clock, moves that clock along.
+/// A run loop that only turns on request. It moves the clock along, if there is one.
 class FakeRunLoop final : public platform::RunLoop {
  public:
   explicit FakeRunLoop(FakeClock* clock = nullptr) : clock_(clock) {}
@@ -37,10 +37,10 @@ class FakeRunLoop final : public platform::RunLoop {
   bool isMainThread() const override { return true; }
   void performOnMainThreadAndWait(const Task& task) override { task(); }
 
-  /// Lets `seconds` pass, running what falls due, in the order of due times. 0 is one turn: calls
-  /// that a turn adds with delay 0 wait for the next.
+  /// Lets `seconds` pass and runs what is due, in the order of due times. 0 is one turn: calls that
+  /// are added with delay 0 during a turn wait for the next.
   void advance(double seconds);
-  /// The calls that wait.
+  /// The number of waiting calls.
   std::size_t pendingCount() const { return sources_.size(); }
 
  protected:

@@ -1,4 +1,4 @@
-// A delegate of real fetches that notes what it is told, and may let go of the connection.
+// A delegate for real fetches that records its calls and can release the connection.
 #pragma once
 
 #include <functional>
@@ -15,27 +15,27 @@ namespace quorbel_tests {
 
 class FetchRecorder : public platform::URLConnectionDelegate {
  public:
-  /// Starts a fetch; false when there can be none.
+  /// Starts a fetch; false when it cannot be made.
   bool start(const platform::URLRequest& request) {
     connection = platform::URLLoading::shared().makeConnection(request, this);
     if (connection) connection->start();
     return connection != nullptr;
   }
   bool start(const platform::URL& url) { return start(platform::URLRequest{url}); }
-  /// Starts a fetch and turns the main loop to its end; false when it takes too long.
+  /// Starts a fetch and runs the main loop to its end; false when it takes too long.
   bool fetch(const platform::URLRequest& request);
   bool fetch(const platform::URL& url) { return fetch(platform::URLRequest{url}); }
 
   std::unique_ptr<platform::URLConnection> connection;
   /// "send", "redirect", "response", "data" (once for all pieces), "finish", "fail", in order.
   std::vector<std::string> events;
-  /// Called at each of the events, every piece of data included, after it is noted.
+  /// Called after each recorded event, and for each piece of data.
   std::function<void(const std::string&)> onEvent;
   std::vector<std::string> urls;
   std::vector<platform::URLResponse> redirects;
   std::optional<platform::URLResponse> response;
   std::string body;
-  /// Whether `body` is kept; its size is counted in any case.
+  /// Whether `body` is stored; its size is always counted.
   bool keepsBody = true;
   std::size_t bodySize = 0;
   std::optional<platform::Error> error;

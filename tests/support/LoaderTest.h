@@ -1,4 +1,4 @@
-// A banner whose network, pages, clock, machine and kept state are the test's to command.
+// A banner with fakes for network, pages, clock, machine and saved state.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// Writes down what the publisher is told: "received", "failed 2" and so on.
+/// Records the publisher's callbacks: "received", "failed 2" and so on.
 class BannerRecord final : public valdren::VADBannerViewDelegate {
  public:
   ~BannerRecord() { invalidateWeakReferences(); }
@@ -40,7 +40,7 @@ class BannerRecord final : public valdren::VADBannerViewDelegate {
   }
 
   std::vector<std::string> take() { return std::exchange(events_, {}); }
-  /// Called at each event, after it is written down; a test may do as it likes there.
+  /// Called after each recorded event.
   std::function<void()> onEvent;
 
  private:
@@ -51,7 +51,7 @@ class BannerRecord final : public valdren::VADBannerViewDelegate {
   std::vector<std::string> events_;
 };
 
-/// The toolkit must have a display.
+/// Needs a display.
 class LoaderTest : public ::testing::Test {
  protected:
   using Events = std::vector<std::string>;
@@ -87,7 +87,7 @@ class LoaderTest : public ::testing::Test {
         banner.get());
   }
   int state() const { return loader()->state(); }
-  /// The page of the ad, and the hidden page in which the script runs; the latter while it lives.
+  /// The ad's page, and the hidden page that runs the script while it exists.
   FakeWebEngine& adPage() const { return FakeWebEngines::of(*loader()->webView()); }
   bool hasBuilderPage() const { return engines.engines().size() > 1; }
   FakeWebEngine& builderPage() const { return engines.last(); }

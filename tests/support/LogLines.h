@@ -1,4 +1,4 @@
-// What the program has to say, kept for a test to read.
+// Collects the program's log lines.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace quorbel_tests {
 
-/// Keeps the lines of the levels message and warning, in place of showing them, from its
-/// construction to its destruction. Does not nest.
+/// Collects lines of the levels message and warning while it exists, instead of printing them. Does
+/// not nest.
 class LogLines {
  public:
   LogLines();
@@ -16,7 +16,7 @@ class LogLines {
   LogLines& operator=(const LogLines&) = delete;
 
   const std::vector<std::string>& lines() const { return lines_; }
-  /// The lines since the last time; forgets them.
+  /// Returns the lines since the last call and forgets them.
   std::vector<std::string> take();
 
  private:

@@ -6,7 +6,7 @@ namespace quorbel_tests {
 
 bool runUntil(const std::function<bool()>& done, double seconds) {
   bool expired = false;
-  // Other threads may be what is waited for, and do not wake this loop.
+  // Changes by other threads do not wake this loop.
   const guint tick = g_timeout_add(
       20, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
   const guint timeout = g_timeout_add(

@@ -1,15 +1,15 @@
-// Turning the real main loop from a test.
+// Runs the real main loop in a test.
 #pragma once
 
 #include <functional>
 
 namespace quorbel_tests {
 
-/// Turns the main loop until `done` says yes; false when `seconds` pass first: many, as the machine
-/// may be busy.
+/// Runs the main loop until `done` returns true; false after `seconds`. The default is long,
+/// because the machine may be busy.
 bool runUntil(const std::function<bool()>& done, double seconds = 30);
 
-/// Turns the main loop for as long.
+/// Runs the main loop for `seconds`.
 void runFor(double seconds);
 
 }  // namespace quorbel_tests

@@ -22,7 +22,7 @@ using platform::GObjectPtr;
 
 constexpr std::size_t kLongestHead = 4 * 1024 * 1024;
 
-/// One side of a connection, blocking.
+/// One blocking connection.
 class Stream {
  public:
   Stream(GIOStream* stream, GCancellable* cancellable) : stream_(stream), stop_(cancellable) {}
@@ -32,7 +32,7 @@ class Stream {
     return g_output_stream_write_all(output, data.data(), data.size(), nullptr, stop_, nullptr);
   }
 
-  /// The text up to and with the mark, or none when the client goes first.
+  /// The text up to and including the mark; none when the client closes first.
   std::optional<std::string> readUpTo(std::string_view mark) {
     std::size_t found;
     while ((found = buffer_.find(mark)) == std::string::npos) {
@@ -48,7 +48,7 @@ class Stream {
     return take(count);
   }
 
-  /// Until the client goes or the server is stopped.
+  /// Waits until the client closes or the server is stopped.
   void waitForEnd() {
     while (readMore()) buffer_.clear();
   }
@@ -122,7 +122,7 @@ std::string headText(const LoopbackResponse& response) {
   return head + "\r\n";
 }
 
-/// Sends the response; whether the connection serves a next request.
+/// Sends the response. True when the connection can serve another request.
 bool send(Stream& stream, const LoopbackResponse& response) {
   using Ending = LoopbackResponse::Ending;
   if (response.delay > 0 && !stream.pause(response.delay)) return false;

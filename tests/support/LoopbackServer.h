@@ -1,4 +1,4 @@
-// A real HTTP server on a free loopback port, which answers as a test says, well or badly.
+// A real HTTP server on a free loopback port, with correct or faulty answers that a test sets.
 #pragma once
 
 #include <functional>
@@ -22,7 +22,7 @@ struct LoopbackRequest {
   std::string path;
   platform::Headers headers;
   std::string body;
-  /// Which of the server's connections it came on; the first is 1.
+  /// The number of the connection, from 1.
   int connection = 0;
 };
 
@@ -30,11 +30,11 @@ struct LoopbackResponse {
   int status = 200;
   std::vector<std::pair<std::string, std::string>> headers = {};
   std::string body = {};
-  /// Seconds before the first byte.
+  /// The delay before the first byte, in seconds.
   double delay = 0;
-  /// Sent as it stands in place of status, headers and body.
+  /// Sent unchanged, in place of status, headers and body.
   std::string raw = {};
-  /// What follows the body (or `raw`).
+  /// What happens after the body (or `raw`).
   enum class Ending {
     Complete,  ///< the connection stays open for the next request; after `raw` it is closed
     Cut,       ///< the connection is closed, with half of the body sent (or all of `raw`)
@@ -42,12 +42,11 @@ struct LoopbackResponse {
     Endless,   ///< the body (or `tail`) over and over again, with no length announced
     Drip,      ///< the same, with 50 milliseconds between two
   } ending = Ending::Complete;
-  /// What `Endless` and `Drip` repeat; empty stands for the body.
+  /// The text that `Endless` and `Drip` repeat; empty for the body.
   std::string tail = {};
 };
 
-/// Serves each connection in a thread of its own from construction to destruction. A path without
-/// an answer gets 404.
+/// Serves each connection on its own thread while it exists. A path without an answer gets 404.
 class LoopbackServer {
  public:
   using Handler = std::function<LoopbackResponse(const LoopbackRequest&)>;
@@ -62,7 +61,7 @@ class LoopbackServer {
   LoopbackServer(const LoopbackServer&) = delete;
   LoopbackServer& operator=(const LoopbackServer&) = delete;
 
-  /// What a path (without query) answers from now on. Handlers run in the connection's thread.
+  /// Sets the answer for a path (without query). Handlers run on the connection's thread.
   void answer(const std::string& path, LoopbackResponse response);
   void answer(const std::string& path, Handler handler);
   /// The same with status, headers and body.
@@ -76,10 +75,10 @@ class LoopbackServer {
   std::string address(std::string_view path) const;
   platform::URL url(std::string_view path) const;
 
-  /// Everything that was asked, in order; the requests of one path.
+  /// All requests in order; the requests for one path.
   std::vector<LoopbackRequest> requests() const;
   std::vector<LoopbackRequest> requests(std::string_view path) const;
-  /// How many connections were ever opened; how many are open now.
+  /// The number of connections ever opened, and of those open now.
   int connectionCount() const;
   int openConnectionCount() const;
 

@@ -12,7 +12,7 @@ namespace platform = valdren::platform;
 namespace quorbel_tests {
 namespace {
 
-/// The X extension for input that programs make; loaded when used, as it has no other user here.
+/// The X extension for simulated input, loaded only when it is used.
 struct XTest {
   using Motion = int (*)(Display*, int screen, int x, int y, unsigned long delay);
   using Button = int (*)(Display*, unsigned button, int pressed, unsigned long delay);
@@ -62,7 +62,7 @@ void clickWidget(GtkWidget* widget, platform::Point point) {
   Window child = 0;
   XTranslateCoordinates(display, surface, DefaultRootWindow(display), int(std::lround(x + shadowX)),
                         int(std::lround(y + shadowY)), &rootX, &rootY, &child);
-  // Two moves, so that the second is one even when the pointer was there already.
+  // Two moves, so that one is a real move even if the pointer was already there.
   xTest().move(display, -1, rootX + 1, rootY, 0);
   xTest().move(display, -1, rootX, rootY, 0);
   XFlush(display);

@@ -1,4 +1,4 @@
-// The person's hand: a real pointer and keyboard on an X display.
+// A real pointer and keyboard on an X display.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -9,12 +9,12 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// Whether the display has a pointer that a test may move.
+/// Whether the display has a pointer that a test can move.
 bool hasPointer();
-/// Moves the pointer over this point of the widget, presses the first button and releases it.
+/// Moves the pointer to this point of the widget, presses the first button and releases it.
 void clickWidget(GtkWidget* widget, platform::Point point);
-/// Presses and releases a key by its X name, such as "Return", or by its place's code; `with` is
-/// the name of one that is held meanwhile.
+/// Presses and releases a key, by its X name such as "Return" or by its key code; `with` names a
+/// key that is held meanwhile.
 void typeKey(GtkWidget* widget, const char* name, const char* with = nullptr);
 void typeKey(GtkWidget* widget, unsigned code, const char* with = nullptr);
 

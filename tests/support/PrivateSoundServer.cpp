@@ -107,7 +107,7 @@ void PrivateSoundServer::freeze(bool frozen) const {
 MonitorRecording::MonitorRecording() : loop_(pa_threaded_mainloop_new()) {
   pa_threaded_mainloop_start(loop_);
   connect();
-  // Heard from now on: the first piece has arrived.
+  // The recording works once the first piece has arrived.
   for (int attempt = 0; attempt < 1000; ++attempt, pause()) {
     const std::lock_guard lock(mutex_);
     if (!marks_.empty()) return;
@@ -144,9 +144,9 @@ void MonitorRecording::connect() {
               static_cast<MonitorRecording*>(reader)->read();
             },
             self);
-        // Makes the server mix in steps of ten milliseconds at most, in place of seconds at a time:
-        // what it mixed ahead and took back would be in the recording. A player that asks for
-        // shorter steps still gets them.
+        // Makes the server mix at most ten milliseconds at a time instead of seconds; otherwise
+        // audio that it mixed ahead and replaced would be in the recording. Players may ask for
+        // shorter steps.
         pa_buffer_attr buffer{};
         buffer.maxlength = std::uint32_t(-1);
         buffer.fragsize = std::uint32_t(pa_usec_to_bytes(10000, &kForm));
@@ -172,7 +172,7 @@ void MonitorRecording::read() {
     }
     if (bytes > 0) pa_stream_drop(stream_);
   }
-  // The library's own clock of the stream takes seconds to settle, so the server is asked.
+  // The library's estimate of the stream's clock takes seconds to settle, so this asks the server.
   if (asking_) return;
   asking_ = true;
   release(pa_stream_update_timing_info(
@@ -188,13 +188,13 @@ void MonitorRecording::mark(bool answered) {
   asking_ = false;
   const pa_timing_info* const timing = pa_stream_get_timing_info(stream_);
   if (!answered || !timing || timing->write_index_corrupt) return;
-  // What was recorded but is not yet sent was played before; what was mixed ahead is played later.
+  // Recorded audio that was not sent yet is older; audio mixed ahead is newer.
   const double sent = double(timing->write_index) / sizeof(float) / kRate;
   const double ahead = (double(timing->sink_usec) - double(timing->source_usec)) / 1e6;
   marks_.push_back({now() - double(timing->transport_usec) / 1e6, sent - ahead});
 }
 
-/// The clock and the recording run alongside; the middle of many marks leaves out the late ones.
+/// The clock and the recording are sampled together; the median of many marks ignores late ones.
 double MonitorRecording::clockOf(std::size_t sample) const {
   const double position = double(sample) / kRate;
   std::vector<double> differences;

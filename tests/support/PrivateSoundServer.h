@@ -1,4 +1,4 @@
-// A sound server of a test's own, which plays into nothing, and a recording of what it plays.
+// A private sound server that plays into nothing, and a recording of its output.
 #pragma once
 
 #include <sys/types.h>
@@ -14,9 +14,8 @@ struct pa_threaded_mainloop;
 
 namespace quorbel_tests {
 
-/// A pulseaudio process that is ended with this object, and with the test program. From
-/// construction to destruction PULSE_SERVER names it. Its folder and socket stay the same from
-/// start to start.
+/// A pulseaudio process that ends with this object and with the test program. PULSE_SERVER names it
+/// while it exists. Its folder and socket stay the same across restarts.
 class PrivateSoundServer {
  public:
   PrivateSoundServer();
@@ -27,11 +26,11 @@ class PrivateSoundServer {
   /// Whether the program is installed.
   static bool isInstalled();
 
-  /// Starts it and waits until it can be reached; false when it cannot, after half a minute.
+  /// Starts it and waits until it can be reached; false after half a minute.
   bool start();
-  /// Kills it, as a crash would, and waits until it is gone.
+  /// Kills it, like a crash, and waits until it has ended.
   void kill();
-  /// Lets it stand still, and go on.
+  /// Stops the process, or continues it.
   void freeze(bool frozen) const;
 
  private:
@@ -44,8 +43,8 @@ class PrivateSoundServer {
   pid_t process_ = -1;
 };
 
-/// Records the monitor of the server's output from construction on. Times are seconds on the
-/// monotonic clock; levels go from 0 to 1.
+/// Records the monitor of the server's output. Times are seconds on the monotonic clock; levels are
+/// 0 to 1.
 class MonitorRecording {
  public:
   MonitorRecording();
@@ -62,12 +61,12 @@ class MonitorRecording {
   double lastSound(float level = 0.01F) const;
   /// The loudest sample of the last `seconds`.
   float peakOfLast(double seconds) const;
-  /// How strong the tone is in the last `seconds`: its amplitude.
+  /// The amplitude of the tone in the last `seconds`.
   double toneInLast(double seconds, double frequency) const;
-  /// The longest stretch below `level` between two samples above it, in seconds, since `since`.
+  /// The longest time below `level` between two samples above it, in seconds, since `since`.
   double longestGapSince(double since, float level = 0.01F) const;
 
-  /// Suspends the server's output, as a person or a power saver does, or wakes it.
+  /// Suspends the server's output, as a user or power saving does, or resumes it.
   void suspendOutput(bool suspended);
 
  private:

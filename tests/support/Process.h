@@ -1,4 +1,4 @@
-// Other programs, and folders that vanish, for tests.
+// Runs other programs and makes temporary folders, for tests.
 #pragma once
 
 #include <string>
@@ -7,17 +7,16 @@
 namespace quorbel_tests {
 
 struct Finished {
-  /// The exit status; 128 and the signal's number after a death by signal; -1 when it cannot be
-  /// run.
+  /// The exit status; 128 plus the signal's number after a signal; -1 when it cannot be run.
   int status = -1;
   std::string output;
   std::string errors;
 };
 
-/// Runs a shell command with this standard input to its end.
+/// Runs a shell command with this standard input and waits for its end.
 Finished run(const std::string& command, std::string_view input = {});
 
-/// A new empty folder, removed with everything in it.
+/// A new empty folder, removed with its content at the end.
 class TemporaryFolder {
  public:
   TemporaryFolder();
@@ -37,7 +36,7 @@ std::string readFile(const std::string& path);
 /// Makes the file and its folders.
 void writeFile(const std::string& path, std::string_view content);
 
-/// Sets an environment variable, or removes it, until it goes out of scope.
+/// Sets or removes an environment variable while it exists.
 class ScopedVariable {
  public:
   ScopedVariable(const char* name, const char* value);

@@ -1,4 +1,4 @@
-// A certificate that is valid in itself and trusted by nobody.
+// A valid certificate that nobody trusts.
 #pragma once
 
 #include <gio/gio.h>

@@ -1,5 +1,5 @@
-// Runs the tests of one program with folders of its own, so that no test reads or writes the
-// person's state. The toolkit is started when there is a display; tests that need one say so.
+// Runs the tests of one program with its own folders, so that no test touches the user's state. The
+// toolkit is started when there is a display; tests that need one check for it.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 #include <gtkmm/init.h>
@@ -11,8 +11,7 @@
 
 namespace {
 
-/// Ends the program in the middle of a case that hangs, so that the others' outcome is not lost
-/// too.
+/// Aborts the program in a case that hangs, so that the results of the other cases are kept.
 class Patience : public ::testing::EmptyTestEventListener {
   void OnTestStart(const ::testing::TestInfo&) override { alarm(kSeconds); }
   void OnTestEnd(const ::testing::TestInfo&) override { alarm(0); }

@@ -1,5 +1,4 @@
-// What web view tests share: a delegate that keeps what it was told, and a web view in a window of
-// its own.
+// Shared by web view tests: a recording delegate, and a web view in its own window.
 #pragma once
 
 #include <functional>
@@ -14,7 +13,7 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// Keeps what it was asked and told as lines: "ask TYPE ADDRESS", "start", "finish", "fail".
+/// Records its calls as lines: "ask TYPE ADDRESS", "start", "finish", "fail".
 class RecordingDelegate final : public platform::WebViewDelegate {
  public:
   bool webViewShouldStartLoad(platform::WebView& view, const platform::URLRequest& request,
@@ -36,14 +35,14 @@ class RecordingDelegate final : public platform::WebViewDelegate {
   platform::Error lastError;
   /// Answers; by default http, https, about, data and blob may load.
   std::function<bool(const platform::URLRequest&, platform::NavigationType)> decide;
-  /// Runs after each line was kept.
+  /// Runs after each recorded line.
   std::function<void(const std::string& line)> during;
 
  private:
   void keep(std::string line);
 };
 
-/// A web view, made with its delegate, and the window that shows it when it was asked for.
+/// A web view with its delegate, and the window that shows it on request.
 class Page {
  public:
   explicit Page(const platform::Rect& frame = {0, 0, 320, 50},
@@ -51,20 +50,20 @@ class Page {
   explicit Page(std::shared_ptr<platform::WebView> view);
   ~Page();
 
-  /// Puts the view into a window of `size` and waits until that is on the screen.
+  /// Shows the view in a window of `size` and waits until it is visible.
   void show(platform::Size size = {400, 300});
-  /// Loads the text and turns the loop until that load has ended; false when it does not finish.
+  /// Loads the text and runs the loop until the load has ended; false when it fails.
   bool load(const std::string& html, const std::string& base = {});
   bool go(const std::string& address);
-  /// Turns the loop until one more load finishes (or fails, which gives false).
+  /// Runs the loop until one more load finishes; false when it fails.
   bool waitForEnd(int endsBefore);
   int ends() const { return delegate.finishes() + delegate.fails(); }
   std::string evaluate(const std::string& script);
-  /// Turns the loop until the script gives `text`.
+  /// Runs the loop until the script's result is `text`.
   bool becomes(const std::string& script, const std::string& text, double seconds = 10);
   /// Presses and releases the pointer's first button over this point of the view.
   void click(platform::Point point);
-  /// The colour of one pixel of what the window shows, as 0xRRGGBB.
+  /// The colour of one pixel of the window, as 0xRRGGBB.
   unsigned pixel(platform::Point point);
   bool savePicture(const std::string& path);
 

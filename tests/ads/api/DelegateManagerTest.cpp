@@ -17,13 +17,13 @@ namespace {
 using namespace valdren;
 using quorbel_tests::runUntil;
 
-/// Notes what it is told, and does what a test wants meanwhile.
+/// Records the calls and runs `meanwhile` in one of them.
 class Publisher final : public VADBannerViewDelegate, public VADInterstitialDelegate {
  public:
   explicit Publisher(std::string* heard, std::string name = "") : heard_(heard), name_(name) {}
 
   std::function<void()> meanwhile;
-  /// Empty for every operation.
+  /// The only selector that it responds to; empty for all.
   std::string only;
   VADInterstitial* interstitial = nullptr;
 
@@ -69,7 +69,7 @@ class Publisher final : public VADBannerViewDelegate, public VADInterstitialDele
   std::string name_;
 };
 
-/// The main thread's, seen from another thread: it does something else before the task's turn.
+/// Acts like the main thread's loop for another thread, with work that runs before the task.
 class BusyRunLoop final : public platform::RunLoop {
  public:
   explicit BusyRunLoop(Task meanwhile) : meanwhile_(std::move(meanwhile)) {}

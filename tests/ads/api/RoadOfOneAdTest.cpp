@@ -1,4 +1,4 @@
-// A banner on the screen, in the real web engine, with a real ad network on loopback.
+// A visible banner in the real web engine, with an ad network on loopback.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -27,7 +27,7 @@ using quorbel_tests::LoopbackRequest;
 using quorbel_tests::LoopbackResponse;
 using quorbel_tests::runUntil;
 
-/// Answers like the ad engine: the address of the ad, with the parameters in its query.
+/// Answers like the ad engine script: the ad's address with the parameters in its query.
 constexpr const char* kScript = R"(
 function URVO_buildAdURL(parameters) {
   location.href = 'gmsg://sdk/loadAdURL?url=' + encodeURIComponent(

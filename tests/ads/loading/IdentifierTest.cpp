@@ -206,7 +206,7 @@ TEST_F(Identifier, StoreMetadataIsADictionaryWhateverTheFileHolds) {
   metadata();
 }
 
-TEST_F(Identifier, TheRawIdentifierIsNowhere) {
+TEST_F(Identifier, TheRawIdentifierIsNotSent) {
   const std::string json = *platform::writeJson(VADIdentifierUtilities().parameters());
   EXPECT_EQ(json.find(device_.identifier), std::string::npos) << json;
   const std::string isu = value("isu");

@@ -1,4 +1,4 @@
-// Banners that go away at the worst of times.
+// Banners that are destroyed at difficult moments.
 #include <gmock/gmock.h>
 
 #include "ads/web/VADWebViewDelegate.h"
@@ -15,7 +15,7 @@ using testing::IsEmpty;
 
 class LifetimeTest : public quorbel_tests::LoaderTest {
  protected:
-  /// Has the publisher throw the banner away at the next thing that it is told.
+  /// Destroys the banner in the publisher's next callback.
   void removeBannerWhenTold() {
     record.onEvent = [this] {
       record.onEvent = nullptr;
@@ -23,7 +23,7 @@ class LifetimeTest : public quorbel_tests::LoaderTest {
     };
   }
 
-  /// Everything of the banner is gone, and nothing of it comes to life again.
+  /// Checks that everything of the banner is destroyed and that nothing happens afterwards.
   void expectGone(const std::weak_ptr<VADObjectPrivate>& loader) {
     EXPECT_EQ(banner, nullptr);
     EXPECT_TRUE(loader.expired()) << "the loader outlived its banner";
@@ -82,7 +82,7 @@ TEST_F(LifetimeTest, EndsAfterEveryFailure) {
 TEST_F(LifetimeTest, EndsInsideEveryCallback) {
   struct Case {
     const char* name;
-    VADState state;  // from which the callback comes
+    VADState state;  // in which the callback happens
     std::function<void()> happens;
   };
   const Case cases[] = {
@@ -205,7 +205,7 @@ TEST_F(LifetimeTest, ThePageIsEmptiedWhenTheBannerEnds) {
   EXPECT_EQ(view->superview(), nullptr);
 }
 
-TEST_F(LifetimeTest, LeavesAloneWhoIsGone) {
+TEST_F(LifetimeTest, DoesNotCallDestroyedDelegatesAndScreens) {
   bringTo(kVADStateRenderingAd);
   {
     quorbel_tests::BannerRecord shortLived;
@@ -220,7 +220,7 @@ TEST_F(LifetimeTest, LeavesAloneWhoIsGone) {
   EXPECT_THAT(record.take(), ElementsAre("failed 0"));
 }
 
-TEST_F(LifetimeTest, TwoBannersDoNotMindEachOther) {
+TEST_F(LifetimeTest, TwoBannersAreIndependent) {
   bringTo(kVADStateBuildingURL);
   const auto first = banner;
   makeBanner();

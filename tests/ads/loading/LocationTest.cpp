@@ -14,7 +14,7 @@ using quorbel_tests::FakeClock;
 using quorbel_tests::run;
 using valdren::VADLocation;
 
-/// Data from web-safe base64 without padding, by the command.
+/// Decodes web-safe base64 without padding, with the system's command.
 std::string decoded(std::string text) {
   while (text.size() % 4) text += '=';
   return run("basenc --base64url -d", text).output;
@@ -24,7 +24,7 @@ std::string hexadecimal(const std::string& data) {
   return run("od -An -v -tx1 | tr -d ' \\n'", data).output;
 }
 
-/// What the receiver of a coordinate location reads: the vector in hexadecimal and the text.
+/// The receiver's view of a coordinate location: the vector in hexadecimal, and the text.
 struct Opened {
   std::string vector;
   std::string padded;
@@ -78,7 +78,7 @@ TEST(Location, CoordinatesTravelEncryptedToTheLetter) {
             "role: 6 producer: 24 historical_role: 1 historical_producer: 12 timestamp: "
             "1577836800250000 latlng <latitude_e7: 374220008 longitude_e7: -1220839996> "
             "radius: 65000");
-  // The time in seconds, then two, three and four times that, which no longer fits.
+  // The time in seconds, then its double, triple and fourfold, which saturate.
   EXPECT_EQ(sent.vector, "00e10b5effffff7fffffff7fffffff7f");
 }
 

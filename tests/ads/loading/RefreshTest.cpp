@@ -1,4 +1,4 @@
-// When a banner asks for its next ad.
+// When a banner requests its next ad.
 #include <gmock/gmock.h>
 
 #include "ads/loading/VADAdURLBuilder.h"
@@ -19,7 +19,7 @@ class RefreshTest : public quorbel_tests::LoaderTest {
     bringTo(kVADStateShowingAd,
             rate.empty() ? platform::Headers{} : platform::Headers{{"X-Urvo-Refresh-Rate", rate}});
   }
-  /// Whether the banner asks for an ad within so many seconds, and not before the last of them.
+  /// Checks that the banner requests an ad after `seconds`, and not half a second earlier.
   void expectRefreshAfter(double seconds) {
     loop.advance(seconds - 0.5);
     EXPECT_EQ(state(), kVADStateShowingAd) << "too early";
@@ -130,7 +130,7 @@ TEST_F(RefreshTest, WatchesTheActiveStateOnSystemsWithoutBackground) {
 
 TEST_F(RefreshTest, IsPutOffByItsIntervalAtABadTime) {
   bringTo(kVADStateRenderingAd, {{"X-Urvo-Refresh-Rate", "10"}});
-  loop.advance(15);  // the ad takes its time
+  loop.advance(15);  // longer than the refresh interval
   EXPECT_EQ(state(), kVADStateRenderingAd);
   adPage().finish();
   expectRefreshAfter(5);
@@ -149,7 +149,7 @@ TEST_F(RefreshTest, OutlivesWhateverEndsARequest) {
     const char* name;
     VADState state;
     std::function<void()> happens;
-    VADState next;  // 1 where the script must not be taken as it is
+    VADState next;  // state 1 where the script is fetched again
   };
   const auto processEnds = [&] { adPage().client.engineProcessDidEnd({"fake", 1, "gone"}); };
   const Case cases[] = {

@@ -19,7 +19,7 @@ using testing::StartsWith;
 
 class VADObjectPrivateTest : public quorbel_tests::LoaderTest {
  protected:
-  /// What the script was given, read back from the page that calls it.
+  /// The script's parameters, read back from the page that calls it.
   platform::Dictionary parametersGiven() const {
     const std::string& page = builderPage().pages.at(0).text;
     const std::string call = "<script>URVO_buildAdURL(";
@@ -83,7 +83,7 @@ TEST_F(VADObjectPrivateTest, BringsAnAdFromTheScriptToThePings) {
 TEST_F(VADObjectPrivateTest, TellsTheWindowThatThePersonSees) {
   bringTo(kVADStateShowingAd);
   for (const bool processEnds : {false, true}) {
-    makeBanner();  // which finds the script fresh
+    makeBanner();  // the cached script is still fresh
     display.settlesIn = 0.5;
     load();
     EXPECT_EQ(state(), kVADStateBuildingURL);
@@ -116,7 +116,7 @@ TEST_F(VADObjectPrivateTest, TimesTheRequestUntilTheAdShows) {
 
 TEST_F(VADObjectPrivateTest, ReportsFailedAdDownloads) {
   struct Case {
-    int status;  // 0 for a connection that breaks
+    int status;  // 0 for a broken connection
     std::string body;
     int code;
     bool blamesTheAdUnit;
@@ -290,7 +290,7 @@ TEST_F(VADObjectPrivateTest, AsksForTheScriptWhenWhatWasKeptIsDamaged) {
   const std::function<void()> damages[] = {
       [this] { clearCaches(); },
       [&] { keep("tomorrow"); },
-      // The clock was set back since.
+      // As after the clock was set back.
       [&] { keep(platform::Date::now().after(86401)); },
       [this] {
         const std::string copy = *valdren::cachePathForURL(VADObjectPrivate::jsBuildAdURL());
@@ -400,7 +400,7 @@ TEST_F(VADObjectPrivateTest, ClearsTrackersAwayAfterTheirOutcome) {
       << "a tracker went away inside its own callback";
   loop.advance(0);
   EXPECT_EQ(loader()->pendingTrackers().size(), 1u);
-  // A page that opens destination after destination fires the click pings each time.
+  // A page that opens many destinations sends the click pings each time.
   loader()->trackURLs(std::vector(5000, *platform::URL::parse("http://p.test/click")));
   EXPECT_EQ(loader()->pendingTrackers().size(), 1000u) << "pings without end";
   EXPECT_EQ(application.runningTasks(), 1000u);

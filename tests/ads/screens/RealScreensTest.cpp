@@ -1,5 +1,5 @@
-// Screens in a window that is shown, with real pages from a real server. With QUORBEL_PICTURES set
-// to a folder, pictures of them are written there.
+// Screens in a visible window, with real pages from a real server. With QUORBEL_PICTURES set to a
+// folder, pictures are written there.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -66,8 +66,8 @@ class RealScreensTest : public ::testing::Test {
     host->view()->setBackgroundColor({0.2, 0.4, 0.6, 1});
     window->setRootViewController(host);
     window->makeKeyAndVisible();
-    // As in the application, where a banner has asked before any screen opens: a page that is there
-    // takes the keyboard when its screen is up.
+    // As in the application, where a banner has asked before any screen opens. A page that exists
+    // when its screen appears takes the keyboard's focus.
     platform::EngineCheck::shared().ask([] {});
     ASSERT_TRUE(
         runUntil([] { return platform::EngineCheck::shared().isUsable() == true; }, kPatience));
@@ -168,7 +168,7 @@ TEST_F(RealScreensTest, BackAndForwardFollowThePages) {
   EXPECT_FALSE(item(0)->isEnabled());
 }
 
-TEST_F(RealScreensTest, APageThatNeverAnswersDoesNotKeepAnyone) {
+TEST_F(RealScreensTest, ABrowserWhosePageNeverAnswersCanBeClosed) {
   server.answer("/slow", {.raw = "HTTP/1.1 200 OK\r\n",
                           .ending = quorbel_tests::LoopbackResponse::Ending::Hang});
   show(platform::InterfaceIdiom::Phone, {320, 480});

@@ -1,5 +1,4 @@
-// A window with a host's screen in it, everything else commanded by the test, and a record of what
-// screens tell.
+// A window with a host's screen, fakes for everything else, and a record of the screens' callbacks.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -23,7 +22,7 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// Writes down, in order, what the publisher and the application are told.
+/// Records, in order, the callbacks to the publisher and the application.
 class ScreenRecord final : public valdren::VADInterstitialDelegate {
  public:
   ScreenRecord() {
@@ -58,7 +57,7 @@ class HostScreen final : public platform::ViewController {
   }
 };
 
-/// The window is not shown, so that transitions are over at once.
+/// The window is not visible, so that transitions end at once.
 class ScreenTest : public ::testing::Test {
  protected:
   using Events = std::vector<std::string>;

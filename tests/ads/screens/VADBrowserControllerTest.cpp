@@ -1,4 +1,4 @@
-// The in-app browser: what it loads, what its toolbar offers, how it ends.
+// The in-app browser: loading, toolbar and end.
 #include "ads/screens/VADBrowserController.h"
 
 #include "ads/screens/VADBrowserControllerPrivate.h"

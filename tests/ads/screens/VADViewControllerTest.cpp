@@ -1,4 +1,4 @@
-// How screens come up and go, whoever ends them and however often.
+// How screens are presented and dismissed, by whomever and however often.
 #include "ads/screens/VADViewController.h"
 
 #include "platform/base/RunLoop.h"
@@ -18,7 +18,7 @@ class VADViewControllerTest : public quorbel_tests::ScreenTest {
     screen->setDelegateManager(manager);
     return screen;
   }
-  /// Presents a screen that only itself keeps.
+  /// Presents a screen that nobody else holds.
   VADViewController& present(platform::ViewController& over) {
     const auto screen = makeScreen();
     screen->presentFromViewController(&over);
@@ -105,7 +105,7 @@ TEST_F(VADViewControllerTest, ANestedScreenOnlyPostsWhateverStillRisesWhenItClos
   }
 }
 
-TEST_F(VADViewControllerTest, AFloodOfScreensShowsOneAndLeavesNoTrace) {
+TEST_F(VADViewControllerTest, OnlyTheFirstOfManyScreensIsShown) {
   VADViewController& shown = present(*host);
   record.take();
   for (int i = 0; i < 1000; ++i) present(*host);

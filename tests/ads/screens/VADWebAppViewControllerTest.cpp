@@ -1,4 +1,4 @@
-// The web app screen: what it loads, what its page is told, and its slow end.
+// The web app screen: loading, messages to its page, and its delayed end.
 #include "ads/screens/VADWebAppViewController.h"
 
 #include <gmock/gmock.h>
@@ -130,7 +130,7 @@ TEST_F(VADWebAppViewControllerTest, ThePageOutlivesItsScreenByTwoSeconds) {
   FakeWebEngine& engine = engines.last();
   record.take();
   loop.advance(1.9);
-  // The page goes on sending messages: there is no screen for them any more.
+  // The page still sends messages, but its screen is gone.
   for (const char* message : {"gmsg://x/close", "gmsg://x/open?a=browser&u=http%3A%2F%2Fb%2F",
                               "gmsg://x/open?a=webapp&html=x", "mailto:a@b"}) {
     EXPECT_FALSE(engine.navigate(message)) << message;

@@ -37,7 +37,7 @@ Dictionary clickSignals(std::string_view identifier = "id") {
   return openedPair(text, "cs");
 }
 
-/// One test, as what is gathered lives as long as the process.
+/// One test, because the signals live as long as the process.
 TEST(Signals, AreWhatThePersonDidInsideTheAdAndNoMore) {
   quorbel_tests::FakeClock clock;
   std::string text = "untouched";
@@ -73,7 +73,7 @@ TEST(Signals, AreWhatThePersonDidInsideTheAdAndNoMore) {
   vad_gig(5, "sdk-2");
   EXPECT_EQ(*requestSignals().find("touches"), platform::Value(Array{})) << "they travel once";
 
-  // Nor do they grow with what a page sends.
+  // Their number is bounded, whatever a page sends.
   for (int touch = 0; touch < 10'000; ++touch) vad_htg(touch, 2147483647, -2147483647 - 1);
   const Dictionary signals = clickSignals(std::string(1'000'000, '\xc3'));
   const Array& last = *signals.find("touches")->array();

@@ -10,7 +10,7 @@ using platform::kReachabilityFlagsIsWWAN;
 using platform::kReachabilityFlagsReachable;
 using valdren::VADNetworkChecker;
 
-/// A reachability service that notes what is asked of it.
+/// A reachability service that records its calls.
 class FakeReachability final : public platform::Reachability {
  public:
   std::unique_ptr<platform::ReachabilityTarget> createWithName(const std::string& host) override {

@@ -12,7 +12,7 @@ using valdren::VAD_VTMStringEncoding;
 using Encoding = VAD_VTMStringEncoding::Pointer;
 using quorbel_tests::run;
 
-/// Bytes of all values, none of them twice in a row.
+/// Bytes of all values, without equal neighbours.
 std::string bytes(std::size_t size) {
   std::string data;
   for (std::size_t place = 0; place < size; ++place) data += static_cast<char>(place * 73 + 199);

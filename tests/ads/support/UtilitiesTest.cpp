@@ -164,7 +164,7 @@ TEST(PrivateUtilities, AnEntryLivesUntilItIsReplacedOrRemoved) {
   EXPECT_FALSE(VADPrivateUtilities::privateObjectForKey<std::string>(&key));
 }
 
-/// Looks itself up, and removes itself, on its way out.
+/// Looks itself up and removes itself in its destructor.
 struct Companion {
   const void* key;
   bool* sawItself;

@@ -33,7 +33,7 @@ constexpr const char* kURL = "http://scripts.example/core.js?v=1";
 constexpr const char* kModified = "Wed, 09 Jun 2010 10:18:14 GMT";
 constexpr double kModifiedSeconds = 1276078694;
 
-/// Notes what it is told, and does in it what a test asks.
+/// Records the callbacks and runs `onEvent` in each.
 class Owner : public VADCachedFileDelegate {
  public:
   std::vector<std::string> events;
@@ -205,7 +205,7 @@ TEST_F(VADCachedFileTest, WhatCannotBeFetchedFailsWithoutError) {
 }
 
 TEST_F(VADCachedFileTest, WhatCannotBeWrittenIsKeptInMemoryUntilItCan) {
-  // A file is where the host's folder should be.
+  // A file stands where the host's folder should be.
   const fs::path folder = fs::path(*file->filePath()).parent_path();
   fs::create_directories(*platform::cachesFolder());
   std::ofstream(folder) << "in the way";

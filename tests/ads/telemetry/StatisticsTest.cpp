@@ -208,7 +208,7 @@ TEST_F(Statistics, AClickThatLeftTheApplicationTakesUntilThisRequest) {
   EXPECT_EQ(parametersWithoutSession(),
             (Dictionary{{"pcl", 90250}, {"pcrl", "0"}, {"pclb", 1}, {"pcc", 1}}));
 
-  // The clock may be set back meanwhile.
+  // The clock may be set back in the meantime.
   click("http://h/");
   statistics_.setClickBackgroundedApp();
   clock_.setNow(clock_.now().secondsSince1970() - 2);

@@ -1,4 +1,4 @@
-// A loader that is in the state and has the pings that a test gives it.
+// A loader with the state and the pings that a test sets.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// Writes down each "state NUMBER" and "track URL" in `events`, which outlives it.
+/// Records each "state NUMBER" and "track URL" in `events`, which outlives it.
 class FakeAdController final : public valdren::VADAdController {
  public:
   explicit FakeAdController(std::vector<std::string>& events) : events_(events) {}

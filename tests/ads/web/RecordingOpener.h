@@ -1,4 +1,4 @@
-// An opener that opens nothing and writes down what it was to open.
+// An opener that only records what it should open.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// Decides on messages as every opener does. `events` outlives it.
+/// Handles messages like the real opener. `events` outlives it.
 class RecordingOpener final : public valdren::VADOpener {
  public:
   explicit RecordingOpener(std::vector<std::string>& events) : events_(events) {}

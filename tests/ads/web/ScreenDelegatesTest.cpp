@@ -1,4 +1,4 @@
-// What the browser's and the web app's web view delegates count and time.
+// What the web view delegates of the browser and the web app count and time.
 #include "ads/screens/VADBrowserController.h"
 #include "ads/screens/VADWebAppViewController.h"
 #include "ads/telemetry/VADTiming.h"

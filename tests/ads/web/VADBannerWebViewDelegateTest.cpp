@@ -24,7 +24,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Events = std::vector<std::string>;
 
-/// Hears of ads and errors; stands in for a publisher.
+/// Stands for the publisher.
 class Publisher final : public VADBannerViewDelegate {
  public:
   explicit Publisher(Events& events) : events_(events) {}
@@ -56,7 +56,7 @@ class VADBannerWebViewDelegateTest : public ::testing::Test {
   quorbel_tests::FakeWebEngine& page() {
     return quorbel_tests::FakeWebEngines::of(*loader->webView());
   }
-  /// Makes the next navigation the user's click.
+  /// Makes the next navigation count as the user's click.
   void touchAndWait() {
     loader->webView()->setTouched(true);
     clock.advance(1);
@@ -107,7 +107,7 @@ TEST_F(VADBannerWebViewDelegateTest, TellsClicksFromThePagesOwnDoings) {
   };
   for (const Case& each : cases) {
     loader->present = each.state;
-    // From 0 up, so that 0.15 seconds are 0.15 seconds to the last bit.
+    // From 0, so that 0.15 seconds are represented exactly.
     loader->shownAt = 0;
     clock.advance(each.secondsShown - VADTiming::counter());
     loader->webView()->setTouched(each.touched);

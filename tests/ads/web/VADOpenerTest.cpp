@@ -1,4 +1,4 @@
-// What the opener opens for the messages and links of pages, and what it leaves alone.
+// What the opener opens for a page's messages and links, and what it ignores.
 #include "ads/web/VADOpener.h"
 
 #include "ads/screens/VADBrowserController.h"
@@ -35,7 +35,7 @@ class VADOpenerTest : public quorbel_tests::ScreenTest {
     opener->setAdController(loader.get());
     loader->clickURLs = {url("http://ads.example/click")};
   }
-  /// How often the click pings were fired.
+  /// The number of click pings sent.
   std::size_t tracked() const { return tracks.size(); }
 
   quorbel_tests::FakeURLLoading loading;

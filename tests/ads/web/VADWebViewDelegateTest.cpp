@@ -255,7 +255,7 @@ TEST_F(VADWebViewDelegateTest, EvaluatesInAnOpenerOfItsOwnOriginAndDropsTheResul
   const auto shown = [](const char* address) {
     return address ? platform::URL::parse(address) : std::nullopt;
   };
-  page().url = platform::URL::parse(ad);  // is on its way in place of the page that asks
+  page().url = platform::URL::parse(ad);  // a navigation away from the page that asks
   for (const Case& each : cases) {
     SCOPED_TRACE(each.asking ? each.asking : "no page");
     page().shown = shown(each.asking);
@@ -282,7 +282,7 @@ TEST_F(VADWebViewDelegateTest, FailsOnMessagesThatAreNone) {
   EXPECT_THROW(ask("vantic://other?u=1"), std::invalid_argument);
   EXPECT_THROW(ask("gmsg://x"), std::out_of_range);
   EXPECT_THAT(actions, IsEmpty());
-  // The platform stops it, refuses the navigation and says so.
+  // The platform catches it, refuses the navigation and logs it.
   EXPECT_FALSE(navigate("vantic://other"));
   EXPECT_FALSE(navigate("gmsg://x"));
   EXPECT_EQ(log.take().size(), 2u);

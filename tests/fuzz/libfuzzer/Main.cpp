@@ -1,4 +1,4 @@
-// Feeds the target that QUORBEL_FUZZ_TARGET names with what libFuzzer thinks up.
+// Runs libFuzzer's inputs through the target that QUORBEL_FUZZ_TARGET names.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

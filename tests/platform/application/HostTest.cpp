@@ -58,7 +58,7 @@ TEST_F(HostTest, PresentedScreensComeUpOverTheWindowInItsSizeAndGoAgain) {
   Window* const over = host->window();
   ASSERT_TRUE(over);
   EXPECT_FALSE(over->isVisible());
-  // What requests tell of the screen is the window's, too.
+  // The screen's size in requests is the window's, too.
   gtk_window_set_default_size(window_, 350, 500);
   EXPECT_TRUE(quorbel_tests::runUntil(
       [] {

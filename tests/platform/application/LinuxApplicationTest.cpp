@@ -1,4 +1,4 @@
-// What the running application grants its background tasks, and what it opens.
+// The time for background tasks, and the opening of URLs.
 #include "platform/application/LinuxApplication.h"
 
 #include <gtest/gtest.h>
@@ -208,7 +208,7 @@ TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
   quorbel_tests::runFor(1.1);
   while (LaunchPermit::shared().use("a test")) {
   }
-  // As an assistive program does, without a key or a touch.
+  // Like an assistive program, without a key or a touch.
   GtkWidget* inner = pressed;
   while (inner && !GTK_IS_BUTTON(inner)) inner = gtk_widget_get_first_child(inner);
   ASSERT_TRUE(inner);
@@ -216,7 +216,7 @@ TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
   EXPECT_TRUE(LaunchPermit::shared().isGiven());
 }
 
-/// With a handler of its own for the scheme "x-quorbel", which notes what it is to open.
+/// Has a handler for the scheme "x-quorbel" that records the URLs it opens.
 class OpenURLTest : public ::testing::Test {
  protected:
   void SetUp() override {

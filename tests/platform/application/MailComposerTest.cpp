@@ -1,4 +1,4 @@
-// Mails to be written: what of a page's texts reaches the mail program, and where.
+// Mails: which texts of a page reach the mail program, and in which field.
 #include "platform/application/MailComposer.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What files may be given as clips, and what comes out.
+// Which files are accepted as clips, and the samples they give.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -116,7 +116,7 @@ TEST(ClipDecoder, TakesTheFirstMinuteOfALongFile) {
   EXPECT_EQ(clip->frameCount(), 60U * platform::kSampleRate);
 }
 
-TEST(ClipDecoder, SurvivesFormsThatWouldMakeSecondsOfSoundFromABlink) {
+TEST(ClipDecoder, RefusesExtremeRatesAndChannelCounts) {
   const TemporaryFolder folder;
   const std::vector<float> samples(4800, 0.25F);
   for (const std::uint32_t rate : {0U, 1U, 100U, 3999U, 400000U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
@@ -127,7 +127,7 @@ TEST(ClipDecoder, SurvivesFormsThatWouldMakeSecondsOfSoundFromABlink) {
   }
 }
 
-TEST(ClipDecoder, LetsNothingThroughThatIsNoSample) {
+TEST(ClipDecoder, ClampsSamplesAndReplacesInvalidOnes) {
   const TemporaryFolder folder;
   const float infinite = std::numeric_limits<float>::infinity();
   const auto clip = decode(folder.write(
@@ -156,7 +156,7 @@ TEST(ClipDecoder, SurvivesDamageAnywhere) {
   int decoded = 0;
   for (int round = 0; round < 150; ++round) {
     std::string damaged = whole;
-    // Most of the damage goes to the tables at the beginning, which lead the reader.
+    // Most of the damage goes to the tables at the start, which control the reader.
     const std::size_t reach =
         round % 3 == 0 ? damaged.size() : std::min<std::size_t>(1400, whole.size());
     for (int hit = 0; hit < 1 + round % 7; ++hit) damaged[roll() % reach] = char(roll());

@@ -12,7 +12,7 @@
 
 namespace quorbel_tests {
 
-/// A folder that goes with the test.
+/// A temporary folder for one test.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
@@ -43,7 +43,7 @@ inline std::string littleEndian(std::uint32_t value, int bytes) {
   return text;
 }
 
-/// A WAV file of 32-bit float samples, as it stands.
+/// A WAV file of these 32-bit float samples.
 inline std::string wave(const std::vector<float>& samples, std::uint32_t rate = 48000,
                         std::uint32_t channels = 1) {
   std::string data(samples.size() * 4, '\0');

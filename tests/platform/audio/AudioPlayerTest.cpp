@@ -1,4 +1,4 @@
-// Players against a real sound server, and what its output's monitor records of them.
+// Players with a real sound server, checked by recordings of its output's monitor.
 #include "platform/audio/AudioPlayer.h"
 
 #include <glib.h>
@@ -33,7 +33,7 @@ using ::testing::HasSubstr;
 constexpr double kLow = 400;
 constexpr double kHigh = 1500;
 
-/// The warnings while it is in place, from whatever thread.
+/// Collects warnings from all threads while it exists.
 class Warnings {
  public:
   Warnings() {
@@ -70,8 +70,8 @@ struct Listener final : platform::AudioPlayerDelegate {
   bool well = false;
 };
 
-/// The player's way to the server lives as long as the program, so the server does too. Each test
-/// finds it running, and silent.
+/// The connection to the server lives as long as the program, and so does the server. Each test
+/// starts with a running, silent server.
 class AudioPlayerTest : public ::testing::Test {
  protected:
   static PrivateSoundServer& server() {
@@ -85,7 +85,7 @@ class AudioPlayerTest : public ::testing::Test {
     }
     server().kill();
     ASSERT_TRUE(server().start());
-    // Whatever the program's output made of that is over before the test looks.
+    // Waits until the output has handled the restart.
     runFor(0.1);
     warnings_.take();
   }
@@ -103,7 +103,7 @@ class AudioPlayerTest : public ::testing::Test {
     return player;
   }
 
-  /// Whether the tone, and no other, is heard before long.
+  /// Whether this tone and no other is heard soon.
   static bool hears(const MonitorRecording& recording, double frequency) {
     return runUntil([&] {
       const double other = frequency == kLow ? kHigh : kLow;
@@ -141,7 +141,7 @@ TEST_F(AudioPlayerTest, ANewPlayerReplacesTheOneBefore) {
   player.reset();
   player = play(kHigh, 5);
   EXPECT_TRUE(hears(recording, kHigh));
-  // Once more in the other order, in quick succession.
+  // Again in the other order, without pauses.
   player.reset();
   player = play(kHigh, 6);
   player.reset();
@@ -212,7 +212,7 @@ TEST_F(AudioPlayerTest, ADelegateMayEndThePlayerThatTellsIt) {
 
 TEST_F(AudioPlayerTest, WithoutAServerOneLineSaysSoAndAPressWorksWhenItIsBack) {
   server().kill();
-  // The output may have had a connection to lose; that line is not the press's.
+  // The output may have lost a connection; that line does not belong to this press.
   auto first = play(kLow, 0.2);
   EXPECT_TRUE(runUntil([&] { return !first->isPlaying(); }));
   warnings_.take();
@@ -265,7 +265,7 @@ TEST_F(AudioPlayerTest, AFrozenServerIsGivenUpAndFoundAgain) {
     server().freeze(true);
     EXPECT_TRUE(runUntil([&] { return listener.told == 1; }, 30));
     EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr("does not answer")));
-    // Presses meanwhile neither wait nor pile up.
+    // Presses during this time neither wait nor queue up.
     for (int press = 0; press < 20; ++press) player = play(kLow, 30);
     EXPECT_TRUE(player->isPlaying());
     EXPECT_TRUE(runUntil([&] { return !player->isPlaying(); }, 30));

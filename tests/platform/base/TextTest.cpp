@@ -56,7 +56,7 @@ TEST(Text, TrimsWhiteSpaceOnly) {
   EXPECT_EQ(platform::trimmed("\u00a0\u2003\u3000\n\u200a"), "");
 }
 
-/// What the process says on its standard error while `work` runs.
+/// The process's standard error output while `work` runs.
 std::string errorsDuring(const std::function<void()>& work) {
   testing::internal::CaptureStderr();
   work();

@@ -20,7 +20,7 @@ using quorbel_tests::writeFile;
 
 constexpr const char* kMachineID = "0123456789abcdef0123456789abcdef";
 
-/// A machine's root folder with what a test puts there.
+/// A root folder for a machine, filled by the test.
 class LinuxDeviceTest : public testing::Test {
  protected:
   LinuxDevice device() const { return LinuxDevice(root_.path()); }
@@ -66,7 +66,7 @@ TEST_F(LinuxDeviceTest, ReadsTheVersionFromWhereverItIs) {
   EXPECT_EQ(device().machine() + "\n", quorbel_tests::run("uname -m").output);
 }
 
-TEST_F(LinuxDeviceTest, TheIdentifierIsStableAndTellsNothing) {
+TEST_F(LinuxDeviceTest, TheIdentifierIsStableAndRevealsNothing) {
   put("/etc/machine-id", std::string(kMachineID) + "\n");
   const std::string identifier = device().uniqueIdentifier();
   EXPECT_EQ(identifier, device().uniqueIdentifier());

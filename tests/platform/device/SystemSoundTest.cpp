@@ -1,4 +1,4 @@
-// The feedback daemon played by this test, on the session's message bus.
+// A fake feedback daemon on the session's message bus.
 #include "platform/device/SystemSound.h"
 
 #include <gio/gio.h>
@@ -47,7 +47,7 @@ TEST(SystemSoundTest, VibratesThroughTheFeedbackDaemonOneAtATime) {
   auto& sound = SystemSound::standard();
   sound.play(1000);  // unknown: asks nobody
 
-  // Beside the connection that the sound asks through.
+  // A second connection besides the one that the sound uses.
   const std::string address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
   GObjectPtr<GDBusConnection> connection(g_dbus_connection_new_for_address_sync(
       address.c_str(),

@@ -1,4 +1,4 @@
-// Servers that send anything but what they should: each fetch ends, once, within its limits.
+// Servers that violate the protocol: each fetch ends once, within its limits.
 #include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -37,7 +37,7 @@ std::string gzipped(const std::string& text) {
 struct HostileCase {
   const char* name;
   LoopbackResponse response;
-  /// 0: the fetch ends well.
+  /// 0 when the fetch succeeds.
   int error;
 };
 
@@ -118,7 +118,7 @@ INSTANTIATE_TEST_SUITE_P(
                     kURLErrorNetworkConnectionLost}),
     [](const auto& info) { return info.param.name; });
 
-TEST(SilentServerTest, ASilenceOfAMinuteFailsTheFetch) {
+TEST(SilentServerTest, AFetchFailsAfterAMinuteWithoutData) {
   LoopbackServer server;
   server.answer("/never", {.delay = 1000});
   server.answer("/half", {.raw = kOK + "Content-Length: 9\r\n\r\nhalf", .ending = Ending::Hang});
@@ -136,7 +136,7 @@ TEST(SilentServerTest, ASilenceOfAMinuteFailsTheFetch) {
   }
 }
 
-TEST(SilentServerTest, ADripKeepsAFetchAliveButNotForEver) {
+TEST(SilentServerTest, AFetchWithSlowDataFailsAfterTenMinutes) {
   LoopbackServer server;
   server.answer("/", {.body = "x", .ending = Ending::Drip});
   FakeRunLoop patience;

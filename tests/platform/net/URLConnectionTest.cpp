@@ -246,7 +246,7 @@ TEST_F(URLConnectionTest, OneConnectionServesAChainAndWhatFollows) {
   for (int round = 0; round < 3; ++round) {
     FetchRecorder chain, missing;
     ASSERT_TRUE(chain.fetch(server.url("/1")));
-    // Let go of as soon as the status is known, as copies of resources do.
+    // Released as soon as the status is known, as the resource cache does.
     missing.onEvent = [&](const std::string& event) {
       if (event == "response") missing.connection.reset();
     };

@@ -27,7 +27,7 @@ std::atomic<int> syncsElsewhere = 0;
 
 }  // namespace
 
-/// Stands before the system's, to see who calls it.
+/// Replaces the system's function to see which threads call it.
 extern "C" int fsync(int descriptor) {
   ++(getpid() == static_cast<pid_t>(syscall(SYS_gettid)) ? syncsHere : syncsElsewhere);
   return static_cast<int>(syscall(SYS_fsync, descriptor));
@@ -55,7 +55,7 @@ void makeOld(const fs::path& path) {
   fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(1));
 }
 
-/// What a process that starts now reads.
+/// The value that a new process reads.
 std::optional<Value> readAnew(const std::string& folder, const char* key) {
   return FileUserDefaults(folder).objectForKey(key);
 }
@@ -190,7 +190,7 @@ TEST(FileUserDefaults, ItsFilesAreTheOwnersAlone) {
   EXPECT_EQ(status.st_mode & 0777, 0600u);
 }
 
-TEST(FileUserDefaults, WaitsForNoDiskAndWearsNone) {
+TEST(FileUserDefaults, NeverBlocksOnTheDiskAndSyncsRarely) {
   const TemporaryFolder folder;
   FileUserDefaults defaults(folder.path());
   syncsHere = syncsElsewhere = 0;
@@ -242,7 +242,7 @@ TEST(FileUserDefaults, AKillAtAnyInstantLeavesTheOldOrTheNewContent) {
     last = generation;
   }
 
-  // What the killed writers left is removed once it is old.
+  // Files of killed writers are removed once they are old.
   for (const auto& entry : fs::directory_iterator(folder.path())) {
     makeOld(entry.path());
   }

@@ -51,7 +51,7 @@ TEST_F(PropertyList, ReadsEveryKindOfValue) {
                     }));
 }
 
-/// A binary list of these objects, of which the first is the outermost.
+/// A binary list of these objects; the first is the outermost.
 std::string binaryList(const std::vector<std::string>& objects) {
   std::string content = "bplist00";
   std::string offsets;
@@ -64,7 +64,7 @@ std::string binaryList(const std::vector<std::string>& objects) {
          number(0) + number(content.size());
 }
 
-/// A dictionary with this for its one key.
+/// A dictionary whose only key is this object.
 std::string binaryDictionary(const std::string& key) {
   return binaryList({"\xd1\x01\x02", key, "\x09"});
 }
@@ -99,7 +99,7 @@ TEST_F(PropertyList, IsNoneForAnythingElse) {
        {std::string(), std::string("{}"), std::string("<html></html>"), std::string("bplist00"),
         std::string("bplist00") + std::string(40, '\xff'), std::string(1000, '\0'),
         xml("<dict><key>a</key>"), std::string("\x7f\x45\x4c\x46"),
-        // Keys that are none, and values that do not say what they are.
+        // Invalid keys and values.
         xml("<dict><integer>1</integer><true/></dict>"), xml("<dict><true/></dict>"),
         xml("<dict><key>a</key><key>b</key></dict>"),
         xml("<dict><key>a<dict/></key><true/></dict>"), xml("<integer>x</integer>"),
@@ -112,7 +112,7 @@ TEST_F(PropertyList, IsNoneForAnythingElse) {
   }
 }
 
-TEST_F(PropertyList, IsNoneWhenItIsNestedToBreakItsReader) {
+TEST_F(PropertyList, IsNoneWhenItIsNestedTooDeeply) {
   const auto nested = [](std::size_t levels) {
     std::string text;
     for (std::size_t level = 0; level < levels; ++level) text += "<array>";
@@ -124,7 +124,7 @@ TEST_F(PropertyList, IsNoneWhenItIsNestedToBreakItsReader) {
   EXPECT_FALSE(read(nested(500'000)));
 }
 
-/// A binary list of arrays, each of which refers to the next so many times.
+/// A binary list of arrays, each of which refers to the next one `references` times.
 std::string binaryChain(int arrays, int references) {
   std::string content = "bplist00";
   std::string offsets;
@@ -146,7 +146,7 @@ std::string binaryChain(int arrays, int references) {
   return content;
 }
 
-TEST_F(PropertyList, IsNoneWhenFewBytesStandForEndlessContent) {
+TEST_F(PropertyList, IsNoneWhenFewBytesExpandToHugeContent) {
   EXPECT_TRUE(read(binaryChain(3, 10)));
   EXPECT_TRUE(read(binaryChain(150, 1)));
   EXPECT_FALSE(read(binaryChain(30, 10)));

@@ -1,4 +1,4 @@
-// Pictures from PNG files, good and bad.
+// Images from valid and invalid PNG files.
 #include "platform/ui/Image.h"
 
 #include <gtest/gtest.h>

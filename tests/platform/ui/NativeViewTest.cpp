@@ -40,7 +40,7 @@ class NativeViewTest : public ::testing::Test {
     return view;
   }
 
-  /// Where the widget of a view is drawn, in the screen's coordinates.
+  /// The area of a view's widget, in the screen's coordinates.
   Rect drawn(const View& view) {
     graphene_rect_t area;
     if (!gtk_widget_compute_bounds(GTK_WIDGET(view.native().widget().gobj()),

@@ -1,4 +1,4 @@
-// Taps that the program makes itself, where a person's finger would.
+// Simulated taps.
 #include <gtest/gtest.h>
 
 #include "platform/ui/Button.h"

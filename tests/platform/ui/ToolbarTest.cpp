@@ -1,4 +1,4 @@
-// Toolbars and what stands in them: places, states, presses.
+// Toolbars and their items: frames, states, presses.
 #include "platform/ui/Toolbar.h"
 
 #include <gtest/gtest.h>

@@ -27,7 +27,7 @@ using platform::Window;
 using quorbel_tests::runUntil;
 using Lines = std::vector<std::string>;
 
-/// Writes down the hooks that it gets, and does in one of them what a test wants.
+/// Records its hooks and runs a test's function in one of them.
 class Screen final : public ViewController {
  public:
   Screen(std::string name, Lines& lines) : name_(std::move(name)), lines_(lines) {}
@@ -106,7 +106,7 @@ class WindowTest : public ::testing::Test {
 TEST_F(WindowTest, TellsOnceWhenItHasTheSizeThatItKeeps) {
   struct Case {
     const char* name;
-    std::function<void()> whileAsked;  // what the desktop does meanwhile
+    std::function<void()> whileAsked;  // the desktop's change in the meantime
     Size told;
   };
   const Case cases[] = {
@@ -225,7 +225,7 @@ TEST_F(WindowTest, AScreenDismissedBeforeItsTurnIsNeverShown) {
   EXPECT_EQ(window->topViewController(), first.get());
   EXPECT_FALSE(second->isViewLoaded());
   EXPECT_EQ(second->window(), nullptr);
-  root->presentModalViewController(second, false);  // is ignored: the root presents "a"
+  root->presentModalViewController(second, false);  // ignored, because the root presents "a"
   EXPECT_EQ(window->topViewController(), first.get());
 }
 
@@ -314,7 +314,7 @@ TEST_F(WindowTest, KeepsItsShapeWhereNotAllOfItWouldStayInSight) {
     window->resize(desktop ? Size{640, 360} : Size{1500, 300});
   }
   ASSERT_TRUE(runUntil([&] { return isLandscape(window->orientation()); }));
-  quorbel_tests::runFor(0.5);  // a desktop that tiles gives its own size later
+  quorbel_tests::runFor(0.5);  // a tiling desktop sets its own size later
   const Size before = window->size();
   const auto upright = screen("a");
   upright->anyOrientation = false;
@@ -390,7 +390,7 @@ TEST_F(WindowTest, TheStatusBarGivesItsHeightToTheScreensWhileItIsHidden) {
   ASSERT_TRUE(runUntil([&] { return root->view()->frame().height == 640; }));
   window->setStatusBarHidden(false);
   EXPECT_TRUE(runUntil([&] { return root->view()->frame().height == 640 - bar; }));
-  // As a window does that fills the screen.
+  // As a full-screen window does.
   window->native().window().get_titlebar()->set_child_visible(false);
   window->native().window().queue_resize();
   ASSERT_TRUE(runUntil([&] { return root->view()->frame().height == 640; }));

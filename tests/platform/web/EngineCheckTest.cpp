@@ -1,4 +1,4 @@
-// What becomes of web pages where the engine's sandbox or its processes cannot start.
+// Web pages when the engine's sandbox or its processes cannot start.
 #include "platform/web/EngineCheck.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ using platform::EnginePrograms;
 using quorbel_tests::LogLines;
 using quorbel_tests::runUntil;
 
-/// A shell script that can be run.
+/// Writes an executable shell script.
 std::string script(const std::string& path, const std::string& commands) {
   quorbel_tests::writeFile(path, "#!/bin/sh\n" + commands + "\n");
   chmod(path.c_str(), 0755);

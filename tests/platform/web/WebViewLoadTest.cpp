@@ -1,4 +1,4 @@
-// What a web view tells of its loads, with the real browser engine.
+// The load callbacks of a web view, with the real engine.
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -146,7 +146,7 @@ TEST(WebViewLoad, GoesBackAndForwardAndReloads) {
   EXPECT_TRUE(page.view->canGoForward());
   page.view->goForward();
   EXPECT_TRUE(page.waitForEnd(1));
-  page.view->goForward();  // nowhere to go
+  page.view->goForward();  // there is no next page
   page.view->reload();
   EXPECT_TRUE(page.waitForEnd(2));
   EXPECT_EQ(page.delegate.lines, (Lines{"ask 2 " + server.address("/one"), "start", "finish",
@@ -218,8 +218,8 @@ TEST(WebViewLoad, MayBeDestroyedInEachOfItsCalls) {
   const std::string closed = [] { return LoopbackServer().address("/"); }();
   struct Case {
     std::string last;
-    std::string html;  // empty for the address that nobody answers
-    int of = 1;        // how often the line comes until then
+    std::string html;  // empty for an address without a server
+    int of = 1;        // the occurrence of the line at which the view is destroyed
   };
   const std::string message = "<iframe src='gmsg://h/message'></iframe>";
   const std::string step = "<script>onload = () => setTimeout(() => open('#step'), 100)</script>";

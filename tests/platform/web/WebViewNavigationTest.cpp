@@ -1,4 +1,4 @@
-// Which navigations a web view asks about, and what becomes of the refused ones.
+// Which navigations a web view asks about, and what happens to refused ones.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -194,7 +194,7 @@ TEST(WebViewNavigation, RefusesLongMessagesWithOneLineAndLongPagesNot) {
 TEST(WebViewNavigation, OutlastsFloods) {
   struct Case {
     const char* script;
-    bool ends;  // with the page's process
+    bool ends;  // whether the page's process is ended
   };
   const Case cases[] = {
       {"setInterval(() => { for (let i = 0; i < 200; ++i) location = 'gmsg://h/' + i }, 0)", false},

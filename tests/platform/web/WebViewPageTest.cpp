@@ -1,4 +1,4 @@
-// How a web view shows a page and hands it the person's touches.
+// How a web view shows a page and forwards touches.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 #include <gtkmm/window.h>
@@ -18,7 +18,7 @@ namespace {
 
 using namespace quorbel_tests;
 
-/// Says in its delegate's lines when it is asked for a hit test.
+/// Records hit tests in its delegate's lines.
 struct TouchView : platform::WebView {
   using WebView::WebView;
   platform::View* hitTest(platform::Point point, platform::EventType type) override {
@@ -142,7 +142,7 @@ TEST_F(WebViewPage, HasItsSizeWhileItIsHidden) {
   EXPECT_TRUE(page.becomes("ticks > 60", "true", 20)) << "its timers stand still";
 }
 
-/// The person's choice of text size, until the end of the test.
+/// Sets the user's text size for the duration of a test.
 struct TextScale {
   explicit TextScale(double scale) { set(static_cast<int>(scale * 96 * 1024)); }
   ~TextScale() { set(96 * 1024); }

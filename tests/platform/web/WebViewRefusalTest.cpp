@@ -1,4 +1,4 @@
-// What a page does not get from the person's desktop.
+// What a page is denied.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
