@@ -1,4 +1,4 @@
-// Measuring, and saying what was measured. Header only, shared by the benchmarks.
+// Measures and prints figures. Header only, shared by the benchmarks.
 #pragma once
 
 #include <algorithm>
@@ -11,12 +11,12 @@ namespace benchmarks {
 
 using Clock = std::chrono::steady_clock;
 
-/// Seconds since some instant, never going back.
+/// Seconds on a monotonic clock.
 inline double seconds() {
   return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
 }
 
-/// Keeps a result from being optimised away.
+/// Prevents the compiler from removing a result.
 template <class T>
 inline void keep(const T& value) {
   asm volatile("" : : "g"(&value) : "memory");
@@ -28,7 +28,7 @@ class Figures {
   void add(double value) { values_.push_back(value); }
   std::size_t count() const { return values_.size(); }
   double median() const { return quantile(0.5); }
-  /// The value below which this share (0 to 1) of the measurements lies; 0 without any.
+  /// The value below which this share (0 to 1) of the measurements lies; 0 when there are none.
   double quantile(double share) const {
     if (values_.empty()) return 0;
     std::vector<double> sorted = values_;
@@ -43,7 +43,7 @@ class Figures {
     for (const double value : values_) result.add(value * factor);
     return result;
   }
-  /// One line: what, median, the 10th and 95th percentile, how many.
+  /// Prints one line: name, median, 10th and 95th percentile, count.
   void print(const char* what, const char* unit) const {
     std::printf("%-44s %10.3f %-6s (p10 %.3f, p95 %.3f, n=%zu)\n", what, median(), unit,
                 quantile(0.1), quantile(0.95), count());
@@ -53,7 +53,7 @@ class Figures {
   std::vector<double> values_;
 };
 
-/// Runs `work` `rounds` times after a tenth as many to warm up; seconds a run.
+/// Runs `work` `rounds` times after a tenth as many warm-up rounds; gives seconds per run.
 template <class Work>
 Figures measure(std::size_t rounds, Work work) {
   for (std::size_t round = 0; round < rounds / 10 + 1; ++round) work();

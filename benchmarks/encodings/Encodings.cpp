@@ -1,4 +1,4 @@
-// How fast are base64 and its relatives on 1 MB, next to GLib and the system's commands?
+// The speed of base64 and related encodings on 1 MB, compared with GLib and the system's commands.
 #include <glib.h>
 
 #include <cstdlib>
@@ -27,7 +27,7 @@ std::string randomBytes() {
   return data;
 }
 
-/// Prints megabytes of plain data a second.
+/// Prints megabytes of plain data per second.
 void print(const char* what, const Figures& seconds) {
   std::printf("%-44s %10.0f MB/s   (%.3f ms, p95 %.3f ms, n=%zu)\n", what,
               kBytes / 1e6 / seconds.median(), seconds.median() * 1e3, seconds.quantile(0.95) * 1e3,

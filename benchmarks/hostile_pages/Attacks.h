@@ -1,4 +1,4 @@
-// The pages that mean harm.
+// The hostile pages.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 namespace benchmarks {
 
 struct Attack {
-  /// Who runs it: the ad engine script while it builds an address, or the ad.
+  /// Where it runs: in the ad engine script while it builds an address, or in the ad.
   enum class Place { Script, Ad };
 
   const char* name;
@@ -15,7 +15,7 @@ struct Attack {
   const char* text;  // JavaScript for the script, HTML for the ad
 };
 
-/// In the order in which they are tried; the first is none.
+/// In the order in which they run; the first is no attack.
 const std::vector<Attack>& attacks();
 
 }  // namespace benchmarks

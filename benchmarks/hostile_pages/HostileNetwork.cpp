@@ -8,11 +8,11 @@ namespace {
 
 constexpr int kTurnOfTheAttack = 2;
 constexpr const char* kHonestAd = "<!DOCTYPE html><p>An honest ad";
-/// An attack has time to do its worst before the refresh.
+/// The time that an attack has before the refresh.
 constexpr const char* kSecondsAfterAttack = "20";
 constexpr const char* kSecondsOtherwise = "2";
 
-/// Lets the network say at each turn what the script does.
+/// Asks the network at each turn what the script should do.
 constexpr const char* kScript =
     "function URVO_buildAdURL() { const turn = new XMLHttpRequest;"
     " turn.open('GET', '@/turn', false); turn.send(); eval(turn.responseText) }";

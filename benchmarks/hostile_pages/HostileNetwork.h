@@ -1,4 +1,4 @@
-// An ad network whose second answer means harm.
+// An ad network whose second answer is an attack.
 #pragma once
 
 #include <libsoup/soup.h>
@@ -11,7 +11,7 @@
 
 namespace benchmarks {
 
-/// Serves on a free port of the loopback, on a thread of its own.
+/// Serves on a free loopback port, on its own thread.
 class HostileNetwork {
  public:
   HostileNetwork();
@@ -19,11 +19,11 @@ class HostileNetwork {
   HostileNetwork(const HostileNetwork&) = delete;
   HostileNetwork& operator=(const HostileNetwork&) = delete;
 
-  /// From here on the second request carries this attack; those before and after are honest.
+  /// From now on the second request carries this attack; the others are normal.
   void begin(const Attack& attack);
-  /// How many requests the ad engine script was asked to build since then.
+  /// The number of requests that the ad engine script has built since then.
   int turn() const { return turn_; }
-  /// Where the script and the ads of the present attack are; another folder for each.
+  /// The address of the script and the ads of the present attack; each attack has its own folder.
   std::string address() const;
 
  private:

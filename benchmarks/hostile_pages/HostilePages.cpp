@@ -1,6 +1,6 @@
-// What pages that mean harm cost: for each of them the longest stall of the main loop, the most
-// memory of the program, its web processes and its network process, and whether the next ad came
-// all the same. The first row is an idle page: the machine's own noise.
+// The cost of hostile pages: for each, the longest stall of the main loop, the peak memory of the
+// program, its web processes and its network process, and whether the next ad was shown. The first
+// row is an idle page, which shows the machine's noise.
 // tools/with_session benchmark_hostile_pages [NAME...]
 #include <gtk/gtk.h>
 
@@ -23,7 +23,7 @@ namespace {
 
 using namespace benchmarks;
 
-/// The first ad has to come, the attack to run, a deadline of the client and an interval to pass.
+/// Covers the first ad, the attack, the client's deadline and one refresh interval.
 constexpr double kPatience = 180;
 
 class Count final : public valdren::VADBannerViewDelegate {

@@ -1,4 +1,4 @@
-// The most memory that a program and what it has started took in a while.
+// The peak memory of a program and its children.
 #pragma once
 
 #include <mutex>
@@ -6,7 +6,7 @@
 
 namespace benchmarks {
 
-/// Looks ten times a second, on a thread of its own.
+/// Samples ten times a second, on its own thread.
 class Peaks {
  public:
   Peaks();

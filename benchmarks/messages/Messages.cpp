@@ -1,5 +1,5 @@
-// How fast messages of a page get through the bridge, beside a plain WebKitGTK view that looks at
-// each navigation in "decide-policy" and refuses it.
+// The speed of messages from a page through the bridge, compared with a plain WebKitGTK view that
+// reads each navigation in "decide-policy" and refuses it.
 // tools/with_session benchmark_messages [ROUNDS]
 #include <cstdio>
 #include <cstdlib>
@@ -20,11 +20,11 @@ namespace {
 using namespace benchmarks;
 
 constexpr int kDefaultRounds = 20;
-/// Below the burst that a page is allowed, beyond which messages are slowed down on purpose.
+/// Below a page's burst limit, above which messages are slowed down on purpose.
 constexpr int kMessages = 400;
 constexpr double kPatience = 30;
 
-/// Sends the messages, each as the navigation of a frame, when told to.
+/// Sends the messages on request, each as a frame's navigation.
 const char* const kPage = R"html(<!DOCTYPE html><body><script>
 function sendAll(count) {
   for (let number = 0; number < count; ++number) {
@@ -35,7 +35,7 @@ function sendAll(count) {
 }
 </script></body>)html";
 
-/// The real delegate of an ad's page, which also counts.
+/// The real delegate of an ad's page, with a counter.
 class CountingDelegate final : public valdren::VADWebViewDelegate {
  public:
   bool webViewShouldStartLoad(platform::WebView& webView, const platform::URLRequest& request,

@@ -1,5 +1,4 @@
-// How long does it take to gather everything that an ad request says, and to write it as JSON, on
-// this machine?
+// The time to collect all parameters of an ad request on this machine and to write them as JSON.
 #include <string>
 
 #include "ads/loading/VADLocation.h"
@@ -39,7 +38,7 @@ std::shared_ptr<VADRequestPrivate> fullRequest() {
   return request;
 }
 
-/// What happens between two requests, so that each finds statistics to report.
+/// Uses the ad between two requests, so that each request has statistics to report.
 void useTheAd() {
   VADStatistics& statistics = VADStatistics::sharedStatistics();
   statistics.startTimingNamed("prl");

@@ -1,6 +1,6 @@
-// From the press of a sound button to its first sample: how long, and for how long the main thread
-// is blocked. Our player beside a GStreamer playbin made anew for each press, and beside decoding
-// anew for each press; one private sound server, recorded from its output's monitor.
+// The time from the press of a sound button to its first sample, and how long the main thread is
+// blocked. Compares our player with a new GStreamer playbin and with decoding for each press. All
+// use one private sound server, recorded from its output's monitor.
 // benchmark_press_to_sound [CLIP [PRESSES]]
 #include <cmath>
 #include <cstdio>
@@ -27,14 +27,14 @@ namespace {
 
 using quorbel_tests::MonitorRecording;
 
-/// Loud enough to be told from an encoder's noise, quiet enough for a clip's first millisecond.
+/// Above an encoder's noise, below a clip's first millisecond.
 constexpr float kHeard = 0.01F;
 
 void wait(double seconds) {
   std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
 }
 
-/// One way to play: the press replaces what plays, the release silences it.
+/// One way to play: a press replaces the present sound, a release stops it.
 struct Way {
   const char* name;
   std::function<void()> press;
@@ -47,7 +47,7 @@ void measure(const Way& way, const MonitorRecording& recording, int presses) {
   benchmarks::Figures heard;
   benchmarks::Figures blocked;
   int unheard = 0;
-  // The first press makes what the program keeps, and is not counted.
+  // The first press fills the caches and is not counted.
   for (int press = -1; press < presses; ++press) {
     wait(0.3 + 0.001 * (std::rand() % 50));
     while (recording.peakOfLast(0.25) > kHeard / 2) wait(0.02);
@@ -61,7 +61,7 @@ void measure(const Way& way, const MonitorRecording& recording, int presses) {
       wait(0.05);
       first = recording.firstSoundSince(before, kHeard);
     }
-    wait(0.1);  // the recording's clock knows better with time on both sides
+    wait(0.1);  // the recording's clock needs time on both sides
     first = recording.firstSoundSince(before, kHeard);
     way.release();
     if (press < 0) continue;
@@ -88,7 +88,7 @@ Way ourPlayer(const std::string& clip) {
           [player] { (*player)->stop(); }};
 }
 
-/// The same while a clip plays, a silent one, so that the new one's first sample can be told.
+/// The same while a silent clip plays, so that the new clip's first sample can be recognised.
 Way ourPlayerReplacing(const std::string& clip) {
   auto playing = std::make_shared<std::shared_ptr<platform::Voice>>();
   auto silence = std::make_shared<platform::DecodedClip>();
@@ -106,7 +106,7 @@ Way ourPlayerReplacing(const std::string& clip) {
   return way;
 }
 
-/// The same after so long a silence that the stream has been put to rest.
+/// The same after a silence that has paused the stream.
 Way ourPlayerRested(const std::string& clip) {
   Way way = ourPlayer(clip);
   way.name = "  after 21 seconds of silence";
@@ -127,7 +127,7 @@ Way decodedAnew(const std::string& clip) {
           [voice] { platform::AudioOutput::shared().stop(**voice); }};
 }
 
-/// A tone without a pause, to hear whether it stutters.
+/// A continuous tone, to detect gaps.
 void measureGaps(const MonitorRecording& recording) {
   constexpr int kSeconds = 20;
   auto tone = std::make_shared<platform::DecodedClip>();
@@ -180,7 +180,7 @@ int main(int argc, char** argv) {
   const MonitorRecording recording;
   std::printf("%d presses each, milliseconds\n%-34s %8s %8s %8s %12s %8s\n", presses, "", "median",
               "p95", "worst", "main thread", "unheard");
-  // First, while nothing of ours is connected.
+  // First, while none of our players is connected.
 #ifdef HAVE_GSTREAMER
   gst_init(&argc, &argv);
   measure(playbin(clip), recording, presses);

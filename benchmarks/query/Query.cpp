@@ -1,5 +1,4 @@
-// How long does it take to take a query of 64 KB apart, whatever its shape, and to put one
-// together?
+// The time to parse queries of 64 KB of several shapes, and to build one.
 #include <string>
 
 #include "ads/support/VADNetworkUtilities.h"
@@ -17,7 +16,7 @@ using valdren::VADNetworkUtilities;
 constexpr std::size_t kBytes = 64 * 1024;
 constexpr std::size_t kRounds = 500;
 
-/// Pieces made from a running number until the query is long enough.
+/// Joins pieces made from a counter until the query is long enough.
 template <class Piece>
 std::string query(Piece piece) {
   std::string text;

@@ -21,7 +21,7 @@ namespace benchmarks {
 namespace {
 
 constexpr double kPatience = 15;
-/// An empty banner shows the window's ground, a picture more colours than that.
+/// An empty banner shows one colour; an ad shows more colours than this.
 constexpr std::size_t kColoursOfAnAd = 4;
 constexpr int kNarrowestWindow = 200;
 
@@ -79,7 +79,7 @@ std::optional<Start> startOnce(Display* display) {
     if (const auto window = mappedWindow(display, attributes)) {
       const double now = (seconds() - began) * 1000;
       if (start.mapped == 0) start.mapped = now;
-      // The title and the buttons are text; so is what the banner shows along its middle.
+      // Text means more than one colour: in the title bar, and in the middle of the banner.
       if (start.drawn == 0 && coloursIn(display, *window, 20, attributes.width) > 1) {
         start.drawn = now;
       }

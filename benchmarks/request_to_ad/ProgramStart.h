@@ -1,10 +1,10 @@
-// The soundboard's start as a person sees it.
+// The soundboard's start, as seen on the screen.
 #pragma once
 
 namespace benchmarks {
 
-/// Starts the soundboard so often, each time with nothing cached, and prints when its window and
-/// the ad in it could be seen.
+/// Starts the soundboard `starts` times without caches, and prints when its window and its first ad
+/// became visible.
 void measureProgramStart(int starts);
 
 }  // namespace benchmarks

@@ -1,7 +1,7 @@
-// How long an ad takes from the request for it to `adViewDidReceiveAd` and until it can be seen,
-// what that costs the main thread, and how long the soundboard takes to show its first ad. Beside
-// it, in the same run, the floor: the same page fetched with plain libsoup and shown in a bare
-// WebKitGTK view. The ad network runs in a process of its own.
+// The time from an ad request to `adViewDidReceiveAd` and until the ad is visible, its cost on the
+// main thread, and the time until the soundboard shows its first ad. The floor, from the same run,
+// is the same page fetched with plain libsoup and shown in a bare WebKitGTK view. The ad network
+// runs in its own process.
 // tools/with_session benchmark_request_to_ad [ROUNDS [warm]]
 #include <cstdio>
 #include <cstdlib>
@@ -31,20 +31,20 @@ using namespace benchmarks;
 constexpr int kDefaultRounds = 40;
 constexpr int kStarts = 5;
 constexpr double kPatience = 30;
-constexpr double kPause = 0.15;  // between rounds, so that one's pings do not cost the next
+constexpr double kPause = 0.15;  // between rounds, so that pings of one round do not slow the next
 constexpr int kWidth = 320;
 constexpr int kHeight = 50;
 
-// Two still ads whose grounds differ: when the other one's colour is there, it has been painted.
+// Two static ads with different backgrounds: the new colour shows that the new ad was painted.
 constexpr const char* kUnits[] = {"ad-browser", "ad-video"};
 
 struct Round {
-  double told = 0;     // milliseconds until the page was said to be there
-  double painted = 0;  // milliseconds until it was on the screen
+  double told = 0;     // milliseconds until the page was reported
+  double painted = 0;  // milliseconds until it was visible
   LoopWork work = {};
 };
 
-/// The ground of the ad near its left edge.
+/// The background of the ad near its left edge.
 std::vector<std::uint32_t> ground(GtkWidget* widget) {
   return pixelsOf(widget, 3, 10, 2, 20);
 }
@@ -69,11 +69,10 @@ class Window {
   GtkWidget* box_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 20);
 };
 
-/// What each ad looks like in the end; a view may be blank for a moment between two pages.
+/// The final look of each ad. A view may be blank for a moment between two pages.
 std::map<std::pair<GtkWidget*, std::string>, std::vector<std::uint32_t>> grounds;
 
-/// Waits for both ends of a round that has begun. Takes a look at the ad at leisure when it has
-/// never been seen in this view.
+/// Waits for both ends of a round. Records the ad's look if it was never seen in this view.
 Round finish(GtkWidget* widget, const char* unit, double began,
              const std::vector<std::uint32_t>& before, const std::function<double()>& told) {
   Round round;
@@ -106,7 +105,7 @@ class Banner final : public valdren::VADBannerViewDelegate {
   ~Banner() { invalidateWeakReferences(); }
 
   Round show(const char* unit, double began) {
-    // The host's widget is wider than the banner, which lies in its middle.
+    // The host's widget is wider than the banner, which is centred.
     GtkWidget* const banner = gtk_widget_get_first_child(widget_);
     const auto before = ground(banner);
     told_ = 0;
@@ -134,7 +133,7 @@ Round showBare(BareView& bare, const std::string& base, const char* unit, double
   return finish(bare.widget(), unit, began, before, [&] { return bare.finishedAt(); });
 }
 
-/// One first ad in this process, which has done nothing before.
+/// Shows the first ad of a new process.
 int firstOnce(bool ours, const std::string& base) {
   const Stage stage;
   useServer(base);
@@ -163,8 +162,8 @@ std::optional<Round> firstInItsOwnProcess(const char* program, bool ours, const 
   return read == 5 && round.painted > 0 ? std::optional(round) : std::nullopt;
 }
 
-/// The whole road of an ad with bare parts: a hidden page runs the script, whose answer says what
-/// to fetch and show.
+/// All steps of an ad with bare parts: a hidden page runs the script, and its answer tells what to
+/// fetch and show.
 class BareRoad {
  public:
   BareRoad(BareView& shown, const std::string& base)
@@ -280,7 +279,7 @@ void measureWarm(const std::string& base, int rounds) {
     const Round page = measured([&](double began) { return showBare(bare, base, unit, began); });
     const char* const other = kUnits[(round + 1) % 2];
     const Round whole = measured([&](double began) { return bareRoad.show(other, began); });
-    // Back to the ground that the next page differs from.
+    // Back to the other background.
     measured([&](double began) { return showBare(bare, base, unit, began); });
     if (round < 3) continue;
     ours.add(ad);
@@ -304,7 +303,7 @@ int main(int argc, char** argv) {
   setvbuf(stdout, nullptr, _IOLBF, 0);
   const SandboxProcess sandbox;
   sandbox.control("refresh=0");
-  // Before this process has windows of its own, which might be taken for the soundboard's.
+  // Before this process opens windows, which could be mistaken for the soundboard's.
   if (!warmOnly) {
     measureProgramStart(kStarts);
     measureFirst(argv[0], sandbox.baseURL());

@@ -1,6 +1,6 @@
-// Whether a banner that refreshes for ever grows: memory, open files and web processes after so
-// many refreshes against the ad network, which runs in a process of its own. tools/with_session
-// benchmark_soak [REFRESHES]
+// Whether a refreshing banner leaks: memory, open files and web processes after many refreshes with
+// the ad network, which runs in its own process.
+// tools/with_session benchmark_soak [REFRESHES]
 #include <gtk/gtk.h>
 
 #include <cstdio>
@@ -45,7 +45,7 @@ void printRow(int refreshes, double perRefresh) {
 int soak(int refreshes) {
   const Stage stage;
   const SandboxProcess sandbox;
-  sandbox.control("refresh=0");  // each ad is followed at once by the next, which no timer could do
+  sandbox.control("refresh=0");  // the next ad follows at once, without a timer
   useServer(sandbox.baseURL());
 
   GtkWidget* const window = gtk_window_new();

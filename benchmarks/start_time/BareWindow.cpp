@@ -1,5 +1,4 @@
-// The least that a gtkmm program can be: what starting costs before anything is shown in the
-// window.
+// A minimal gtkmm program, for the cost of starting alone.
 #include <gtkmm/application.h>
 #include <gtkmm/label.h>
 #include <gtkmm/window.h>

@@ -1,5 +1,5 @@
-// How long the soundboard takes from exec to its first window and to the first frame in it, and how
-// much memory it then has, beside a bare gtkmm window in the same run. Needs an X display:
+// The soundboard's time from exec to its first window and its first frame, and its memory then,
+// compared with a bare gtkmm window in the same run. Needs an X display:
 // tools/with_session benchmark_start_time [ROUNDS]
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -88,7 +88,7 @@ double mebibytesIn(const std::string& path, const std::string& key) {
   return 0;
 }
 
-/// The process and all that it has started, such as web processes.
+/// The process and its descendants, such as web processes.
 std::vector<pid_t> familyOf(pid_t process) {
   std::vector<pid_t> family{process};
   for (std::size_t place = 0; place < family.size(); ++place) {
@@ -143,7 +143,7 @@ int main(int argc, char** argv) {
     std::fputs("There is no X display; run this with tools/with_session.\n", stderr);
     return 1;
   }
-  XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });  // windows may go while we look
+  XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });  // windows may be destroyed meanwhile
   struct Program {
     const char* name;
     std::vector<std::string> command;

@@ -1,4 +1,4 @@
-// The floor: a plain WebKitGTK view, and a plain libsoup fetch.
+// The baseline: a plain WebKitGTK view and a plain libsoup fetch.
 #pragma once
 
 #include <libsoup/soup.h>
@@ -13,10 +13,10 @@ namespace platform = valdren::platform;
 
 namespace benchmarks {
 
-/// What the server answers, as text; "" when it does not.
+/// The server's answer as text; "" without one.
 std::string textAt(const std::string& address);
 
-/// Kept in `box` (a GtkBox) until it is destroyed.
+/// Placed in `box` (a GtkBox) until it is destroyed.
 class BareView {
  public:
   BareView(GtkWidget* box, int width, int height);
@@ -26,7 +26,7 @@ class BareView {
 
   GtkWidget* widget() const { return GTK_WIDGET(view_); }
   WebKitWebView* view() const { return view_; }
-  /// Fetches the page, then shows it as text at its address.
+  /// Fetches the page, then shows its text with its address as the base.
   void fetchAndShow(const std::string& address);
   /// When the last page had finished, by `benchmarks::seconds`; 0 while it loads.
   double finishedAt() const { return finishedAt_; }

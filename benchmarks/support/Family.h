@@ -1,4 +1,4 @@
-// The memory, files and processes of a program and of what it has started.
+// Memory, files and processes of a program and its children.
 #pragma once
 
 namespace benchmarks {
@@ -12,7 +12,7 @@ struct Family {
   double helperResident = 0;  // MiB of the network process
 };
 
-/// As it is now.
+/// The present values.
 Family measureFamily();
 
 }  // namespace benchmarks

@@ -1,4 +1,4 @@
-// What the main thread does between the waits of its loop.
+// The main thread's work between the waits of its loop.
 #pragma once
 
 namespace benchmarks {
@@ -6,7 +6,7 @@ namespace benchmarks {
 /// Since the last `restart`. In milliseconds.
 struct LoopWork {
   double processor = 0;         // the main thread's time on a processor
-  double longestStall = 0;      // the longest turn by the clock, others' use of the processors too
+  double longestStall = 0;      // the longest turn, including waits for the processor
   double longestProcessor = 0;  // the longest turn by the thread's own time
 };
 

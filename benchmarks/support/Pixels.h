@@ -1,4 +1,4 @@
-// What is really on the screen.
+// The pixels on the screen.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -9,12 +9,12 @@
 
 namespace benchmarks {
 
-/// The colours (0xRRGGBB) of a part of the widget's window as the display shows it, row by row, in
-/// the window's pixels counted from the widget's top left corner; empty when it shows nothing.
+/// The colours (0xRRGGBB) of a part of the widget's window on the display, row by row, in window
+/// pixels from the widget's top left corner; empty when it is not shown.
 std::vector<std::uint32_t> pixelsOf(GtkWidget* widget, int x, int y, int width, int height);
 
-/// Looks at the screen whenever the widget's window has drawn, from its construction until `seen`
-/// says yes. The widget must be realized and outlive it.
+/// Checks the screen after each drawing of the widget's window, until `seen` returns true. The
+/// widget must be realized and outlive this object.
 class Paint {
  public:
   Paint(GtkWidget* widget, std::function<bool()> seen);
@@ -22,7 +22,7 @@ class Paint {
   Paint(const Paint&) = delete;
   Paint& operator=(const Paint&) = delete;
 
-  /// When it was seen, by `benchmarks::seconds`; 0 before.
+  /// The time when it was seen, on `benchmarks::seconds`; 0 before.
   double at() const { return at_; }
 
  private:

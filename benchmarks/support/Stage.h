@@ -1,4 +1,4 @@
-// What the benchmarks of pages stand on: the toolkit, folders of their own, the main loop.
+// The environment of the page benchmarks: toolkit, folders, main loop.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -9,7 +9,7 @@
 
 namespace benchmarks {
 
-/// Empty folders for what this process and those that it starts keep. They vanish with it.
+/// Empty folders for the files of this process and its children, removed at the end.
 class Folders {
  public:
   Folders();
@@ -30,12 +30,12 @@ class Stage {
   Folders folders_;
 };
 
-/// Turns the main loop until `done` says yes; false when `seconds` pass first. Wakes up for nothing
-/// of its own before that.
+/// Runs the main loop until `done` returns true; false after `seconds`. It adds no wake-ups of its
+/// own.
 bool runUntil(const std::function<bool()>& done, double seconds = 30);
 void runFor(double seconds);
 
-/// `valdren-sandbox` in a process of its own.
+/// `valdren-sandbox` as a separate process.
 class SandboxProcess {
  public:
   SandboxProcess();
@@ -54,10 +54,10 @@ class SandboxProcess {
   std::string base_;
 };
 
-/// Has the client ask this server for everything.
+/// Makes the client use this server for everything.
 void useServer(const std::string& base);
 
-/// Runs a program to its end and gives what it printed; the environment's display is used.
+/// Runs a program and returns its output; it uses the environment's display.
 std::string outputOf(const std::vector<std::string>& command);
 
 }  // namespace benchmarks

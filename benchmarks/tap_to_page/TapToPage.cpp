@@ -1,6 +1,6 @@
-// How long a tap takes to the first paint of the page that it opens in the in-app browser, beside a
-// bare WebKitGTK window that loads the same page; and whether the browser and the web app screen
-// leave memory behind when they are opened and closed again and again.
+// The time from a tap to the first paint of the page in the in-app browser, compared with a bare
+// WebKitGTK window; and whether the browser and the web app screen leak memory when they are opened
+// and closed repeatedly.
 // tools/with_session benchmark_tap_to_page [TAPS [OPENINGS]]
 #include <gtkmm/widget.h>
 
@@ -61,14 +61,14 @@ Tap finish(GtkWidget* widget, double began) {
   return tap;
 }
 
-/// The application's window with a screen that opens others, as a tapped ad does.
+/// The application's window with a screen that opens others, like a tapped ad.
 class Application final : public valdren::VADBannerViewDelegate {
  public:
   Application() {
     screen_->view()->setBackgroundColor(platform::Color::white());
     window_->setRootViewController(screen_);
     window_->makeKeyAndVisible();
-    // An ad that can be tapped; it has a web process of its own.
+    // A tappable ad, with its own web process.
     banner_->setRootViewController(screen_.get());
     banner_->setDelegate(this);
     screen_->view()->addSubview(banner_);
@@ -78,7 +78,7 @@ class Application final : public valdren::VADBannerViewDelegate {
     runFor(1);
   }
 
-  /// A finger is put on the ad, and taken off after as long as fingers stay.
+  /// Touches the ad for as long as a normal tap.
   void press() {
     banner_->hitTest({160, 25}, platform::EventType::Touches);
     runFor(kPressSeconds);
@@ -118,7 +118,7 @@ Tap tapOurs(Application& application, const platform::URL& url) {
   return tap;
 }
 
-/// With a context of its own, no web process that was kept from the window before is used again.
+/// A new context prevents the reuse of a web process from the previous window.
 Tap tapBare(const platform::URL& url, bool newProcess) {
   const platform::GObjectPtr<WebKitWebContext> context(newProcess ? webkit_web_context_new()
                                                                   : nullptr);
@@ -207,7 +207,7 @@ void measureOpenings(Application& application, const char* title, const std::fun
     if (opening != 0 && opening != 1 && opening != 10 && opening % 20 != 0 && opening != openings) {
       continue;
     }
-    runFor(3);  // what is let go of after two seconds is gone by then
+    runFor(3);  // objects that are released after two seconds are gone by then
     const Family now = measureFamily();
     std::printf("%9d %10.1f %10.1f %6d %5d %12.1f %12.1f\n", opening, now.resident, now.anonymous,
                 now.files, now.webProcesses, now.webResident, now.helperResident);
