@@ -1,6 +1,7 @@
 #include "platform/audio/AudioOutput.h"
 
 #include "platform/audio/SoundServer.h"
+#include "platform/base/MainThread.h"
 
 namespace valdren::platform {
 
@@ -21,6 +22,7 @@ AudioOutput::~AudioOutput() {
 }
 
 void AudioOutput::prepare() {
+  assertMainThread();
   {
     const std::lock_guard lock(mutex_);
     connectWanted_ = true;
@@ -34,6 +36,7 @@ bool AudioOutput::isAudible() const {
 
 std::shared_ptr<Voice> AudioOutput::start(std::shared_ptr<const DecodedClip> clip,
                                           std::size_t startFrame) {
+  assertMainThread();
   auto voice = std::make_shared<Voice>(std::move(clip), startFrame);
   {
     const std::lock_guard lock(mutex_);
@@ -45,6 +48,7 @@ std::shared_ptr<Voice> AudioOutput::start(std::shared_ptr<const DecodedClip> cli
 }
 
 void AudioOutput::stop(Voice& voice) {
+  assertMainThread();
   voice.stopping = true;
   {
     const std::lock_guard lock(mutex_);

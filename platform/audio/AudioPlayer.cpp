@@ -3,6 +3,7 @@
 #include "platform/audio/AudioOutput.h"
 #include "platform/audio/ClipCache.h"
 #include "platform/base/Log.h"
+#include "platform/base/MainThread.h"
 #include "platform/base/RunLoop.h"
 
 namespace valdren::platform {
@@ -39,6 +40,7 @@ class ClipPlayer final : public AudioPlayer, public Trackable {
   }
 
   bool play() override {
+    assertMainThread();
     if (isPlaying()) return true;
     const bool atEnd = !voice_ || voice_->position >= clip_->frameCount();
     voice_ = AudioOutput::shared().start(clip_, atEnd ? 0 : voice_->position.load());
@@ -47,6 +49,7 @@ class ClipPlayer final : public AudioPlayer, public Trackable {
   }
 
   void stop() override {
+    assertMainThread();
     if (isPlaying()) AudioOutput::shared().stop(*voice_);
     RunLoop::shared().cancelPerformRequests(*this);
   }
@@ -75,6 +78,7 @@ class ClipPlayer final : public AudioPlayer, public Trackable {
 }  // namespace
 
 std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& path) {
+  assertMainThread();
   std::string problem;
   auto clip = ClipCache::shared().clip(path, problem);
   if (clip) return std::make_unique<ClipPlayer>(std::move(clip));
@@ -83,11 +87,13 @@ std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& 
 }
 
 void AudioPlayer::prepare(std::vector<std::string> paths) {
+  assertMainThread();
   AudioOutput::shared().prepare();
   ClipCache::shared().prepare(std::move(paths));
 }
 
 void AudioPlayer::awaitSound(const Trackable& target, std::function<void()> back) {
+  assertMainThread();
   lookForSound(target, std::move(back), 0);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/base/MainThread.h"
 
 namespace valdren::platform {
 namespace {
@@ -33,12 +34,14 @@ NotificationCenter& NotificationCenter::defaultCenter() {
 
 void NotificationCenter::addObserver(const Trackable& observer, std::string_view name,
                                      Handler handler, const void* object) {
+  assertMainThread();
   std::erase_if(registrations_, [](const auto& registration) { return !registration->isLive(); });
   registrations_.push_back(std::make_shared<Registration>(
       Registration{observer.lifetime(), std::string(name), std::move(handler), object}));
 }
 
 void NotificationCenter::removeObserver(const Trackable& observer) {
+  assertMainThread();
   std::erase_if(registrations_, [target = observer.lifetime()](const auto& registration) {
     if (!sameOwner(registration->observer, target)) return false;
     return registration->removed = true;
@@ -47,6 +50,7 @@ void NotificationCenter::removeObserver(const Trackable& observer) {
 
 void NotificationCenter::removeObserver(const Trackable& observer, std::string_view name,
                                         const void* object) {
+  assertMainThread();
   std::erase_if(registrations_, [&, target = observer.lifetime()](const auto& registration) {
     const bool matches = sameOwner(registration->observer, target) && registration->name == name &&
                          (!object || registration->object == object);
@@ -57,6 +61,7 @@ void NotificationCenter::removeObserver(const Trackable& observer, std::string_v
 
 void NotificationCenter::postNotificationName(std::string_view name, const void* object,
                                               std::optional<Dictionary> userInfo) {
+  assertMainThread();
   const Notification notification{std::string(name), object, std::move(userInfo)};
   const auto present = registrations_;
   for (const auto& registration : present) {

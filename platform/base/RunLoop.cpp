@@ -7,10 +7,10 @@
 #include <condition_variable>
 #include <map>
 #include <mutex>
-#include <thread>
 #include <unordered_map>
 
 #include "platform/base/Clock.h"
+#include "platform/base/MainThread.h"
 
 namespace valdren::platform {
 namespace {
@@ -18,16 +18,13 @@ namespace {
 /// About three years. Longer waits would overflow the main context's counter.
 constexpr double kLongestWait = 1e8;
 
-/// Set during static initialisation, which runs on the main thread.
-const std::thread::id kMainThread = std::this_thread::get_id();
-
 double boundedDelay(double seconds) {
   return seconds > 0 ? std::min(seconds, kLongestWait) : 0;  // NaN is not above 0
 }
 
 class GLibRunLoop final : public RunLoop {
  public:
-  bool isMainThread() const override { return std::this_thread::get_id() == kMainThread; }
+  bool isMainThread() const override { return platform::isMainThread(); }
 
   void performOnMainThreadAndWait(const Task& task) override {
     if (isMainThread()) {
@@ -131,6 +128,7 @@ void RunLoop::performAfterDelay(double seconds, Task task) {
 }
 
 void RunLoop::performAfterDelay(const Trackable& target, double seconds, Task task) {
+  assertMainThread();
   if (!pending_) pending_ = std::make_shared<Pending>();
   auto source = std::make_shared<SourceID>(0);
   std::weak_ptr<const void> lifetime = target.lifetime();
@@ -143,6 +141,7 @@ void RunLoop::performAfterDelay(const Trackable& target, double seconds, Task ta
 }
 
 void RunLoop::cancelPerformRequests(const Trackable& target) {
+  assertMainThread();
   if (!pending_) return;
   const auto [first, last] = pending_->calls.equal_range(target.lifetime());
   for (auto call = first; call != last; ++call) removeSource(call->second);
@@ -156,6 +155,7 @@ std::unique_ptr<Timer> RunLoop::scheduleTimer(double seconds, Task task) {
 }
 
 bool RunLoop::turnUntil(const std::function<bool()>& done, double seconds) {
+  assertMainThread();
   constexpr double kAskAgainAfter = 0.01;  // some conditions change without an event
   const double end = Clock::shared().monotonicSeconds() + seconds;
   while (!done()) {

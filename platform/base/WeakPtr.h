@@ -4,6 +4,8 @@
 #include <memory>
 #include <utility>
 
+#include "platform/base/MainThread.h"
+
 namespace valdren::platform {
 
 /// Base of everything that can be referred to weakly. Inherit it virtually when a class has several
@@ -36,10 +38,14 @@ class WeakPtr {
   WeakPtr() = default;
   WeakPtr(std::nullptr_t) {}
   WeakPtr(T* object) : object_(object) {
+    assertMainThread();
     if (object) lifetime_ = object->lifetime();
   }
 
-  T* get() const { return lifetime_.expired() ? nullptr : object_; }
+  T* get() const {
+    assertMainThread();
+    return lifetime_.expired() ? nullptr : object_;
+  }
   T* operator->() const { return get(); }
   explicit operator bool() const { return get() != nullptr; }
   friend bool operator==(const WeakPtr& left, const WeakPtr& right) {

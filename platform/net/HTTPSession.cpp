@@ -1,5 +1,6 @@
 #include "platform/net/HTTPSession.h"
 
+#include "platform/base/MainThread.h"
 
 namespace valdren::platform {
 namespace {
@@ -50,6 +51,7 @@ SoupSession* makeSession() {
 }  // namespace
 
 SoupSession* sharedHTTPSession() {
+  assertMainThread();
   // Never destroyed: fetches may still run while the process ends.
   static SoupSession* const session = makeSession();
   return session;

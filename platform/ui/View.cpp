@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/base/MainThread.h"
 #include "platform/ui/LaunchPermit.h"
 #include "platform/ui/NativeView.h"
 
@@ -40,9 +41,12 @@ void resizeAlongOneAxis(double& start, double& length, double before, double aft
 View::View(const Rect& frame)
     : frame_{usableOffset(frame.x), usableOffset(frame.y), usableLength(frame.width),
              usableLength(frame.height)},
-      native_(std::make_unique<NativeView>(*this)) {}
+      native_(std::make_unique<NativeView>(*this)) {
+  assertMainThread();
+}
 
 View::~View() {
+  assertMainThread();
   invalidateWeakReferences();
   for (const auto& subview : subviews_) {
     subview->superview_ = nullptr;
@@ -51,6 +55,7 @@ View::~View() {
 }
 
 void View::setFrame(const Rect& frame) {
+  assertMainThread();
   const Rect usable{usableOffset(frame.x), usableOffset(frame.y), usableLength(frame.width),
                     usableLength(frame.height)};
   if (usable == frame_) return;
@@ -77,6 +82,7 @@ void View::resizeSubviews(Size before) {
 }
 
 void View::addSubview(std::shared_ptr<View> subview) {
+  assertMainThread();
   for (const View* view = this; view; view = view->superview_) {
     if (!subview || view == subview.get()) return;
   }
@@ -87,6 +93,7 @@ void View::addSubview(std::shared_ptr<View> subview) {
 }
 
 void View::removeFromSuperview() {
+  assertMainThread();
   if (!superview_) return;
   View& former = *superview_;
   superview_ = nullptr;
@@ -137,6 +144,7 @@ bool View::isFirstResponder() const {
 }
 
 View* View::hitTest(Point point, EventType type) {
+  assertMainThread();
   if (hidden_ || !userInteractionEnabled_ || !bounds().contains(point)) return nullptr;
   const std::shared_ptr<View> keptAlive = weak_from_this().lock();
   const std::vector<std::shared_ptr<View>> present = subviews_;

@@ -1,17 +1,22 @@
 #include "platform/ui/ViewController.h"
 
+#include "platform/base/MainThread.h"
 #include "platform/ui/InterfaceView.h"
 #include "platform/ui/Window.h"
 
 namespace valdren::platform {
 
-ViewController::ViewController() = default;
+ViewController::ViewController() {
+  assertMainThread();
+}
 
 ViewController::~ViewController() {
+  assertMainThread();
   invalidateWeakReferences();
 }
 
 const std::shared_ptr<View>& ViewController::view() {
+  assertMainThread();
   if (!view_) {
     loadView();
     if (!view_) view_ = std::make_shared<View>(initialFrame_);
@@ -54,11 +59,13 @@ InterfaceOrientation ViewController::interfaceOrientation() const {
 
 void ViewController::presentModalViewController(std::shared_ptr<ViewController> controller,
                                                 bool animated) {
+  assertMainThread();
   if (!controller || controller.get() == this || controller->window_ || modal_ || !window_) return;
   window_->present(*this, std::move(controller), animated);
 }
 
 void ViewController::dismissModalViewControllerAnimated(bool animated) {
+  assertMainThread();
   if (modal_ && window_) window_->dismiss(*this, animated);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/base/MainThread.h"
 #include "platform/base/RunLoop.h"
 #include "platform/ui/LeavingKeys.h"
 #include "platform/ui/NativeView.h"
@@ -43,6 +44,7 @@ struct Window::Transition {
 };
 
 Window::Window(Size size) : stage_(std::make_shared<Stage>()) {
+  assertMainThread();
   native_ = std::make_unique<NativeWindow>(size, *stage_);
   stage_->owner_ = this;
   stage_->setFrame({0, 0, size.width, size.height - native_->statusBarHeight()});
@@ -56,6 +58,7 @@ Window::Window(Size size) : stage_(std::make_shared<Stage>()) {
 }
 
 Window::~Window() {
+  assertMainThread();
   invalidateWeakReferences();
   if (transition_) native_->stopAnimation();
   stage_->owner_ = nullptr;
@@ -64,12 +67,14 @@ Window::~Window() {
 }
 
 Window* Window::keyWindow() {
+  assertMainThread();
   return theKeyWindow.get();
 }
 
 /// Runs a change of the screens. Changes that the screens' hooks ask for in the meantime wait, so
 /// that each screen gets its hooks completely and in order.
 void Window::change(std::function<void()> change) {
+  assertMainThread();
   waiting_.push_back(std::move(change));
   if (changing_) return;
   const std::shared_ptr<Window> keptAlive = weak_from_this().lock();
