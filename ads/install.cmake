@@ -23,9 +23,10 @@ target_link_options(valdren_shared PRIVATE -Wl,--no-undefined)
 install(TARGETS valdren_shared EXPORT ValdrenTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 install(FILES valdren.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren)
-install(FILES api/VADBannerView.h api/VADBannerViewDelegate.h api/VADConfiguration.h
-  api/VADRequest.h api/VADRequestError.h
+install(FILES api/VADBannerView.h api/VADBannerViewDelegate.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/ads/api)
+install(FILES request/VADConfiguration.h request/VADRequest.h request/VADRequestError.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/ads/request)
 install(FILES support/VADErrorCode.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/ads/support)
 foreach(header application/Host base/Date base/URL base/Value base/WeakPtr storage/Bundle ui/Geometry
     ui/View ui/ViewController)

@@ -11,9 +11,9 @@
 
 #include "ads/api/VADBannerView.h"
 #include "ads/api/VADBannerViewDelegate.h"
-#include "ads/api/VADConfiguration.h"
-#include "ads/api/VADRequest.h"
-#include "ads/api/VADRequestError.h"
+#include "ads/request/VADConfiguration.h"
+#include "ads/request/VADRequest.h"
+#include "ads/request/VADRequestError.h"
 #include "platform/application/Host.h"
 #include "platform/storage/Bundle.h"
 

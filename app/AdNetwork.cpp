@@ -1,6 +1,6 @@
 #include "app/AdNetwork.h"
 
-#include "ads/api/VADConfiguration.h"
+#include "ads/request/VADConfiguration.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "sandbox/Sandbox.h"
 

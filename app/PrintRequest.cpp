@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "ads/loading/VADObjectPrivate.h"
-#include "ads/support/VADNetworkChecker.h"
+#include "ads/request/VADNetworkChecker.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "app/SoundScreen.h"

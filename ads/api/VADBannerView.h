@@ -6,7 +6,7 @@
 #include <string>
 
 #include "ads/api/VADBannerViewDelegate.h"
-#include "ads/api/VADRequest.h"
+#include "ads/request/VADRequest.h"
 #include "platform/ui/View.h"
 #include "platform/ui/ViewController.h"
 

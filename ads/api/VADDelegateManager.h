@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "ads/api/VADBannerViewDelegate.h"
-#include "ads/api/VADRequestError.h"
+#include "ads/request/VADRequestError.h"
 #include "platform/base/WeakPtr.h"
 
 namespace valdren {

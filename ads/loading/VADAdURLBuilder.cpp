@@ -1,8 +1,8 @@
 #include "ads/loading/VADAdURLBuilder.h"
 
-#include "ads/api/VADConfiguration.h"
+#include "ads/request/VADConfiguration.h"
 #include "ads/support/VADMacros.h"
-#include "ads/support/VADNotificationCenter.h"
+#include "ads/web/VADNotificationCenter.h"
 #include "ads/web/VADWebViewDelegate.h"
 #include "platform/base/Log.h"
 

@@ -1,9 +1,9 @@
 #include "ads/loading/VADObjectPrivate.h"
 
-#include "ads/api/VADConfiguration.h"
-#include "ads/loading/VADIdentifierUtilities.h"
 #include "ads/loading/VADLaunchObserver.h"
 #include "ads/loading/VADResponseHeaders.h"
+#include "ads/request/VADConfiguration.h"
+#include "ads/request/VADIdentifierUtilities.h"
 #include "ads/screens/VADViewController.h"
 #include "ads/signals/Signals.h"
 #include "ads/support/VADMacros.h"

@@ -1,6 +1,6 @@
 #include "ads/screens/VADBrowserController.h"
 
-#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/request/VADIdentifierUtilities.h"
 #include "ads/screens/VADBrowserControllerPrivate.h"
 #include "ads/screens/VADIntrinsicImages.h"
 #include "ads/telemetry/VADStatistics.h"

@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
+#include "ads/screens/VADBrowserWebViewDelegate.h"
 #include "ads/screens/VADViewControllerPrivate.h"
-#include "ads/web/VADBrowserWebViewDelegate.h"
 #include "ads/web/VADWebView.h"
 #include "platform/ui/ActivityIndicator.h"
 #include "platform/ui/Label.h"

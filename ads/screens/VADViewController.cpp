@@ -1,11 +1,11 @@
 #include "ads/screens/VADViewController.h"
 
 #include "ads/api/VADDelegateManager.h"
-#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/request/VADIdentifierUtilities.h"
 #include "ads/screens/VADViewControllerPrivate.h"
-#include "ads/support/VADNotificationCenter.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
+#include "ads/web/VADNotificationCenter.h"
 #include "platform/application/Application.h"
 #include "platform/base/Log.h"
 #include "platform/base/RunLoop.h"

@@ -2,8 +2,8 @@
 
 #include "ads/screens/VADIntrinsicImages.h"
 #include "ads/screens/VADWebAppViewControllerPrivate.h"
-#include "ads/support/VADNotificationCenter.h"
 #include "ads/telemetry/VADStatistics.h"
+#include "ads/web/VADNotificationCenter.h"
 #include "ads/web/VADOpener.h"
 
 namespace valdren {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "ads/screens/VADViewControllerPrivate.h"
+#include "ads/screens/VADWebAppWebViewDelegate.h"
 #include "ads/web/VADAdController.h"
-#include "ads/web/VADWebAppWebViewDelegate.h"
 #include "ads/web/VADWebView.h"
 #include "platform/ui/ActivityIndicator.h"
 #include "platform/ui/Button.h"

@@ -1,8 +1,8 @@
 #include "ads/web/VADBannerWebViewDelegate.h"
 
 #include "ads/api/VADDelegateManager.h"
-#include "ads/api/VADRequestError.h"
-#include "ads/loading/VADRequestPrivate.h"
+#include "ads/request/VADRequestError.h"
+#include "ads/request/VADRequestPrivate.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/telemetry/VADTiming.h"
 #include "ads/web/VADOpener.h"

@@ -4,12 +4,12 @@
 #include <limits>
 #include <stdexcept>
 
-#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/request/VADIdentifierUtilities.h"
 #include "ads/signals/Signals.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
-#include "ads/support/VADNotificationCenter.h"
 #include "ads/telemetry/VADClickTracker.h"
+#include "ads/web/VADNotificationCenter.h"
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADScreen.h"
 #include "platform/application/Application.h"

@@ -1,8 +1,8 @@
 // The time to collect all parameters of an ad request on this machine and to write them as JSON.
 #include <string>
 
-#include "ads/loading/VADLocation.h"
-#include "ads/loading/VADRequestPrivate.h"
+#include "ads/request/VADLocation.h"
+#include "ads/request/VADRequestPrivate.h"
 #include "ads/support/VADMacros.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "benchmarks/Figures.h"

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "ads/api/VADConfiguration.h"
+#include "ads/request/VADConfiguration.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/base/GObjectPtr.h"
 #include "platform/storage/Bundle.h"

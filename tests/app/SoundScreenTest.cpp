@@ -2,7 +2,7 @@
 #include <gtkmm/button.h>
 #include <gtkmm/window.h>
 
-#include "ads/api/VADConfiguration.h"
+#include "ads/request/VADConfiguration.h"
 #include "app/quorbelViewController.h"
 #include "app/quorbeliPad.h"
 #include "platform/application/Appearance.h"

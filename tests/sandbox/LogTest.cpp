@@ -1,7 +1,7 @@
 // The log is correct, decrypted and bounded.
 #include <gtest/gtest.h>
 
-#include "ads/loading/VADLocation.h"
+#include "ads/request/VADLocation.h"
 #include "ads/signals/SealedSignals.h"
 #include "platform/base/Json.h"
 #include "sandbox/Http.h"

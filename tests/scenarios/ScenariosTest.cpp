@@ -4,9 +4,9 @@
 #include <filesystem>
 
 #include "ads/api/VADBannerView.h"
-#include "ads/api/VADConfiguration.h"
-#include "ads/api/VADRequestError.h"
 #include "ads/loading/VADObjectPrivate.h"
+#include "ads/request/VADConfiguration.h"
+#include "ads/request/VADRequestError.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/storage/Folders.h"

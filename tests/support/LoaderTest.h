@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "ads/api/VADBannerView.h"
-#include "ads/api/VADRequestError.h"
 #include "ads/loading/VADLaunchObserver.h"
 #include "ads/loading/VADObjectPrivate.h"
+#include "ads/request/VADRequestError.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADWebView.h"

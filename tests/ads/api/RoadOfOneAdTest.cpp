@@ -4,8 +4,8 @@
 #include <filesystem>
 
 #include "ads/api/VADBannerView.h"
-#include "ads/api/VADConfiguration.h"
-#include "ads/api/VADRequestError.h"
+#include "ads/request/VADConfiguration.h"
+#include "ads/request/VADRequestError.h"
 #include "ads/support/VADMacros.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/telemetry/VADStatistics.h"

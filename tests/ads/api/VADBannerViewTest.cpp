@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "ads/api/VADConfiguration.h"
+#include "ads/request/VADConfiguration.h"
 #include "tests/support/LoaderTest.h"
 
 namespace platform = valdren::platform;

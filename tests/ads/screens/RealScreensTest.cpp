@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/request/VADIdentifierUtilities.h"
 #include "ads/screens/VADBrowserController.h"
 #include "ads/screens/VADWebAppViewController.h"
 #include "ads/telemetry/VADStatistics.h"

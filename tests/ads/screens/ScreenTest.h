@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "ads/api/VADDelegateManager.h"
-#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/request/VADIdentifierUtilities.h"
 #include "ads/screens/VADViewController.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/ui/Window.h"

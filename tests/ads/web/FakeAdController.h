@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "ads/api/VADDelegateManager.h"
-#include "ads/loading/VADRequestPrivate.h"
+#include "ads/request/VADRequestPrivate.h"
 #include "ads/telemetry/VADTiming.h"
 #include "ads/web/VADAdController.h"
 #include "ads/web/VADWebView.h"

@@ -6,7 +6,7 @@
 
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
-#include "ads/support/VADNotificationCenter.h"
+#include "ads/web/VADNotificationCenter.h"
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADScreen.h"
 #include "ads/web/VADWebView.h"

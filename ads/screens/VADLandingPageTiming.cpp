@@ -1,4 +1,4 @@
-#include "ads/web/VADLandingPageTiming.h"
+#include "ads/screens/VADLandingPageTiming.h"
 
 #include "ads/telemetry/VADStatistics.h"
 

@@ -1,8 +1,8 @@
-#include "ads/api/VADRequestError.h"
+#include "ads/request/VADRequestError.h"
 
 #include <gtest/gtest.h>
 
-#include "ads/loading/VADRequestPrivate.h"
+#include "ads/request/VADRequestPrivate.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/Printing.h"

@@ -1,4 +1,4 @@
-#include "ads/loading/VADBirthday.h"
+#include "ads/request/VADBirthday.h"
 
 #include <chrono>
 #include <cmath>

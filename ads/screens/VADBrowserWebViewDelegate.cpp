@@ -1,8 +1,8 @@
-#include "ads/web/VADBrowserWebViewDelegate.h"
+#include "ads/screens/VADBrowserWebViewDelegate.h"
 
 #include "ads/screens/VADBrowserController.h"
+#include "ads/screens/VADLandingPageTiming.h"
 #include "ads/telemetry/VADStatistics.h"
-#include "ads/web/VADLandingPageTiming.h"
 #include "ads/web/VADOpener.h"
 
 namespace valdren {

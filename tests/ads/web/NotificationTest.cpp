@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "ads/support/VADNotificationCenter.h"
+#include "ads/web/VADNotificationCenter.h"
 #include "platform/application/ApplicationMain.h"
 #include "tests/support/FakeWebEngine.h"
 #include "tests/support/Fakes.h"

@@ -1,4 +1,4 @@
-#include "ads/loading/VADLocation.h"
+#include "ads/request/VADLocation.h"
 
 #include <gtest/gtest.h>
 

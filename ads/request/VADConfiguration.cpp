@@ -1,4 +1,4 @@
-#include "ads/api/VADConfiguration.h"
+#include "ads/request/VADConfiguration.h"
 
 namespace valdren {
 namespace {

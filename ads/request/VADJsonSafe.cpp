@@ -1,4 +1,4 @@
-#include "ads/loading/VADJsonSafe.h"
+#include "ads/request/VADJsonSafe.h"
 
 #include <cmath>
 

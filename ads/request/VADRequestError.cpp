@@ -1,8 +1,8 @@
-#include "ads/api/VADRequestError.h"
+#include "ads/request/VADRequestError.h"
 
-#include "ads/api/VADRequest.h"
-#include "ads/loading/VADIdentifierUtilities.h"
-#include "ads/loading/VADRequestPrivate.h"
+#include "ads/request/VADIdentifierUtilities.h"
+#include "ads/request/VADRequest.h"
+#include "ads/request/VADRequestPrivate.h"
 
 namespace valdren {
 namespace {

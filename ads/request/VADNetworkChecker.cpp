@@ -1,4 +1,4 @@
-#include "ads/support/VADNetworkChecker.h"
+#include "ads/request/VADNetworkChecker.h"
 
 namespace valdren {
 namespace {

@@ -1,4 +1,4 @@
-#include "ads/support/VADNotificationCenter.h"
+#include "ads/web/VADNotificationCenter.h"
 
 #include "ads/support/VADMacros.h"
 #include "ads/support/VADNotification.h"

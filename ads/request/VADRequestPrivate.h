@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "ads/api/VADRequest.h"
-#include "ads/loading/VADLocation.h"
+#include "ads/request/VADLocation.h"
+#include "ads/request/VADRequest.h"
 
 namespace valdren {
 

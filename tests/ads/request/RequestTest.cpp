@@ -3,12 +3,12 @@
 #include <cmath>
 #include <ctime>
 
-#include "ads/loading/VADBirthday.h"
-#include "ads/loading/VADIdentifierUtilities.h"
-#include "ads/loading/VADRequestPrivate.h"
+#include "ads/request/VADBirthday.h"
+#include "ads/request/VADIdentifierUtilities.h"
+#include "ads/request/VADNetworkChecker.h"
+#include "ads/request/VADRequestPrivate.h"
 #include "ads/signals/Signals.h"
 #include "ads/support/VADMacros.h"
-#include "ads/support/VADNetworkChecker.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/base/Json.h"
 #include "tests/support/FakeApplication.h"

@@ -3,7 +3,7 @@
 #include <climits>
 #include <tuple>
 
-#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/request/VADIdentifierUtilities.h"
 #include "platform/base/Json.h"
 #include "platform/storage/Bundle.h"
 #include "tests/support/FakeApplication.h"

@@ -1,11 +1,11 @@
-#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/request/VADIdentifierUtilities.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <limits>
 #include <tuple>
 
-#include "ads/loading/VADJsonSafe.h"
+#include "ads/request/VADJsonSafe.h"
 #include "ads/support/VADNumberUtilities.h"
 #include "platform/application/Application.h"
 #include "platform/base/Crypto.h"

@@ -1,10 +1,10 @@
-#include "ads/web/VADWebAppWebViewDelegate.h"
+#include "ads/screens/VADWebAppWebViewDelegate.h"
 
-#include "ads/api/VADRequest.h"
-#include "ads/loading/VADIdentifierUtilities.h"
+#include "ads/request/VADIdentifierUtilities.h"
+#include "ads/request/VADRequest.h"
+#include "ads/screens/VADLandingPageTiming.h"
 #include "ads/screens/VADWebAppViewControllerPrivate.h"
-#include "ads/support/VADNotificationCenter.h"
-#include "ads/web/VADLandingPageTiming.h"
+#include "ads/web/VADNotificationCenter.h"
 #include "ads/web/VADOpener.h"
 #include "platform/base/RunLoop.h"
 

@@ -1,13 +1,13 @@
-#include "ads/loading/VADRequestPrivate.h"
+#include "ads/request/VADRequestPrivate.h"
 
 #include <algorithm>
 #include <cstdio>
 
-#include "ads/loading/VADBirthday.h"
-#include "ads/loading/VADIdentifierUtilities.h"
-#include "ads/loading/VADJsonSafe.h"
+#include "ads/request/VADBirthday.h"
+#include "ads/request/VADIdentifierUtilities.h"
+#include "ads/request/VADJsonSafe.h"
+#include "ads/request/VADNetworkChecker.h"
 #include "ads/signals/Signals.h"
-#include "ads/support/VADNetworkChecker.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/base/Log.h"
 #include "platform/base/Text.h"
