@@ -15,7 +15,8 @@ VADBannerView::VADBannerView(const platform::Rect& frame) : View(frame) {
 
 void VADBannerView::commonInitializer() {
   setBackgroundColor(platform::Color::clear());
-  VADPrivateUtilities::setPrivateObject(VADObjectPrivate::initWithView(*this), this);
+  VADPrivateUtilities::setPrivateObject(
+      VADObjectPrivate::initWithView(*this, std::make_shared<VADDelegateManager>()), this);
 }
 
 VADBannerView::~VADBannerView() {
@@ -27,6 +28,11 @@ VADBannerView::~VADBannerView() {
 
 std::shared_ptr<VADObjectPrivate> VADBannerView::loader() const {
   return VADPrivateUtilities::privateObjectForKey<VADObjectPrivate>(this);
+}
+
+/// The loader knows the one that it was made with as what it tells its events.
+std::shared_ptr<VADDelegateManager> VADBannerView::delegateManager() const {
+  return std::static_pointer_cast<VADDelegateManager>(loader()->delegateManager());
 }
 
 std::string VADBannerView::adUnitID() const {
@@ -46,12 +52,12 @@ void VADBannerView::setRootViewController(platform::ViewController* controller) 
 }
 
 VADBannerViewDelegate* VADBannerView::delegate() const {
-  return loader()->delegateManager()->bannerDelegate();
+  return delegateManager()->bannerDelegate();
 }
 
 void VADBannerView::setDelegate(VADBannerViewDelegate* delegate) {
-  loader()->delegateManager()->setBannerDelegate(delegate);
-  loader()->delegateManager()->setAdView(this);
+  delegateManager()->setBannerDelegate(delegate);
+  delegateManager()->setAdView(this);
 }
 
 const std::shared_ptr<VADWebView>& VADBannerView::webView() const {
@@ -78,8 +84,7 @@ void VADBannerView::loadRequest(const std::shared_ptr<VADRequest>& request) {
   platform::log(
       "<Valdren> Must set the rootViewController property of VADBannerView before calling "
       "loadRequest:");
-  const std::shared_ptr<VADDelegateManager> manager = loader()->delegateManager();
-  manager->didFailToReceiveAdWithError(
+  delegateManager()->didFailToReceiveAdWithError(
       VADRequestError::errorWithCode(kVADErrorInvalidRequest, request.get()));
 }
 

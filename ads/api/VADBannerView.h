@@ -12,6 +12,7 @@
 
 namespace valdren {
 
+class VADDelegateManager;
 class VADObjectPrivate;
 class VADWebView;
 
@@ -58,6 +59,7 @@ class VADBannerView : public platform::View {
  private:
   void commonInitializer();
   std::shared_ptr<VADObjectPrivate> loader() const;
+  std::shared_ptr<VADDelegateManager> delegateManager() const;
 };
 
 }  // namespace valdren

@@ -7,6 +7,7 @@
 
 #include "ads/api/VADBannerViewDelegate.h"
 #include "ads/request/VADRequestError.h"
+#include "ads/web/VADAdEvents.h"
 #include "platform/base/WeakPtr.h"
 
 namespace valdren {
@@ -16,7 +17,8 @@ class VADBannerView;
 /// Up to three delegates, none of them owned; a dead one counts as none. An event raised on another
 /// thread is delivered on the main thread before the raising call returns. A delegate may release
 /// whatever it likes during a callback.
-class VADDelegateManager : public std::enable_shared_from_this<VADDelegateManager> {
+class VADDelegateManager final : public VADAdEvents,
+                                 public std::enable_shared_from_this<VADDelegateManager> {
  public:
   VADBannerViewDelegate* bannerDelegate() const { return bannerDelegate_.get(); }
   void setBannerDelegate(VADBannerViewDelegate* delegate) { bannerDelegate_ = delegate; }
@@ -37,12 +39,12 @@ class VADDelegateManager : public std::enable_shared_from_this<VADDelegateManage
     sdkInterstitialDelegate_ = delegate;
   }
 
-  void didReceiveAd();
-  void didFailToReceiveAdWithError(const VADRequestError& error);
-  void willPresentScreen();
-  void willDismissScreen();
-  void didDismissScreen();
-  void willLeaveApplication();
+  void didReceiveAd() override;
+  void didFailToReceiveAdWithError(const VADRequestError& error) override;
+  void willPresentScreen() override;
+  void willDismissScreen() override;
+  void didDismissScreen() override;
+  void willLeaveApplication() override;
 
   /// Whether the delegate is there and wants the operation.
   template <class Delegate>

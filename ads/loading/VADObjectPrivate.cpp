@@ -4,6 +4,8 @@
 #include "ads/loading/VADResponseHeaders.h"
 #include "ads/request/VADConfiguration.h"
 #include "ads/request/VADIdentifierUtilities.h"
+#include "ads/request/VADRequestError.h"
+#include "ads/screens/VADScreenOpener.h"
 #include "ads/screens/VADViewController.h"
 #include "ads/signals/Signals.h"
 #include "ads/support/VADMacros.h"
@@ -56,15 +58,19 @@ bool VADObjectPrivate::didAppFinishLaunching() {
   return VADLaunchObserver::shared().didAppFinishLaunching();
 }
 
-std::shared_ptr<VADObjectPrivate> VADObjectPrivate::initWithView(platform::View& view) {
-  const std::shared_ptr<VADObjectPrivate> loader(new VADObjectPrivate(view.bounds()));
+std::shared_ptr<VADObjectPrivate> VADObjectPrivate::initWithView(
+    platform::View& view, std::shared_ptr<VADAdEvents> delegateManager) {
+  const std::shared_ptr<VADObjectPrivate> loader(
+      new VADObjectPrivate(view.bounds(), std::move(delegateManager)));
   loader->adView_ = &view;
   view.addSubview(loader->webView_);
   return loader;
 }
 
-VADObjectPrivate::VADObjectPrivate(const platform::Rect& frame)
-    : webView_(std::make_shared<VADWebView>(frame)),
+VADObjectPrivate::VADObjectPrivate(const platform::Rect& frame,
+                                   std::shared_ptr<VADAdEvents> delegateManager)
+    : delegateManager_(std::move(delegateManager)),
+      webView_(std::make_shared<VADWebView>(frame)),
       adURLBuilder_({.loadAdURL = [this](const auto& userInfo) { loadAdURL(userInfo); },
                      .invalidRequest = [this](const auto& userInfo) { invalidRequest(userInfo); },
                      .unableToServe = [this](const auto& userInfo) { unableToServe(userInfo); },
@@ -73,7 +79,7 @@ VADObjectPrivate::VADObjectPrivate(const platform::Rect& frame)
   webView_->setScalesPageToFit(false);
   webView_->setMediaPlaybackRequiresUserAction(true);
   webView_->setHidden(true);
-  webViewDelegate_ = VADBannerWebViewDelegate::initWithObjectPrivate(*this);
+  webViewDelegate_ = VADBannerWebViewDelegate::initWithObjectPrivate(*this, openerWithScreens());
   observeNotifications();
 }
 

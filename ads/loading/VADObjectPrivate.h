@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "ads/api/VADDelegateManager.h"
 #include "ads/loading/VADAdURLBuilder.h"
 #include "ads/loading/VADReloadTimer.h"
 #include "ads/loading/VADScriptFreshness.h"
@@ -17,6 +16,7 @@
 #include "ads/support/VADCachedFile.h"
 #include "ads/telemetry/VADClickTracker.h"
 #include "ads/web/VADAdController.h"
+#include "ads/web/VADAdEvents.h"
 #include "ads/web/VADScreen.h"
 #include "platform/base/RunLoop.h"
 #include "platform/ui/View.h"
@@ -37,8 +37,10 @@ class VADObjectPrivate final : public VADAdController,
   /// So long may the page of an ad take until all of it is there, in seconds.
   static constexpr double kShowSeconds = 30;
 
-  /// A loader for the view, which it does not own. Adds its web view to it.
-  static std::shared_ptr<VADObjectPrivate> initWithView(platform::View& view);
+  /// A loader for the view, which it does not own. Adds its web view to it. The delegate manager is
+  /// told what happens.
+  static std::shared_ptr<VADObjectPrivate> initWithView(
+      platform::View& view, std::shared_ptr<VADAdEvents> delegateManager);
   ~VADObjectPrivate();
   VADObjectPrivate(const VADObjectPrivate&) = delete;
   VADObjectPrivate& operator=(const VADObjectPrivate&) = delete;
@@ -85,9 +87,7 @@ class VADObjectPrivate final : public VADAdController,
   void changeState(VADState state) override;
   double timeLastLoaded() const override { return timeLastLoaded_; }
   const std::shared_ptr<VADRequestPrivate>& request() const override { return request_; }
-  const std::shared_ptr<VADDelegateManager>& delegateManager() const override {
-    return delegateManager_;
-  }
+  const std::shared_ptr<VADAdEvents>& delegateManager() const override { return delegateManager_; }
   const std::shared_ptr<VADWebView>& webView() const override { return webView_; }
   std::vector<platform::URL> pendingTrackingURLs() const override { return pendingTrackingURLs_; }
   std::vector<platform::URL> pendingClickURLs() const override { return pendingClickURLs_; }
@@ -99,7 +99,7 @@ class VADObjectPrivate final : public VADAdController,
   const std::set<std::shared_ptr<VADClickTracker>>& pendingTrackers() const { return trackers_; }
 
  private:
-  explicit VADObjectPrivate(const platform::Rect& frame);
+  VADObjectPrivate(const platform::Rect& frame, std::shared_ptr<VADAdEvents> delegateManager);
   void observeNotifications();
 
   static std::shared_ptr<VADRequestPrivate> privateRequestWithRequest(
@@ -153,7 +153,7 @@ class VADObjectPrivate final : public VADAdController,
 
   platform::WeakPtr<platform::View> adView_;
   std::string adUnitID_;
-  std::shared_ptr<VADDelegateManager> delegateManager_ = std::make_shared<VADDelegateManager>();
+  std::shared_ptr<VADAdEvents> delegateManager_;
   platform::WeakPtr<platform::ViewController> rootViewController_;
   std::shared_ptr<VADWebView> webView_;
   std::shared_ptr<VADBannerWebViewDelegate> webViewDelegate_;

@@ -2,8 +2,8 @@
 
 #include "ads/screens/VADBrowserController.h"
 #include "ads/screens/VADLandingPageTiming.h"
+#include "ads/screens/VADScreenOpener.h"
 #include "ads/telemetry/VADStatistics.h"
-#include "ads/web/VADOpener.h"
 
 namespace valdren {
 
@@ -13,7 +13,7 @@ std::shared_ptr<VADBrowserWebViewDelegate> VADBrowserWebViewDelegate::initWithBr
 }
 
 VADBrowserWebViewDelegate::VADBrowserWebViewDelegate(VADBrowserController& browser)
-    : browserController_(&browser) {}
+    : VADWebViewDelegate(openerWithScreens()), browserController_(&browser) {}
 
 VADBrowserWebViewDelegate::~VADBrowserWebViewDelegate() {
   invalidateWeakReferences();

@@ -1,10 +1,10 @@
 #include "ads/screens/VADViewController.h"
 
-#include "ads/api/VADDelegateManager.h"
 #include "ads/request/VADIdentifierUtilities.h"
 #include "ads/screens/VADViewControllerPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
+#include "ads/web/VADAdEvents.h"
 #include "ads/web/VADNotificationCenter.h"
 #include "platform/application/Application.h"
 #include "platform/base/Log.h"
@@ -248,10 +248,10 @@ platform::WebView* VADViewController::openingWebView() const {
 void VADViewController::setOpeningWebView(platform::WeakPtr<platform::WebView> webView) {
   private_->openingWebView = webView;
 }
-const std::shared_ptr<VADDelegateManager>& VADViewController::delegateManager() const {
+const std::shared_ptr<VADAdEvents>& VADViewController::delegateManager() const {
   return private_->delegateManager;
 }
-void VADViewController::setDelegateManager(std::shared_ptr<VADDelegateManager> manager) {
+void VADViewController::setDelegateManager(std::shared_ptr<VADAdEvents> manager) {
   private_->delegateManager = std::move(manager);
 }
 bool VADViewController::statusBarWasHidden() const {

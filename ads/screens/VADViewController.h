@@ -12,13 +12,13 @@
 
 namespace valdren {
 
-class VADDelegateManager;
+class VADAdEvents;
 struct VADViewControllerPrivate;
 
 /// From presenting until relinquishing, a screen keeps itself alive. Only the first screen of a
 /// stack talks to the delegate manager and touches the status bar and the idle timer. Made by
 /// `create`, here and in subclasses. Main thread only.
-class VADViewController : public platform::ViewController, public VADRelinquishableScreen {
+class VADViewController : public platform::ViewController, public VADScreen {
  public:
   static std::shared_ptr<VADViewController> create();
   ~VADViewController() override;
@@ -27,7 +27,7 @@ class VADViewController : public platform::ViewController, public VADRelinquisha
   /// is a screen of this kind. Without a host, logs so. Nothing is shown or announced when the
   /// screen is up already, when the other one cannot present (it presents something, or is in no
   /// window) and beyond 16 screens of this kind on top of each other.
-  void presentFromViewController(platform::ViewController* host);
+  void presentFromViewController(platform::ViewController* host) override;
   /// Takes this screen, and those presented over it, off the display; nothing unless it is up.
   void relinquishScreen() override;
 
@@ -43,8 +43,8 @@ class VADViewController : public platform::ViewController, public VADRelinquisha
   /// The web view that opened this screen; not owned.
   platform::WebView* openingWebView() const;
   void setOpeningWebView(platform::WeakPtr<platform::WebView> webView);
-  const std::shared_ptr<VADDelegateManager>& delegateManager() const;
-  void setDelegateManager(std::shared_ptr<VADDelegateManager> manager);
+  const std::shared_ptr<VADAdEvents>& delegateManager() const;
+  void setDelegateManager(std::shared_ptr<VADAdEvents> manager);
   bool statusBarWasHidden() const;
   void setStatusBarWasHidden(bool hidden);
 

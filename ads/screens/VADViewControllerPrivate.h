@@ -9,7 +9,7 @@
 
 namespace valdren {
 
-class VADDelegateManager;
+class VADAdEvents;
 class VADViewController;
 
 struct VADViewControllerPrivate : public virtual platform::Trackable {
@@ -17,7 +17,7 @@ struct VADViewControllerPrivate : public virtual platform::Trackable {
 
   int supportedOrientations = kVADOrientationAny;
   platform::WeakPtr<platform::WebView> openingWebView;
-  std::shared_ptr<VADDelegateManager> delegateManager;
+  std::shared_ptr<VADAdEvents> delegateManager;
   bool statusBarWasHidden = false;
   bool publisherIdleTimerDisabled = false;
   /// The screen sends the user out of the application.

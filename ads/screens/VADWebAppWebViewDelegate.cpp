@@ -3,9 +3,9 @@
 #include "ads/request/VADIdentifierUtilities.h"
 #include "ads/request/VADRequest.h"
 #include "ads/screens/VADLandingPageTiming.h"
+#include "ads/screens/VADScreenOpener.h"
 #include "ads/screens/VADWebAppViewControllerPrivate.h"
 #include "ads/web/VADNotificationCenter.h"
-#include "ads/web/VADOpener.h"
 #include "platform/base/RunLoop.h"
 
 namespace valdren {
@@ -21,7 +21,7 @@ std::shared_ptr<VADWebAppWebViewDelegate> VADWebAppWebViewDelegate::initWithWebA
 }
 
 VADWebAppWebViewDelegate::VADWebAppWebViewDelegate(VADWebAppViewControllerPrivate& webAppPrivate)
-    : webAppPrivate_(&webAppPrivate) {}
+    : VADWebViewDelegate(openerWithScreens()), webAppPrivate_(&webAppPrivate) {}
 
 VADWebAppWebViewDelegate::~VADWebAppWebViewDelegate() {
   invalidateWeakReferences();

@@ -10,7 +10,7 @@
 
 namespace valdren {
 
-class VADDelegateManager;
+class VADAdEvents;
 class VADRequestPrivate;
 class VADWebView;
 
@@ -39,7 +39,7 @@ class VADAdController : public virtual platform::Trackable,
   /// The request in force; null before the first.
   virtual const std::shared_ptr<VADRequestPrivate>& request() const = 0;
   /// Never null.
-  virtual const std::shared_ptr<VADDelegateManager>& delegateManager() const = 0;
+  virtual const std::shared_ptr<VADAdEvents>& delegateManager() const = 0;
   /// Null when the publisher has set none, or when it is gone.
   virtual platform::ViewController* rootViewController() const = 0;
   /// The view that shows the ad. Never null.

@@ -1,10 +1,10 @@
 #include "ads/web/VADBannerWebViewDelegate.h"
 
-#include "ads/api/VADDelegateManager.h"
 #include "ads/request/VADRequestError.h"
 #include "ads/request/VADRequestPrivate.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/telemetry/VADTiming.h"
+#include "ads/web/VADAdEvents.h"
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADWebView.h"
 
@@ -19,11 +19,6 @@ std::shared_ptr<VADAdController> kept(const platform::WeakPtr<VADAdController>& 
 }
 
 }  // namespace
-
-std::shared_ptr<VADBannerWebViewDelegate> VADBannerWebViewDelegate::initWithObjectPrivate(
-    VADAdController& loader) {
-  return initWithObjectPrivate(loader, std::make_unique<VADOpener>());
-}
 
 std::shared_ptr<VADBannerWebViewDelegate> VADBannerWebViewDelegate::initWithObjectPrivate(
     VADAdController& loader, std::unique_ptr<VADOpener> opener) {

@@ -12,8 +12,6 @@ namespace valdren {
 class VADBannerWebViewDelegate final : public VADWebViewDelegate {
  public:
   /// Becomes the delegate of the loader's web view. The loader is not owned.
-  static std::shared_ptr<VADBannerWebViewDelegate> initWithObjectPrivate(VADAdController& loader);
-  /// The same with an opener of the caller's.
   static std::shared_ptr<VADBannerWebViewDelegate> initWithObjectPrivate(
       VADAdController& loader, std::unique_ptr<VADOpener> opener);
   ~VADBannerWebViewDelegate() override;

@@ -1,12 +1,10 @@
 #include "ads/web/VADOpener.h"
 
-#include "ads/api/VADDelegateManager.h"
-#include "ads/screens/VADBrowserController.h"
-#include "ads/screens/VADWebAppViewController.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
 #include "ads/telemetry/VADClickTracker.h"
 #include "ads/telemetry/VADStatistics.h"
+#include "ads/web/VADAdEvents.h"
 #include "ads/web/VADScreen.h"
 #include "ads/web/VADWebViewDelegate.h"
 #include "platform/application/Application.h"
@@ -31,7 +29,7 @@ void trackClickURLs(const platform::WeakPtr<VADAdController>& adController) {
 }
 
 /// Owns what it needs: a URL on its way out is opened even when the opener's page is gone by then.
-void leaveFor(const platform::URL& url, const std::shared_ptr<VADDelegateManager>& delegateManager,
+void leaveFor(const platform::URL& url, const std::shared_ptr<VADAdEvents>& delegateManager,
               const platform::WeakPtr<VADAdController>& adController) {
   trackClickURLs(adController);
   if (VADClickTracker::activeTrackings() && repeatCount++ < kMostRetries) {
@@ -95,42 +93,28 @@ void VADOpener::didOpen() {
 
 void VADOpener::openBrowserToURL(const std::optional<platform::URL>& url,
                                  int supportedOrientations) {
-  if (!viewController() || !url) return;
-  const auto browser = VADBrowserController::create();
-  browser->setSupportedOrientations(supportedOrientations);
-  browser->setOpeningWebView(openingWebView_);
-  browser->load(url, referringURL_);
-  browser->setDelegateManager(delegateManager_);
-  present(*browser);
+  if (!canOpenScreens() || !url) return;
+  present(*screens_->browser(optionsFor(supportedOrientations), *url, referringURL_));
 }
 
 void VADOpener::openWebApp(const std::optional<platform::URL>& url, int supportedOrientations) {
-  if (!viewController() || !url) return;
-  const auto webApp = webAppOrientations(supportedOrientations);
-  webApp->load(url);
-  present(*webApp);
+  if (!canOpenScreens() || !url) return;
+  present(*screens_->webApp(optionsFor(supportedOrientations), *url));
 }
 
 void VADOpener::openWebAppWithHTML(const std::optional<std::string>& html,
                                    int supportedOrientations) {
-  if (!viewController() || !html) return;
-  const auto webApp = webAppOrientations(supportedOrientations);
-  if (openingWebView()) {
-    webApp->setOriginOfGivenPage(VADWebViewDelegate::originOfPage(*openingWebView()));
-  }
-  webApp->loadHTML(html, std::nullopt);
-  present(*webApp);
+  if (!canOpenScreens() || !html) return;
+  std::optional<std::string> origin;
+  if (openingWebView()) origin = VADWebViewDelegate::originOfPage(*openingWebView());
+  present(*screens_->webAppWithHTML(optionsFor(supportedOrientations), *html, origin));
 }
 
-std::shared_ptr<VADWebAppViewController> VADOpener::webAppOrientations(int code) {
-  auto webApp = VADWebAppViewController::create();
-  webApp->setSupportedOrientations(code);
-  webApp->setOpeningWebView(openingWebView_);
-  webApp->setDelegateManager(delegateManager_);
-  return webApp;
+VADScreenOptions VADOpener::optionsFor(int supportedOrientations) const {
+  return {supportedOrientations, openingWebView_, delegateManager_};
 }
 
-void VADOpener::present(VADViewController& screen) {
+void VADOpener::present(VADScreen& screen) {
   // Presenting tells the publisher, who may throw the ad away, and this opener with it.
   const platform::WeakPtr<VADAdController> adController = adController_;
   screen.presentFromViewController(viewController());

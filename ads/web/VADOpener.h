@@ -13,16 +13,19 @@
 
 namespace valdren {
 
-class VADDelegateManager;
+class VADAdEvents;
 class VADNotification;
-class VADViewController;
-class VADWebAppViewController;
+class VADScreen;
+class VADScreenFactory;
+struct VADScreenOptions;
 
 /// Each web view delegate owns one. Quietly does nothing where the destination, or the view
 /// controller to present over, is missing. Main thread only.
 class VADOpener : public platform::MailComposerDelegate {
  public:
-  VADOpener() = default;
+  /// The screens outlive the opener. Without any it opens pages nowhere, but still mails and
+  /// applications.
+  explicit VADOpener(VADScreenFactory* screens = nullptr) : screens_(screens) {}
   virtual ~VADOpener() { invalidateWeakReferences(); }
   VADOpener(const VADOpener&) = delete;
   VADOpener& operator=(const VADOpener&) = delete;
@@ -38,16 +41,14 @@ class VADOpener : public platform::MailComposerDelegate {
   virtual void openApp(const std::optional<platform::URL>& url);
   /// Shows a mail composer filled in from a "mailto:" URL.
   virtual void openEmailComposer(const std::optional<platform::URL>& url);
-  /// A web app screen that opens for this opener, with nothing to load yet.
-  std::shared_ptr<VADWebAppViewController> webAppOrientations(int code);
   /// Fires the click pings of the ad.
   void didOpen();
   /// Gives the keyboard back to the screen; the result does not matter.
   void mailComposerDidFinish(platform::MailComposer& composer,
                              platform::MailResult result) override;
 
-  const std::shared_ptr<VADDelegateManager>& delegateManager() const { return delegateManager_; }
-  void setDelegateManager(std::shared_ptr<VADDelegateManager> manager) {
+  const std::shared_ptr<VADAdEvents>& delegateManager() const { return delegateManager_; }
+  void setDelegateManager(std::shared_ptr<VADAdEvents> manager) {
     delegateManager_ = std::move(manager);
   }
   /// The screen to present over; not owned.
@@ -70,9 +71,12 @@ class VADOpener : public platform::MailComposerDelegate {
   }
 
  private:
-  void present(VADViewController& screen);
+  bool canOpenScreens() const { return screens_ && viewController(); }
+  VADScreenOptions optionsFor(int supportedOrientations) const;
+  void present(VADScreen& screen);
 
-  std::shared_ptr<VADDelegateManager> delegateManager_;
+  VADScreenFactory* screens_;
+  std::shared_ptr<VADAdEvents> delegateManager_;
   platform::WeakPtr<platform::ViewController> viewController_;
   std::optional<platform::URL> referringURL_;
   platform::WeakPtr<platform::WebView> openingWebView_;

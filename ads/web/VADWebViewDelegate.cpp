@@ -135,7 +135,7 @@ void VADWebViewDelegate::performMessage(const VADNotification& notification,
   if (name == "click") {
     trackURLString(parameters.text("u"), true);
   } else if (name == "close") {
-    auto* const screen = dynamic_cast<VADRelinquishableScreen*>(viewController());
+    auto* const screen = dynamic_cast<VADScreen*>(viewController());
     if (screen) screen->relinquishScreen();
   } else if (name == "httpTrack") {
     trackURLString(parameters.text("u"), false);

@@ -28,7 +28,9 @@ inline constexpr const char* VADWebViewDelegateDidReceiveWebAction = "didReceive
 class VADWebViewDelegate : public platform::WebViewDelegate,
                            public std::enable_shared_from_this<VADWebViewDelegate> {
  public:
+  /// Its pages open no screens.
   VADWebViewDelegate();
+  explicit VADWebViewDelegate(std::unique_ptr<VADOpener> opener);
   virtual ~VADWebViewDelegate();
   VADWebViewDelegate(const VADWebViewDelegate&) = delete;
   VADWebViewDelegate& operator=(const VADWebViewDelegate&) = delete;
@@ -77,8 +79,6 @@ class VADWebViewDelegate : public platform::WebViewDelegate,
   static int intForKey(std::string_view key, const platform::Dictionary& dictionary);
 
  protected:
-  explicit VADWebViewDelegate(std::unique_ptr<VADOpener> opener);
-
   /// The origin that a page without an address of its own has from the one that gave it.
   virtual std::optional<std::string> originOfGivenPage() const { return std::nullopt; }
   /// Called once, after the first page has been loaded.

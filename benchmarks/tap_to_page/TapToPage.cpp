@@ -8,9 +8,9 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "ads/screens/VADScreenOpener.h"
 #include "ads/screens/VADViewController.h"
 #include "ads/valdren.h"
-#include "ads/web/VADOpener.h"
 #include "benchmarks/Figures.h"
 #include "benchmarks/support/BareView.h"
 #include "benchmarks/support/Family.h"
@@ -74,7 +74,7 @@ class Application final : public valdren::VADBannerViewDelegate {
     screen_->view()->addSubview(banner_);
     banner_->loadRequest(valdren::VADRequest::request());
     if (!runUntil([this] { return received_; }, kPatience)) std::puts("The ad did not come.");
-    opener_.setViewController(screen_.get());
+    opener_->setViewController(screen_.get());
     runFor(1);
   }
 
@@ -83,8 +83,8 @@ class Application final : public valdren::VADBannerViewDelegate {
     banner_->hitTest({160, 25}, platform::EventType::Touches);
     runFor(kPressSeconds);
   }
-  void openBrowser(const platform::URL& url) { opener_.openBrowserToURL(url, 1); }
-  void openWebApp(const platform::URL& url) { opener_.openWebApp(url, 1); }
+  void openBrowser(const platform::URL& url) { opener_->openBrowserToURL(url, 1); }
+  void openWebApp(const platform::URL& url) { opener_->openWebApp(url, 1); }
   bool isOpen() const { return screen_->modalViewController() != nullptr; }
   void close() {
     auto* const modal =
@@ -105,7 +105,7 @@ class Application final : public valdren::VADBannerViewDelegate {
   std::shared_ptr<valdren::VADBannerView> banner_ =
       std::make_shared<valdren::VADBannerView>(platform::Rect{0, 500, 320, 50});
   bool received_ = false;
-  valdren::VADOpener opener_;
+  std::unique_ptr<valdren::VADOpener> opener_ = valdren::openerWithScreens();
 };
 
 Tap tapOurs(Application& application, const platform::URL& url) {

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "ads/screens/VADScreenOpener.h"
 #include "ads/screens/VADWebAppViewControllerPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "tests/ads/screens/ScreenTest.h"
@@ -183,7 +184,7 @@ TEST_F(VADWebAppViewControllerTest, APageReachesTheOneThatOpenedItIfItIsItsOwn) 
        [&](auto& opener, auto&) { show(opener, "http://bank.test/"); }, false},
   };
   const auto opener = std::make_shared<VADWebView>();
-  const auto delegate = std::make_shared<VADWebViewDelegate>();
+  const auto delegate = std::make_shared<VADWebViewDelegate>(openerWithScreens());
   opener->setDelegate(delegate.get());
   delegate->setViewController(host.get());
   FakeWebEngine& below = FakeWebEngines::of(*opener);

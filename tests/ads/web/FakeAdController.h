@@ -4,17 +4,35 @@
 #include <string>
 #include <vector>
 
-#include "ads/api/VADDelegateManager.h"
+#include "ads/request/VADRequestError.h"
 #include "ads/request/VADRequestPrivate.h"
 #include "ads/telemetry/VADTiming.h"
 #include "ads/web/VADAdController.h"
+#include "ads/web/VADAdEvents.h"
 #include "ads/web/VADWebView.h"
 
 namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-/// Records each "state NUMBER" and "track URL" in `events`, which outlives it.
+/// Records what a publisher is told of ads and errors in `events`, which outlives it.
+class AdEventRecord final : public valdren::VADAdEvents {
+ public:
+  explicit AdEventRecord(std::vector<std::string>& events) : events_(events) {}
+  void didReceiveAd() override { events_.push_back("received"); }
+  void didFailToReceiveAdWithError(const valdren::VADRequestError& error) override {
+    events_.push_back("failed " + std::to_string(error.code()));
+  }
+  void willPresentScreen() override {}
+  void willDismissScreen() override {}
+  void didDismissScreen() override {}
+  void willLeaveApplication() override {}
+
+ private:
+  std::vector<std::string>& events_;
+};
+
+/// Records its events, each "state NUMBER" and "track URL" in `events`, which outlives it.
 class FakeAdController final : public valdren::VADAdController {
  public:
   explicit FakeAdController(std::vector<std::string>& events) : events_(events) {}
@@ -27,9 +45,7 @@ class FakeAdController final : public valdren::VADAdController {
   }
   double timeLastLoaded() const override { return shownAt; }
   const std::shared_ptr<valdren::VADRequestPrivate>& request() const override { return request_; }
-  const std::shared_ptr<valdren::VADDelegateManager>& delegateManager() const override {
-    return manager_;
-  }
+  const std::shared_ptr<valdren::VADAdEvents>& delegateManager() const override { return manager_; }
   platform::ViewController* rootViewController() const override { return root.get(); }
   const std::shared_ptr<valdren::VADWebView>& webView() const override { return webView_; }
   std::vector<platform::URL> pendingTrackingURLs() const override {
@@ -50,8 +66,7 @@ class FakeAdController final : public valdren::VADAdController {
   std::vector<std::string>& events_;
   std::shared_ptr<valdren::VADRequestPrivate> request_ =
       std::make_shared<valdren::VADRequestPrivate>();
-  std::shared_ptr<valdren::VADDelegateManager> manager_ =
-      std::make_shared<valdren::VADDelegateManager>();
+  std::shared_ptr<valdren::VADAdEvents> manager_ = std::make_shared<AdEventRecord>(events_);
   std::shared_ptr<valdren::VADWebView> webView_ = std::make_shared<valdren::VADWebView>();
 };
 

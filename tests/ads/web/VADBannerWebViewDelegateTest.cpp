@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "ads/api/VADBannerView.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "ads/telemetry/VADTiming.h"
 #include "ads/web/VADOpener.h"
@@ -24,33 +23,15 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Events = std::vector<std::string>;
 
-/// Stands for the publisher.
-class Publisher final : public VADBannerViewDelegate {
- public:
-  explicit Publisher(Events& events) : events_(events) {}
-  ~Publisher() { invalidateWeakReferences(); }
-  void adViewDidReceiveAd(VADBannerView&) override { events_.push_back("received"); }
-  void adViewDidFailToReceiveAdWithError(VADBannerView&, const VADRequestError& error) override {
-    events_.push_back("failed " + std::to_string(error.code()));
-  }
-
- private:
-  Events& events_;
-};
-
 class VADBannerWebViewDelegateTest : public ::testing::Test {
  protected:
   VADBannerWebViewDelegateTest() {
     VADStatistics::releaseSharedStatistics();
-    publisherBanner->setDelegate(&publisher);
-    loader->delegateManager()->setBannerDelegate(&publisher);
-    loader->delegateManager()->setAdView(publisherBanner.get());
     delegate = VADBannerWebViewDelegate::initWithObjectPrivate(
         *loader, std::make_unique<quorbel_tests::RecordingOpener>(events));
   }
   ~VADBannerWebViewDelegateTest() override {
     delegate.reset();
-    publisherBanner.reset();
     VADStatistics::releaseSharedStatistics();
   }
   quorbel_tests::FakeWebEngine& page() {
@@ -75,10 +56,8 @@ class VADBannerWebViewDelegateTest : public ::testing::Test {
   quorbel_tests::FakeUserDefaults defaults;
   quorbel_tests::FakeApplication application;
   Events events;
-  Publisher publisher{events};
   std::shared_ptr<quorbel_tests::FakeAdController> loader =
       std::make_shared<quorbel_tests::FakeAdController>(events);
-  std::shared_ptr<VADBannerView> publisherBanner = std::make_shared<VADBannerView>();
   std::shared_ptr<VADBannerWebViewDelegate> delegate;
 };
 

@@ -2,6 +2,7 @@
 #include "ads/web/VADOpener.h"
 
 #include "ads/screens/VADBrowserController.h"
+#include "ads/screens/VADScreenOpener.h"
 #include "ads/screens/VADWebAppViewController.h"
 #include "ads/support/VADNotification.h"
 #include "ads/telemetry/VADClickTracker.h"
@@ -43,7 +44,7 @@ class VADOpenerTest : public quorbel_tests::ScreenTest {
   Events tracks;
   std::shared_ptr<quorbel_tests::FakeAdController> loader =
       std::make_shared<quorbel_tests::FakeAdController>(tracks);
-  std::unique_ptr<VADOpener> opener = std::make_unique<VADOpener>();
+  std::unique_ptr<VADOpener> opener = openerWithScreens();
 };
 
 TEST_F(VADOpenerTest, OpensWhatTheMessageSays) {

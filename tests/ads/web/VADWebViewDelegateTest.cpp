@@ -42,8 +42,9 @@ class TestedDelegate final : public VADWebViewDelegate {
   void loadedFirstPage(platform::WebView&) override { ++firstPages; }
 };
 
-class ClosableScreen final : public platform::ViewController, public VADRelinquishableScreen {
+class ClosableScreen final : public platform::ViewController, public VADScreen {
  public:
+  void presentFromViewController(platform::ViewController*) override {}
   void relinquishScreen() override { ++relinquished; }
   int relinquished = 0;
 };
