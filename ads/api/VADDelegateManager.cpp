@@ -1,6 +1,7 @@
 #include "ads/api/VADDelegateManager.h"
 
 #include "ads/api/VADBannerView.h"
+#include "platform/base/KeptUntilReturn.h"
 #include "platform/base/RunLoop.h"
 
 namespace valdren {
@@ -22,7 +23,7 @@ void VADDelegateManager::dispatch(std::string_view bannerSelector, const BannerC
     // Let go of on the main thread, whichever thread raised the event.
     const auto keptUntilReturn = std::move(keptAlive);
     // The banner outlives a callback that lets go of it.
-    const auto adView = adView_ ? adView_->weak_from_this().lock() : nullptr;
+    const auto adView = platform::held(adView_);
     if (adView_ && didYouNilOutYourDelegate(bannerDelegate_, bannerSelector)) {
       bannerCall(*bannerDelegate_.get(), *adView_.get());
     }

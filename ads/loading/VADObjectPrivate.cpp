@@ -15,6 +15,7 @@
 #include "ads/web/VADBannerWebViewDelegate.h"
 #include "ads/web/VADWebView.h"
 #include "platform/application/Application.h"
+#include "platform/base/KeptUntilReturn.h"
 #include "platform/base/Log.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/RunLoop.h"
@@ -132,7 +133,7 @@ std::shared_ptr<VADRequestPrivate> VADObjectPrivate::privateRequestWithRequest(
 
 void VADObjectPrivate::loadPrivateRequest(const std::shared_ptr<VADRequestPrivate>& request,
                                           bool autoRefresh) {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   if (isMakingRequest() || !isAppActive()) {
     debug(isMakingRequest() ? "a request is ignored, for another one is under way"
                             : "a request is ignored, for the application is not active");
@@ -252,7 +253,7 @@ void VADObjectPrivate::buildAdUrl() {
 void VADObjectPrivate::gatherParameters(
     std::function<void(const platform::Dictionary& parameters)> use) {
   settling_ = platform::Screen::shared().whenSettled([this, use = std::move(use)] {
-    const auto keptUntilReturn = shared_from_this();
+    const platform::KeptUntilReturn kept(*this);
     platform::Dictionary parameters = request_->parameters();
     addAdditionalParameters(parameters);
     use(parameters);
@@ -275,7 +276,7 @@ void VADObjectPrivate::putSlot(platform::Dictionary& parameters, const std::stri
 }
 
 void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   scriptFreshness_.answered();
   if (userInfo.contains("errors")) {
     reportError(kVADErrorInvalidRequest, request_.get());
@@ -300,21 +301,21 @@ void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {
 }
 
 void VADObjectPrivate::invalidRequest(const platform::Dictionary& userInfo) {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   scriptFreshness_.answered();
   platform::log("<Valdren> Invalid Request: " + platform::Value(userInfo).description());
   reportError(kVADErrorInvalidRequest, request_.get());
 }
 
 void VADObjectPrivate::unableToServe(const platform::Dictionary& userInfo) {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   scriptFreshness_.answered();
   platform::log("<Valdren> Unable to serve: " + platform::Value(userInfo).description());
   reportError(kVADErrorInvalidRequest, request_.get());
 }
 
 void VADObjectPrivate::scriptDidNotAnswer() {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   debug("the ad engine script has not answered");
   buildAdJS_->invalidate();  // the next request asks the script host anew
   giveUp();
@@ -367,14 +368,14 @@ void VADObjectPrivate::showAd() {
 }
 
 void VADObjectPrivate::adDidNotShow() {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   debug("the ad has not shown in time");
   webView_->loadHTMLString("", std::nullopt);
   giveUp();
 }
 
 void VADObjectPrivate::webProcessDidEnd() {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   if (adURLBuilder_.buildAdWebView()) return scriptDidNotAnswer();  // its page was in it, too
   if (isMakingRequest() || state_ == kVADStateShowingAd) giveUp();
 }
@@ -469,7 +470,7 @@ std::optional<platform::URL> VADObjectPrivate::adHTMLBaseURL() const {
 }
 
 void VADObjectPrivate::cachedFileDownloadDidEnd(VADCachedFile& file) {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   if (&file == buildAdJS_.get()) {
     buildAdUrl();
     return;
@@ -482,7 +483,7 @@ void VADObjectPrivate::cachedFileDownloadDidEnd(VADCachedFile& file) {
 
 void VADObjectPrivate::cachedFileDownloadDidFail(VADCachedFile& file,
                                                  const std::optional<platform::Error>& error) {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   if (&file == buildAdJS_.get()) {
     failedToDownloadJavaScriptWithError(error);
   } else {

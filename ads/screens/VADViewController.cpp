@@ -7,6 +7,7 @@
 #include "ads/web/VADAdEvents.h"
 #include "ads/web/VADNotificationCenter.h"
 #include "platform/application/Application.h"
+#include "platform/base/KeptUntilReturn.h"
 #include "platform/base/Log.h"
 #include "platform/base/RunLoop.h"
 #include "platform/ui/Window.h"
@@ -126,7 +127,7 @@ void VADViewController::presentFromViewController(platform::ViewController* host
   const platform::WeakPtr<platform::ViewController> weakHost = host;
   view()->setUserInteractionEnabled(false);
   private_->retained = std::static_pointer_cast<VADViewController>(shared_from_this());
-  const std::shared_ptr<VADViewController> keptUntilReturn = private_->retained;
+  const platform::KeptUntilReturn kept(*this);
   post(kVADViewControllerWillPresentFullScreen, *this);
   if (private_->first) {
     private_->interactingWithParent = true;
@@ -135,7 +136,7 @@ void VADViewController::presentFromViewController(platform::ViewController* host
     if (weakHost) presentSelfFrom(*weakHost.get());
   } else {
     private_->interactingWithParent = false;
-    if (weakHost) weakHost->presentModalViewController(keptUntilReturn, true);
+    if (weakHost) weakHost->presentModalViewController(shared_from_this(), true);
   }
   // What was told may have taken the host away, or shown something else.
   if (!presentingViewController()) relinquishScreen();
@@ -182,7 +183,7 @@ void VADViewController::giveDisplayBack() {
 
 void VADViewController::relinquishScreen() {
   if (!private_->retained) return;
-  const std::shared_ptr<VADViewController> keptUntilReturn = private_->retained;
+  const platform::KeptUntilReturn kept(*this);
   letGo();
   const platform::WeakPtr<platform::ViewController> presenter = presentingViewController();
   if (isFirstVADViewController()) {
@@ -217,7 +218,7 @@ void VADViewController::endNestedScreens() {
 /// For a screen that somebody else took off the display, and for the covered ones below it that
 /// went along.
 void VADViewController::endRemovedScreen() {
-  const std::shared_ptr<VADViewController> keptUntilReturn = private_->retained;
+  const platform::KeptUntilReturn kept(*this);
   letGo();
   if (isFirstVADViewController()) {
     private_->interactingWithParent = true;

@@ -12,6 +12,7 @@
 #include "ads/support/VADHTTPDate.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "platform/base/Date.h"
+#include "platform/base/KeptUntilReturn.h"
 #include "platform/base/Log.h"
 #include "platform/base/Text.h"
 #include "platform/storage/AtomicFile.h"
@@ -163,7 +164,7 @@ void VADCachedFile::tellFailure(const std::optional<platform::Error>& error) {
 void VADCachedFile::connectionWillSendRequest(platform::URLConnection&,
                                               const platform::URLRequest& request,
                                               const platform::URLResponse* redirectResponse) {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   httpDestinationURL_ = request.url;
   if (!redirectResponse) return;
   httpHeaders_ = redirectResponse->headers;
@@ -180,7 +181,7 @@ void VADCachedFile::connectionDidReceiveResponse(platform::URLConnection&,
                                                  const platform::URLResponse& response) {
   receivedData_.clear();
   if (!response.isHTTP()) return;
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   const unsigned fetch = fetch_;
   httpStatusCode_ = response.statusCode;
   httpHeaders_ = response.headers;
@@ -201,7 +202,7 @@ void VADCachedFile::connectionDidReceiveData(platform::URLConnection&, std::stri
 }
 
 void VADCachedFile::connectionDidFinishLoading(platform::URLConnection&) {
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   const unsigned fetch = fetch_;
   const std::string modification = std::exchange(receivedModificationDate_, {});
   keepReceivedData();
@@ -213,10 +214,10 @@ void VADCachedFile::connectionDidFinishLoading(platform::URLConnection&) {
 }
 
 void VADCachedFile::connectionDidFail(platform::URLConnection&, const platform::Error& error) {
-  const auto keptUntilReturn = shared_from_this();
-  const platform::Error kept = error;
+  const platform::KeptUntilReturn kept(*this);
+  const platform::Error copy = error;
   cleanUpConnection();
-  tellFailure(kept);
+  tellFailure(copy);
 }
 
 void VADCachedFile::keepReceivedData() {

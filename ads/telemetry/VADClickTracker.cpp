@@ -2,6 +2,7 @@
 
 #include "ads/support/VADErrorCode.h"
 #include "ads/telemetry/VADStatistics.h"
+#include "platform/base/KeptUntilReturn.h"
 
 namespace valdren {
 namespace {
@@ -22,17 +23,17 @@ bool VADClickTracker::activeTrackings() {
 
 void VADClickTracker::trackURL(const std::optional<platform::URL>& url) {
   if (!url) return;
-  const auto keptUntilReturn = shared_from_this();
-  const platform::URL kept = *url;  // may be a part of what the reset lets go of
+  const platform::KeptUntilReturn kept(*this);
+  const platform::URL copy = *url;  // may be a part of what the reset lets go of
   reset();
   beginBackgroundTask();
-  tracker_ = VADCachedFile::initWithDelegate(this, kept);
-  const auto fileKeptUntilReturn = tracker_;
+  tracker_ = VADCachedFile::initWithDelegate(this, copy);
+  const platform::KeptUntilReturn fileKept(*tracker_);
   tracker_->validate();
 }
 
 void VADClickTracker::reset() {
-  const auto keptUntilReturn = weak_from_this().lock();  // none during destruction
+  const platform::KeptUntilReturn kept(*this);
   hasTracked_ = false;
   if (const auto file = std::exchange(tracker_, nullptr)) {
     file->setDelegate(nullptr);
@@ -67,7 +68,7 @@ void VADClickTracker::endBackgroundTask(platform::BackgroundTaskID task) {
 
 void VADClickTracker::cachedFileDownloadDidEnd(VADCachedFile& file) {
   if (hasTracked_) return;
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   hasTracked_ = true;
   const platform::BackgroundTaskID task = backgroundTaskID_;
   VADStatistics::sharedStatistics().addClickTrackingURL(file.sourceURL());
@@ -80,7 +81,7 @@ void VADClickTracker::cachedFileDownloadDidEnd(VADCachedFile& file) {
 void VADClickTracker::cachedFileDownloadDidFail(VADCachedFile&,
                                                 const std::optional<platform::Error>& error) {
   if (hasTracked_) return;
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   hasTracked_ = true;
   const platform::BackgroundTaskID task = backgroundTaskID_;
   if (auto* delegate = delegate_.get()) delegate->trackerDidFailWithError(*this, error);
@@ -90,7 +91,7 @@ void VADClickTracker::cachedFileDownloadDidFail(VADCachedFile&,
 std::optional<platform::Error> VADClickTracker::cachedFileShouldRedirectToURL(
     VADCachedFile& file, const platform::URL& url) {
   if (url.lowercaseScheme().starts_with("http")) return std::nullopt;
-  const auto keptUntilReturn = shared_from_this();
+  const platform::KeptUntilReturn kept(*this);
   // The chain has reached another application's address: the ping has come through.
   cachedFileDownloadDidEnd(file);
   return platform::Error{kVADErrorDomain, 0, ""};

@@ -7,16 +7,13 @@
 #include "ads/web/VADAdEvents.h"
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADWebView.h"
+#include "platform/base/KeptUntilReturn.h"
 
 namespace valdren {
 namespace {
 
 /// What a page does within this time of its appearance is its own doing, in seconds.
 constexpr double kShortestTimeToClick = 0.15;
-
-std::shared_ptr<VADAdController> kept(const platform::WeakPtr<VADAdController>& loader) {
-  return loader ? loader->shared_from_this() : nullptr;
-}
 
 }  // namespace
 
@@ -49,9 +46,8 @@ bool VADBannerWebViewDelegate::isClick(platform::NavigationType type) const {
 bool VADBannerWebViewDelegate::webViewShouldStartLoad(platform::WebView& webView,
                                                       const platform::URLRequest& request,
                                                       platform::NavigationType type) {
-  const auto keptUntilReturn = weak_from_this().lock();
-  const auto viewKeptUntilReturn = webView.weak_from_this().lock();
-  const auto loader = kept(private_);
+  const platform::KeptUntilReturn kept(*this, webView);
+  const auto loader = platform::held(private_);
   if (!loader) return VADWebViewDelegate::webViewShouldStartLoad(webView, request, type);
 
   setViewController(loader->rootViewController());
@@ -68,7 +64,7 @@ bool VADBannerWebViewDelegate::webViewShouldStartLoad(platform::WebView& webView
 }
 
 void VADBannerWebViewDelegate::openClickURL(const platform::URL& url, platform::WebView& webView) {
-  const auto loader = kept(private_);
+  const auto loader = platform::held(private_);
   opener()->setReferringURL(webView.currentURL());
   if (!loader || !url.lowercaseScheme().starts_with("http")) return;
   if (loader->pendingClickURLs().empty()) {
@@ -79,9 +75,8 @@ void VADBannerWebViewDelegate::openClickURL(const platform::URL& url, platform::
 }
 
 void VADBannerWebViewDelegate::webViewDidFinishLoad(platform::WebView& webView) {
-  const auto keptUntilReturn = weak_from_this().lock();
-  const auto viewKeptUntilReturn = webView.weak_from_this().lock();
-  const auto loader = kept(private_);
+  const platform::KeptUntilReturn kept(*this, webView);
+  const auto loader = platform::held(private_);
   VADWebViewDelegate::webViewDidFinishLoad(webView);
   if (!loader || loader->state() != kVADStateRenderingAd) return;
   loader->changeState(kVADStateShowingAd);
@@ -96,9 +91,8 @@ void VADBannerWebViewDelegate::webViewDidFinishLoad(platform::WebView& webView) 
 
 void VADBannerWebViewDelegate::webViewDidFailLoad(platform::WebView& webView,
                                                   const platform::Error& error) {
-  const auto keptUntilReturn = weak_from_this().lock();
-  const auto viewKeptUntilReturn = webView.weak_from_this().lock();
-  const auto loader = kept(private_);
+  const platform::KeptUntilReturn kept(*this, webView);
+  const auto loader = platform::held(private_);
   VADWebViewDelegate::webViewDidFailLoad(webView, error);
   if (!loader || loader->state() == kVADStateShowingAd) return;
   loader->changeState(kVADStateFailed);
@@ -107,8 +101,8 @@ void VADBannerWebViewDelegate::webViewDidFailLoad(platform::WebView& webView,
 }
 
 void VADBannerWebViewDelegate::webViewProcessDidEnd(platform::WebView&, const platform::Error&) {
-  const auto keptUntilReturn = weak_from_this().lock();
-  if (const auto loader = kept(private_)) loader->webProcessDidEnd();
+  const platform::KeptUntilReturn kept(*this);
+  if (const auto loader = platform::held(private_)) loader->webProcessDidEnd();
 }
 
 }  // namespace valdren

@@ -9,6 +9,7 @@
 #include "ads/web/VADWebViewDelegate.h"
 #include "platform/application/Application.h"
 #include "platform/application/MailComposer.h"
+#include "platform/base/KeptUntilReturn.h"
 #include "platform/base/RunLoop.h"
 
 namespace valdren {
@@ -23,9 +24,8 @@ constexpr std::string_view kMailto = "mailto:";
 int repeatCount = 0;
 
 void trackClickURLs(const platform::WeakPtr<VADAdController>& adController) {
-  if (!adController) return;
-  const std::shared_ptr<VADAdController> keptUntilReturn = adController->shared_from_this();
-  keptUntilReturn->trackURLs(keptUntilReturn->pendingClickURLs());
+  if (const auto loader = platform::held(adController))
+    loader->trackURLs(loader->pendingClickURLs());
 }
 
 /// Owns what it needs: a URL on its way out is opened even when the opener's page is gone by then.

@@ -13,6 +13,7 @@
 #include "ads/web/VADOpener.h"
 #include "ads/web/VADScreen.h"
 #include "platform/application/Application.h"
+#include "platform/base/KeptUntilReturn.h"
 #include "platform/base/Log.h"
 #include "platform/base/RunLoop.h"
 #include "platform/device/SystemSound.h"
@@ -92,8 +93,7 @@ bool VADWebViewDelegate::webViewShouldStartLoad(platform::WebView& webView,
                                                 const platform::URLRequest& request,
                                                 platform::NavigationType type) {
   // Whoever is told may let go of the page and of its screen.
-  const auto keptUntilReturn = weak_from_this().lock();
-  const auto viewKeptUntilReturn = webView.weak_from_this().lock();
+  const platform::KeptUntilReturn kept(*this, webView);
 
   const platform::URL url = request.url;
   const std::string scheme = url.lowercaseScheme();

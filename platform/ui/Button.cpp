@@ -3,6 +3,7 @@
 #include <gtkmm/button.h>
 #include <gtkmm/label.h>
 
+#include "platform/base/KeptUntilReturn.h"
 #include "platform/ui/LaunchPermit.h"
 #include "platform/ui/NativeImage.h"
 #include "platform/ui/NativeView.h"
@@ -96,7 +97,7 @@ bool Button::press() {
 }
 
 void Button::clicked() {
-  const std::shared_ptr<View> keptUntilReturn = weak_from_this().lock();
+  const KeptUntilReturn kept(*this);
   if (const std::function<void()> action = action_) action();
 }
 

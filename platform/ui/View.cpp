@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/base/KeptUntilReturn.h"
 #include "platform/base/MainThread.h"
 #include "platform/ui/LaunchPermit.h"
 #include "platform/ui/NativeView.h"
@@ -146,7 +147,7 @@ bool View::isFirstResponder() const {
 View* View::hitTest(Point point, EventType type) {
   assertMainThread();
   if (hidden_ || !userInteractionEnabled_ || !bounds().contains(point)) return nullptr;
-  const std::shared_ptr<View> keptAlive = weak_from_this().lock();
+  const KeptUntilReturn kept(*this);
   const std::vector<std::shared_ptr<View>> present = subviews_;
   for (auto subview = present.rbegin(); subview != present.rend(); ++subview) {
     const Rect& frame = (*subview)->frame_;
@@ -159,7 +160,7 @@ bool View::tap(Point point) {
   LaunchPermit::shared().touched();
   View* const hit = hitTest(point, EventType::Touches);
   if (!hit) return false;
-  const std::shared_ptr<View> keptUntilReturn = hit->weak_from_this().lock();
+  const KeptUntilReturn kept(*hit);
   for (const View* each = hit; each && each != this; each = each->superview_) {
     point = {point.x - each->frame_.x, point.y - each->frame_.y};
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/base/KeptUntilReturn.h"
 #include "platform/base/MainThread.h"
 #include "platform/base/RunLoop.h"
 #include "platform/ui/LeavingKeys.h"
@@ -52,7 +53,7 @@ Window::Window(Size size) : stage_(std::make_shared<Stage>()) {
   watchLeavingKeys(native_->window(), [this](LeavingKey key) {
     ViewController* const top = topViewController();
     if (!top) return false;
-    const std::shared_ptr<ViewController> keptUntilReturn = top->shared_from_this();
+    const KeptUntilReturn kept(*top);
     return key == LeavingKey::Cancel ? top->cancelPressed() : top->backPressed();
   });
 }
@@ -77,7 +78,7 @@ void Window::change(std::function<void()> change) {
   assertMainThread();
   waiting_.push_back(std::move(change));
   if (changing_) return;
-  const std::shared_ptr<Window> keptAlive = weak_from_this().lock();
+  const KeptUntilReturn kept(*this);
   changing_ = true;
   while (!waiting_.empty()) {
     const std::function<void()> next = std::move(waiting_.front());
