@@ -14,6 +14,7 @@
 #include "ads/loading/VADScriptFreshness.h"
 #include "ads/request/VADRequestPrivate.h"
 #include "ads/support/VADCachedFile.h"
+#include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADClickTracker.h"
 #include "ads/web/VADAdController.h"
 #include "ads/web/VADAdEvents.h"
@@ -28,7 +29,8 @@ class VADBannerWebViewDelegate;
 
 /// Main thread only. Every callback into the publisher's code may end this object's life; whatever
 /// calls such code holds a reference until it is done.
-class VADObjectPrivate final : public VADAdController,
+class VADObjectPrivate final : public VADPrivateObject,
+                               public VADAdController,
                                private VADCachedFileDelegate,
                                private VADClickTrackerDelegate {
  public:

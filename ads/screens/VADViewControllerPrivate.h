@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "ads/support/VADPrivateUtilities.h"
 #include "ads/web/VADScreen.h"
 #include "platform/base/WeakPtr.h"
 #include "platform/web/WebView.h"
@@ -12,9 +13,7 @@ namespace valdren {
 class VADAdEvents;
 class VADViewController;
 
-struct VADViewControllerPrivate : public virtual platform::Trackable {
-  virtual ~VADViewControllerPrivate() = default;
-
+struct VADViewControllerPrivate : public VADPrivateObject, public virtual platform::Trackable {
   int supportedOrientations = kVADOrientationAny;
   platform::WeakPtr<platform::WebView> openingWebView;
   std::shared_ptr<VADAdEvents> delegateManager;

@@ -5,24 +5,25 @@
 namespace valdren {
 namespace {
 
-std::unordered_map<const void*, std::shared_ptr<void>>& table() {
+std::unordered_map<const void*, std::shared_ptr<VADPrivateObject>>& table() {
   // Never destroyed: companions may be looked up while the process ends.
-  static auto* const table = new std::unordered_map<const void*, std::shared_ptr<void>>;
+  static auto* const table = new std::unordered_map<const void*, std::shared_ptr<VADPrivateObject>>;
   return *table;
 }
 
 }  // namespace
 
-void VADPrivateUtilities::store(std::shared_ptr<void> object, const void* key) {
+void VADPrivateUtilities::setPrivateObject(std::shared_ptr<VADPrivateObject> object,
+                                           const void* forKey) {
   if (!object) {
-    removePrivateObjectForKey(key);
+    removePrivateObjectForKey(forKey);
     return;
   }
   // The former companion goes last: its end may look into the table.
-  table()[key].swap(object);
+  table()[forKey].swap(object);
 }
 
-std::shared_ptr<void> VADPrivateUtilities::find(const void* key) {
+std::shared_ptr<VADPrivateObject> VADPrivateUtilities::find(const void* key) {
   const auto found = table().find(key);
   return found == table().end() ? nullptr : found->second;
 }
@@ -30,7 +31,7 @@ std::shared_ptr<void> VADPrivateUtilities::find(const void* key) {
 void VADPrivateUtilities::removePrivateObjectForKey(const void* key) {
   const auto found = table().find(key);
   if (found == table().end()) return;
-  const std::shared_ptr<void> goesAfterTheEntry = std::move(found->second);
+  const std::shared_ptr<VADPrivateObject> goesAfterTheEntry = std::move(found->second);
   table().erase(found);
 }
 

@@ -5,28 +5,30 @@
 
 namespace valdren {
 
+/// Base of the companions.
+class VADPrivateObject {
+ public:
+  virtual ~VADPrivateObject() = default;
+};
+
 /// A process-wide table from public objects to their companions. Keys are addresses and not owned:
 /// whoever stores a companion removes it when the public object goes away. Main thread only.
 class VADPrivateUtilities {
  public:
   /// Stores `object` under the key, in place of a former one. Null removes.
-  template <class Object>
-  static void setPrivateObject(std::shared_ptr<Object> object, const void* forKey) {
-    store(std::move(object), forKey);
-  }
+  static void setPrivateObject(std::shared_ptr<VADPrivateObject> object, const void* forKey);
 
-  /// The companion stored under the key, or null. `Object` must be what was stored.
+  /// The companion stored under the key; null when there is none, or it is no such object.
   template <class Object>
   static std::shared_ptr<Object> privateObjectForKey(const void* key) {
-    return std::static_pointer_cast<Object>(find(key));
+    return std::dynamic_pointer_cast<Object>(find(key));
   }
 
   /// Lets go of the companion; nothing when there is none.
   static void removePrivateObjectForKey(const void* key);
 
  private:
-  static void store(std::shared_ptr<void> object, const void* key);
-  static std::shared_ptr<void> find(const void* key);
+  static std::shared_ptr<VADPrivateObject> find(const void* key);
 };
 
 }  // namespace valdren

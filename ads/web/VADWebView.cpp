@@ -5,7 +5,7 @@
 namespace valdren {
 
 /// What a `VADWebView` remembers beyond its base class.
-class VADWebViewPrivate {
+class VADWebViewPrivate final : public VADPrivateObject {
  public:
   bool touched_ = false;
 };

@@ -20,6 +20,7 @@ using platform::Value;
 using valdren::VADMacros;
 using valdren::VADNetworkUtilities;
 using valdren::VADNumberUtilities;
+using valdren::VADPrivateObject;
 using valdren::VADPrivateUtilities;
 
 std::string textOf(const std::optional<URL>& url) {
@@ -150,35 +151,41 @@ TEST(NumberUtilities, CutTrailingZeros) {
   }
 }
 
+/// Looks itself up and removes itself in its destructor.
+struct Companion final : public VADPrivateObject {
+  Companion(const void* key, bool* sawItself) : key_(key), sawItself_(sawItself) {}
+  ~Companion() override {
+    *sawItself_ = VADPrivateUtilities::privateObjectForKey<Companion>(key_) != nullptr;
+    VADPrivateUtilities::removePrivateObjectForKey(key_);
+  }
+  const void* key_;
+  bool* sawItself_;
+};
+
+struct Name final : public VADPrivateObject {
+  explicit Name(std::string text) : name(std::move(text)) {}
+  std::string name;
+};
+
 TEST(PrivateUtilities, AnEntryLivesUntilItIsReplacedOrRemoved) {
   const int key = 0;
-  auto first = std::make_shared<std::string>("first");
-  const std::weak_ptr<std::string> weak = first;
+  auto first = std::make_shared<Name>("first");
+  const std::weak_ptr<Name> weak = first;
   VADPrivateUtilities::setPrivateObject(std::move(first), &key);
-  EXPECT_EQ(*VADPrivateUtilities::privateObjectForKey<std::string>(&key), "first");
-  VADPrivateUtilities::setPrivateObject(std::make_shared<std::string>("second"), &key);
+  EXPECT_EQ(VADPrivateUtilities::privateObjectForKey<Name>(&key)->name, "first");
+  VADPrivateUtilities::setPrivateObject(std::make_shared<Name>("second"), &key);
   EXPECT_TRUE(weak.expired());
-  EXPECT_EQ(*VADPrivateUtilities::privateObjectForKey<std::string>(&key), "second");
+  EXPECT_EQ(VADPrivateUtilities::privateObjectForKey<Name>(&key)->name, "second");
+  EXPECT_FALSE(VADPrivateUtilities::privateObjectForKey<Companion>(&key));
   VADPrivateUtilities::removePrivateObjectForKey(&key);
   VADPrivateUtilities::removePrivateObjectForKey(&key);
-  EXPECT_FALSE(VADPrivateUtilities::privateObjectForKey<std::string>(&key));
+  EXPECT_FALSE(VADPrivateUtilities::privateObjectForKey<Name>(&key));
 }
-
-/// Looks itself up and removes itself in its destructor.
-struct Companion {
-  const void* key;
-  bool* sawItself;
-  ~Companion() {
-    *sawItself = VADPrivateUtilities::privateObjectForKey<Companion>(key) != nullptr;
-    VADPrivateUtilities::removePrivateObjectForKey(key);
-  }
-};
 
 TEST(PrivateUtilities, ACompanionMayUseTheTableWhileItGoes) {
   const int key = 0;
   bool sawItself = true;
-  VADPrivateUtilities::setPrivateObject(std::shared_ptr<Companion>(new Companion{&key, &sawItself}),
-                                        &key);
+  VADPrivateUtilities::setPrivateObject(std::make_shared<Companion>(&key, &sawItself), &key);
   VADPrivateUtilities::removePrivateObjectForKey(&key);
   EXPECT_FALSE(sawItself);
 }
