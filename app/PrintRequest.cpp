@@ -4,6 +4,7 @@
 
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/request/VADNetworkChecker.h"
+#include "ads/request/VADRequestParameters.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "app/SoundScreen.h"
@@ -57,14 +58,12 @@ ApplicationDescription printing(ApplicationDescription description) {
 
 int printWithoutWindow() {
   const auto request = SoundScreen::makeRequest()->copy();
-  VADObjectPrivate::begin(*request);
+  valdren::VADRequestParameters::begin(*request);
   const auto& checker = valdren::VADNetworkChecker::sharedChecker();
   auto& session = platform::AudioSession::shared();
   platform::RunLoop::turnUntil([&] { return checker.changeCount() > 0; }, kNetworkPatience);
   platform::RunLoop::turnUntil([&] { return session.route().name.has_value(); }, kSoundPatience);
-  platform::Dictionary parameters = request->parameters();
-  VADObjectPrivate::putSlot(parameters, kAdUnitID);
-  return print(parameters);
+  return print(valdren::VADRequestParameters::of(*request, {kAdUnitID, std::nullopt}));
 }
 
 }  // namespace

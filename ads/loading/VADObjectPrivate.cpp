@@ -38,10 +38,6 @@ const char* nameOf(VADState state) {
   return kNames[state];
 }
 
-platform::Dictionary dictionaryOf(const platform::Rect& rect) {
-  return {{"x", rect.x}, {"y", rect.y}, {"w", rect.width}, {"h", rect.height}};
-}
-
 std::string described(const platform::Headers& headers) {
   platform::Dictionary dictionary;
   for (const auto& [name, value] : headers) dictionary.set(name, platform::repairedUTF8(value));
@@ -153,16 +149,7 @@ void VADObjectPrivate::takeRequest(const std::shared_ptr<VADRequestPrivate>& req
   } else if (request != request_) {
     request_ = request->copy();
   }
-  begin(*request_);
-}
-
-void VADObjectPrivate::begin(VADRequestPrivate& request) {
-  auto& statistics = VADStatistics::sharedStatistics();
-  if (!statistics.timingNamed(kVADParameterTimeSinceFirstRequest)) {
-    statistics.startTimingNamed(kVADParameterTimeSinceFirstRequest);
-  }
-  request.setCounter(statistics.incrementAdRequestCount());
-  VADRequestPrivate::askSystem();
+  VADRequestParameters::begin(*request_);
 }
 
 void VADObjectPrivate::tellRequest(
@@ -254,25 +241,13 @@ void VADObjectPrivate::gatherParameters(
     std::function<void(const platform::Dictionary& parameters)> use) {
   settling_ = platform::Screen::shared().whenSettled([this, use = std::move(use)] {
     const platform::KeptUntilReturn kept(*this);
-    platform::Dictionary parameters = request_->parameters();
-    addAdditionalParameters(parameters);
-    use(parameters);
+    use(VADRequestParameters::of(*request_, slot()));
   });
 }
 
-void VADObjectPrivate::addAdditionalParameters(platform::Dictionary& parameters) const {
-  putSlot(parameters, adUnitID_);
-  if (request_->isInterstitialAd()) {
-    parameters.set("format", "interstitial_mb");
-    return;
-  }
+VADAdSlot VADObjectPrivate::slot() const {
   const platform::View& view = adView_ ? *adView_.get() : *webView_;
-  parameters.set("ad_frame", dictionaryOf(view.frame()));
-  parameters.set("ad_bounds", dictionaryOf(view.bounds()));
-}
-
-void VADObjectPrivate::putSlot(platform::Dictionary& parameters, const std::string& adUnitID) {
-  if (!adUnitID.empty()) parameters.set("slotname", platform::repairedUTF8(adUnitID));
+  return {adUnitID_, VADAdSlot::Place{view.frame(), view.bounds()}};
 }
 
 void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {

@@ -12,6 +12,7 @@
 #include "ads/loading/VADAdURLBuilder.h"
 #include "ads/loading/VADReloadTimer.h"
 #include "ads/loading/VADScriptFreshness.h"
+#include "ads/request/VADRequestParameters.h"
 #include "ads/request/VADRequestPrivate.h"
 #include "ads/support/VADCachedFile.h"
 #include "ads/support/VADPrivateUtilities.h"
@@ -80,11 +81,6 @@ class VADObjectPrivate final : public VADPrivateObject,
   /// tell. Nothing is given when the loader goes first.
   void tellRequest(const std::shared_ptr<VADRequest>& request,
                    std::function<void(const platform::Dictionary& parameters)> tell);
-  /// What begins every request: it is counted, and what takes the system some time is asked for.
-  static void begin(VADRequestPrivate& request);
-  /// Which ads a request is for; left out when empty.
-  static void putSlot(platform::Dictionary& parameters, const std::string& adUnitID);
-
   VADState state() const override { return state_; }
   void changeState(VADState state) override;
   double timeLastLoaded() const override { return timeLastLoaded_; }
@@ -117,7 +113,7 @@ class VADObjectPrivate final : public VADPrivateObject,
   void buildAdUrl();
   /// Gives what the request tells, once the window is as the person sees it.
   void gatherParameters(std::function<void(const platform::Dictionary& parameters)> use);
-  void addAdditionalParameters(platform::Dictionary& parameters) const;
+  VADAdSlot slot() const;
 
   void loadAdURL(const platform::Dictionary& userInfo);
   void invalidRequest(const platform::Dictionary& userInfo);

@@ -11,7 +11,6 @@
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/base/Log.h"
 #include "platform/base/Text.h"
-#include "platform/device/AudioSession.h"
 #include "platform/device/Device.h"
 
 namespace valdren {
@@ -151,11 +150,6 @@ void VADRequestPrivate::putTargeting(platform::Dictionary& parameters) const {
   parameters.setIfPresent("cust_age", birthdayString());
   if (keywords_) parameters.set("kw", arrayOf(*keywords_));
   if (location_) parameters.setIfPresent("uule", location_->oolongRepresentation());
-}
-
-void VADRequestPrivate::askSystem() {
-  VADNetworkChecker::sharedChecker();  // watches from its first use on
-  platform::AudioSession::shared().initialize();
 }
 
 platform::Dictionary VADRequestPrivate::parameters() const {

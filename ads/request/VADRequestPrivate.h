@@ -56,9 +56,6 @@ class VADRequestPrivate final : public VADRequest {
   static int requestTypeFromString(std::string_view type);
   static bool deviceAtLeastMinimumOSMajorVersion(int major, int minorVersion);
 
-  /// Asks the system for what it does not tell at once, so that it is known when the parameters of
-  /// the request that begins are gathered.
-  static void askSystem();
   /// What an ad request carries, without what its banner adds.
   platform::Dictionary parameters() const;
   /// The device signals, one pair for the ad URL's query; empty when there are none.
