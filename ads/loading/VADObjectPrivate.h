@@ -9,18 +9,18 @@
 #include <string>
 #include <vector>
 
+#include "ads/loading/VADAd.h"
+#include "ads/loading/VADAdEngineScript.h"
 #include "ads/loading/VADAdURLBuilder.h"
+#include "ads/loading/VADLoaderState.h"
 #include "ads/loading/VADReloadTimer.h"
-#include "ads/loading/VADScriptFreshness.h"
 #include "ads/request/VADRequestParameters.h"
 #include "ads/request/VADRequestPrivate.h"
 #include "ads/support/VADCachedFile.h"
 #include "ads/support/VADPrivateUtilities.h"
-#include "ads/telemetry/VADClickTracker.h"
+#include "ads/telemetry/VADClickTrackers.h"
 #include "ads/web/VADAdController.h"
 #include "ads/web/VADAdEvents.h"
-#include "ads/web/VADScreen.h"
-#include "platform/base/RunLoop.h"
 #include "platform/ui/View.h"
 #include "platform/ui/ViewController.h"
 
@@ -32,13 +32,10 @@ class VADBannerWebViewDelegate;
 /// calls such code holds a reference until it is done.
 class VADObjectPrivate final : public VADPrivateObject,
                                public VADAdController,
-                               private VADCachedFileDelegate,
-                               private VADClickTrackerDelegate {
+                               private VADCachedFileDelegate {
  public:
   /// Whether the launch of the application is over; loads during it need no active application.
   static bool didAppFinishLaunching();
-  /// So long may the page of an ad take until all of it is there, in seconds.
-  static constexpr double kShowSeconds = 30;
 
   /// A loader for the view, which it does not own. Adds its web view to it. The delegate manager is
   /// told what happens.
@@ -64,48 +61,41 @@ class VADObjectPrivate final : public VADPrivateObject,
   void loadRequest(const std::shared_ptr<VADRequest>& request);
   /// The same for a full-screen ad.
   void loadInterstitialRequest(const std::shared_ptr<VADRequest>& request);
-  /// Drops every delayed call and the pending refresh.
-  void cancelPendingActions();
-
-  /// Whether a request is under way, so that no other one is accepted.
-  bool isMakingRequest() const;
-  /// Where the ad engine script is fetched from.
-  static platform::URL jsBuildAdURL();
-  /// The present ad; null before the first.
-  const std::shared_ptr<VADCachedFile>& adHTML() const { return adHTML_; }
-  /// None without an ad, or when it is no text.
-  std::optional<std::string> adHTMLString() const;
-  std::optional<platform::URL> adHTMLBaseURL() const;
-
   /// Begins a request as `loadRequest` does, and in place of asking for an ad gives what it would
   /// tell. Nothing is given when the loader goes first.
   void tellRequest(const std::shared_ptr<VADRequest>& request,
                    std::function<void(const platform::Dictionary& parameters)> tell);
-  VADState state() const override { return state_; }
+  /// Drops every delayed call and the pending refresh.
+  void cancelPendingActions();
+
+  VADState state() const override { return state_.now(); }
   void changeState(VADState state) override;
-  double timeLastLoaded() const override { return timeLastLoaded_; }
+  /// Whether a request is under way, so that no other one is accepted.
+  bool isMakingRequest() const { return state_.isMakingRequest(); }
+  double timeLastLoaded() const override { return state_.timeLastLoaded(); }
   const std::shared_ptr<VADRequestPrivate>& request() const override { return request_; }
   const std::shared_ptr<VADAdEvents>& delegateManager() const override { return delegateManager_; }
   const std::shared_ptr<VADWebView>& webView() const override { return webView_; }
-  std::vector<platform::URL> pendingTrackingURLs() const override { return pendingTrackingURLs_; }
-  std::vector<platform::URL> pendingClickURLs() const override { return pendingClickURLs_; }
-  int supportedOrientations() const override { return supportedOrientations_; }
-  void trackURLs(const std::vector<platform::URL>& urls) override;
+  /// None without an ad, or when it is no text.
+  std::optional<std::string> adHTMLString() const { return ad_.content(); }
+  std::optional<platform::URL> adHTMLBaseURL() const { return ad_.baseURL(); }
+  std::vector<platform::URL> pendingTrackingURLs() const override { return ad_.trackingURLs(); }
+  std::vector<platform::URL> pendingClickURLs() const override { return ad_.clickURLs(); }
+  int supportedOrientations() const override { return ad_.supportedOrientations(); }
+  void trackURLs(const std::vector<platform::URL>& urls) override { trackers_.trackURLs(urls); }
   void webProcessDidEnd() override;
 
   /// The pings that have not been cleared away yet.
-  const std::set<std::shared_ptr<VADClickTracker>>& pendingTrackers() const { return trackers_; }
+  const std::set<std::shared_ptr<VADClickTracker>>& pendingTrackers() const {
+    return trackers_.pending();
+  }
 
  private:
   VADObjectPrivate(const platform::Rect& frame, std::shared_ptr<VADAdEvents> delegateManager);
-  void observeNotifications();
 
-  static std::shared_ptr<VADRequestPrivate> privateRequestWithRequest(
-      const std::shared_ptr<VADRequest>& request);
   void loadPrivateRequest(const std::shared_ptr<VADRequestPrivate>& request, bool autoRefresh);
   void takeRequest(const std::shared_ptr<VADRequestPrivate>& request);
   void reloadCurrentRequest();
-  static bool isAppActive();
   bool supportsMinimumRequirementsForRequest(const VADRequestPrivate* request);
 
   void ensureSupportFiles();
@@ -116,38 +106,25 @@ class VADObjectPrivate final : public VADPrivateObject,
   VADAdSlot slot() const;
 
   void loadAdURL(const platform::Dictionary& userInfo);
-  void invalidRequest(const platform::Dictionary& userInfo);
-  void unableToServe(const platform::Dictionary& userInfo);
+  void refusedByScript(const char* how, const platform::Dictionary& userInfo);
   void scriptDidNotAnswer();
 
   void loadHTMLFromURL(const std::optional<platform::URL>& url);
-  void setAdHTML(std::shared_ptr<VADCachedFile> adHTML);
-  void processHTTPHeaders(const VADCachedFile& file);
   void showAd();
   void adDidNotShow();
   /// Ends a request that does not come to an end by itself, as a page that fails to load would.
   void giveUp();
   void failedAdRequestWithError(const std::optional<platform::Error>& error, int httpStatusCode);
-  void debug(const std::string& line) const;
-  void reportError(std::int32_t code, const VADRequest* request);
-
   void addReloadInformationFromHeaders();
-  /// Asks for the next refresh when the one that has come brought no ad and set no other.
-  void keepRefreshing();
-  void appDidBackground() { reloadTimer_.resetReloadTimer(); }
-  void appDidForeground() { reloadTimer_.activateReloadTimer(); }
-  void adWillPresentFullScreen() { reloadTimer_.resetReloadTimer(); }
-  void adDidRelinquishFullScreen() { reloadTimer_.activateReloadTimer(); }
-  void cleanupTrackersOnNextTurn();
-  void cleanupTrackers();
+
+  void reportError(std::int32_t code, const VADRequest* request);
+  void debug(const std::string& line) const;
 
   void cachedFileDownloadDidEnd(VADCachedFile& file) override;
   void cachedFileDownloadDidFail(VADCachedFile& file,
                                  const std::optional<platform::Error>& error) override;
   std::optional<platform::Error> cachedFileShouldRedirectToURL(VADCachedFile& file,
                                                                const platform::URL& url) override;
-  void trackerDidRedirect(VADClickTracker&, const platform::URL&) override;
-  void trackerDidFailWithError(VADClickTracker&, const std::optional<platform::Error>&) override;
 
   platform::WeakPtr<platform::View> adView_;
   std::string adUnitID_;
@@ -155,21 +132,14 @@ class VADObjectPrivate final : public VADPrivateObject,
   platform::WeakPtr<platform::ViewController> rootViewController_;
   std::shared_ptr<VADWebView> webView_;
   std::shared_ptr<VADBannerWebViewDelegate> webViewDelegate_;
-  VADAdURLBuilder adURLBuilder_;
-  std::shared_ptr<VADCachedFile> buildAdJS_;
-  VADScriptFreshness scriptFreshness_;
-  std::shared_ptr<VADCachedFile> adHTML_;
+  VADLoaderState state_;
   std::shared_ptr<VADRequestPrivate> request_;
-  VADState state_ = kVADStateIdle;
-  double timeLastLoaded_ = 0;
-  std::set<std::shared_ptr<VADClickTracker>> trackers_;
-  std::vector<platform::URL> pendingTrackingURLs_;
-  std::vector<platform::URL> pendingClickURLs_;
-  std::unique_ptr<platform::Timer> settling_;      // while the window gets its size
-  std::unique_ptr<platform::Timer> showDeadline_;  // while an ad is rendered
+  VADAdEngineScript script_;
+  VADAdURLBuilder adURLBuilder_;
+  VADAd ad_;
+  VADClickTrackers trackers_;
   VADReloadTimer reloadTimer_;
   bool hasAutoRefreshed_ = false;
-  int supportedOrientations_ = kVADOrientationAny;
 };
 
 }  // namespace valdren

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ads/request/VADIdentifierUtilities.h"
+#include "ads/web/VADScreen.h"
+#include "platform/application/Application.h"
+#include "platform/base/NotificationCenter.h"
 #include "platform/base/Value.h"
 
 namespace valdren {
@@ -12,6 +16,27 @@ namespace {
 constexpr double kShortestDelay = 0.5;
 
 }  // namespace
+
+VADReloadTimer::VADReloadTimer(std::function<void()> reload) : reload_(std::move(reload)) {
+  const bool hasBackground = VADIdentifierUtilities::isOSAtLeastMajor(4, 0, 0);
+  observe(hasBackground ? platform::kApplicationDidEnterBackground
+                        : platform::kApplicationWillResignActive,
+          &VADReloadTimer::resetReloadTimer);
+  observe(hasBackground ? platform::kApplicationWillEnterForeground
+                        : platform::kApplicationDidBecomeActive,
+          &VADReloadTimer::activateReloadTimer);
+  observe(kVADViewControllerWillPresentFullScreen, &VADReloadTimer::resetReloadTimer);
+  observe(kVADViewControllerDidRelinquishFullScreen, &VADReloadTimer::activateReloadTimer);
+}
+
+VADReloadTimer::~VADReloadTimer() {
+  platform::NotificationCenter::defaultCenter().removeObserver(*this);
+}
+
+void VADReloadTimer::observe(const char* name, void (VADReloadTimer::*handler)()) {
+  platform::NotificationCenter::defaultCenter().addObserver(
+      *this, name, [this, handler](const auto&) { (this->*handler)(); });
+}
 
 double VADReloadTimer::secondsFromHeader(std::string_view header) {
   const double seconds = platform::Value(header).doubleValue();
@@ -27,6 +52,10 @@ void VADReloadTimer::scheduleReloadTimer(double seconds) {
 
 void VADReloadTimer::putOff() {
   start(std::max(reloadSeconds_, kShortestDelay));
+}
+
+void VADReloadTimer::keepRefreshing() {
+  if (!reloadTimer_ || !reloadTimer_->isValid()) activateReloadTimer();
 }
 
 void VADReloadTimer::start(double seconds) {

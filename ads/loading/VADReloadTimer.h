@@ -1,4 +1,5 @@
-// The refresh of a banner: one pending call and the interval that it was last given.
+// The refresh of a banner: one pending call and the interval that it was last given. It waits while
+// nobody sees the banner.
 #pragma once
 
 #include <functional>
@@ -6,13 +7,18 @@
 #include <string_view>
 
 #include "platform/base/RunLoop.h"
+#include "platform/base/WeakPtr.h"
 
 namespace valdren {
 
-/// Destroying it drops the pending refresh.
-class VADReloadTimer {
+/// Nothing is pending in the background and while a screen covers the banner; the interval starts
+/// anew afterwards. Destroying it drops the pending refresh.
+class VADReloadTimer : public platform::Trackable {
  public:
-  explicit VADReloadTimer(std::function<void()> reload) : reload_(std::move(reload)) {}
+  explicit VADReloadTimer(std::function<void()> reload);
+  ~VADReloadTimer();
+  VADReloadTimer(const VADReloadTimer&) = delete;
+  VADReloadTimer& operator=(const VADReloadTimer&) = delete;
 
   /// The interval in a response header: its leading number, 0 when it has none or is not a number.
   static double secondsFromHeader(std::string_view header);
@@ -25,13 +31,15 @@ class VADReloadTimer {
   void putOff();
   /// Starts the last interval anew; only drops the pending refresh when there was none.
   void activateReloadTimer() { scheduleReloadTimer(reloadSeconds_); }
+  /// The same, unless a refresh is pending: for a request that brought no ad and set no interval.
+  void keepRefreshing();
   void resetReloadTimer() { reloadTimer_.reset(); }
 
   /// The last interval that was not 0; 0 at first.
   double reloadSeconds() const { return reloadSeconds_; }
-  bool isPending() const { return reloadTimer_ && reloadTimer_->isValid(); }
 
  private:
+  void observe(const char* name, void (VADReloadTimer::*handler)());
   void start(double seconds);
 
   std::function<void()> reload_;

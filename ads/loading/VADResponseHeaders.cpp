@@ -4,6 +4,9 @@
 #include <cmath>
 #include <limits>
 
+#include "ads/support/VADErrorCode.h"
+#include "ads/support/VADMacros.h"
+#include "platform/base/Log.h"
 #include "platform/base/Text.h"
 #include "platform/storage/UserDefaults.h"
 
@@ -27,6 +30,21 @@ std::optional<std::string_view> nonEmptyHeader(const platform::Headers& headers,
   const auto header = headers.find(name);
   if (header == headers.end() || header->second.empty()) return std::nullopt;
   return header->second;
+}
+
+std::string describedHeaders(const platform::Headers& headers) {
+  platform::Dictionary dictionary;
+  for (const auto& [name, value] : headers) dictionary.set(name, platform::repairedUTF8(value));
+  return VADMacros::jsonify(dictionary);
+}
+
+std::int32_t errorCodeForStatus(int httpStatusCode) {
+  if (httpStatusCode > 400) return kVADErrorServerError;
+  if (httpStatusCode < 400) return kVADErrorNetworkError;
+  platform::log(
+      "<Valdren> Server rejected ad parameters.  Typically this is because the ad unit ID is "
+      "incorrect.");
+  return kVADErrorInvalidRequest;
 }
 
 void appendURLsFromHeader(std::vector<platform::URL>& urls, const platform::Headers& headers,

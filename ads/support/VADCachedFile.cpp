@@ -46,6 +46,11 @@ std::string modificationTextOf(const platform::Headers& headers) {
 
 }  // namespace
 
+std::string describedFailure(const std::optional<platform::Error>& error) {
+  return error ? error->domain + " " + std::to_string(error->code) + ": " + error->message
+               : "no error below HTTP";
+}
+
 std::shared_ptr<VADCachedFile> VADCachedFile::initWithDelegate(
     platform::WeakPtr<VADCachedFileDelegate> delegate, const platform::URL& url) {
   return std::shared_ptr<VADCachedFile>(new VADCachedFile(delegate, url));

@@ -16,6 +16,9 @@ namespace valdren {
 
 class VADCachedFile;
 
+/// How a fetch's failure reads in the log.
+std::string describedFailure(const std::optional<platform::Error>& error);
+
 /// Told how a fetch ends, and asked at each redirect. It may let go of the file in any of these.
 class VADCachedFileDelegate : public virtual platform::Trackable {
  public:

@@ -119,7 +119,7 @@ TEST_F(LifetimeTest, EndsInsideEveryCallback) {
       {"ad cannot be rendered", kVADStateRenderingAd, [&] { adPage().fail(); }},
       {"ad received", kVADStateRenderingAd, [&] { adPage().finish(); }},
       {"no answer", kVADStateBuildingURL, [&] { loop.advance(VADAdURLBuilder::kBuildSeconds); }},
-      {"no end", kVADStateRenderingAd, [&] { loop.advance(VADObjectPrivate::kShowSeconds); }},
+      {"no end", kVADStateRenderingAd, [&] { loop.advance(VADLoaderState::kShowSeconds); }},
       {"web process", kVADStateShowingAd,
        [&] {
          record.take();

@@ -157,7 +157,7 @@ TEST_F(RefreshTest, OutlivesWhateverEndsARequest) {
        [&] { loop.advance(VADAdURLBuilder::kBuildSeconds); }, kVADStateLoadingScript},
       {"the script hangs", kVADStateBuildingURL, processEnds, kVADStateLoadingScript},
       {"a picture never comes", kVADStateRenderingAd,
-       [&] { loop.advance(VADObjectPrivate::kShowSeconds); }, kVADStateBuildingURL},
+       [&] { loop.advance(VADLoaderState::kShowSeconds); }, kVADStateBuildingURL},
       {"the ad hangs at once", kVADStateRenderingAd, processEnds, kVADStateBuildingURL},
       {"the ad hangs later", kVADStateShowingAd, processEnds, kVADStateBuildingURL},
       {"no script", kVADStateBuildingURL,

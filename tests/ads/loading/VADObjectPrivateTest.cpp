@@ -39,7 +39,7 @@ TEST_F(VADObjectPrivateTest, BringsAnAdFromTheScriptToThePings) {
   EXPECT_TRUE(loader()->webView()->isHidden());
   load();
   EXPECT_EQ(state(), kVADStateLoadingScript);
-  EXPECT_EQ(fetches.last().url(), VADObjectPrivate::jsBuildAdURL().absoluteString());
+  EXPECT_EQ(fetches.last().url(), VADAdEngineScript::jsBuildAdURL().absoluteString());
   answerScript();
 
   EXPECT_EQ(state(), kVADStateBuildingURL);
@@ -293,7 +293,7 @@ TEST_F(VADObjectPrivateTest, AsksForTheScriptWhenWhatWasKeptIsDamaged) {
       // As after the clock was set back.
       [&] { keep(platform::Date::now().after(86401)); },
       [this] {
-        const std::string copy = *valdren::cachePathForURL(VADObjectPrivate::jsBuildAdURL());
+        const std::string copy = *valdren::cachePathForURL(VADAdEngineScript::jsBuildAdURL());
         std::filesystem::resize_file(copy, 1ull << 40);
       },
   };

@@ -1,0 +1,38 @@
+#include "ads/loading/VADAdEngineScript.h"
+
+#include "ads/request/VADConfiguration.h"
+
+namespace valdren {
+namespace {
+
+constexpr const char* kScriptPath = "/urvo/sdk-core-v40.js";
+
+}  // namespace
+
+VADAdEngineScript::~VADAdEngineScript() {
+  if (file_) file_->setDelegate(nullptr);
+}
+
+platform::URL VADAdEngineScript::jsBuildAdURL() {
+  const platform::URL& host = VADConfiguration::scriptHostBaseURL();
+  std::string address = host.absoluteString();
+  if (address.ends_with('/')) address.pop_back();
+  return platform::URL::parse(address + kScriptPath).value_or(host);
+}
+
+bool VADAdEngineScript::open(platform::WeakPtr<VADCachedFileDelegate> delegate) {
+  if (file_) return false;
+  file_ = VADCachedFile::initWithDelegate(delegate, jsBuildAdURL());
+  return true;
+}
+
+bool VADAdEngineScript::isFresh() {
+  return freshness_.isFresh() && !content().empty();
+}
+
+void VADAdEngineScript::validate() {
+  freshness_.asked();
+  file_->validate();
+}
+
+}  // namespace valdren
