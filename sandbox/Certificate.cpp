@@ -9,6 +9,8 @@
 #include <memory>
 #include <string>
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 namespace {
 
@@ -50,13 +52,13 @@ std::string pem(EVP_PKEY* key, X509* certificate) {
 
 }  // namespace
 
-ObjectHandle<GTlsCertificate> selfSignedCertificate() {
+platform::GObjectPtr<GTlsCertificate> selfSignedCertificate() {
   if (!g_tls_backend_supports_tls(g_tls_backend_get_default())) return nullptr;
   const Key key(EVP_EC_gen("P-256"));
   const Certificate certificate = certificateFor(key.get());
   if (!certificate) return nullptr;
   const std::string text = pem(key.get(), certificate.get());
-  return ObjectHandle<GTlsCertificate>(
+  return platform::GObjectPtr<GTlsCertificate>(
       g_tls_certificate_new_from_pem(text.data(), static_cast<gssize>(text.size()), nullptr));
 }
 

@@ -3,12 +3,14 @@
 
 #include <gio/gio.h>
 
-#include "sandbox/Handles.h"
+#include "platform/base/GObjectPtr.h"
+
+namespace platform = valdren::platform;
 
 namespace sandbox {
 
 /// Self-signed for "127.0.0.1", valid for a day, with a new key at each call. Null when the system
 /// has no TLS.
-ObjectHandle<GTlsCertificate> selfSignedCertificate();
+platform::GObjectPtr<GTlsCertificate> selfSignedCertificate();
 
 }  // namespace sandbox

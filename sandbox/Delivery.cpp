@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 namespace {
 
@@ -22,7 +24,7 @@ std::string repeatedTo(const std::string& text, std::size_t size) {
 }  // namespace
 
 Delivery::Delivery(SoupServerMessage* message, Answer answer)
-    : message_(retained(message)), answer_(std::move(answer)) {}
+    : message_(platform::shareGObject(message)), answer_(std::move(answer)) {}
 
 Delivery::~Delivery() {
   if (chunks_) g_signal_handler_disconnect(message_.get(), chunks_);
@@ -121,7 +123,7 @@ void Delivery::after(double seconds, Step step) {
 gboolean Delivery::onTimer(gpointer data) {
   auto* self = static_cast<Delivery*>(data);
   // The step may destroy the message and this object, or set another timer.
-  const SourceHandle fired = std::move(self->timer_);
+  const platform::GSourcePtr fired = std::move(self->timer_);
   (self->*self->next_)();
   return G_SOURCE_REMOVE;
 }

@@ -6,8 +6,10 @@
 #include <functional>
 #include <memory>
 
-#include "sandbox/Handles.h"
+#include "platform/base/GObjectPtr.h"
 #include "sandbox/Http.h"
+
+namespace platform = valdren::platform;
 
 namespace sandbox {
 
@@ -34,11 +36,11 @@ class Delivery {
   static gboolean onTimer(gpointer self);
   static void onWroteChunk(SoupServerMessage* message, gpointer self);
 
-  ObjectHandle<SoupServerMessage> message_;
+  platform::GObjectPtr<SoupServerMessage> message_;
   Answer answer_;
   std::size_t sent_ = 0;
   gulong chunks_ = 0;
-  SourceHandle timer_;
+  platform::GSourcePtr timer_;
   Step next_ = nullptr;
 };
 

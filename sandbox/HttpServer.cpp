@@ -5,9 +5,11 @@
 #include <chrono>
 #include <map>
 
+#include "platform/base/GObjectPtr.h"
 #include "sandbox/Certificate.h"
 #include "sandbox/Delivery.h"
-#include "sandbox/Handles.h"
+
+namespace platform = valdren::platform;
 
 namespace sandbox {
 namespace {
@@ -57,7 +59,7 @@ class Service {
   }
 
   std::uint16_t listenSecurely() {
-    const ObjectHandle<GTlsCertificate> certificate = selfSignedCertificate();
+    const platform::GObjectPtr<GTlsCertificate> certificate = selfSignedCertificate();
     if (!certificate) return 0;
     soup_server_set_tls_certificate(server_.get(), certificate.get());
     std::string failure;
@@ -107,7 +109,7 @@ class Service {
 
   Handler handler_;
   std::map<SoupServerMessage*, std::unique_ptr<Delivery>> deliveries_;
-  ObjectHandle<SoupServer> server_;
+  platform::GObjectPtr<SoupServer> server_;
 };
 
 gboolean quit(gpointer loop) {
@@ -132,7 +134,7 @@ std::unique_ptr<HttpServer> HttpServer::start(std::uint16_t port, Handler handle
 HttpServer::~HttpServer() {
   if (loop_) {
     // g_main_loop_quit has no effect on a loop that does not run yet, so this attaches a source.
-    const SourceHandle source(g_idle_source_new());
+    const platform::GSourcePtr source(g_idle_source_new());
     // This must run before answers that never end.
     g_source_set_priority(source.get(), G_PRIORITY_HIGH);
     g_source_set_callback(source.get(), quit, loop_, nullptr);

@@ -4,16 +4,18 @@
 
 #include <algorithm>
 
-#include "sandbox/Handles.h"
+#include "platform/base/GObjectPtr.h"
 
 extern "C" GResource* sandbox_pages_get_resource(void);
+
+namespace platform = valdren::platform;
 
 namespace sandbox {
 
 std::string page(std::string_view name) {
   const std::string path = "/com/valdren/sandbox/" + std::string(name);
-  const BytesHandle bytes(g_resource_lookup_data(sandbox_pages_get_resource(), path.c_str(),
-                                                 G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr));
+  const platform::GBytesPtr bytes(g_resource_lookup_data(sandbox_pages_get_resource(), path.c_str(),
+                                                         G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr));
   if (!bytes) return {};
   gsize size = 0;
   const auto* data = static_cast<const char*>(g_bytes_get_data(bytes.get(), &size));

@@ -56,12 +56,11 @@ bool answersInTime(const std::string& address) {
       GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                            G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
       nullptr, asking.cancellable.get(), answered, &asking);
-  GSource* const timer = g_timeout_source_new(kPatienceMilliseconds);
-  g_source_set_callback(timer, overdue, &asking, nullptr);
-  g_source_attach(timer, context);
+  GSourcePtr timer(g_timeout_source_new(kPatienceMilliseconds));
+  g_source_set_callback(timer.get(), overdue, &asking, nullptr);
+  g_source_attach(timer.get(), context);
   while (!asking.hasAnswered) g_main_context_iteration(context, TRUE);
-  g_source_destroy(timer);
-  g_source_unref(timer);
+  timer.reset();
   g_main_context_pop_thread_default(context);
   g_main_context_unref(context);
   return !asking.isOverdue;

@@ -26,4 +26,18 @@ struct GErrorFree {
 };
 using GErrorPtr = std::unique_ptr<GError, GErrorFree>;
 
+struct GBytesUnref {
+  void operator()(GBytes* bytes) const { g_bytes_unref(bytes); }
+};
+using GBytesPtr = std::unique_ptr<GBytes, GBytesUnref>;
+
+struct GSourceDestroy {
+  void operator()(GSource* source) const {
+    g_source_destroy(source);
+    g_source_unref(source);
+  }
+};
+/// The source fires no more once it is let go of.
+using GSourcePtr = std::unique_ptr<GSource, GSourceDestroy>;
+
 }  // namespace valdren::platform

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "platform/base/GObjectPtr.h"
 #include "platform/ui/NativeImage.h"
 
 namespace valdren::platform {
@@ -36,9 +37,8 @@ bool hasUsableHeader(std::string_view bytes) {
 
 std::shared_ptr<Image> Image::fromPNG(std::string_view bytes, double scale) {
   if (!(scale > 0) || !std::isfinite(scale) || !hasUsableHeader(bytes)) return nullptr;
-  GBytes* const data = g_bytes_new(bytes.data(), bytes.size());
-  GdkTexture* const texture = gdk_texture_new_from_bytes(data, nullptr);
-  g_bytes_unref(data);
+  const GBytesPtr data(g_bytes_new(bytes.data(), bytes.size()));
+  GdkTexture* const texture = gdk_texture_new_from_bytes(data.get(), nullptr);
   if (!texture) return nullptr;
   auto native = std::make_unique<Native>();
   native->texture = Glib::wrap(texture);

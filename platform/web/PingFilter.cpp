@@ -51,9 +51,8 @@ PingFilter::PingFilter() {
   g_free(folder);
   const GObjectPtr<WebKitUserContentFilterStore> store(
       webkit_user_content_filter_store_new(folder_.c_str()));
-  GBytes* const rule = g_bytes_new_static(kRule, std::char_traits<char>::length(kRule));
-  webkit_user_content_filter_store_save(store.get(), kName, rule, nullptr, saved, this);
-  g_bytes_unref(rule);
+  const GBytesPtr rule(g_bytes_new_static(kRule, std::char_traits<char>::length(kRule)));
+  webkit_user_content_filter_store_save(store.get(), kName, rule.get(), nullptr, saved, this);
 }
 
 void PingFilter::addTo(WebKitUserContentManager* manager) {
