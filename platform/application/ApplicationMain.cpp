@@ -13,6 +13,7 @@
 #include "platform/application/LinuxApplication.h"
 #include "platform/application/MemoryWarnings.h"
 #include "platform/application/SessionBus.h"
+#include "platform/application/ShaderCache.h"
 #include "platform/application/WindowState.h"
 #include "platform/base/Log.h"
 #include "platform/base/NotificationCenter.h"
@@ -308,9 +309,10 @@ class EndingSignals {
 }  // namespace
 
 bool hasDisplay() {
-  leaveSilentSessionBus();  // the toolkit uses the bus as soon as it opens a display
-  // later calls of gtk_init_check always return true
-  return gtk_init_check() && gdk_display_get_default();
+  // The toolkit needs both as soon as it opens a display.
+  leaveSilentSessionBus();
+  leaveShaderCacheWithoutRoom();
+  return gtk_init_check() && gdk_display_get_default();  // its second call says yes in any case
 }
 
 int applicationMain(const ApplicationDescription& description) {

@@ -93,6 +93,7 @@ TEST_F(CommandLine, AMachineThatLacksSomethingGetsItsWindowAndOneLine) {
       {"DBUS_SESSION_BUS_ADDRESS=unix:path=" + folder.file("silent"), "bus does not answer"},
       {"XDG_STATE_HOME=" + folder.file("no/bwrap"), "state cannot be saved"},
       {"PATH=" + folder.file("no") + ":$PATH", "There are no ads here"},
+      {"XDG_CACHE_HOME=/proc/none", "Copies of ads cannot be kept"},
   };
   for (const auto& row : rows) {
     // The ad request shows that the window is there.
@@ -104,6 +105,7 @@ TEST_F(CommandLine, AMachineThatLacksSomethingGetsItsWindowAndOneLine) {
             "\" " + told + "; do sleep 0.1; done; kill -TERM $first; wait $first'");
     EXPECT_EQ(finished.status, 0) << row.line << "\n" << quorbel_tests::readFile(told);
     EXPECT_EQ(run("grep -c \"" + std::string(row.line) + "\" " + told).output, "1\n");
+    EXPECT_EQ(run("grep -c \"shader cache\" " + told).output, "0\n") << "the driver's own";
   }
   close(silent);
 }
