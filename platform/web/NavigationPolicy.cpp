@@ -75,6 +75,10 @@ gboolean NavigationPolicy::decided(WebKitWebView*, WebKitPolicyDecision* decisio
     policy.decideResponse(WEBKIT_RESPONSE_POLICY_DECISION(decision));
     return TRUE;
   }
+  if (policy.isEnding_) {
+    webkit_policy_decision_ignore(decision);
+    return TRUE;
+  }
   WebKitNavigationAction* const action = webkit_navigation_policy_decision_get_navigation_action(
       WEBKIT_NAVIGATION_POLICY_DECISION(decision));
   if (type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION) {
@@ -119,6 +123,7 @@ bool NavigationPolicy::allows(WebKitNavigationAction* action) {
   if (!allowed) {
     loads_.refused(address);
   } else if (loads_.awaits(address)) {
+    budget_ = {};  // the next page does not pay for this one
     proceed_(false);
   }
   return allowed;
@@ -148,20 +153,36 @@ bool NavigationPolicy::isTooLong(std::string_view address) {
 }
 
 bool NavigationPolicy::isFlood(std::string_view address) {
+  if (loads_.awaits(address)) return false;
   const double before = budget_.refused();
-  if (loads_.awaits(address) || budget_.take(address.size())) return false;
-  if (before == 0) logWarning("A page's flood of navigations is refused.");
-  if (before < PageBudget::kPatience && budget_.refused() >= PageBudget::kPatience) {
-    logWarning("A page that floods the application with navigations is ended.");
-    RunLoop::shared().performAfterDelay(*this, 0,
-                                        [this] { webkit_web_view_terminate_web_process(view_); });
+  const bool granted = budget_.take(address.size());
+  if (address.size() > kLongestAddress && !address.starts_with("data:")) {
+    endPage("A page that goes to an address of more than 2 MiB is ended.");
+    return true;
+  }
+  if (granted) return false;
+  if (budget_.refused() >= PageBudget::kPatience) {
+    endPage("A page that floods the application with navigations is ended.");
+  } else if (before == 0) {
+    logWarning("A page's flood of navigations is refused.");
   }
   return true;
 }
 
+void NavigationPolicy::endPage(const char* why) {
+  // What it has sent already is refused unread: reading is what costs time.
+  if (std::exchange(isEnding_, true)) return;
+  logWarning(why);
+  RunLoop::shared().performAfterDelay(*this, 0, [this] {
+    isEnding_ = false;
+    budget_ = {};
+    webkit_web_view_terminate_web_process(view_);  // may destroy this
+  });
+}
+
 void NavigationPolicy::openHere(WebKitNavigationAction* action) {
   const std::weak_ptr<const void> alive = lifetime();
-  if (!ask(action, addressOf(action)) || alive.expired()) return;
+  if (isEnding_ || !ask(action, addressOf(action)) || alive.expired()) return;
   approved_ = addressOf(action);
   loads_.asked(approved_, true);
   webkit_web_view_load_request(view_, webkit_navigation_action_get_request(action));

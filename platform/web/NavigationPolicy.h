@@ -21,6 +21,9 @@ class NavigationPolicy : public Trackable {
  public:
   /// In bytes.
   static constexpr std::size_t kLongestMessage = 64 * 1024;
+  /// In bytes. Reading a longer one stops the main thread for too long, so the page that goes there
+  /// is ended. One that is the page itself ("data:") is only refused.
+  static constexpr std::size_t kLongestAddress = 2 * 1024 * 1024;
 
   NavigationPolicy(WebKitWebView* view, WebEngine::Client& client, LoadTracker& loads);
   ~NavigationPolicy();
@@ -49,6 +52,7 @@ class NavigationPolicy : public Trackable {
   bool ask(WebKitNavigationAction* action, std::string_view address);
   bool isTooLong(std::string_view address);
   bool isFlood(std::string_view address);
+  void endPage(const char* why);
   void openHere(WebKitNavigationAction* action);
   void use(WebKitPolicyDecision* decision) const;
 
@@ -60,6 +64,7 @@ class NavigationPolicy : public Trackable {
   std::function<void(bool)> proceed_ = [](bool) {};
   bool autoplay_ = false;
   bool saidTooLong_ = false;
+  bool isEnding_ = false;  // until the next turn
 };
 
 }  // namespace valdren::platform

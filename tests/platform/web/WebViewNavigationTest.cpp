@@ -113,8 +113,8 @@ TEST(WebViewNavigation, OpensNewWindowsInPlace) {
   page.delegate.decide = [](const platform::URLRequest&, platform::NavigationType) {
     return false;
   };
-  page.evaluate("window.open('/new')");
-  runFor(0.3);
+  page.evaluate("window.open('/new'); fetch('/after')");
+  EXPECT_TRUE(runUntil([&] { return server.requests("/after").size() == 1; }));
   EXPECT_EQ(server.requests("/new").size(), 2u);
 }
 
@@ -206,6 +206,7 @@ TEST(WebViewNavigation, OutlastsFloods) {
        "  const f = document.createElement('iframe'); f.src = long;"
        "  document.body.appendChild(f); setTimeout(() => f.remove(), 100) }, 10)",
        true},
+      {"location = 'gmsg://h/?' + 'a'.repeat(1e7)", true},
       {"while (true) window.open('gmsg://h/')", true},
       {"while (true) alert(1)", true},
   };
@@ -220,8 +221,10 @@ TEST(WebViewNavigation, OutlastsFloods) {
     }
     const auto asked = page.delegate.requests.size();
     EXPECT_LT(asked, 8000u) << each.script;
-    EXPECT_TRUE(page.load("<script>var ran = true</script>next")) << each.script;
-    EXPECT_EQ(page.evaluate("document.body.innerText + ran"), "nexttrue");
+    EXPECT_TRUE(page.load("next<script>location = 'gmsg://h/next'</script>")) << each.script;
+    EXPECT_TRUE(runUntil([&] { return page.delegate.asked("gmsg://h/next"); }, 10))
+        << "the next page pays for " << each.script;
+    EXPECT_EQ(page.evaluate("document.body.innerText"), "next");
   }
 }
 
