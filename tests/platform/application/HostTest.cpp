@@ -80,9 +80,7 @@ TEST_F(HostTest, AWindowThatIsDestroyedUnderAPresentedScreenTakesItAlong) {
   const std::weak_ptr<ViewController> weakPresented = presented;
   host->presentModalViewController(std::move(presented), true);
   gtk_window_destroy(std::exchange(window_, nullptr));
-  quorbel_tests::runFor(0.05);
-  EXPECT_FALSE(weak);
-  EXPECT_TRUE(weakPresented.expired());
+  EXPECT_TRUE(quorbel_tests::runUntil([&] { return !weak && weakPresented.expired(); }));
   EXPECT_EQ(Window::keyWindow(), nullptr);
 }
 

@@ -16,7 +16,6 @@ using platform::Point;
 using platform::Rect;
 using platform::View;
 using quorbel_tests::Page;
-using quorbel_tests::runFor;
 using quorbel_tests::runUntil;
 
 struct Panel {
@@ -80,7 +79,7 @@ TEST(Tap, FollowsTheLinkOfAPageAndTellsThePageWhere) {
       << page.delegate.text();
   EXPECT_TRUE(page.becomes("at", "15,60"));
   EXPECT_FALSE(page.window->tap(Point{10, 10}));
-  runFor(0.2);
+  page.evaluate("'what it had to say is here'");
   EXPECT_EQ(page.delegate.lines.size(), 1u) << page.delegate.text();
 }
 

@@ -118,15 +118,13 @@ TEST(WebViewLoad, SupersededAndStoppedLoads) {
   page.view->stopLoading();
   EXPECT_FALSE(page.view->isLoading());
   EXPECT_EQ(page.delegate.fails(), 0) << "not while it is asked to stop";
-  runFor(0.8);
-  EXPECT_EQ(page.delegate.fails(), 1);
+  EXPECT_TRUE(runUntil([&] { return page.delegate.fails() == 1; }));
 
   page.view->loadHTMLString("one", std::nullopt);
   page.view->loadHTMLString("two", std::nullopt);
   page.view->stopLoading();
-  runFor(0.3);
+  EXPECT_TRUE(runUntil([&] { return page.ends() == 2; })) << page.delegate.text();
   EXPECT_FALSE(page.view->isLoading());
-  EXPECT_EQ(page.ends(), 2) << page.delegate.text();
 }
 
 TEST(WebViewLoad, GoesBackAndForwardAndReloads) {

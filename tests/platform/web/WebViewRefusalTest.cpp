@@ -66,11 +66,11 @@ TEST(WebViewRefusal, KeepsNothingOnTheDisk) {
                  {"Cache-Control", "max-age=3600"},
                  {"Set-Cookie", "kept=stranger-marker; Max-Age=3600"}},
                 "stranger-marker<script>localStorage.kept = 'stranger-marker';"
-                "indexedDB.open('stranger-marker')</script>");
+                "indexedDB.open('stranger-marker').onsuccess = () => opened = true</script>");
   Page page;
   page.go(server.address("/"));
   EXPECT_EQ(page.evaluate("localStorage.kept"), "stranger-marker");
-  runFor(0.5);
+  EXPECT_TRUE(page.becomes("opened", "true"));
   for (const char* variable :
        {"XDG_STATE_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
     std::error_code none;
@@ -95,7 +95,8 @@ TEST(WebViewRefusal, BeginsNoDownloads) {
   Page page;
   page.go(server.address("/"));
   page.evaluate("save.click()");
-  runFor(0.7);
+  EXPECT_TRUE(runUntil([&] { return page.delegate.asked(server.address("/file")); }));
+  EXPECT_TRUE(page.becomes("document.readyState", "complete"));
   EXPECT_EQ(page.delegate.finishes(), 1);
   for (const char* variable : {"HOME", "XDG_DOCUMENTS_DIR", "XDG_DATA_HOME"}) {
     if (const char* const folder = std::getenv(variable)) {
