@@ -29,14 +29,17 @@ bool isAsExpected(const platform::Value* value, const std::string& expected) {
   return value->description() == expected;
 }
 
+std::string unlike(const std::string& key, const platform::Value* told, const std::string& wanted) {
+  return "the ad request has " + (told ? told->description() : "nothing") + " for \"" + key +
+         "\", other than " + wanted;
+}
+
 std::string problemOf(const platform::Dictionary& parameters, const std::vector<Told>& expected,
                       const std::string& ticket) {
   for (const auto& [key, value] : expected) {
     const platform::Value* const told = parameters.find(key);
     const std::string wanted = filledIn(value, ticket);
-    if (isAsExpected(told, wanted)) continue;
-    return "the ad request has " + (told ? told->description() : "nothing") + " for \"" + key +
-           "\", other than " + wanted;
+    if (!isAsExpected(told, wanted)) return unlike(key, told, wanted);
   }
   return "";
 }

@@ -41,7 +41,7 @@ void askForAd(const std::string& unit) {
 }
 
 std::string adProblem(const std::string& brand) {
-  if (const std::string problem = bannerProblem(); !problem.empty()) return problem;
+  if (std::string problem = bannerProblem(); !problem.empty()) return problem;
   const std::string shown = soundScreen()->banner().webView()->title();
   return shown == brand ? "" : "the banner shows \"" + shown + "\" instead of \"" + brand + "\"";
 }

@@ -15,7 +15,7 @@ class Trackable {
  public:
   Trackable() = default;
   Trackable(const Trackable&) : Trackable() {}
-  Trackable& operator=(const Trackable&) { return *this; }
+  Trackable& operator=(const Trackable&) { return *this; }  // NOLINT: each keeps its own token
 
   /// A handle that expires with this object.
   std::weak_ptr<const void> lifetime() const { return token_; }
