@@ -309,10 +309,11 @@ class EndingSignals {
 }  // namespace
 
 bool hasDisplay() {
-  // The toolkit needs both as soon as it opens a display.
+  // The toolkit uses both as soon as it opens a display.
   leaveSilentSessionBus();
   leaveShaderCacheWithoutRoom();
-  return gtk_init_check() && gdk_display_get_default();  // its second call says yes in any case
+  // later calls of gtk_init_check always return true
+  return gtk_init_check() && gdk_display_get_default();
 }
 
 int applicationMain(const ApplicationDescription& description) {
