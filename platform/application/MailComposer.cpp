@@ -74,19 +74,19 @@ std::optional<URL> MailMessage::mailtoURL() const {
   return URL::parse(url);
 }
 
-void MailComposer::setToRecipients(std::vector<std::string> recipients) {
+void MailComposer::setToRecipients(const std::vector<std::string>& recipients) {
   message_.toRecipients = headerTexts(recipients);
 }
-void MailComposer::setCcRecipients(std::vector<std::string> recipients) {
+void MailComposer::setCcRecipients(const std::vector<std::string>& recipients) {
   message_.ccRecipients = headerTexts(recipients);
 }
-void MailComposer::setBccRecipients(std::vector<std::string> recipients) {
+void MailComposer::setBccRecipients(const std::vector<std::string>& recipients) {
   message_.bccRecipients = headerTexts(recipients);
 }
 void MailComposer::setSubject(const std::string& subject) {
   message_.subject = headerText(subject);
 }
-void MailComposer::setMessageBody(std::string body) {
+void MailComposer::setMessageBody(const std::string& body) {
   message_.body = repairedUTF8(body);
 }
 

@@ -53,12 +53,12 @@ class MailComposerDelegate : public virtual Trackable {
 class MailComposer : public Trackable, public std::enable_shared_from_this<MailComposer> {
  public:
   void setDelegate(WeakPtr<MailComposerDelegate> delegate) { delegate_ = delegate; }
-  void setToRecipients(std::vector<std::string> recipients);
-  void setCcRecipients(std::vector<std::string> recipients);
-  void setBccRecipients(std::vector<std::string> recipients);
+  void setToRecipients(const std::vector<std::string>& recipients);
+  void setCcRecipients(const std::vector<std::string>& recipients);
+  void setBccRecipients(const std::vector<std::string>& recipients);
   void setSubject(const std::string& subject);
   /// Plain text.
-  void setMessageBody(std::string body);
+  void setMessageBody(const std::string& body);
   const MailMessage& message() const { return message_; }
 
   ModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }

@@ -56,7 +56,7 @@ std::optional<std::string> encryptAES128CBC(std::string_view data, const Key128&
       EVP_EncryptUpdate(context.get(), bytes(result), &written, bytes(data), int(data.size())) &&
       EVP_EncryptFinal_ex(context.get(), bytes(result) + written, &tail);
   if (!done) return std::nullopt;
-  result.resize(static_cast<std::size_t>(written + tail));
+  result.resize(static_cast<std::size_t>(written) + static_cast<std::size_t>(tail));
   return result;
 }
 
@@ -74,7 +74,7 @@ std::optional<std::string> decryptAES128CBC(std::string_view data, const Key128&
       EVP_DecryptUpdate(context.get(), bytes(result), &written, bytes(data), int(data.size())) &&
       EVP_DecryptFinal_ex(context.get(), bytes(result) + written, &tail);
   if (!done) return std::nullopt;
-  result.resize(static_cast<std::size_t>(written + tail));
+  result.resize(static_cast<std::size_t>(written) + static_cast<std::size_t>(tail));
   return result;
 }
 
@@ -111,7 +111,7 @@ std::optional<std::string> openAES128GCM(std::string_view sealed, const Key128& 
       EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_SET_TAG, kTag, bytes(tag)) &&
       EVP_DecryptFinal_ex(context.get(), bytes(result) + written, &tail) > 0;
   if (!done) return std::nullopt;
-  result.resize(static_cast<std::size_t>(written + tail));
+  result.resize(static_cast<std::size_t>(written) + static_cast<std::size_t>(tail));
   return result;
 }
 

@@ -88,7 +88,7 @@ std::string keptIdentifier() {
   const auto folder = stateFolder();
   if (!folder) return madeUp;
   const std::string path = *folder + "/installation-id";
-  const std::string kept = lineFrom(contentOf(path));
+  std::string kept = lineFrom(contentOf(path));
   if (!kept.empty()) return kept;
   // Not synced: losing the id in a power cut only makes a new one.
   writeFileAtomically(path, madeUp, Sync::No);
@@ -129,7 +129,7 @@ std::string LinuxDevice::model() const {
 
 std::string LinuxDevice::systemVersion() const {
   for (const char* path : {"/etc/os-release", "/usr/lib/os-release"}) {
-    const std::string version = versionFromOSRelease(contentOf(root_ + path));
+    std::string version = versionFromOSRelease(contentOf(root_ + path));
     if (!version.empty()) return version;
   }
   return leadingVersion(systemNames().release);
@@ -137,7 +137,7 @@ std::string LinuxDevice::systemVersion() const {
 
 std::string LinuxDevice::machineIdentifier() const {
   for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
-    const std::string identifier = lineFrom(contentOf(root_ + path));
+    std::string identifier = lineFrom(contentOf(root_ + path));
     if (!identifier.empty() && identifier != "uninitialized") return identifier;
   }
   return keptIdentifier();

@@ -9,7 +9,7 @@
 namespace valdren::platform {
 
 std::optional<URL> resolvedLocation(std::string_view location, const URL& base) {
-  const auto written = URL::fromPage(trimmed(location));
+  auto written = URL::fromPage(trimmed(location));
   if (!written || !written->scheme().empty()) return written;
   const std::unique_ptr<char, decltype(&g_free)> resolved(
       g_uri_resolve_relative(base.absoluteString().c_str(), written->absoluteString().c_str(),

@@ -60,13 +60,13 @@ std::string writeFileAtomically(const std::string& path, std::string_view conten
     const bool written = writeAll(descriptor.number(), content) &&
                          (sync == Sync::No || ::fsync(descriptor.number()) == 0);
     if (!written) {
-      const std::string problem = lastProblem(path);
+      std::string problem = lastProblem(path);
       ::unlink(temporary.c_str());
       return problem;
     }
   }
   if (::rename(temporary.c_str(), path.c_str()) != 0) {
-    const std::string problem = lastProblem(path);
+    std::string problem = lastProblem(path);
     ::unlink(temporary.c_str());
     return problem;
   }
