@@ -1,17 +1,14 @@
 #include "ads/loading/VADObjectPrivate.h"
 
-#include "ads/loading/VADAdAddress.h"
 #include "ads/loading/VADLaunchObserver.h"
 #include "ads/loading/VADResponseHeaders.h"
 #include "ads/request/VADRequestError.h"
 #include "ads/screens/VADScreenOpener.h"
-#include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADBannerWebViewDelegate.h"
 #include "ads/web/VADWebView.h"
 #include "platform/application/Application.h"
 #include "platform/base/KeptUntilReturn.h"
 #include "platform/base/Log.h"
-#include "platform/base/Text.h"
 #include "platform/device/Device.h"
 
 namespace valdren {
@@ -178,89 +175,10 @@ VADAdSlot VADObjectPrivate::slot() const {
   return {adUnitID_, VADAdSlot::Place{view.frame(), view.bounds()}};
 }
 
-void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {
-  const platform::KeptUntilReturn kept(*this);
-  script_.answered();
-  if (userInfo.contains("errors")) return reportError(kVADErrorInvalidRequest, request_.get());
-  changeState(kVADStateLoadingAd);
-  const auto url = adURLFromAnswer(userInfo, *request_);
-  VADStatistics::sharedStatistics().startTimingNamed(kVADParameterPriorRequestLatency);
-  loadHTMLFromURL(url);
-}
-
-void VADObjectPrivate::refusedByScript(const char* how, const platform::Dictionary& userInfo) {
-  const platform::KeptUntilReturn kept(*this);
-  script_.answered();
-  platform::log("<Valdren> " + std::string(how) + ": " + platform::Value(userInfo).description());
-  reportError(kVADErrorInvalidRequest, request_.get());
-}
-
-void VADObjectPrivate::scriptDidNotAnswer() {
-  const platform::KeptUntilReturn kept(*this);
-  debug("the ad engine script has not answered");
-  script_.invalidate();  // the next request asks the script host anew
-  giveUp();
-}
-
-void VADObjectPrivate::loadHTMLFromURL(const std::optional<platform::URL>& url) {
-  if (!url) {  // the script gave no address, or none that can be asked
-    ad_.drop();
-    failedAdRequestWithError(std::nullopt, 0);
-    return;
-  }
-  debug("asking for the ad at " + url->absoluteString());
-  ad_.fetch(*url, this);
-}
-
-void VADObjectPrivate::showAd() {
-  const std::string content = adHTMLString().value_or("");
-  const std::string_view ad = platform::trimmed(content);
-  addReloadInformationFromHeaders();
-  if (ad.empty()) {
-    changeState(kVADStateFailed);
-    reportError(kVADErrorNoFill, request_.get());
-    return;
-  }
-  changeState(kVADStateRenderingAd);
-  webView_->loadHTMLString(std::string(ad), adHTMLBaseURL());
-}
-
-void VADObjectPrivate::adDidNotShow() {
-  const platform::KeptUntilReturn kept(*this);
-  debug("the ad has not shown in time");
-  webView_->loadHTMLString("", std::nullopt);
-  giveUp();
-}
-
-void VADObjectPrivate::webProcessDidEnd() {
-  const platform::KeptUntilReturn kept(*this);
-  if (adURLBuilder_.buildAdWebView()) return scriptDidNotAnswer();  // its page was in it, too
-  if (isMakingRequest() || state() == kVADStateShowingAd) giveUp();
-}
-
-void VADObjectPrivate::giveUp() {
-  adURLBuilder_.resetBuildAdWebView();
-  changeState(kVADStateFailed);
-  reloadTimer_.keepRefreshing();
-  reportError(kVADErrorNetworkError, request_.get());
-}
-
-void VADObjectPrivate::failedAdRequestWithError(const std::optional<platform::Error>& error,
-                                                int httpStatusCode) {
-  debug("no ad: status " + std::to_string(httpStatusCode) + ", " + describedFailure(error));
-  changeState(kVADStateFailed);
-  reportError(errorCodeForStatus(httpStatusCode), request_.get());
-  addReloadInformationFromHeaders();
-}
-
 void VADObjectPrivate::reportError(std::int32_t code, const VADRequest* request) {
   const VADRequestError error = VADRequestError::errorWithCode(code, request);
   debug("error " + std::to_string(code) + " goes to the delegate: " + error.localizedDescription());
   delegateManager_->didFailToReceiveAdWithError(error);
-}
-
-void VADObjectPrivate::addReloadInformationFromHeaders() {
-  reloadTimer_.scheduleReloadTimer(ad_.refreshSeconds().value_or(reloadTimer_.reloadSeconds()));
 }
 
 void VADObjectPrivate::changeState(VADState state) {

@@ -1,4 +1,4 @@
-#include "ads/loading/VADAdAddress.h"
+#include "ads/request/VADAdAddress.h"
 
 #include "ads/signals/Signals.h"
 #include "ads/support/VADNetworkUtilities.h"
