@@ -36,7 +36,7 @@ bool VADObjectPrivate::didAppFinishLaunching() {
 
 std::shared_ptr<VADObjectPrivate> VADObjectPrivate::initWithView(
     platform::View& view, std::shared_ptr<VADAdEvents> delegateManager) {
-  const std::shared_ptr<VADObjectPrivate> loader(
+  std::shared_ptr<VADObjectPrivate> loader(
       new VADObjectPrivate(view.bounds(), std::move(delegateManager)));
   loader->adView_ = &view;
   view.addSubview(loader->webView_);
@@ -171,7 +171,8 @@ void VADObjectPrivate::gatherParameters(
 }
 
 VADAdSlot VADObjectPrivate::slot() const {
-  const platform::View& view = adView_ ? *adView_.get() : *webView_;
+  const platform::View* const host = adView_.get();
+  const platform::View& view = host ? *host : *webView_;
   return {adUnitID_, VADAdSlot::Place{view.frame(), view.bounds()}};
 }
 

@@ -41,7 +41,7 @@ class VADObjectPrivate final : public VADPrivateObject,
   /// told what happens.
   static std::shared_ptr<VADObjectPrivate> initWithView(
       platform::View& view, std::shared_ptr<VADAdEvents> delegateManager);
-  ~VADObjectPrivate();
+  ~VADObjectPrivate() override;
   VADObjectPrivate(const VADObjectPrivate&) = delete;
   VADObjectPrivate& operator=(const VADObjectPrivate&) = delete;
 
