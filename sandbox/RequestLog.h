@@ -5,7 +5,6 @@
 #include <deque>
 #include <map>
 #include <string>
-#include <string_view>
 
 #include "platform/base/Value.h"
 #include "sandbox/Http.h"

@@ -2,7 +2,6 @@
 // inspector page that shows what clients send.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>

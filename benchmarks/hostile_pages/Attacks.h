@@ -1,7 +1,6 @@
 // The hostile pages.
 #pragma once
 
-#include <string>
 #include <vector>
 
 namespace benchmarks {

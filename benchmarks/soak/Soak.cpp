@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <utility>
 
 #include "ads/valdren.h"
 #include "benchmarks/Figures.h"

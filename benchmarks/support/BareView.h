@@ -4,7 +4,6 @@
 #include <libsoup/soup.h>
 #include <webkit/webkit.h>
 
-#include <functional>
 #include <string>
 
 #include "platform/base/GObjectPtr.h"

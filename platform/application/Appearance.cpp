@@ -10,7 +10,6 @@
 
 #include <cstdlib>
 #include <set>
-#include <string_view>
 #include <utility>
 
 namespace valdren::platform {

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <string>
 
 #include "platform/base/Shared.h"
 #include "platform/base/URL.h"
@@ -54,7 +53,8 @@ class Application : public Shared<Application> {
 
   /// Keeps the application running until the task is ended, even when its window is closed. In the
   /// background the system grants a task three minutes (ten seconds when the window was closed);
-  /// then `expired` is called once and the task ends. In the foreground there is no limit.
+  /// then `expired` is called once and the task ends. In the foreground there is no limit. A host
+  /// that closes its window ends its application at once.
   virtual BackgroundTaskID beginBackgroundTask(std::function<void()> expired) = 0;
   /// Ends a task; 0 and ended ones are ignored.
   virtual void endBackgroundTask(BackgroundTaskID task) = 0;

@@ -3,7 +3,7 @@
 #include <gtk/gtk.h>
 #include <gtkmm/window.h>
 
-#include "platform/application/LinuxApplication.h"
+#include "platform/application/Application.h"
 #include "platform/application/WindowState.h"
 #include "platform/base/Log.h"
 #include "platform/base/NotificationCenter.h"
@@ -83,11 +83,6 @@ void followApplication() {
     UserDefaults::shared().flush();
   };
   g_signal_connect(application, "shutdown", G_CALLBACK(ends), nullptr);
-  LinuxApplication::instance().setHolder([](bool held) {
-    GApplication* const running = g_application_get_default();
-    if (!running) return;
-    held ? g_application_hold(running) : g_application_release(running);
-  });
 }
 
 }  // namespace

@@ -38,8 +38,6 @@ class LinuxApplication final : public Application, public Trackable {
   std::size_t backgroundTaskCount() const { return tasks_.size(); }
   /// Called when the last background task has ended.
   void setIdleHandler(std::function<void()> idle) { idle_ = std::move(idle); }
-  /// Called with true when the first background task begins and with false when the last one ends.
-  void setHolder(std::function<void(bool held)> holder) { holder_ = std::move(holder); }
 
   /// Called with true while the session may not dim and lock.
   void setInhibitor(std::function<void(bool inhibited)> inhibitor);
@@ -57,7 +55,6 @@ class LinuxApplication final : public Application, public Trackable {
   /// Runs while the application is in the background.
   std::unique_ptr<Timer> grant_;
   std::function<void()> idle_;
-  std::function<void(bool)> holder_;
   std::function<void(bool)> inhibitor_;
 };
 

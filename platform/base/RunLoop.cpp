@@ -3,11 +3,9 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <cmath>
 #include <condition_variable>
 #include <map>
 #include <mutex>
-#include <unordered_map>
 
 #include "platform/base/Clock.h"
 #include "platform/base/MainThread.h"

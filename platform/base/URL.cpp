@@ -123,19 +123,6 @@ std::optional<URL> URL::fromPage(std::string_view text) {
   return parse(escaped(text));
 }
 
-URL URL::fileURL(const std::string& path) {
-  std::string text = "file://";
-  for (const char character : path) {
-    if (isASCIIAlphanumeric(character) ||
-        std::string_view("-._~/").find(character) != std::string_view::npos) {
-      text += character;
-    } else {
-      appendEscaped(text, static_cast<unsigned char>(character));
-    }
-  }
-  return URL(std::move(text));
-}
-
 std::string URL::scheme() const {
   return std::string(Pieces(text_).scheme);
 }

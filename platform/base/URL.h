@@ -16,7 +16,6 @@ class URL {
   /// The same for text from a web page. Characters that are illegal in a URL are first
   /// percent-encoded as UTF-8, and so is a "%" that starts no escape sequence.
   static std::optional<URL> fromPage(std::string_view text);
-  static URL fileURL(const std::string& path);
 
   const std::string& absoluteString() const { return text_; }
   /// Without the ":"; empty when there is none.

@@ -82,7 +82,6 @@ class Value {
   Value(platform::Dictionary value) : value_(std::move(value)) {}
 
   Kind kind() const { return static_cast<Kind>(value_.index()); }
-  bool isNull() const { return kind() == Kind::Null; }
   bool isNumber() const {
     return kind() == Kind::Boolean || kind() == Kind::Integer || kind() == Kind::Double;
   }

@@ -2,8 +2,6 @@
 
 #include <gio/gio.h>
 
-#include <memory>
-
 #include "platform/base/Log.h"
 
 namespace valdren::platform {

@@ -55,7 +55,6 @@ class FeedbackDaemon final : public SystemSound {
 
   static constexpr int kLongestAnswer = 5000;  // milliseconds
 
-  GObjectPtr<GDBusConnection> bus_;
   bool isAsking_ = false;
 };
 

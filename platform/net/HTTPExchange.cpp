@@ -222,11 +222,6 @@ struct HTTPExchange::Operation : std::enable_shared_from_this<Operation> {
   }
 };
 
-bool HTTPExchange::canFetch(const URL& url) {
-  const GUriPtr uri = parsed(url);
-  return uri && canFetchURI(uri.get());
-}
-
 std::unique_ptr<HTTPExchange> HTTPExchange::make(Client& client, const URLRequest& request) {
   auto message = messageFor(request);
   if (!message) return nullptr;

@@ -35,9 +35,6 @@ class HTTPExchange {
     ~Client() = default;
   };
 
-  /// Whether the URL has a host and a scheme that exchanges can be made for: "http" or "https".
-  static bool canFetch(const URL& url);
-
   /// Null when the URL cannot be fetched. The client outlives the exchange.
   static std::unique_ptr<HTTPExchange> make(Client& client, const URLRequest& request);
   ~HTTPExchange();

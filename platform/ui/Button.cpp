@@ -77,7 +77,6 @@ double Button::naturalWidth() const {
 }
 
 void Button::setShowsTouchWhenHighlighted(bool shows) {
-  showsTouch_ = shows;
   if (shows) {
     native_->button.add_css_class("glows");
   } else {

@@ -33,7 +33,6 @@ class Button : public View {
   double naturalWidth() const;
 
   /// Whether it glows while it is pressed.
-  bool showsTouchWhenHighlighted() const { return showsTouch_; }
   void setShowsTouchWhenHighlighted(bool shows);
   bool isEnabled() const { return enabled_; }
   void setEnabled(bool enabled);
@@ -55,7 +54,6 @@ class Button : public View {
   std::shared_ptr<Image> image_;
   std::string title_;
   std::function<void()> action_;
-  bool showsTouch_ = false;
   bool enabled_ = true;
 };
 

@@ -2,7 +2,6 @@
 
 #include <gdk/gdk.h>
 
-#include <array>
 #include <cmath>
 #include <cstdint>
 

@@ -45,7 +45,6 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
 
   unsigned autoresizingMask() const { return autoresizingMask_; }
   void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
-  bool autoresizesSubviews() const { return autoresizesSubviews_; }
   void setAutoresizesSubviews(bool resizes) { autoresizesSubviews_ = resizes; }
 
   /// Adds a view on top of the present subviews and removes it from its former superview. Null,

@@ -9,7 +9,6 @@
 #include "platform/base/Json.h"
 #include "platform/storage/Bundle.h"
 #include "platform/storage/FileUserDefaults.h"
-#include "platform/storage/Folders.h"
 #include "tests/support/Printing.h"
 #include "tests/support/Process.h"
 

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <thread>
 
 #include "sandbox/Pages.h"

@@ -50,9 +50,8 @@ class FakeApplication final : public platform::Application {
   platform::BackgroundTaskID beginBackgroundTask(std::function<void()> expired) override;
   void endBackgroundTask(platform::BackgroundTaskID task) override;
 
-  /// The number of running background tasks, and of all that were ever begun.
+  /// The number of running background tasks.
   std::size_t runningTasks() const { return tasks_.size(); }
-  std::size_t begunTasks() const { return lastTask_; }
   /// Ends all running tasks, as the system does when their time is over.
   void expireBackgroundTasks();
 

@@ -22,7 +22,6 @@ class FakeURLLoading final : public platform::URLLoading {
     /// The request; after a redirect, the present one.
     const platform::URLRequest& request() const { return request_; }
     std::string url() const { return request_.url.absoluteString(); }
-    bool isStarted() const { return started_; }
     /// Whether the client released the connection before its end.
     bool isCancelled() const { return cancelled_; }
     /// Started, not cancelled, not ended.

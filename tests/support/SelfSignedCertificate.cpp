@@ -6,7 +6,6 @@
 
 #include <memory>
 #include <stdexcept>
-#include <string>
 
 namespace platform = valdren::platform;
 

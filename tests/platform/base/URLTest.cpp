@@ -82,11 +82,4 @@ TEST(URL, IsNoneBeyondTwoMebibytes) {
   EXPECT_FALSE(URL::fromPage(base + std::string(1024 * 1024, ' '))) << "too long once escaped";
 }
 
-TEST(URL, OfAFileLeadsBackToItsPath) {
-  const URL url = URL::fileURL("/a b/\xc3\xa9?#%.html");
-  EXPECT_EQ(url.absoluteString(), "file:///a%20b/%C3%A9%3F%23%25.html");
-  EXPECT_EQ(url.path(), "/a%20b/%C3%A9%3F%23%25.html");
-  EXPECT_TRUE(URL::parse(url.absoluteString()));
-}
-
 }  // namespace

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/net/Location.h"
-#include "tests/support/Fakes.h"
 #include "tests/support/FetchRecorder.h"
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
