@@ -1,11 +1,11 @@
-// Where the graphics driver keeps what it has compiled.
+// The graphics driver's cache of compiled shaders.
 #pragma once
 
 namespace valdren::platform {
 
-/// Has the driver keep nothing where the disk of the cache folder is full or cannot be written. It
-/// maps a file there into memory, and a full disk ends the program when it is written. Called
-/// before the toolkit opens a display; programs that this one starts inherit it.
+/// Disables the cache when the disk of the cache folder is full or cannot be written. The driver
+/// maps a file there into memory, and writing to it on a full disk crashes the program. Called
+/// before the toolkit opens a display; child processes inherit the setting.
 void leaveShaderCacheWithoutRoom();
 
 }  // namespace valdren::platform

@@ -37,7 +37,7 @@ struct GSourceDestroy {
     g_source_unref(source);
   }
 };
-/// The source fires no more once it is let go of.
+/// Destroying the handle removes the source.
 using GSourcePtr = std::unique_ptr<GSource, GSourceDestroy>;
 
 }  // namespace valdren::platform

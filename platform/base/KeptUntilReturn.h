@@ -1,4 +1,4 @@
-// Objects that must outlive the present call, whatever that calls.
+// Keeps objects alive until the present function returns.
 #pragma once
 
 #include <array>
@@ -8,8 +8,8 @@
 
 namespace valdren::platform {
 
-/// Made at the top of a function that calls others' code: that code may let go of the objects, and
-/// the function still uses them. An object that nobody shares, or whose end has begun, is not held.
+/// Made at the top of a function that calls foreign code, which may release the objects while the
+/// function still uses them. Objects without a shared owner, or in destruction, are not held.
 template <class... Objects>
 class [[nodiscard]] KeptUntilReturn {
  public:
@@ -21,7 +21,7 @@ class [[nodiscard]] KeptUntilReturn {
   std::array<std::shared_ptr<const void>, sizeof...(Objects)> kept_;
 };
 
-/// The object of a weak reference, held; null when it is gone or nobody shares it.
+/// Holds the object of a weak reference; null when it is destroyed or has no shared owner.
 template <class Object>
 std::shared_ptr<Object> held(const WeakPtr<Object>& reference) {
   Object* const object = reference.get();

@@ -2,7 +2,7 @@
 
 namespace valdren::platform {
 
-// Each repetition is bounded, so that no text makes a search long.
+// Each repetition is bounded, so that no text makes the search slow.
 const char* const kDetectorScript = R"js(
 (() => {
   const kTexts = 5000, kLinks = 300, kLongest = 20000, kCharacters = 300000;

@@ -18,17 +18,17 @@ namespace {
 
 constexpr const char* kWebProcess = "WebKitWebProcess";
 constexpr const char* kNetworkProcess = "WebKitNetworkProcess";
-/// What the engine's programs need, and what any program does.
+/// The library that the engine's programs need, and the prefix of any library.
 constexpr const char* kEngineLibrary = "libwebkitgtk";
 constexpr const char* kAnyLibrary = "lib";
-/// With it set, the engine would do without its sandbox.
+/// This variable would make the engine run without its sandbox.
 constexpr const char* kNoSandbox = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
-/// Has the dynamic linker name the libraries that a program needs, in place of starting it.
+/// Makes the dynamic linker print a program's libraries instead of starting it.
 constexpr const char* kNameLibraries = "LD_TRACE_LOADED_OBJECTS";
-/// A program that does not answer for so long, in seconds, does not work.
+/// A program that does not answer within this time, in seconds, does not work.
 constexpr double kPatienceSeconds = 30;
 
-/// The folder of the engine's programs, which lies near its library.
+/// The folder of the engine's programs, found from the path of its library.
 std::string programFolder() {
   namespace fs = std::filesystem;
   Dl_info library{};
@@ -47,7 +47,8 @@ std::string programFolder() {
   return {};
 }
 
-/// As the engine confines its pages: with namespaces of their own and the machine to be looked at.
+/// The options with which the engine confines its pages: own namespaces, and the file system
+/// read-only.
 std::vector<std::string> inSandbox(const std::string& sandbox, const std::string& program) {
   return {sandbox,
           "--die-with-parent",
@@ -73,7 +74,7 @@ std::string withoutEnd(const std::string& text) {
   return text.substr(0, text.find('\n'));
 }
 
-/// What is wrong with a program that has named its libraries; empty when nothing is.
+/// An error text for a program that was asked for its libraries; empty when it works.
 std::string problemOf(const std::string& program, const char* library, GSubprocess* process,
                       const std::string& output) {
   if (g_subprocess_get_if_signaled(process)) {
@@ -89,7 +90,7 @@ std::string problemOf(const std::string& program, const char* library, GSubproce
 #ifdef __GLIBC__
   const bool named = output.find(library) != std::string::npos;
 #else
-  const bool named = library;  // this linker names nothing; the program has started and ended
+  const bool named = library;  // this linker prints nothing; the program has started and ended
 #endif
   const int status = g_subprocess_get_exit_status(process);
   if (named && status < 126) return {};
@@ -98,7 +99,7 @@ std::string problemOf(const std::string& program, const char* library, GSubproce
 
 }  // namespace
 
-/// One program that is asked.
+/// One program under test.
 struct EngineCheck::Run {
   WeakPtr<EngineCheck> check;
   std::string program;
@@ -114,7 +115,7 @@ EnginePrograms EnginePrograms::installed() {
 }
 
 EngineCheck& EngineCheck::standard() {
-  // Never destroyed: an answer may be on its way while the process ends.
+  // Never destroyed: an answer may arrive while the process ends.
   static auto* const check = new EngineCheck(EnginePrograms::installed());
   return *check;
 }
@@ -145,7 +146,7 @@ void EngineCheck::begin() {
     if (!found) return finish("the program \"" + program + "\" is missing");
     g_free(found);
   }
-  // Counted from one, so that a failure at once does not end the asking early.
+  // Starts at 1, so that an immediate failure does not finish the check early.
   running_ = 1;
   if (isFolderKnown) run({network}, network, kEngineLibrary);
   if (programs_.isInSandbox) {
@@ -207,8 +208,8 @@ void EngineCheck::finish(const std::string& problem) {
   usable_ = problem.empty();
   if (!*usable_) {
     logWarning(
-        "<Valdren> There are no ads here, for no page can be shown in the sandbox that it "
-        "needs: " +
+        "<Valdren> There are no ads, because pages cannot run in the sandbox that they "
+        "need: " +
         problem + ".");
   }
   for (const auto& known : std::exchange(waiting_, {})) known();

@@ -1,5 +1,5 @@
-// Whether the web engine can show pages here: it ends the whole program when it finds out itself
-// that a process of its does not start.
+// Whether the web engine can show pages on this system. Without this check the engine aborts the
+// whole program when one of its processes does not start.
 #pragma once
 
 #include <functional>
@@ -12,35 +12,36 @@
 
 namespace valdren::platform {
 
-/// What the engine starts; absolute paths or names to be found in PATH.
+/// The programs that the engine starts; absolute paths, or names to find in PATH.
 struct EnginePrograms {
-  /// Those of the engine that is linked here.
+  /// The programs of the linked engine.
   static EnginePrograms installed();
 
   std::string sandbox = "bwrap";
   std::string busFilter = "xdg-dbus-proxy";
-  /// Where the engine has its own programs; empty when that is not known.
+  /// The folder of the engine's own programs; empty when it is unknown.
   std::string folder;
-  /// The application is in a sandbox already, and the engine asks that one for others.
+  /// Whether the application itself runs in a sandbox. The engine then asks that sandbox for
+  /// further ones.
   bool isInSandbox = false;
 };
 
-/// Asks once, in processes of its own, and never lets a page run outside the sandbox.
+/// Tests the programs once, in separate processes. Pages never run outside the sandbox.
 class EngineCheck : public Shared<EngineCheck>, public Trackable {
  public:
   static EngineCheck& standard();
   explicit EngineCheck(EnginePrograms programs) : programs_(std::move(programs)) {}
 
-  /// None until it is known.
+  /// None until the result is known.
   std::optional<bool> isUsable() const { return usable_; }
-  /// Calls `known` once `isUsable` is, on a later turn of the run loop. The first call begins to
-  /// ask. Where pages cannot run, one line says why.
+  /// Calls `known` on a later turn of the run loop, once `isUsable` has a value. The first call
+  /// starts the test. If pages cannot run, one log line says why.
   void ask(std::function<void()> known);
 
  private:
   struct Run;
   void begin();
-  /// `library` is what the program names when it is in order.
+  /// `library` is a library name that a working program prints.
   void run(const std::vector<std::string>& command, const std::string& program,
            const char* library);
   void finish(const std::string& problem);

@@ -5,7 +5,7 @@
 namespace valdren::platform {
 namespace {
 
-/// So long may the next load of a page take to start once the former was cancelled for it.
+/// The time within which a load may replace a cancelled one.
 constexpr double kReplacementSeconds = 0.5;
 
 }  // namespace
@@ -37,7 +37,7 @@ void LoadTracker::started() {
 }
 
 void LoadTracker::finished() {
-  // The engine reports the end of a failed load, too.
+  // The engine also reports the end of a failed load.
   if (!started_) return;
   started_ = false;
   client_.engineDidFinishLoad();
@@ -49,7 +49,7 @@ void LoadTracker::failed(const Error& error, bool cancelled) {
     return;
   }
   if (started_) {
-    started_ = false;  // what was asked for meanwhile goes on
+    started_ = false;  // a load requested meanwhile continues
   } else if (asked_) {
     asked_ = false;
   } else {

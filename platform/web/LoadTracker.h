@@ -1,4 +1,4 @@
-// Which load of a page is under way, and what is told about it.
+// Tracks the load of a page and reports it.
 #pragma once
 
 #include <string>
@@ -8,34 +8,34 @@
 
 namespace valdren::platform {
 
-/// Turns the browser engine's events into the client's. A load that was told to have started ends
-/// with exactly one "finished" or "failed", unless another load takes its place. A navigation that
-/// is refused before it starts is told nothing of. The client may destroy this in each call.
+/// Turns the engine's events into the client's. Each reported start is followed by exactly one
+/// "finished" or "failed", unless another load replaces it. A navigation that is refused before it
+/// starts is not reported. The client may destroy this object in each call.
 class LoadTracker : public Trackable {
  public:
   explicit LoadTracker(WebEngine::Client& client) : client_(client) {}
 
-  /// From the moment a load is asked for.
+  /// True from the request of a load on.
   bool isLoading() const { return asked_ || started_; }
 
-  /// The web view was asked to go to `address`, in the engine's own spelling; empty when unknown.
-  /// With `mayStay`, it may be a step inside the same document.
+  /// A load of `address` was requested, in the engine's own spelling; empty when unknown. With
+  /// `mayStay` it may be a step inside the same document.
   void asked(std::string address, bool mayStay);
-  /// Whether that is what the web view was asked to go to and has not begun yet.
+  /// Whether this address was requested and has not started yet.
   bool awaits(std::string_view address) const;
   /// The navigation was refused before it started.
   void refused(std::string_view address);
-  /// The web view was asked to stop.
+  /// A stop was requested.
   void stopped();
 
   void started();
   void finished();
-  /// `cancelled` when it is not known yet whether another load takes this one's place.
+  /// `cancelled` when another load may replace this one.
   void failed(const Error& error, bool cancelled);
-  /// The engine rests. A step inside the same document starts and finishes at once. False when what
-  /// was asked for has not started although it was not refused: the page got in its way.
+  /// The engine is idle. A step inside the same document starts and finishes at once. False when
+  /// the requested load has not started although it was not refused: the page interfered.
   bool settled();
-  /// The web process is gone.
+  /// The web process has ended.
   void crashed(const Error& error);
 
  private:

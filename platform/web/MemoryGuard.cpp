@@ -14,9 +14,9 @@
 namespace valdren::platform {
 namespace {
 
-/// A page can store hundreds of megabytes in a second.
+/// A page can store hundreds of megabytes per second.
 constexpr double kSeconds = 1;
-/// The system cuts names off after 15 characters.
+/// The system shortens process names to 15 characters.
 constexpr const char* kName = "WebKitNetworkPr";
 
 std::string folderOf(pid_t process) {
@@ -29,7 +29,7 @@ bool isNetworkProcess(pid_t process) {
   return name == kName;
 }
 
-/// Its id, or 0 where this process has no such child.
+/// The process id; 0 when this process has no such child.
 pid_t findNetworkProcess() {
   std::error_code error;
   for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task", error)) {
@@ -41,7 +41,7 @@ pid_t findNetworkProcess() {
   return 0;
 }
 
-/// In bytes; 0 when the process is gone.
+/// In bytes; 0 when the process has ended.
 double residentMemory(pid_t process) {
   double all = 0;
   double resident = 0;
@@ -60,10 +60,10 @@ class MemoryGuard {
 
   void look() {
     schedule();
-    // The id of a child that has ended is not given away before the engine has asked for its end.
+    // The id of an ended child is not reused before the engine has waited for it.
     if (process_ == 0 || !isNetworkProcess(process_)) process_ = findNetworkProcess();
     if (process_ == 0 || residentMemory(process_) <= most_) return;
-    logWarning("Web pages store too much, and the process that keeps it is ended.");
+    logWarning("Web pages store too much; the engine's network process is ended.");
     kill(process_, SIGKILL);
     process_ = 0;
   }
@@ -76,7 +76,7 @@ class MemoryGuard {
 }  // namespace
 
 void guardNetworkProcess(double mebibytes) {
-  // Never destroyed: the run loop may be gone when the process ends.
+  // Never destroyed: the run loop may not exist any more when the process ends.
   static const auto* const guard = findNetworkProcess() == 0 ? new MemoryGuard(mebibytes) : nullptr;
   static_cast<void>(guard);
 }

@@ -1,4 +1,4 @@
-// The bound on the memory of the engine's network process.
+// Limits the memory of the engine's network process.
 #pragma once
 
 namespace valdren::platform {

@@ -11,8 +11,7 @@
 namespace valdren::platform {
 namespace {
 
-/// As long as the action lasts. A page may make it as long as it likes, so it is copied only once
-/// its length is known.
+/// Valid as long as the action. Pages control the length, so callers check it before copying.
 std::string_view addressOf(WebKitNavigationAction* action) {
   const char* const address =
       webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
@@ -32,7 +31,7 @@ Headers headersOf(WebKitURIRequest* request) {
   return headers;
 }
 
-/// A response that a page cannot show, or that asks to be saved.
+/// Whether the response cannot be shown or is marked as an attachment.
 bool isDownload(WebKitResponsePolicyDecision* decision) {
   if (!webkit_response_policy_decision_is_mime_type_supported(decision)) return true;
   WebKitURIResponse* const response = webkit_response_policy_decision_get_response(decision);
@@ -142,12 +141,12 @@ bool NavigationPolicy::ask(WebKitNavigationAction* action, std::string_view addr
 }
 
 bool NavigationPolicy::isTooLong(std::string_view address) {
-  // The engine writes the schemes that it knows in lower case.
+  // The engine writes known schemes in lower case.
   if (address.size() <= kLongestMessage || isLoadable(address.substr(0, address.find(':')))) {
     return false;
   }
   if (!std::exchange(saidTooLong_, true)) {
-    logWarning("Messages of a page are refused that are longer than 64 KiB.");
+    logWarning("A page's messages over 64 KiB are refused.");
   }
   return true;
 }
@@ -170,7 +169,7 @@ bool NavigationPolicy::isFlood(std::string_view address) {
 }
 
 void NavigationPolicy::endPage(const char* why) {
-  // What it has sent already is refused unread: reading is what costs time.
+  // Addresses that it has already sent are refused without reading them, because reading is slow.
   if (std::exchange(isEnding_, true)) return;
   logWarning(why);
   RunLoop::shared().performAfterDelay(*this, 0, [this] {

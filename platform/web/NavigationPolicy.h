@@ -1,4 +1,4 @@
-// Which navigations of a page may go ahead.
+// Decides which navigations of a page are allowed.
 #pragma once
 
 #include <webkit/webkit.h>
@@ -14,15 +14,15 @@
 namespace valdren::platform {
 
 /// Asks the client about each navigation of the main frame and of subframes, and about each new
-/// window, which becomes a navigation of the same view. Whatever the client says, only what a web
-/// page consists of is loaded, and no download is begun. An address that is no page's is a message
-/// to the client, which is not asked about one over `kLongestMessage`. All outlive it.
+/// window, which becomes a navigation of the same view. Only page content is loaded, whatever the
+/// client answers, and nothing is downloaded. Other addresses are messages to the client; those
+/// over `kLongestMessage` are refused without asking. All arguments outlive this object.
 class NavigationPolicy : public Trackable {
  public:
   /// In bytes.
   static constexpr std::size_t kLongestMessage = 64 * 1024;
-  /// In bytes. Reading a longer one stops the main thread for too long, so the page that goes there
-  /// is ended. One that is the page itself ("data:") is only refused.
+  /// In bytes. Reading a longer address blocks the main thread too long, so its page is ended. A
+  /// longer "data:" page is only refused.
   static constexpr std::size_t kLongestAddress = 2 * 1024 * 1024;
 
   NavigationPolicy(WebKitWebView* view, WebEngine::Client& client, LoadTracker& loads);
@@ -30,16 +30,16 @@ class NavigationPolicy : public Trackable {
   NavigationPolicy(const NavigationPolicy&) = delete;
   NavigationPolicy& operator=(const NavigationPolicy&) = delete;
 
-  /// Whether media may play before the person has done something in the page.
+  /// Whether media may play before a user action.
   void setAutoplay(bool allowed) { autoplay_ = allowed; }
 
-  /// Is told when the page that the web view was asked for may go ahead: with false before its
-  /// first byte was asked for, with true when its response has begun to arrive.
+  /// Called when the requested page may proceed: with false before its first request, with true
+  /// when its response has started.
   void setProceedHandler(std::function<void(bool responded)> handler) {
     proceed_ = std::move(handler);
   }
 
-  /// Whether a page can come from there at all.
+  /// Whether this address can be a page at all.
   static bool canLoad(const URL& url);
 
  private:
@@ -60,11 +60,11 @@ class NavigationPolicy : public Trackable {
   WebEngine::Client& client_;
   LoadTracker& loads_;
   PageBudget budget_;
-  std::string approved_;  // the client was asked already; empty when there is none
+  std::string approved_;  // already allowed by the client; empty when there is none
   std::function<void(bool)> proceed_ = [](bool) {};
   bool autoplay_ = false;
   bool saidTooLong_ = false;
-  bool isEnding_ = false;  // until the next turn
+  bool isEnding_ = false;  // true until the next turn
 };
 
 }  // namespace valdren::platform

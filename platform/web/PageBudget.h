@@ -1,30 +1,30 @@
-// How often a page may ask the application for something.
+// Limits how often a page may ask the application for something.
 #pragma once
 
 #include <cstddef>
 
 namespace valdren::platform {
 
-/// A page may send message after message, and each costs the application's time, a long one more
-/// than a short one. A burst is free; after it only so much a second.
+/// Each message costs the application time, and a long one costs more. A burst is free; after it
+/// the rate is limited.
 class PageBudget {
  public:
   static constexpr double kBurst = 500;
   static constexpr double kPerSecond = 200;
-  /// So many bytes cost as much as one message more.
+  /// This many bytes cost as much as one more message.
   static constexpr std::size_t kBytesOfOne = 8192;
-  /// A page that goes on for so long means harm.
+  /// Above this many refusals the page is considered hostile.
   static constexpr double kPatience = 5000;
 
-  /// Whether one more of so many bytes is within bounds now. Its bytes are paid for in any case:
-  /// they had to be carried here.
+  /// Whether one more message of this size is within the limits. Its bytes are charged in any case,
+  /// because they were already received.
   bool take(std::size_t bytes);
-  /// What was refused since the page last kept well within bounds.
+  /// The refusals since the page was last well within the limits.
   double refused() const { return refused_; }
 
  private:
-  double left_ = kBurst;  // below 0 while the page pays for what it sent
-  double since_ = -1;     // monotonic; below 0 before the first
+  double left_ = kBurst;  // below 0 while the page is over its limit
+  double since_ = -1;     // monotonic time; below 0 before the first message
   double refused_ = 0;
 };
 

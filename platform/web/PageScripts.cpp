@@ -13,8 +13,8 @@ constexpr const char* kWorld = "platform";
 constexpr const char* kChannel = "pageWidth";
 constexpr double kWidest = 20000;
 
-/// Told when the page's structure is there, when all of it is, and whenever its viewport changes:
-/// the viewport's width, and the width that the page takes beyond it or asks for, or 0.
+/// Reports when the document is parsed, when it is loaded, and when the viewport changes: the
+/// viewport's width, and the width that the page needs or states beyond it, or 0.
 constexpr const char* kMeasureScript = R"js(
 (() => {
   const tell = () => {

@@ -1,4 +1,4 @@
-// Scripts of our own in a page, in a world that the page's scripts cannot reach.
+// The platform's own scripts in a page, in a script world that the page cannot reach.
 #pragma once
 
 #include <webkit/webkit.h>
@@ -18,11 +18,11 @@ class PageScripts {
 
   WebKitUserContentManager* manager() const { return manager_.get(); }
 
-  /// From the next page on: what it turns into links (a sum of the types, 0 for nothing), and
-  /// whether its width is told.
+  /// Applies from the next page on: the types of text to turn into links (a sum, 0 for none), and
+  /// whether to report the page's width.
   void select(unsigned detectors, bool measures);
-  /// Gets the viewport's width at the page's present zoom, and the width that the page needs to be
-  /// seen whole, 0 when the viewport's will do; both in the page's own pixels.
+  /// Receives the viewport's width at the page's present zoom and the width that the page needs, 0
+  /// when the viewport is wide enough. Both are in the page's own pixels.
   void setWidthHandler(std::function<void(double viewport, double width)> handler);
 
  private:

@@ -34,13 +34,13 @@ void PageWatch::ask() {
     asked_ = false;
     found_ = 0;
   }));
-  // Not a script: one that the application runs counts as the person's doing in the page.
+  // Not a script: the engine treats scripts of the application as user actions.
   webkit_web_view_can_execute_editing_command(
       view_, WEBKIT_EDITING_COMMAND_COPY, nullptr,
       [](GObject* view, GAsyncResult* result, gpointer data) {
         const std::unique_ptr<std::function<void()>> callback(
             static_cast<std::function<void()>*>(data));
-        // Each answer is one, also that the page is gone.
+        // Every reply counts, also that the page is gone.
         webkit_web_view_can_execute_editing_command_finish(WEBKIT_WEB_VIEW(view), result, nullptr);
         (*callback)();
       },

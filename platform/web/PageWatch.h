@@ -1,4 +1,4 @@
-// Whether a page still answers.
+// Detects pages that do not answer.
 #pragma once
 
 #include <webkit/webkit.h>
@@ -9,14 +9,14 @@
 
 namespace valdren::platform {
 
-/// Asks a page again and again for a small thing that only its own thread can say, whether the
-/// person does anything in it or not, and ends the web process of a page that does not answer.
+/// Regularly asks the page's process for something trivial, and ends the web process of a page that
+/// does not answer.
 class PageWatch : public Trackable {
  public:
-  /// Between two questions, in seconds.
+  /// The time between two questions.
   static constexpr double kSeconds = 5;
-  /// So many times in a row is a page found without an answer before it is ended. More than one:
-  /// when our own loop was held up, the answer may lie there unread.
+  /// The number of missed answers in a row before the page is ended. More than one: if our own loop
+  /// was blocked, an answer may still be unread.
   static constexpr int kPatience = 2;
 
   /// `view` outlives this.
@@ -25,7 +25,7 @@ class PageWatch : public Trackable {
   PageWatch(const PageWatch&) = delete;
   PageWatch& operator=(const PageWatch&) = delete;
 
-  /// Watches the page that the view has now, from the first question on.
+  /// Starts to watch the view's present page.
   void start();
   void stop();
 
@@ -36,7 +36,7 @@ class PageWatch : public Trackable {
   WebKitWebView* view_;
   std::unique_ptr<Timer> next_;
   bool asked_ = false;
-  int found_ = 0;  // without an answer
+  int found_ = 0;  // missed answers in a row
 };
 
 }  // namespace valdren::platform

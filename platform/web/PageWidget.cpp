@@ -5,7 +5,7 @@
 namespace valdren::platform {
 namespace {
 
-/// Whether the window is in the midst of an event, such as a key that moves the focus.
+/// Whether the window is handling an event, such as a key that moves the focus.
 bool handlesEvent(GtkRoot* window) {
   GListModel* const controllers = gtk_widget_observe_controllers(GTK_WIDGET(window));
   bool handles = false;
@@ -18,12 +18,12 @@ bool handlesEvent(GtkRoot* window) {
   return handles;
 }
 
-/// The engine has an invisible text field inside its view. The toolkit's own choice of the next
-/// control would end up there, and the page would hear no more of the keys.
+/// The engine has an invisible text field inside its view. The toolkit's default would focus it,
+/// and the page would get no more keys.
 gboolean moveFocus(GtkWidget* page, GtkDirectionType) {
   if (!gtk_widget_is_focus(page)) return gtk_widget_grab_focus(page);
-  // At its page's end the engine asks for the next control by itself, and then sends the window the
-  // key again, which asks once more. The focus moves for the key only.
+  // At the end of the page the engine itself asks for the next control. It then sends the key to
+  // the window again, which asks once more. Only the key moves the focus.
   return !handlesEvent(gtk_widget_get_root(page));
 }
 

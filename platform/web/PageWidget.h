@@ -1,12 +1,12 @@
-// The engine's widget, as the keyboard's focus may enter and leave it.
+// The engine's widget, with the keyboard's focus handled as a whole.
 #pragma once
 
 #include <glib-object.h>
 
 namespace valdren::platform {
 
-/// The type, of the toolkit's kind, of a widget that is the engine's web view in all but its focus.
-/// The focus enters it as a whole and goes out again after the last or first link of the page.
+/// The widget type: the engine's web view, except for its focus. The focus enters the page as a
+/// whole and leaves it after the last or first link.
 GType pageWidgetType();
 
 }  // namespace valdren::platform

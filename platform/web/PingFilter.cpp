@@ -74,7 +74,7 @@ void PingFilter::saved(GObject* store, GAsyncResult* result, gpointer self) {
 }
 
 void PingFilter::removeFolder() {
-  // The engine has the rule in memory by now.
+  // The engine has read the rule by now.
   GDir* const listing = g_dir_open(folder_.c_str(), 0, nullptr);
   while (const char* const name = listing ? g_dir_read_name(listing) : nullptr) {
     g_unlink((folder_ + "/" + name).c_str());
@@ -86,7 +86,7 @@ void PingFilter::removeFolder() {
 }  // namespace
 
 void refusePings(WebKitUserContentManager* manager) {
-  // Never destroyed: the engine's own objects may be gone when the process ends.
+  // Never destroyed: the engine's own objects may not exist any more when the process ends.
   static auto* const filter = new PingFilter;
   filter->addTo(manager);
 }

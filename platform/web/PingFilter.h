@@ -1,13 +1,13 @@
-// Links that tell a third address that they were followed.
+// Blocks pings of links, which report to a third address that the link was followed.
 #pragma once
 
 #include <webkit/webkit.h>
 
 namespace valdren::platform {
 
-/// Has pages with this manager send no pings of links. The engine reads the rule from a file and
-/// needs a moment for the first time; managers that came before get it then. Where it cannot be
-/// made, one line says so and pages go without it: such pings tell nothing that a script could not.
+/// Blocks pings of links in pages with this manager. The engine reads the rule from a file, which
+/// takes a moment for the first page; earlier managers get it then. On failure one log line says so
+/// and pages may send pings, which tell nothing that a script could not tell.
 void refusePings(WebKitUserContentManager* manager);
 
 }  // namespace valdren::platform

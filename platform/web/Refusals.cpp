@@ -14,7 +14,7 @@
 namespace valdren::platform {
 namespace {
 
-/// A script that asks again and again never lets its page do anything else.
+/// A script that opens dialogs in a loop never lets its page do anything else.
 void endWhenFlooding(WebKitWebView* view) {
   constexpr const char* kBudget = "platform-dialog-budget";
   auto* budget = static_cast<PageBudget*>(g_object_get_data(G_OBJECT(view), kBudget));
@@ -36,7 +36,7 @@ void endWhenFlooding(WebKitWebView* view) {
 
 gboolean answerScriptDialog(WebKitWebView* view, WebKitScriptDialog* dialog, gpointer) {
   endWhenFlooding(view);
-  // "alert" needs no answer; "prompt" gets none, "confirm" a no, and leaving a page is allowed.
+  // "alert" needs no answer, "prompt" gets none, "confirm" gets no, and leaving a page is allowed.
   switch (webkit_script_dialog_get_dialog_type(dialog)) {
     case WEBKIT_SCRIPT_DIALOG_CONFIRM:
       webkit_script_dialog_confirm_set_confirmed(dialog, FALSE);
@@ -59,7 +59,7 @@ gboolean denyPermissionState(WebKitWebView*, WebKitPermissionStateQuery* query, 
   return TRUE;
 }
 
-/// The page that the server shows to those without a password is shown.
+/// Shows the server's page for clients without a password.
 gboolean goOnWithoutPassword(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer) {
   webkit_authentication_request_authenticate(request, nullptr);
   return TRUE;
@@ -83,7 +83,7 @@ gboolean refuseObject(WebKitWebView*, gpointer, gpointer) {
   return TRUE;
 }
 
-/// Leaves the items that work on the page's own text.
+/// Keeps the items that work on the page's own text.
 gboolean trimContextMenu(WebKitWebView*, WebKitContextMenu* menu, WebKitHitTestResult*, gpointer) {
   constexpr WebKitContextMenuAction kKept[] = {
       WEBKIT_CONTEXT_MENU_ACTION_COPY, WEBKIT_CONTEXT_MENU_ACTION_CUT,
@@ -101,7 +101,7 @@ gboolean trimContextMenu(WebKitWebView*, WebKitContextMenu* menu, WebKitHitTestR
   return webkit_context_menu_get_n_items(menu) == 0;
 }
 
-/// Content that is dropped on a page would hand it the dropped files.
+/// A page would get the files that are dropped on it.
 void refuseDrops(WebKitWebView* view) {
   GListModel* const controllers = gtk_widget_observe_controllers(GTK_WIDGET(view));
   for (guint index = 0; index < g_list_model_get_n_items(controllers); ++index) {
@@ -116,17 +116,17 @@ void refuseDrops(WebKitWebView* view) {
 
 void turnFeaturesOff(WebKitSettings* settings) {
   constexpr std::array<std::string_view, 8> kOff{
-      // One more web process, kept alive, for each site that a page hops to.
+      // Starts one more web process, which stays, for each site that a page visits.
       "ProcessSwapOnCrossSiteNavigation",
       "CrossOriginOpenerPolicy",
-      // An ad is made ready while it is hidden; its timers must not wait for whole seconds.
+      // Ads are prepared while they are hidden; this would delay their timers to whole seconds.
       "HiddenPageDOMTimerThrottling",
       "PageVisibilityBasedProcessSuppression",
-      // Speaks without being asked.
+      // Can speak without a user action.
       "SpeechSynthesisAPI",
       "Gamepads",
       "WebShare",
-      // Run on when their page is gone.
+      // Continue to run after their page is closed.
       "ServiceWorkers",
   };
   WebKitFeatureList* const features = webkit_settings_get_all_features();
@@ -159,7 +159,7 @@ void refuseWhatReachesBeyondThePage(WebKitWebView* view) {
     g_signal_connect(view, signal, callback, nullptr);
   }
   refuseDrops(view);
-  // Those about processes only count once there is a view.
+  // Features about processes only take effect once a view exists.
   turnFeaturesOff(webkit_web_view_get_settings(view));
 }
 
@@ -170,11 +170,11 @@ WebKitSettings* makeStrangersSettings() {
       FALSE, "allow-modal-dialogs", FALSE, "allow-file-access-from-file-urls", FALSE,
       "allow-universal-access-from-file-urls", FALSE, "allow-top-navigation-to-data-urls", FALSE,
       "enable-write-console-messages-to-stdout", FALSE, "enable-page-cache", FALSE,
-      // No ad needs the graphics driver.
+      // Ads do not need the graphics driver.
       "enable-webgl", FALSE,
-      // Asks us about each window; none is ever opened.
+      // Makes the engine ask us about each window; none is ever opened.
       "javascript-can-open-windows-automatically", TRUE, nullptr));
-#if !WEBKIT_CHECK_VERSION(2, 50, 0)  // later engines have no such switch
+#if !WEBKIT_CHECK_VERSION(2, 50, 0)  // later engines have no such setting
   webkit_settings_set_enable_hyperlink_auditing(settings, FALSE);
 #endif
   return settings;

@@ -1,16 +1,16 @@
-// What a page may not have from the person's desktop, whoever asks.
+// Denies pages access to the user's desktop.
 #pragma once
 
 #include <webkit/webkit.h>
 
 namespace valdren::platform {
 
-/// Refuses, at once and without a dialog, whatever would reach beyond the page or wait for the
-/// person: permissions, dialogs, passwords, files, colours, printing, notices, the whole screen,
+/// Refuses at once and without a dialog everything that reaches beyond the page or waits for the
+/// user: permissions, dialogs, passwords, files, colours, printing, notifications, full screen,
 /// dropped content, and menu items that open or save.
 void refuseWhatReachesBeyondThePage(WebKitWebView* view);
 
-/// Settings of a page that is a stranger's.
+/// Settings for untrusted pages.
 WebKitSettings* makeStrangersSettings();
 
 }  // namespace valdren::platform

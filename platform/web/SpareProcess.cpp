@@ -9,7 +9,7 @@
 namespace valdren::platform {
 namespace {
 
-/// Between the press of a finger and the page that it opens, with time to hesitate, in seconds.
+/// The longest time between a touch and the page that it opens, in seconds.
 constexpr double kKeptSeconds = 5;
 
 struct Spare {
@@ -18,7 +18,7 @@ struct Spare {
 };
 
 Spare& spare() {
-  // Never destroyed: the engine's own objects may be gone when the process ends.
+  // Never destroyed: the engine's own objects may not exist any more when the process ends.
   static auto* const spare = new Spare;
   return *spare;
 }

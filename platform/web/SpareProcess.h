@@ -1,4 +1,4 @@
-// A web process that is started before the page that needs it is there.
+// A web process that is started before the page that needs it.
 #pragma once
 
 #include <webkit/webkit.h>
@@ -7,11 +7,11 @@
 
 namespace valdren::platform {
 
-/// Starts one unless one is ready already. Not taken within some seconds, it ends.
+/// Starts one unless one is ready. It ends if it is not taken within some seconds.
 void startSpareProcess();
 
 /// An empty view of the spare process, to which the next view can be related; null when there is
-/// none. The process lives on as long as either view does.
+/// none. The process lives as long as either view.
 GObjectPtr<WebKitWebView> takeSpareProcess();
 
 }  // namespace valdren::platform

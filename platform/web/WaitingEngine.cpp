@@ -25,7 +25,7 @@ void WaitingEngine::decided() {
     }
     return;
   }
-  // Related engines are told in the order in which they were made.
+  // Engines are created in the order of their waiting engines, so that the related one exists.
   engine_ = std::make_unique<WebKitEngine>(host_, client_, resolve(related_.get()));
   engine_->apply(settings_);
   if (const Action load = std::exchange(load_, {})) load(*engine_);

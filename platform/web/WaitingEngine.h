@@ -1,4 +1,4 @@
-// The engine behind a web view until it is known whether pages can be shown at all.
+// The engine of a web view until it is known whether pages can be shown.
 #pragma once
 
 #include <functional>
@@ -11,14 +11,14 @@
 
 namespace valdren::platform {
 
-/// Keeps what is asked of it and hands it on to a `WebKitEngine` made as soon as `EngineCheck` says
-/// that there can be one. Where there can be none, every load fails.
+/// Stores requests and forwards them to a `WebKitEngine`, which it makes once `EngineCheck` allows
+/// it. If no engine is possible, every load fails.
 class WaitingEngine final : public WebEngine, public Trackable {
  public:
   WaitingEngine(View& host, Client& client, WebEngine* related);
   ~WaitingEngine() override { invalidateWeakReferences(); }
 
-  /// The WebKit engine that this engine is or stands for; null when it is neither.
+  /// The WebKit engine that this engine is or forwards to; null when there is none.
   static WebKitEngine* resolve(WebEngine* engine);
 
   void apply(const Settings& settings) override;

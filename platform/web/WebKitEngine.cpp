@@ -23,13 +23,13 @@ namespace {
 constexpr const char* kBlank = "about:blank";
 constexpr double kSmallestZoom = 0.25;
 constexpr int kAttempts = 4;
-/// So long may the engine take, in seconds, from the decision on a load to the load's start. It
-/// calls itself idle in between.
+/// The time that the engine may take, in seconds, from the decision on a load to its start. It
+/// reports to be idle in between.
 constexpr double kStartSeconds = 0.5;
 
 WebKitWebView* makeView(WebKitSettings* settings, WebKitUserContentManager* content,
                         WebKitWebView* related) {
-  // A related view has the other's web process, context and session.
+  // A related view shares the other view's web process, context and session.
   GObject* const view =
       related
           ? G_OBJECT(g_object_new(pageWidgetType(), "settings", settings, "user-content-manager",
@@ -43,7 +43,7 @@ WebKitWebView* makeView(WebKitSettings* settings, WebKitUserContentManager* cont
   return WEBKIT_WEB_VIEW(view);
 }
 
-/// How much larger than usual the person wants text to be. The engine enlarges whole pages by it.
+/// The user's text size relative to the default. The engine enlarges whole pages by it.
 double textScale() {
   int dpi = 0;  // in 1024ths
   g_object_get(gtk_settings_get_default(), "gtk-xft-dpi", &dpi, nullptr);
@@ -94,19 +94,19 @@ WebKitEngine::WebKitEngine(View& host, Client& client, WebKitEngine* related)
   policy_.setProceedHandler([this](bool responded) {
     if (!responded && fromNetwork_) return;
     setScriptsRun(true);
-    forgetWidth();  // the new page is measured at its full size
+    forgetWidth();  // the new page is measured at full size
   });
   scripts_.setWidthHandler([this](double viewport, double width) {
     measured_ = {viewport, width};
     takeMeasure();
   });
   apply({});
-  // Its own role is none, and its name, when none is given, its class.
+  // By default it has no role, and its class as its name.
   g_object_set(view_.get(), "accessible-role", GTK_ACCESSIBLE_ROLE_DOCUMENT, nullptr);
   host_.native().setContent(Glib::wrap(GTK_WIDGET(view_.get())));
   boundsChanged();
-  // The engine makes a drawing context of its own current behind the toolkit's back. The toolkit
-  // would go on with the one that it takes for current, and its next frame would end the program.
+  // The engine makes its own GL context current without telling the toolkit. The toolkit would
+  // continue to use the context that it believes to be current and crash in its next frame.
   gdk_gl_context_clear_current();
 }
 
@@ -117,9 +117,9 @@ WebKitEngine::~WebKitEngine() {
   gtk_widget_remove_controller(GTK_WIDGET(view_.get()), keys_);
   host_.native().setContent(nullptr);
   webkit_web_view_stop_loading(view_.get());
-  // Not before the next turn: the browser engine may be in the midst of a call to this one, and not
-  // done with its view. Whoever else holds the view, such as a question that a hung page does not
-  // answer, keeps its page no longer.
+  // On the next turn: the engine may be in a call to this object and still use its view. Disposing
+  // ends the page even when others hold the view, such as a question that a hung page does not
+  // answer.
   RunLoop::shared().autorelease(
       std::shared_ptr<WebKitWebView>(view_.release(), [](WebKitWebView* view) {
         g_object_run_dispose(G_OBJECT(view));
@@ -176,13 +176,13 @@ gboolean WebKitEngine::loadFailed(WebKitWebView*, WebKitLoadEvent, char*, GError
   if (!engine.load_) engine.setScriptsRun(true);
   engine.loads_.failed(
       errorOf(error), g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED));
-  return TRUE;  // shows no page about the failure
+  return TRUE;  // suppresses the engine's error page
 }
 
 void WebKitEngine::loadingChanged(WebKitWebView* view, GParamSpec*, gpointer self) {
   if (webkit_web_view_is_loading(view)) return;
-  // Not before the next turn: the end of a load comes with this change, and one load may follow
-  // another at once.
+  // On the next turn: the end of a load is reported with this change, and the next load may follow
+  // at once.
   auto& engine = *static_cast<WebKitEngine*>(self);
   RunLoop::shared().performAfterDelay(engine, 0, [&engine] { engine.settle(); });
 }
@@ -227,12 +227,12 @@ void WebKitEngine::processEnded(WebKitWebView*, WebKitWebProcessTerminationReaso
 gboolean WebKitEngine::keyPressed(GtkEventControllerKey* keys, guint key, guint, GdkModifierType,
                                   gpointer self) {
   if (key != GDK_KEY_Return && key != GDK_KEY_KP_Enter && key != GDK_KEY_space) return FALSE;
-  // The engine sends a key again that the page has no use for.
+  // The engine sends unused keys again.
   auto& engine = *static_cast<WebKitEngine*>(self);
   const guint32 time = gtk_event_controller_get_current_event_time(GTK_EVENT_CONTROLLER(keys));
   if (time != GDK_CURRENT_TIME && time == engine.keyTime_) return FALSE;
   engine.keyTime_ = time;
-  // Following a link with the keyboard is as much the person's doing as touching it.
+  // Following a link by keyboard counts as a touch.
   const Rect bounds = engine.host_.bounds();
   engine.host_.hitTest({bounds.width / 2, bounds.height / 2}, EventType::Touches);
   return FALSE;
@@ -250,9 +250,9 @@ void WebKitEngine::apply(const Settings& settings) {
 }
 
 void WebKitEngine::boundsChanged() {
-  // A page that was never laid out in the bounds between tells its width no second time.
+  // A page that was never laid out in the bounds in between does not report its width again.
   takeMeasure();
-  // A page is laid out in its size while it is hidden, too, when the toolkit gives it none.
+  // A hidden page is laid out in its size, too; the toolkit would give it none.
   GtkWidget* const widget = GTK_WIDGET(view_.get());
   const auto width = static_cast<int>(std::lround(host_.bounds().width));
   const auto height = static_cast<int>(std::lround(host_.bounds().height));
@@ -267,7 +267,7 @@ void WebKitEngine::boundsChanged() {
 }
 
 void WebKitEngine::takeMeasure() {
-  // What a page takes once it is zoomed out says nothing about its full size.
+  // A page that is zoomed out does not show its full width.
   if (std::abs(measured_.viewport - fullViewport()) <= 1) pageWidth_ = measured_.width;
   fit();
 }
@@ -285,13 +285,13 @@ double WebKitEngine::fullViewport() const {
 void WebKitEngine::fit() {
   double zoom = 1;
   if (!scalesPageToFit_) {
-    // Made for just these bounds, the page keeps its size. The engine would enlarge it with the
-    // person's text, and what does not fit any more would be cut off.
+    // Such a page is made for exactly these bounds. The engine would enlarge it with the user's
+    // text size and cut it off.
     zoom = 1 / textScale();
   } else if (const double viewport = fullViewport(); viewport > 0 && pageWidth_ > viewport) {
     zoom = std::max(viewport / pageWidth_, kSmallestZoom);
   }
-  // A page that is laid out anew at each zoom would wander about for ever.
+  // Small differences are ignored: a page whose layout changes at each zoom would never settle.
   if (std::abs(zoom - webkit_web_view_get_zoom_level(view_.get())) > 0.01) {
     webkit_web_view_set_zoom_level(view_.get(), zoom);
   }
@@ -302,10 +302,10 @@ void WebKitEngine::begin(std::function<void()> load, bool fromNetwork) {
   fromNetwork_ = fromNetwork;
   overdue_.reset();
   load_ = std::move(load);
-  // A page that does not exist yet cannot get in the way; its own first script must run.
+  // A page that does not exist yet cannot interfere, and its first script must run.
   replaces_ = webkit_web_view_get_uri(view_.get()) != nullptr;
   if (replaces_) setScriptsRun(false);
-  const std::function<void()> begun = load_;  // the start of the load lets go of it
+  const std::function<void()> begun = load_;  // the start of the load clears load_
   begun();
 }
 

@@ -1,4 +1,4 @@
-// The engine behind a web view: one WebKit view that fills it.
+// The WebKit engine of a web view: one WebKit view that fills it.
 #pragma once
 
 #include <webkit/webkit.h>
@@ -49,25 +49,24 @@ class WebKitEngine final : public WebEngine, public Trackable {
 
   void connectSignals();
   void fit();
-  /// The viewport's width, in the page's pixels, where nothing is zoomed out.
+  /// The viewport's width at full size, in the page's pixels.
   double fullViewport() const;
   void takeMeasure();
   void forgetWidth();
-  /// Begins a load that the web view was asked for, and begins it again when the page that it
-  /// replaces gets in its way.
+  /// Starts a requested load, and starts it again when the page that it replaces interferes.
   void begin(std::function<void()> load, bool fromNetwork);
   void settle();
   void beginAgain();
-  /// The page that is being replaced runs no scripts of its own any more, or may again.
+  /// Disables or enables scripts of the page that is being replaced.
   void setScriptsRun(bool run);
 
   View& host_;
   PageScripts scripts_;
   GObjectPtr<WebKitSettings> settings_;
-  GObjectPtr<WebKitWebView> spare_;  // whose process the view shares, until its first page is there
+  GObjectPtr<WebKitWebView> spare_;  // shares its process until the first page is there
   GObjectPtr<WebKitWebView> view_;
   GtkEventController* keys_;  // owned by the view
-  guint32 keyTime_ = 0;       // of the last key that counted as a touch
+  guint32 keyTime_ = 0;       // time of the last key that counted as a touch
   Client& client_;
   LoadTracker loads_;
   NavigationPolicy policy_;
@@ -79,14 +78,14 @@ class WebKitEngine final : public WebEngine, public Trackable {
   bool replaces_ = false;
   bool fromNetwork_ = false;
   bool scalesPageToFit_ = false;
-  /// What the page told last, in its own points: its viewport's width, and how wide it is when it
-  /// is wider than that, or 0.
+  /// The page's last report, in its own points: its viewport's width, and its width when it is
+  /// wider, or 0.
   struct Measure {
     double viewport = 0;
     double width = 0;
   };
   Measure measured_;
-  double pageWidth_ = 0;  // what it needs, in its pixels; 0 when it fits or that is unknown
+  double pageWidth_ = 0;  // the width it needs, in its pixels; 0 when it fits or is unknown
   bool insecureContent_ = false;
 };
 

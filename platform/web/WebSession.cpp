@@ -7,12 +7,12 @@
 namespace valdren::platform {
 namespace {
 
-/// A page that wants more ends with its web process; heavy landing pages need about a third.
+/// A web process above this is ended; heavy landing pages need about a third.
 constexpr guint kWebMegabytes = 1024;
-/// What pages keep in storage that vanishes with the session is in the network process's memory,
-/// beside the forty or so megabytes that it needs for itself.
+/// Temporary storage of pages is in the network process's memory, besides about forty megabytes for
+/// itself.
 constexpr guint kNetworkMegabytes = 384;
-/// A page can take several hundred megabytes in a second.
+/// A page can use several hundred megabytes per second.
 constexpr double kPollSeconds = 1;
 
 struct FreeLimits {
@@ -22,7 +22,7 @@ struct FreeLimits {
 };
 using Limits = std::unique_ptr<WebKitMemoryPressureSettings, FreeLimits>;
 
-/// A web process that takes more ends. A network process only lets go of what it can spare.
+/// A web process above the limit is ended. A network process only frees what it can.
 Limits limitsOf(guint megabytes) {
   Limits limits(webkit_memory_pressure_settings_new());
   webkit_memory_pressure_settings_set_memory_limit(limits.get(), megabytes);
@@ -36,8 +36,8 @@ void refuseDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
 }
 
 WebKitWebContext* makeContext() {
-  // Other models keep the web processes of closed views for later. The model is one for all
-  // contexts, and a context looks at it when it is made, so another one has to set it first.
+  // Other models keep the web processes of closed views. The model is global, and a context reads
+  // it when it is created, so it is set on another context first.
   webkit_web_context_set_cache_model(webkit_web_context_get_default(),
                                      WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
   return WEBKIT_WEB_CONTEXT(g_object_new(WEBKIT_TYPE_WEB_CONTEXT, "memory-pressure-settings",
@@ -46,7 +46,7 @@ WebKitWebContext* makeContext() {
 
 WebKitNetworkSession* makeSession() {
   guardNetworkProcess(kNetworkMegabytes);
-  // All sessions have one network process, which is started with what is set before the first.
+  // All sessions share one network process, which uses the settings made before the first session.
   webkit_network_session_set_memory_pressure_settings(limitsOf(kNetworkMegabytes).get());
   WebKitNetworkSession* const session = webkit_network_session_new_ephemeral();
   webkit_network_session_set_tls_errors_policy(session, WEBKIT_TLS_ERRORS_POLICY_FAIL);

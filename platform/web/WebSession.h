@@ -1,15 +1,15 @@
-// What every web view of the process shares: one context and one session that keep nothing.
+// Shared by all web views of the process: one context and one session without persistent data.
 #pragma once
 
 #include <webkit/webkit.h>
 
 namespace valdren::platform {
 
-/// Bounds the memory of web processes and keeps none of them in reserve. Lives to the end.
+/// Limits the memory of web processes and keeps none in reserve. Exists until the process ends.
 WebKitWebContext* webContext();
 
-/// Cookies, caches and storage live in memory alone; downloads and unverified TLS are refused. The
-/// network process is ended and started anew when it takes more memory than its limit.
+/// Cookies, caches and storage are in memory only; downloads and unverified TLS are refused. A
+/// network process over its memory limit is ended, and the engine starts a new one.
 WebKitNetworkSession* webSession();
 
 }  // namespace valdren::platform

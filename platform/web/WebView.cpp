@@ -8,7 +8,7 @@ namespace valdren::platform {
 
 namespace {
 
-/// Gives the page the events of a tap at a point.
+/// Sends the page the events of a tap at a point.
 constexpr const char* kTap =
     "(function(x,y){var target=document.elementFromPoint(x,y);if(!target)return;"
     "var about={bubbles:true,cancelable:true,composed:true,view:window,clientX:x,clientY:y};"
@@ -126,7 +126,7 @@ void WebView::layoutSubviews() {
 bool WebView::engineShouldStartLoad(const URLRequest& request, NavigationType type) {
   WebViewDelegate* const delegate = delegate_.get();
   if (!delegate) return true;
-  // A delegate may fail on an address that a page made up; no page may bring the application down.
+  // A delegate may fail on an address that a page made up. A page must not crash the application.
   try {
     return delegate->webViewShouldStartLoad(*this, request, type);
   } catch (const std::invalid_argument& failure) {

@@ -25,19 +25,19 @@ enum DataDetectorTypes : unsigned { kNoDataDetectors = 0, kAllDataDetectors = ~0
 
 class WebView;
 
-/// Asked and told about a web view's navigations. Everything but the decision is optional. A load
-/// that was told to have started ends with one "finished" or one "failed", unless another load
-/// takes its place; a navigation that is refused before it starts is told nothing of. The end of
-/// the page's process is one "failed", whether a load was under way or not, unless the delegate
-/// makes something else of it. The view may be destroyed in each call.
+/// Decides on a web view's navigations and receives its loads. Only the decision must be
+/// implemented. Each reported start is followed by one "finished" or "failed", unless another load
+/// replaces it; a navigation that is refused before it starts is not reported. The end of the
+/// page's process is reported as "failed", with or without a load, unless the delegate overrides
+/// this. The view may be destroyed in each call.
 class WebViewDelegate : public virtual Trackable {
  public:
-  /// Whether the navigation (main frame or subframe) may go ahead.
+  /// Whether to allow the navigation (main frame or subframe).
   virtual bool webViewShouldStartLoad(WebView&, const URLRequest& request, NavigationType type) = 0;
   virtual void webViewDidStartLoad(WebView&) {}
   virtual void webViewDidFinishLoad(WebView&) {}
   virtual void webViewDidFailLoad(WebView&, const Error&) {}
-  /// Nothing is left of the page that was shown or loaded.
+  /// The page's process has ended, and the page is gone.
   virtual void webViewProcessDidEnd(WebView& view, const Error& error) {
     webViewDidFailLoad(view, error);
   }
@@ -47,10 +47,10 @@ class WebViewDelegate : public virtual Trackable {
   ~WebViewDelegate() = default;
 };
 
-/// The engine behind one web view; the seam that tests replace.
+/// The engine of one web view; tests replace it.
 class WebEngine {
  public:
-  /// What the engine asks of and tells its web view.
+  /// Receives the engine's questions and events.
   class Client {
    public:
     virtual bool engineShouldStartLoad(const URLRequest& request, NavigationType type) = 0;
@@ -99,25 +99,24 @@ class WebEngines : public Shared<WebEngines> {
  public:
   static WebEngines& standard();
   virtual ~WebEngines() = default;
-  /// An engine that draws into `host` and reports to `client`; both outlive it. With `related`, it
+  /// An engine that draws into `host` and reports to `client`; both outlive it. With `related` it
   /// shares that engine's web process.
   virtual std::unique_ptr<WebEngine> makeEngine(View& host, WebEngine::Client& client,
                                                 WebEngine* related) = 0;
-  /// Starts what takes longest about the next engine without a `related` one, which is going to be
-  /// made soon.
+  /// Prepares the next engine without a `related` one, which will be made soon.
   virtual void prepare() {}
 };
 
-/// Pages are kept apart from the person's own browsing: nothing of them outlives the process, and
-/// they get no permissions, downloads, files or windows of their own.
+/// Pages are separate from the user's own browsing: nothing of them outlives the process, and they
+/// get no permissions, downloads, files or windows.
 class WebView : public View, private WebEngine::Client {
  public:
-  /// With `related`, shares that view's web process, which saves starting one.
+  /// With `related`, shares that view's web process, which saves the start of one.
   explicit WebView(const Rect& frame = {}, WebView* related = nullptr);
   ~WebView() override;
 
-  /// A view of its own is going to be needed in a moment: its web process starts now, and ends
-  /// again when none comes for some seconds.
+  /// Call this shortly before a view without `related` is made. It starts the web process, which
+  /// ends if it is not used within some seconds.
   static void prepareNext() { WebEngines::shared().prepare(); }
 
   void setDelegate(WeakPtr<WebViewDelegate> delegate) { delegate_ = delegate; }
@@ -126,9 +125,9 @@ class WebView : public View, private WebEngine::Client {
   void loadRequest(const URLRequest& request);
   /// Shows `html` as the page at `baseURL` (about:blank when absent).
   void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL);
-  /// Asks the page's address again; a page that was given as text is not asked for again.
+  /// Requests the page's address again. A page that was given as text is not reloaded.
   void reload();
-  /// A load that has started fails then, on the next turn of the run loop.
+  /// A started load then fails on the next turn of the run loop.
   void stopLoading();
   void goBack();
   void goForward();
@@ -137,15 +136,15 @@ class WebView : public View, private WebEngine::Client {
   bool isLoading() const;
   /// The address of the page that is shown or being loaded.
   std::optional<URL> currentURL() const;
-  /// The address of the page that is shown, whose scripts run, whatever is being loaded in its
-  /// place; none before the first page, and when its process has ended.
+  /// The address of the present page, whose scripts run, even while another one is loading. None
+  /// before the first page and after the end of its process.
   std::optional<URL> shownURL() const;
   std::string title() const;
-  /// Whether the page came whole over a verified TLS connection.
+  /// Whether the whole page came over a verified TLS connection.
   bool isSecure() const;
 
-  /// Runs the script in the page once it can; `result` (when given) gets its value as text, "" when
-  /// it has none or fails. Nothing is called once the view is gone.
+  /// Runs the script in the page as soon as possible. `result`, if given, receives its value as
+  /// text, "" when there is none or it fails. Nothing is called once the view is destroyed.
   void stringByEvaluatingJavaScriptFromString(const std::string& script,
                                               std::function<void(std::string)> result = {});
 
@@ -160,7 +159,7 @@ class WebView : public View, private WebEngine::Client {
 
  protected:
   void layoutSubviews() override;
-  /// Presses and clicks what the page shows there.
+  /// Clicks the page at this point.
   bool tapped(Point point) override;
 
  private:

@@ -92,7 +92,7 @@ TEST_F(CommandLine, AMachineThatLacksSomethingGetsItsWindowAndOneLine) {
   } rows[] = {
       {"DBUS_SESSION_BUS_ADDRESS=unix:path=" + folder.file("silent"), "bus does not answer"},
       {"XDG_STATE_HOME=" + folder.file("no/bwrap"), "state cannot be saved"},
-      {"PATH=" + folder.file("no") + ":$PATH", "There are no ads here"},
+      {"PATH=" + folder.file("no") + ":$PATH", "There are no ads"},
       {"XDG_CACHE_HOME=/proc/none", "Copies of ads cannot be kept"},
   };
   for (const auto& row : rows) {
