@@ -28,8 +28,8 @@ install(FILES api/VADBannerView.h api/VADBannerViewDelegate.h
 install(FILES request/VADConfiguration.h request/VADRequest.h request/VADRequestError.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/ads/request)
 install(FILES support/VADErrorCode.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/ads/support)
-foreach(header application/Host base/Date base/MainThread base/URL base/Value base/WeakPtr storage/Bundle ui/Geometry
-    ui/View ui/ViewController)
+foreach(header application/Host base/Date base/MainThread base/URL base/Value base/WeakPtr
+    storage/Bundle ui/Geometry ui/View ui/ViewController)
   cmake_path(GET header PARENT_PATH room)
   install(FILES ${CMAKE_SOURCE_DIR}/platform/${header}.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/valdren/platform/${room})
