@@ -21,9 +21,6 @@ class AdNetwork {
   AdNetwork(const AdNetwork&) = delete;
   AdNetwork& operator=(const AdNetwork&) = delete;
 
-  /// The network inside this process; null when there is none.
-  sandbox::Sandbox* builtIn() const { return builtIn_.get(); }
-
  private:
   std::unique_ptr<sandbox::Sandbox> builtIn_;
 };

@@ -52,13 +52,6 @@ const std::map<std::string, Option, std::less<>>& optionsWithValue() {
         [](Options& options, const std::string& value) {
           return setURL(options.scriptHost, value);
         }}},
-      {"--tour",
-       {"a folder",
-        [](Options& options, const std::string& value) {
-          options.command = Command::Tour;
-          options.tourFolder = value;
-          return !value.empty();
-        }}},
   };
   return all;
 }
@@ -111,7 +104,6 @@ const char* const kHelp =
     "  --ad-server URL                   fetch ads from there, not from the built-in ad network\n"
     "  --script-host URL                 fetch the ad engine script from there; either of these\n"
     "                                    two stands for both when the other is missing\n"
-    "  --tour FOLDER                     walk through the application and leave pictures there\n"
     "  --print-request                   say what an ad request would tell now, as JSON, and end\n"
     "  --help, --version                 say this, or the version, and end\n"
     "\n"

@@ -12,7 +12,7 @@ namespace platform = valdren::platform;
 
 namespace quorbel {
 
-enum class Command { Run, Tour, PrintRequest, Help, Version };
+enum class Command { Run, PrintRequest, Help, Version };
 
 struct Options {
   Command command = Command::Run;
@@ -20,8 +20,6 @@ struct Options {
   std::optional<bool> landscape;
   std::optional<platform::URL> adServer;
   std::optional<platform::URL> scriptHost;
-  /// Where the tour leaves its pictures.
-  std::string tourFolder;
 };
 
 /// What is wrong with a command line, in one sentence.

@@ -39,9 +39,6 @@ class BarButtonItem {
   /// The width in use.
   double occupiedWidth() const;
 
-  /// Presses the item as the user would; false when it cannot be pressed.
-  bool press() { return button_ && button_->press(); }
-
  private:
   BarButtonItem() = default;
 

@@ -13,13 +13,6 @@ namespace {
 
 constexpr int kSymbolPoints = 20;
 
-bool reactsToPeople(const View& view) {
-  for (const View* each = &view; each; each = each->superview()) {
-    if (each->isHidden() || !each->isUserInteractionEnabled()) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 struct Button::Native {
@@ -87,12 +80,6 @@ void Button::setShowsTouchWhenHighlighted(bool shows) {
 void Button::setEnabled(bool enabled) {
   enabled_ = enabled;
   native_->button.set_sensitive(enabled);
-}
-
-bool Button::press() {
-  if (!enabled_ || !reactsToPeople(*this)) return false;
-  clicked();
-  return true;
 }
 
 void Button::clicked() {

@@ -39,13 +39,6 @@ class Button : public View {
   /// Called when a press ends inside the button. The action may release the button.
   void setAction(std::function<void()> action) { action_ = std::move(action); }
 
-  /// Presses the button as the user would; false when it cannot be pressed because it or a view
-  /// around it is disabled or hidden.
-  bool press();
-
- protected:
-  bool tapped(Point) override { return press(); }
-
  private:
   struct Native;
   void clicked();

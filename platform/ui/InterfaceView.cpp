@@ -117,13 +117,6 @@ const std::vector<std::string>& InterfaceView::controls() const {
   return widgets_->names;
 }
 
-bool InterfaceView::press(std::string_view control) {
-  Gtk::Button* const button = widgets_->button(control);
-  if (!button || !button->is_sensitive()) return false;
-  g_signal_emit_by_name(button->gobj(), "clicked");
-  return true;
-}
-
 void InterfaceView::setSelected(std::string_view control, bool selected) {
   Gtk::Button* const button = widgets_->button(control);
   if (!button || isSelected(control) == selected) return;
@@ -159,27 +152,12 @@ bool InterfaceView::isHidden(const std::string& object) const {
   return !widget || !gtk_widget_get_visible(widget);
 }
 
-Rect InterfaceView::frameOfControl(std::string_view control) const {
-  Gtk::Button* const button = widgets_->button(control);
-  graphene_rect_t area;
-  if (!button || !gtk_widget_compute_bounds(GTK_WIDGET(button->gobj()),
-                                            GTK_WIDGET(native().widget().gobj()), &area)) {
-    return {};
-  }
-  return {area.origin.x, area.origin.y, area.size.width, area.size.height};
-}
-
 std::string InterfaceView::titleOfControl(std::string_view control) const {
   Gtk::Button* const button = widgets_->button(control);
   if (!button) return "";
   if (!button->get_label().empty()) return button->get_label();
   const Gtk::Label* const label = firstLabel(*button);
   return label ? label->get_text() : Glib::ustring();
-}
-
-std::string InterfaceView::tooltipOfControl(std::string_view control) const {
-  const Gtk::Button* const button = widgets_->button(control);
-  return button ? button->get_tooltip_text() : Glib::ustring();
 }
 
 }  // namespace valdren::platform

@@ -29,21 +29,16 @@ class InterfaceView : public View {
 
   /// The ids of the buttons, in the order of the file.
   const std::vector<std::string>& controls() const;
-  /// Presses a control as the user would; false when there is none or it cannot be pressed.
-  bool press(std::string_view control);
   /// Marks a control as playing, visibly and for screen readers.
   void setSelected(std::string_view control, bool selected);
   bool isSelected(std::string_view control) const;
-  /// The control's frame in this view's coordinates; empty when it is not laid out.
-  Rect frameOfControl(std::string_view control) const;
   /// Shows or hides the object with that id; a hidden one takes no room. Showing scrolls to the
   /// start of the surrounding scroll area. Unknown ids are ignored.
   void setHidden(const std::string& object, bool hidden);
   /// True also when there is no such object.
   bool isHidden(const std::string& object) const;
-  /// The control's own label, or the first label inside it; and its tooltip.
+  /// The control's own label, or the first label inside it; empty when there is none.
   std::string titleOfControl(std::string_view control) const;
-  std::string tooltipOfControl(std::string_view control) const;
 
  private:
   struct Widgets;

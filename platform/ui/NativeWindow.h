@@ -10,7 +10,6 @@
 namespace Gtk {
 class Window;
 }
-struct _GdkTexture;
 
 namespace valdren::platform {
 
@@ -45,8 +44,6 @@ class NativeWindow {
   bool isStatusBarHidden() const;
   void setStatusBarHidden(bool hidden);
   double statusBarHeight() const;
-  bool savePicture(const std::string& path) const;
-  bool isBlank(const Rect& area) const;
 
   /// Calls `step` with the progress, 0 to 1, at each frame until it was called with 1. Without
   /// animations on the desktop it calls once, at once, with 1.
@@ -55,11 +52,6 @@ class NativeWindow {
 
  private:
   struct Widgets;
-  using Picture = std::unique_ptr<_GdkTexture, void (*)(void*)>;
-
-  /// What the window shows now, in so many pixels a point; null when it shows nothing.
-  Picture picture(float scale) const;
-
   std::unique_ptr<Widgets> widgets_;
 };
 

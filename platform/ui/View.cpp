@@ -5,7 +5,6 @@
 
 #include "platform/base/KeptUntilReturn.h"
 #include "platform/base/MainThread.h"
-#include "platform/ui/LaunchPermit.h"
 #include "platform/ui/NativeView.h"
 
 namespace valdren::platform {
@@ -154,17 +153,6 @@ View* View::hitTest(Point point, EventType type) {
     if (View* hit = (*subview)->hitTest({point.x - frame.x, point.y - frame.y}, type)) return hit;
   }
   return this;
-}
-
-bool View::tap(Point point) {
-  LaunchPermit::shared().touched();
-  View* const hit = hitTest(point, EventType::Touches);
-  if (!hit) return false;
-  const KeptUntilReturn kept(*hit);
-  for (const View* each = hit; each && each != this; each = each->superview_) {
-    point = {point.x - each->frame_.x, point.y - each->frame_.y};
-  }
-  return hit->tapped(point);
 }
 
 }  // namespace valdren::platform

@@ -82,18 +82,12 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   /// base.
   virtual View* hitTest(Point point, EventType type);
 
-  /// Simulates a tap at `point` (in this view's coordinates): the hit test, then the reaction of
-  /// the view that was hit. False when nothing there reacts.
-  bool tap(Point point);
-
   /// The toolkit's part of this view; for the platform's own sources.
   NativeView& native() const { return *native_; }
 
  protected:
   /// Called after the bounds' size has changed, when the subviews have been resized.
   virtual void layoutSubviews() {}
-  /// The reaction to a tap at `point`; false when there is none.
-  virtual bool tapped(Point) { return false; }
 
  private:
   friend class Window;

@@ -364,14 +364,5 @@ double Window::statusBarHeight() const {
 bool Window::isOnScreen(const Rect& area) const {
   return native_->isOnScreen({area.x, area.y + statusBarHeight(), area.width, area.height});
 }
-bool Window::isBlank(const Rect& area) const {
-  return native_->isBlank({area.x, area.y + statusBarHeight(), area.width, area.height});
-}
-bool Window::tap(Point point) {
-  return stage_->tap(point);
-}
-bool Window::savePicture(const std::string& path) {
-  return native_->savePicture(path);
-}
 
 }  // namespace valdren::platform

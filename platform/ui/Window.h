@@ -63,15 +63,6 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   /// Whether this area of the screens (in coordinates of `contentBounds`) is completely on the
   /// monitor, as far as the desktop reports it.
   bool isOnScreen(const Rect& area) const;
-  /// Writes what the window shows now to a PNG file; false when it shows nothing or the file cannot
-  /// be written.
-  bool savePicture(const std::string& path);
-  /// Whether this part of the screens (as in `contentBounds`) is drawn in one colour alone.
-  bool isBlank(const Rect& area) const;
-
-  /// Simulates a tap at this point of the screens (in coordinates of `contentBounds`); false when
-  /// nothing there reacts.
-  bool tap(Point point);
 
   /// Ends a running transition at once.
   void finishTransition();

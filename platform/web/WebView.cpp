@@ -6,18 +6,6 @@
 
 namespace valdren::platform {
 
-namespace {
-
-/// Sends the page the events of a tap at a point.
-constexpr const char* kTap =
-    "(function(x,y){var target=document.elementFromPoint(x,y);if(!target)return;"
-    "var about={bubbles:true,cancelable:true,composed:true,view:window,clientX:x,clientY:y};"
-    "target.dispatchEvent(new PointerEvent('pointerdown',about));"
-    "target.dispatchEvent(new PointerEvent('pointerup',about));"
-    "target.dispatchEvent(new MouseEvent('click',about));})";
-
-}  // namespace
-
 WebView::WebView(const Rect& frame, WebView* related)
     : View(frame),
       engine_(WebEngines::shared().makeEngine(*this, *this,
@@ -80,12 +68,6 @@ std::string WebView::title() const {
 
 bool WebView::isSecure() const {
   return engine_->isSecure();
-}
-
-bool WebView::tapped(Point point) {
-  engine_->evaluate(
-      std::string(kTap) + "(" + std::to_string(point.x) + "," + std::to_string(point.y) + ")", {});
-  return true;
 }
 
 void WebView::stringByEvaluatingJavaScriptFromString(const std::string& script,

@@ -159,8 +159,6 @@ class WebView : public View, private WebEngine::Client {
 
  protected:
   void layoutSubviews() override;
-  /// Clicks the page at this point.
-  bool tapped(Point point) override;
 
  private:
   bool engineShouldStartLoad(const URLRequest& request, NavigationType type) override;

@@ -19,10 +19,10 @@ std::variant<Options, UsageError> parse(std::vector<const char*> arguments) {
 TEST(Options, EachIsReadWithASpaceOrAnEqualsSign) {
   for (const std::vector<const char*>& arguments :
        {std::vector<const char*>{"--idiom", "tablet", "--orientation", "landscape", "--ad-server",
-                                 "http://127.0.0.1:8080", "--script-host", "https://host.example/x",
-                                 "--tour", "pictures"},
+                                 "http://127.0.0.1:8080", "--script-host",
+                                 "https://host.example/x"},
         {"--idiom=tablet", "--orientation=landscape", "--ad-server=http://127.0.0.1:8080",
-         "--script-host=https://host.example/x", "--tour=pictures"}}) {
+         "--script-host=https://host.example/x"}}) {
     const auto parsed = parse(arguments);
     ASSERT_TRUE(std::holds_alternative<Options>(parsed));
     const auto& options = std::get<Options>(parsed);
@@ -30,8 +30,7 @@ TEST(Options, EachIsReadWithASpaceOrAnEqualsSign) {
     EXPECT_EQ(options.landscape, true);
     EXPECT_EQ(options.adServer->absoluteString(), "http://127.0.0.1:8080");
     EXPECT_EQ(options.scriptHost->absoluteString(), "https://host.example/x");
-    EXPECT_EQ(options.command, Command::Tour);
-    EXPECT_EQ(options.tourFolder, "pictures");
+    EXPECT_EQ(options.command, Command::Run);
   }
 }
 
@@ -44,7 +43,7 @@ TEST(Options, WithoutArgumentsNothingIsForced) {
 TEST(Options, HelpAndVersionWinOverWhatFollows) {
   EXPECT_EQ(std::get<Options>(parse({"--help", "--nonsense"})).command, Command::Help);
   EXPECT_EQ(std::get<Options>(parse({"-h"})).command, Command::Help);
-  EXPECT_EQ(std::get<Options>(parse({"--tour", "x", "--version"})).command, Command::Version);
+  EXPECT_EQ(std::get<Options>(parse({"--idiom", "phone", "--version"})).command, Command::Version);
 }
 
 TEST(Options, MistakesAreNamed) {
@@ -64,7 +63,6 @@ TEST(Options, MistakesAreNamed) {
       {{"--ad-server", "nonsense"}, "http or https"},
       {{"--ad-server", "http://"}, "http or https"},
       {{"--script-host", "file:///etc/passwd"}, "http or https"},
-      {{"--tour", ""}, "--tour takes a folder"},
       {{"--help=yes"}, "unknown option \"--help\""},
   };
   for (const Case& each : cases) {

@@ -18,6 +18,7 @@
 #include "tests/support/Loop.h"
 #include "tests/support/Pointer.h"
 #include "tests/support/Process.h"
+#include "tests/support/Taps.h"
 
 namespace platform = valdren::platform;
 
@@ -29,7 +30,10 @@ using platform::Size;
 using quorbel::sounds;
 using quorbel::SoundScreen;
 using quorbel_tests::FakeAudioPlayer;
+using quorbel_tests::frameOf;
+using quorbel_tests::press;
 using quorbel_tests::runUntil;
+using quorbel_tests::tooltipOf;
 using Events = std::vector<std::string>;
 
 constexpr const char* kResources = "/com/valdren/quorbel";
@@ -79,7 +83,7 @@ class SoundScreenTest : public ::testing::TestWithParam<Idiom> {
     window->setRootViewController(screen);
     window->makeKeyAndVisible();
     ASSERT_TRUE(screen->controls());
-    ASSERT_TRUE(runUntil([&] { return screen->controls()->frameOfControl("stop").width > 0; }));
+    ASSERT_TRUE(runUntil([&] { return frameOf(*screen->controls(), "stop").width > 0; }));
   }
 
   Events takeEvents() { return std::exchange(FakeAudioPlayer::events(), {}); }
@@ -123,7 +127,7 @@ TEST_P(SoundScreenTest, EveryTilePlaysItsOwnClipFromAPlayerMadeAnew) {
   ASSERT_EQ(screen->controls()->controls().size(), clips.size() + 1);
   bool first = true;
   for (const auto& [action, clip] : clips) {
-    ASSERT_TRUE(screen->controls()->press(action)) << action;
+    ASSERT_TRUE(press(*screen->controls(), action)) << action;
     ASSERT_TRUE(runUntil([&] { return FakeAudioPlayer::events().size() >= (first ? 2u : 3u); }));
     Events expected{"new " + clip + ".m4a", "play"};
     // The previous player is destroyed before the new one is made.
@@ -140,7 +144,7 @@ TEST_P(SoundScreenTest, StopSilencesThePlayerAndKeepsIt) {
   EXPECT_EQ(takeEvents(), Events{}) << "nothing plays yet";
   screen->play("candy");
   takeEvents();
-  ASSERT_TRUE(screen->controls()->press("stop"));
+  ASSERT_TRUE(press(*screen->controls(), "stop"));
   ASSERT_TRUE(runUntil([&] { return !FakeAudioPlayer::events().empty(); }));
   EXPECT_EQ(takeEvents(), Events{"stop"});
   EXPECT_TRUE(screen->player());
@@ -190,13 +194,13 @@ TEST_P(SoundScreenTest, EveryTileSaysWhatItIsAndWhichKeyPressesIt) {
     const std::string control = sounds()[place].action;
     EXPECT_EQ(screen->controls()->controls()[place], control) << "keys go by the order of tiles";
     titles.insert(screen->controls()->titleOfControl(control));
-    const std::string tooltip = screen->controls()->tooltipOfControl(control);
+    const std::string tooltip = tooltipOf(*screen->controls(), control);
     EXPECT_TRUE(tooltip.ends_with(std::string("(key ") + keys[place] + ")")) << tooltip;
   }
   titles.insert(screen->controls()->titleOfControl("stop"));
   EXPECT_EQ(titles.size(), sounds().size() + 1) << "no two tiles have one title";
   EXPECT_FALSE(titles.contains(""));
-  EXPECT_NE(screen->controls()->tooltipOfControl("stop").find("Escape"), std::string::npos);
+  EXPECT_NE(tooltipOf(*screen->controls(), "stop").find("Escape"), std::string::npos);
 }
 
 TEST_P(SoundScreenTest, KeysPlayByWhatTheyPrintAndByTheirPlaceOnEveryKeyboard) {
@@ -287,7 +291,7 @@ TEST_P(SoundScreenTest, TilesLieSideBySideAndStopInSightInEveryWindowAndTextSize
       quorbel_tests::runFor(0.05);
       std::vector<Rect> tiles;
       for (const std::string& control : screen->controls()->controls()) {
-        tiles.push_back(screen->controls()->frameOfControl(control));
+        tiles.push_back(frameOf(*screen->controls(), control));
         const Rect& tile = tiles.back();
         EXPECT_GE(tile.width, 72) << control;
         EXPECT_GE(tile.height, 44) << control;
@@ -340,7 +344,7 @@ TEST_P(SoundScreenTest, ATileThatOutlivesItsScreenDoesNothing) {
   takeEvents();
   auto* const tiles = dynamic_cast<platform::InterfaceView*>(view.get());
   ASSERT_TRUE(tiles);
-  tiles->press("candy");
+  press(*tiles, "candy");
   quorbel_tests::runFor(0.4);
   EXPECT_EQ(takeEvents(), Events{});
 }
@@ -348,9 +352,9 @@ TEST_P(SoundScreenTest, ATileThatOutlivesItsScreenDoesNothing) {
 TEST_P(SoundScreenTest, AnInterfaceFileThatIsMissingOrNamesNoSuchObjectGivesNoView) {
   EXPECT_EQ(platform::InterfaceView::load("nothing", "quorbeliPad", {}, {}), nullptr);
   EXPECT_EQ(platform::InterfaceView::load(GetParam().file, "somebodyElse", {}, {}), nullptr);
-  EXPECT_FALSE(screen->controls()->press("nothing"));
+  EXPECT_FALSE(press(*screen->controls(), "nothing"));
   EXPECT_EQ(screen->controls()->titleOfControl("nothing"), "");
-  EXPECT_EQ(screen->controls()->frameOfControl("nothing"), Rect{});
+  EXPECT_EQ(frameOf(*screen->controls(), "nothing"), Rect{});
 }
 
 }  // namespace

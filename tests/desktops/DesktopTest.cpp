@@ -12,6 +12,7 @@
 #include "platform/ui/ViewController.h"
 #include "sandbox/Sandbox.h"
 #include "tests/support/Loop.h"
+#include "tests/support/Pictures.h"
 #include "tests/support/Process.h"
 #include "tests/support/WebPage.h"
 
@@ -181,7 +182,7 @@ TEST(DesktopTestOfPages, GoOnDrawingWhenAPageComesLater) {
                                                          platform::Rect{0, 100, 320, 40});
   button->setTitle("Above");
   screen->view()->addSubview(button);
-  EXPECT_TRUE(runUntil([&] { return !window.isBlank({0, 100, 320, 40}); }));
+  EXPECT_TRUE(runUntil([&] { return !quorbel_tests::isBlank(window, {0, 100, 320, 40}); }));
 }
 
 }  // namespace

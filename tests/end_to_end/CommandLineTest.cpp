@@ -45,8 +45,8 @@ class CommandLine : public ::testing::Test {
 TEST_F(CommandLine, HelpAndVersionNeedNoDisplay) {
   const Finished help = run(program("--help", kWithoutDisplay));
   EXPECT_EQ(help.status, 0);
-  for (const char* option : {"--idiom", "--orientation", "--ad-server", "--script-host", "--tour",
-                             "--help", "--version"}) {
+  for (const char* option : {"--idiom", "--orientation", "--ad-server", "--script-host",
+                             "--print-request", "--help", "--version"}) {
     EXPECT_NE(help.output.find(option), std::string::npos) << option;
   }
   const Finished version = run(program("--version", kWithoutDisplay));
@@ -60,15 +60,11 @@ TEST_F(CommandLine, MistakesAreOneSentenceAndAStatusOfTheirOwn) {
     int status;
     const char* sentence;
   };
-  TemporaryFolder other;
-  quorbel_tests::writeFile(other.file("file"), "in the way");
   const Case cases[] = {
       {program("--loud", kWithoutDisplay), 2, "unknown option \"--loud\""},
       {program("--idiom watch", kWithoutDisplay), 2, "phone or tablet"},
       {program("--ad-server gopher://x", kWithoutDisplay), 2, "http or https"},
       {program("", kWithoutDisplay), 1, "there is no display"},
-      {program("--tour " + folder.file("tour"), kWithoutDisplay), 1, "there is no display"},
-      {program("--tour " + other.file("file/tour")), 1, "cannot be written"},
   };
   for (const Case& each : cases) {
     const Finished finished = run(each.command);

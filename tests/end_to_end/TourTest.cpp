@@ -1,4 +1,4 @@
-// The tour: the real program, its real widgets, clips, ad network and web engine.
+// The tour: the real application, its real widgets, clips, ad network and web engine.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -58,8 +58,8 @@ TEST_P(Tour, EveryStepIsAsItShouldBeAndHasItsPicture) {
   TemporaryFolder folder;
   const std::string pictures = folder.file("pictures");
   const auto finished = run("env G_DEBUG=fatal-criticals XDG_STATE_HOME=" + folder.file("state") +
-                            " XDG_CACHE_HOME=" + folder.file("cache") + " " QUORBEL_PROGRAM " " +
-                            GetParam().options + " --tour " + pictures);
+                            " XDG_CACHE_HOME=" + folder.file("cache") + " " TOUR_PROGRAM " " +
+                            pictures + " " + GetParam().options);
   ASSERT_EQ(finished.status, 0) << finished.output << finished.errors;
 
   const std::string report = readFile(pictures + "/tour.txt");
@@ -85,14 +85,33 @@ TEST_P(Tour, EveryStepIsAsItShouldBeAndHasItsPicture) {
 TEST(FailingTour, ClipsThatAreMissingFailTheirStepsAndTheProgram) {
   TemporaryFolder folder;
   // A copy of the program finds no clips beside it.
-  std::filesystem::copy(QUORBEL_PROGRAM, folder.file("quorbel"));
-  const auto finished =
-      run("env -u QUORBEL_RESOURCES XDG_STATE_HOME=" + folder.file("state") + " " +
-          folder.file("quorbel") + " --idiom phone --tour " + folder.file("t"));
+  std::filesystem::copy(TOUR_PROGRAM, folder.file("tour"));
+  const auto finished = run("env -u QUORBEL_RESOURCES XDG_STATE_HOME=" + folder.file("state") +
+                            " " + folder.file("tour") + " " + folder.file("t") + " --idiom phone");
   EXPECT_EQ(finished.status, 1);
   EXPECT_NE(finished.output.find("press Candy: FAILED: no clip plays"), std::string::npos);
   EXPECT_NE(finished.output.find("14 failed\n"), std::string::npos) << finished.output;
   EXPECT_NE(finished.errors.find("The clip \"candy.m4a\" is missing."), std::string::npos);
+}
+
+TEST(FailingTour, SaysWhyThereIsNone) {
+  TemporaryFolder folder;
+  quorbel_tests::writeFile(folder.file("file"), "in the way");
+  const struct {
+    std::string command;
+    int status;
+    const char* sentence;
+  } rows[] = {
+      {TOUR_PROGRAM " --idiom phone", 2, "Usage: quorbel-tour FOLDER"},
+      {TOUR_PROGRAM " x --idiom watch", 2, "Usage: quorbel-tour FOLDER"},
+      {TOUR_PROGRAM " " + folder.file("file/tour"), 1, "cannot be written"},
+      {"env -u DISPLAY -u WAYLAND_DISPLAY " TOUR_PROGRAM " x", 1, "there is no display"},
+  };
+  for (const auto& row : rows) {
+    const auto finished = run("XDG_STATE_HOME=" + folder.path() + " " + row.command);
+    EXPECT_EQ(finished.status, row.status) << row.command;
+    EXPECT_NE(finished.errors.find(row.sentence), std::string::npos) << finished.errors;
+  }
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "platform/ui/NativeView.h"
 #include "platform/ui/NativeWindow.h"
 #include "tests/support/Loop.h"
+#include "tests/support/Pictures.h"
 #include "tests/support/Pointer.h"
 
 namespace platform = valdren::platform;
@@ -123,7 +124,7 @@ void Page::click(platform::Point point) {
 }
 
 bool Page::savePicture(const std::string& path) {
-  return window->savePicture(path);
+  return quorbel_tests::savePicture(*window, path);
 }
 
 unsigned Page::pixel(platform::Point point) {

@@ -16,6 +16,8 @@
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
+#include "tests/support/Pictures.h"
+#include "tests/support/Taps.h"
 
 namespace platform = valdren::platform;
 
@@ -111,7 +113,7 @@ class RealScreensTest : public ::testing::Test {
     const char* const folder = std::getenv("QUORBEL_PICTURES");
     if (!folder) return;
     quorbel_tests::runFor(1);
-    EXPECT_TRUE(window->savePicture(std::string(folder) + "/" + name + ".png"));
+    EXPECT_TRUE(quorbel_tests::savePicture(*window, std::string(folder) + "/" + name + ".png"));
   }
 
   quorbel_tests::FakeUserDefaults defaults;
@@ -176,7 +178,7 @@ TEST_F(RealScreensTest, ABrowserWhosePageNeverAnswersCanBeClosed) {
   ASSERT_TRUE(isUp(browser));
   ASSERT_TRUE(runUntil([&] { return !server.requests("/slow").empty(); }, kPatience));
   picture("browser-loading");
-  EXPECT_TRUE(browser.toolbar()->items().back()->press());
+  EXPECT_TRUE(quorbel_tests::press(*browser.toolbar()->items().back()->button()));
   EXPECT_EQ(window->topViewController(), host.get());
 }
 

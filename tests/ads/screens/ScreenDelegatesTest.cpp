@@ -3,6 +3,7 @@
 #include "ads/screens/VADWebAppViewController.h"
 #include "ads/telemetry/VADTiming.h"
 #include "tests/ads/screens/ScreenTest.h"
+#include "tests/support/Taps.h"
 
 namespace platform = valdren::platform;
 
@@ -109,7 +110,7 @@ TEST_F(ScreenDelegatesTest, APageThatFailsLeavesTheBrowserUsable) {
   EXPECT_TRUE(done()->isEnabled());
   engine.fail();
   EXPECT_EQ(middle(), "Reload");
-  EXPECT_TRUE(done()->press());
+  EXPECT_TRUE(quorbel_tests::press(*done()->button()));
   EXPECT_EQ(window->topViewController(), host.get());
 }
 

@@ -5,6 +5,7 @@
 #include "ads/screens/VADIntrinsicImages.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "tests/ads/screens/ScreenTest.h"
+#include "tests/support/Taps.h"
 
 namespace platform = valdren::platform;
 
@@ -99,9 +100,9 @@ TEST_F(VADBrowserControllerTest, ItemsHaveTheirNamesAndDoTheirWork) {
     EXPECT_EQ(each.item->accessibilityLabel(), each.label);
     EXPECT_EQ(each.item->width(), each.width) << each.label;
   }
-  EXPECT_TRUE(vars->backButton->press());
-  EXPECT_TRUE(vars->forwardButton->press());
-  EXPECT_TRUE(vars->reloadButton->press());
+  EXPECT_TRUE(quorbel_tests::press(*vars->backButton->button()));
+  EXPECT_TRUE(quorbel_tests::press(*vars->forwardButton->button()));
+  EXPECT_TRUE(quorbel_tests::press(*vars->reloadButton->button()));
   EXPECT_EQ(engine.backs, 1);
   EXPECT_EQ(engine.forwards, 1);
   EXPECT_EQ(engine.reloads, 1);
@@ -111,7 +112,7 @@ TEST_F(VADBrowserControllerTest, ItemsHaveTheirNamesAndDoTheirWork) {
   browser.back();
   browser.forward();
   EXPECT_EQ(engine.backs + engine.forwards, 2) << "beyond the page's history";
-  EXPECT_TRUE(vars->doneButton->press());
+  EXPECT_TRUE(quorbel_tests::press(*vars->doneButton->button()));
   EXPECT_EQ(window->topViewController(), host.get());
 }
 

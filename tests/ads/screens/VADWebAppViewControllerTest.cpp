@@ -7,6 +7,7 @@
 #include "ads/screens/VADWebAppViewControllerPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "tests/ads/screens/ScreenTest.h"
+#include "tests/support/Taps.h"
 
 namespace platform = valdren::platform;
 
@@ -88,7 +89,7 @@ TEST_F(VADWebAppViewControllerTest, ShowsAPageACloseButtonAndASpinnerUntilTheFir
   EXPECT_EQ(vars.loadingSpinner, nullptr);
   engines.last().finish();
 
-  EXPECT_TRUE(vars.closeButton->press());
+  EXPECT_TRUE(quorbel_tests::press(*vars.closeButton));
   EXPECT_EQ(window->topViewController(), host.get());
 }
 

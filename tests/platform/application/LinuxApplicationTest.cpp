@@ -201,11 +201,6 @@ TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
       {"the space bar", type("space"), true},
       {"a modifier", type("Shift_L"), false},
       {"a way out", type("Escape"), false},
-      {"a tap of the program's own",
-       [&] {
-         window->tap({20, 60});
-       },
-       true},
   };
   LogLines log;
   for (const auto& row : rows) {

@@ -7,6 +7,7 @@
 #include "platform/ui/ActivityIndicator.h"
 #include "platform/ui/Label.h"
 #include "platform/ui/NativeView.h"
+#include "tests/support/Taps.h"
 
 namespace valdren::platform {
 namespace {
@@ -108,15 +109,15 @@ TEST(Button, IsPressedOnlyWherePeopleCouldPressIt) {
   const auto button = std::make_shared<Button>(ButtonStyle::Custom, Rect{0, 0, 32, 32});
   button->setAction([&] { ++presses; });
   screen->addSubview(button);
-  EXPECT_TRUE(button->press());
+  EXPECT_TRUE(quorbel_tests::press(*button));
   button->setEnabled(false);
-  EXPECT_FALSE(button->press());
+  EXPECT_FALSE(quorbel_tests::press(*button));
   button->setEnabled(true);
   screen->setUserInteractionEnabled(false);
-  EXPECT_FALSE(button->press());
+  EXPECT_FALSE(quorbel_tests::press(*button));
   screen->setUserInteractionEnabled(true);
   screen->setHidden(true);
-  EXPECT_FALSE(button->press());
+  EXPECT_FALSE(quorbel_tests::press(*button));
   EXPECT_EQ(presses, 1);
 }
 
@@ -129,7 +130,7 @@ TEST(Button, MayBeLetGoOfByItsOwnAction) {
     button.reset();
   });
   Button* const pressed = button.get();
-  EXPECT_TRUE(pressed->press());
+  EXPECT_TRUE(quorbel_tests::press(*pressed));
   EXPECT_TRUE(screen->subviews().empty());
 }
 

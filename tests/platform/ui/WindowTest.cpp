@@ -13,6 +13,7 @@
 #include "platform/ui/NativeWindow.h"
 #include "platform/ui/WindowPlace.h"
 #include "tests/support/Loop.h"
+#include "tests/support/Pictures.h"
 
 namespace platform = valdren::platform;
 
@@ -24,7 +25,9 @@ using platform::Size;
 using platform::View;
 using platform::ViewController;
 using platform::Window;
+using quorbel_tests::isBlank;
 using quorbel_tests::runUntil;
+using quorbel_tests::savePicture;
 using Lines = std::vector<std::string>;
 
 /// Records its hooks and runs a test's function in one of them.
@@ -440,16 +443,16 @@ TEST_F(WindowTest, TellsWhichPartOfItIsBlank) {
   const auto box = std::make_shared<View>(platform::Rect{100, 100, 50, 50});
   box->setBackgroundColor({1, 0, 0, 1});
   root->view()->addSubview(box);
-  ASSERT_TRUE(runUntil([&] { return !window->isBlank({90, 90, 70, 70}); }));
-  EXPECT_TRUE(window->isBlank({100, 100, 50, 50}));
-  EXPECT_FALSE(window->isBlank({99, 99, 51, 51})) << "nor is what lies beside it";
-  EXPECT_TRUE(window->isBlank({200, 200, 50, 50}));
-  EXPECT_TRUE(window->isBlank({-500, 5000, 10, 10})) << "outside there is nothing";
+  ASSERT_TRUE(runUntil([&] { return !isBlank(*window, {90, 90, 70, 70}); }));
+  EXPECT_TRUE(isBlank(*window, {100, 100, 50, 50}));
+  EXPECT_FALSE(isBlank(*window, {99, 99, 51, 51})) << "nor is what lies beside it";
+  EXPECT_TRUE(isBlank(*window, {200, 200, 50, 50}));
+  EXPECT_TRUE(isBlank(*window, {-500, 5000, 10, 10})) << "outside there is nothing";
 }
 
 TEST_F(WindowTest, SavesWhatItShowsOrSaysThatItCannot) {
-  EXPECT_FALSE(window->savePicture("/nonexistent/picture.png"));
-  EXPECT_FALSE(Window(Size{300, 300}).savePicture("/dev/null"));
+  EXPECT_FALSE(savePicture(*window, "/nonexistent/picture.png"));
+  EXPECT_FALSE(savePicture(Window(Size{300, 300}), "/dev/null"));
 }
 
 }  // namespace

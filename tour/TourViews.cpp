@@ -1,7 +1,9 @@
-#include "app/TourViews.h"
+#include "tour/TourViews.h"
 
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
+#include "tests/support/Pictures.h"
+#include "tests/support/Taps.h"
 
 namespace platform = valdren::platform;
 
@@ -19,7 +21,8 @@ std::string bannerProblem() {
       &shown->banner());
   if (!loader || loader->state() != valdren::kVADStateShowingAd) return "the banner has no ad";
   // The web engine draws it a moment later.
-  if (shown->window()->isBlank(shown->banner().frame())) return "the banner's ad is not drawn";
+  if (quorbel_tests::isBlank(*shown->window(), shown->banner().frame()))
+    return "the banner's ad is not drawn";
   return "";
 }
 
@@ -31,7 +34,7 @@ void tap(const platform::View& view) {
   for (const platform::View* each = &view; each->superview(); each = each->superview()) {
     point = {point.x + each->frame().x, point.y + each->frame().y};
   }
-  window->tap(point);
+  quorbel_tests::tap(*window, point);
 }
 
 }  // namespace quorbel

@@ -7,10 +7,12 @@
 #include "ads/screens/VADWebAppViewController.h"
 #include "ads/screens/VADWebAppViewControllerPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
-#include "app/AdReport.h"
-#include "app/Tour.h"
-#include "app/TourViews.h"
 #include "sandbox/Sandbox.h"
+#include "tests/support/Pictures.h"
+#include "tests/support/Taps.h"
+#include "tour/AdReport.h"
+#include "tour/Tour.h"
+#include "tour/TourViews.h"
 
 namespace platform = valdren::platform;
 
@@ -73,7 +75,7 @@ void tapElement(VADWebView& page, const std::string& selector) {
   page.stringByEvaluatingJavaScriptFromString(script, [&page](const std::string& place) {
     platform::Point point;
     if (std::sscanf(place.c_str(), "%lf %lf", &point.x, &point.y) != 2 || !page.window()) return;
-    page.window()->tap({page.frame().x + point.x, page.frame().y + point.y});
+    quorbel_tests::tap(*page.window(), {page.frame().x + point.x, page.frame().y + point.y});
   });
 }
 
@@ -82,7 +84,7 @@ std::string pageProblem(VADWebView& page, const std::string& title) {
   if (page.title() != title) return "the page is called \"" + page.title() + "\"";
   // Without the corner where a close button may lie.
   const platform::Rect& frame = page.frame();
-  if (page.window()->isBlank({0, kCorner, frame.width, frame.height - kCorner})) {
+  if (quorbel_tests::isBlank(*page.window(), {0, kCorner, frame.width, frame.height - kCorner})) {
     return "the page is not drawn";
   }
   return "";

@@ -1,4 +1,4 @@
-#include "app/Tour.h"
+#include "tour/Tour.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -6,6 +6,7 @@
 
 #include "platform/base/Clock.h"
 #include "platform/base/RunLoop.h"
+#include "tests/support/Pictures.h"
 
 namespace platform = valdren::platform;
 
@@ -26,7 +27,7 @@ bool Tour::begin() {
   std::error_code error;
   std::filesystem::create_directories(folder_, error);
   if (error || !std::ofstream(folder_ + "/tour.txt")) {
-    std::fprintf(stderr, "quorbel: the folder \"%s\" cannot be written.\n", folder_.c_str());
+    std::fprintf(stderr, "quorbel-tour: the folder \"%s\" cannot be written.\n", folder_.c_str());
     return false;
   }
   beginStep();
@@ -62,7 +63,7 @@ void Tour::watchStep() {
 void Tour::endStep(const std::string& problem) {
   const std::string picture = pictureName();
   platform::Window* const window = platform::Window::keyWindow();
-  const bool taken = window && window->savePicture(folder_ + "/" + picture);
+  const bool taken = window && quorbel_tests::savePicture(*window, folder_ + "/" + picture);
   const double waited = platform::Clock::shared().monotonicSeconds() - stepBegan_;
   if (!taken && waited < steps_[current_].patience + kPicturePatience) {
     // A window that is about to lay itself out anew has nothing to show until it has.

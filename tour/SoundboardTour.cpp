@@ -1,11 +1,14 @@
 // The tour's way through the soundboard: the ad, every button, then stop.
-#include "app/Tour.h"
-#include "app/TourViews.h"
+#include "tests/support/Taps.h"
+#include "tour/Tour.h"
+#include "tour/TourViews.h"
 
 namespace platform = valdren::platform;
 
 namespace quorbel {
 namespace {
+
+using quorbel_tests::frameOf;
 
 /// A clip that is not heard within this many seconds will not be heard.
 constexpr double kPressPatience = 2;
@@ -23,12 +26,12 @@ std::string screenProblem() {
   platform::InterfaceView& controls = *shown->controls();
   if (controls.controls().size() != sounds().size() + 1) return "buttons are missing";
   for (const std::string& control : controls.controls()) {
-    const platform::Rect frame = controls.frameOfControl(control);
+    const platform::Rect frame = frameOf(controls, control);
     if (frame.width < 44 || frame.height < 44) {
       return "the button \"" + controls.titleOfControl(control) + "\" is too small to be pressed";
     }
   }
-  if (overlap(controls.frameOfControl("stop"), shown->banner().frame())) {
+  if (overlap(frameOf(controls, "stop"), shown->banner().frame())) {
     return "the banner covers the stop button";
   }
   return "";
@@ -64,7 +67,7 @@ std::string silenceProblem() {
 
 void press(const std::string& control) {
   if (SoundScreen* const shown = soundScreen(); shown && shown->controls()) {
-    shown->controls()->press(control);
+    quorbel_tests::press(*shown->controls(), control);
   }
 }
 

@@ -1,4 +1,4 @@
-#include "app/AdReport.h"
+#include "tour/AdReport.h"
 
 #include <utility>
 

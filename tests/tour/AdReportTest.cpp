@@ -1,5 +1,5 @@
 // The tour's check of ad requests.
-#include "app/AdReport.h"
+#include "tour/AdReport.h"
 
 #include <gtest/gtest.h>
 

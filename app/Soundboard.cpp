@@ -1,0 +1,57 @@
+#include "app/Soundboard.h"
+
+#include <memory>
+
+#include "app/AdNetwork.h"
+#include "app/quorbelAppDelegate.h"
+#include "app/quorbelViewController.h"
+#include "app/quorbeliPad.h"
+#include "platform/storage/Bundle.h"
+
+namespace platform = valdren::platform;
+
+namespace quorbel {
+namespace {
+
+constexpr const char* kIdentifier = "com.valdren.quorbel";
+
+/// Has the clips decoded and the way to the sound server opened before the first press.
+void prepareSounds() {
+  std::vector<std::string> paths;
+  for (const Sound& sound : sounds()) {
+    if (auto path = platform::Bundle::main().pathForResource(sound.resource, kClipType)) {
+      paths.push_back(*std::move(path));
+    }
+  }
+  platform::AudioPlayer::prepare(std::move(paths));
+}
+
+}  // namespace
+
+platform::ApplicationDescription describe(const Options& options) {
+  platform::ApplicationDescription description;
+  description.identifier = kIdentifier;
+  description.name = "Quorbel";
+  description.version = QUORBEL_VERSION;
+  description.resourceBase = "/com/valdren/quorbel";
+  description.makeDelegate = [] { return std::make_unique<quorbelAppDelegate>(); };
+  description.screens = {
+      {"quorbelViewController", [] { return std::make_shared<quorbelViewController>(); }},
+      {"quorbeliPad", [] { return std::make_shared<quorbeliPad>(); }},
+  };
+  description.idiom = options.idiom;
+  description.landscape = options.landscape;
+  return description;
+}
+
+int runSoundboard(platform::ApplicationDescription description, const Options& options) {
+  std::unique_ptr<AdNetwork> network;
+  description.starting = [&] {
+    prepareSounds();
+    network = std::make_unique<AdNetwork>(options);
+  };
+  platform::Bundle::main().setIdentifier(description.identifier);
+  return platform::applicationMain(description);
+}
+
+}  // namespace quorbel
