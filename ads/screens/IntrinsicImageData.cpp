@@ -1,4 +1,4 @@
-// Written by tools/make_images; do not edit.
+// Written by ads/screens/make_images; do not edit.
 #include "ads/screens/IntrinsicImageData.h"
 
 namespace valdren {
