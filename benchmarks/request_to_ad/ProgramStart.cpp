@@ -65,7 +65,7 @@ std::size_t coloursIn(Display* display, Window window, int y, int width) {
 }
 
 std::optional<Start> startOnce(Display* display) {
-  const Folders folders;
+  const quorbel_tests::OwnFolders folders;
   std::string program = QUORBEL_PROGRAM;
   char* const arguments[] = {program.data(), nullptr};
   pid_t process = 0;

@@ -21,6 +21,7 @@
 #include "benchmarks/support/LoopWork.h"
 #include "benchmarks/support/Pixels.h"
 #include "benchmarks/support/Stage.h"
+#include "tests/support/HttpClient.h"
 
 namespace platform = valdren::platform;
 
@@ -155,7 +156,9 @@ int firstOnce(bool ours, const std::string& base) {
 
 std::optional<Round> firstInItsOwnProcess(const char* program, bool ours, const std::string& base) {
   Round round;
-  const std::string output = outputOf({program, ours ? "--first-ad" : "--first-floor", base});
+  const std::string output =
+      quorbel_tests::run(std::string(program) + (ours ? " --first-ad " : " --first-floor ") + base)
+          .output;
   const int read =
       std::sscanf(output.c_str(), "%lf %lf %lf %lf %lf", &round.told, &round.painted,
                   &round.work.processor, &round.work.longestStall, &round.work.longestProcessor);
@@ -167,7 +170,9 @@ std::optional<Round> firstInItsOwnProcess(const char* program, bool ours, const 
 class BareRoad {
  public:
   BareRoad(BareView& shown, const std::string& base)
-      : shown_(shown), base_(base), script_(textAt(base + "/urvo/sdk-core-v40.js")) {}
+      : shown_(shown),
+        base_(base),
+        script_(quorbel_tests::get(base + "/urvo/sdk-core-v40.js").body) {}
   ~BareRoad() { drop(); }
   BareRoad(const BareRoad&) = delete;
   BareRoad& operator=(const BareRoad&) = delete;

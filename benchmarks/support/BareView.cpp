@@ -18,12 +18,6 @@ std::string textOf(GBytes* body) {
 
 }  // namespace
 
-std::string textAt(const std::string& address) {
-  const platform::GObjectPtr<SoupSession> session(soup_session_new());
-  const platform::GObjectPtr<SoupMessage> message(soup_message_new("GET", address.c_str()));
-  return textOf(soup_session_send_and_read(session.get(), message.get(), nullptr, nullptr));
-}
-
 BareView::BareView(GtkWidget* box, int width, int height)
     : box_(box), view_(WEBKIT_WEB_VIEW(webkit_web_view_new())) {
   gtk_widget_set_size_request(widget(), width, height);

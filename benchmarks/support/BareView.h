@@ -12,9 +12,6 @@ namespace platform = valdren::platform;
 
 namespace benchmarks {
 
-/// The server's answer as text; "" without one.
-std::string textAt(const std::string& address);
-
 /// Placed in `box` (a GtkBox) until it is destroyed.
 class BareView {
  public:

@@ -5,21 +5,11 @@
 
 #include <functional>
 #include <string>
-#include <vector>
+
+#include "tests/support/Loop.h"
+#include "tests/support/Process.h"
 
 namespace benchmarks {
-
-/// Empty folders for the files of this process and its children, removed at the end.
-class Folders {
- public:
-  Folders();
-  ~Folders();
-  Folders(const Folders&) = delete;
-  Folders& operator=(const Folders&) = delete;
-
- private:
-  std::string folder_;
-};
 
 /// Starts the toolkit; ends the program when there is no display.
 class Stage {
@@ -27,13 +17,16 @@ class Stage {
   Stage();
 
  private:
-  Folders folders_;
+  quorbel_tests::OwnFolders folders_;
 };
 
-/// Runs the main loop until `done` returns true; false after `seconds`. It adds no wake-ups of its
-/// own.
-bool runUntil(const std::function<bool()>& done, double seconds = 30);
-void runFor(double seconds);
+/// Runs the main loop until `done` returns true; false after `seconds`. It adds no wake-ups.
+inline bool runUntil(const std::function<bool()>& done, double seconds = 30) {
+  return quorbel_tests::runUndisturbedUntil(done, seconds);
+}
+inline void runFor(double seconds) {
+  runUntil([] { return false; }, seconds);
+}
 
 /// `valdren-sandbox` as a separate process.
 class SandboxProcess {
@@ -56,8 +49,5 @@ class SandboxProcess {
 
 /// Makes the client use this server for everything.
 void useServer(const std::string& base);
-
-/// Runs a program and returns its output; it uses the environment's display.
-std::string outputOf(const std::vector<std::string>& command);
 
 }  // namespace benchmarks

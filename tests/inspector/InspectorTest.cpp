@@ -5,16 +5,16 @@
 #include "sandbox/Http.h"
 #include "sandbox/Sandbox.h"
 #include "tests/inspector/Browser.h"
-#include "tests/sandbox/Client.h"
+#include "tests/support/HttpClient.h"
 
 namespace platform = valdren::platform;
 
 namespace {
 
 using namespace inspector_tests;
+using quorbel_tests::get;
+using quorbel_tests::Reply;
 using sandbox::Sandbox;
-using sandbox_tests::get;
-using sandbox_tests::Reply;
 
 constexpr const char* kHostile = "<img src=x onerror=\"window.hacked=1\"><script>hacked=1</script>";
 
@@ -64,7 +64,7 @@ TEST_F(Inspector, ShowsClientsTextsAsTextOnly) {
               "a+"
               "bG9jYXRpb24"}},
             kHostile);
-  sandbox_tests::ask({.url = address("/clk/" + sandbox::encoded(kHostile)),
+  quorbel_tests::ask({.url = address("/clk/" + sandbox::encoded(kHostile)),
                       .headers = {{"User-Agent", kHostile}}});
   Browser browser;
   ASSERT_TRUE(browser.load(address()));

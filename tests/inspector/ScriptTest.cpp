@@ -5,7 +5,7 @@
 #include "sandbox/Http.h"
 #include "sandbox/Sandbox.h"
 #include "tests/inspector/Browser.h"
-#include "tests/sandbox/Client.h"
+#include "tests/support/HttpClient.h"
 #include "tests/support/Loop.h"
 
 namespace platform = valdren::platform;
@@ -13,8 +13,8 @@ namespace platform = valdren::platform;
 namespace {
 
 using namespace inspector_tests;
+using quorbel_tests::get;
 using sandbox::Sandbox;
-using sandbox_tests::get;
 
 class Script : public ::testing::Test {
  protected:

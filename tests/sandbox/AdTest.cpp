@@ -6,11 +6,11 @@
 
 #include "sandbox/Ads.h"
 #include "sandbox/Sandbox.h"
-#include "tests/sandbox/Client.h"
+#include "tests/support/HttpClient.h"
 
 namespace {
 
-using namespace sandbox_tests;
+using namespace quorbel_tests;
 using sandbox::Sandbox;
 
 std::set<std::string> found(const std::string& text, const std::regex& pattern) {

@@ -8,13 +8,13 @@
 #include "sandbox/RequestLog.h"
 #include "sandbox/Sandbox.h"
 #include "sandbox/Sealed.h"
-#include "tests/sandbox/Client.h"
+#include "tests/support/HttpClient.h"
 
 namespace platform = valdren::platform;
 
 namespace {
 
-using namespace sandbox_tests;
+using namespace quorbel_tests;
 using sandbox::Sandbox;
 
 platform::Array requests(const Sandbox& sandbox, const std::string& since = "0") {

@@ -6,12 +6,12 @@
 #include <thread>
 
 #include "sandbox/Pages.h"
-#include "tests/sandbox/Client.h"
+#include "tests/support/HttpClient.h"
 #include "tests/support/Process.h"
 
 namespace {
 
-using namespace sandbox_tests;
+using namespace quorbel_tests;
 using quorbel_tests::run;
 using sandbox::Sandbox;
 

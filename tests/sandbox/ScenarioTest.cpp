@@ -8,13 +8,13 @@
 #include "platform/base/Text.h"
 #include "sandbox/Sandbox.h"
 #include "sandbox/Scenarios.h"
-#include "tests/sandbox/Client.h"
+#include "tests/support/HttpClient.h"
 
 namespace platform = valdren::platform;
 
 namespace {
 
-using namespace sandbox_tests;
+using namespace quorbel_tests;
 using sandbox::Sandbox;
 
 std::string adURL(const Sandbox& sandbox, const std::string& unit) {

@@ -5,10 +5,16 @@
 namespace quorbel_tests {
 
 bool runUntil(const std::function<bool()>& done, double seconds) {
-  bool expired = false;
   // Changes by other threads do not wake this loop.
   const guint tick = g_timeout_add(
       20, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+  const bool finished = runUndisturbedUntil(done, seconds);
+  g_source_remove(tick);
+  return finished;
+}
+
+bool runUndisturbedUntil(const std::function<bool()>& done, double seconds) {
+  bool expired = false;
   const guint timeout = g_timeout_add(
       static_cast<guint>(seconds * 1000),
       [](gpointer flag) -> gboolean {
@@ -21,7 +27,6 @@ bool runUntil(const std::function<bool()>& done, double seconds) {
     g_main_context_iteration(nullptr, TRUE);
     finished = done();
   }
-  g_source_remove(tick);
   if (!expired) g_source_remove(timeout);
   return finished;
 }

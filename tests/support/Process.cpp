@@ -1,6 +1,7 @@
 #include "tests/support/Process.h"
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -42,6 +43,38 @@ TemporaryFolder::TemporaryFolder() {
 TemporaryFolder::~TemporaryFolder() {
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
+}
+
+OwnFolders::OwnFolders() {
+  for (const char* variable : {"XDG_STATE_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME",
+                               "XDG_DATA_HOME", "XDG_DOCUMENTS_DIR"}) {
+    setenv(variable, folder_.file(variable).c_str(), 1);
+  }
+  setenv("GTK_A11Y", "none", 0);
+  setenv("GSETTINGS_BACKEND", "memory", 0);
+}
+
+std::vector<int> processFamily() {
+  std::vector<int> members{getpid()};
+  for (std::size_t place = 0; place < members.size(); ++place) {
+    std::error_code error;
+    const std::string tasks = "/proc/" + std::to_string(members[place]) + "/task";
+    for (const auto& task : std::filesystem::directory_iterator(tasks, error)) {
+      std::ifstream file(task.path() / "children");
+      for (int child = 0; file >> child;) members.push_back(child);
+    }
+  }
+  return members;
+}
+
+std::string nameOfProcess(int process) {
+  std::ifstream status("/proc/" + std::to_string(process) + "/status");
+  std::string name;
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with("Name:\t")) name = line.substr(6);
+    if (line.starts_with("State:\tZ")) return {};
+  }
+  return name;
 }
 
 std::string readFile(const std::string& path) {

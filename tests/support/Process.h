@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quorbel_tests {
 
@@ -31,6 +32,21 @@ class TemporaryFolder {
  private:
   std::string path_;
 };
+
+/// Empty folders for what this process, and those that it starts, keep, in place of the person's
+/// own. They vanish with it.
+class OwnFolders {
+ public:
+  OwnFolders();
+
+ private:
+  TemporaryFolder folder_;
+};
+
+/// This process and all that it has started, by their numbers, and what they have started.
+std::vector<int> processFamily();
+/// The first 15 letters of the program's name; empty when it has ended.
+std::string nameOfProcess(int process);
 
 std::string readFile(const std::string& path);
 /// Makes the file and its folders.

@@ -5,9 +5,7 @@
 #include <gtkmm/init.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <string>
+#include "tests/support/Process.h"
 
 namespace {
 
@@ -24,19 +22,9 @@ class Patience : public ::testing::EmptyTestEventListener {
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
 
-  std::string folder = (std::filesystem::temp_directory_path() / "quorbel-tests-XXXXXX").string();
-  if (!mkdtemp(folder.data())) return 1;
-  for (const char* variable : {"XDG_STATE_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME",
-                               "XDG_DATA_HOME", "XDG_DOCUMENTS_DIR"}) {
-    setenv(variable, (folder + "/" + variable).c_str(), 1);
-  }
-  setenv("GTK_A11Y", "none", 0);
-  setenv("GSETTINGS_BACKEND", "memory", 0);
+  const quorbel_tests::OwnFolders folders;
   if (gtk_init_check()) Gtk::init_gtkmm_internals();
 
   ::testing::UnitTest::GetInstance()->listeners().Append(new Patience);
-  const int result = RUN_ALL_TESTS();
-  std::error_code ignored;
-  std::filesystem::remove_all(folder, ignored);
-  return result;
+  return RUN_ALL_TESTS();
 }

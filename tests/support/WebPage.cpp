@@ -6,16 +6,14 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <map>
 #include <set>
-#include <sstream>
 
 #include "platform/ui/NativeView.h"
 #include "platform/ui/NativeWindow.h"
 #include "tests/support/Loop.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Pointer.h"
+#include "tests/support/Process.h"
 
 namespace platform = valdren::platform;
 
@@ -142,24 +140,8 @@ unsigned Page::pixel(platform::Point point) {
 }
 
 std::vector<int> webProcesses() {
-  std::map<long, long> parents;
-  std::vector<int> web;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-    const long pid = std::atol(entry.path().filename().c_str());
-    if (pid <= 0) continue;
-    std::ifstream stat(entry.path() / "stat");
-    std::string line((std::istreambuf_iterator<char>(stat)), {});
-    const auto close = line.rfind(')');
-    if (close == std::string::npos) continue;
-    std::istringstream rest(line.substr(close + 2));
-    char state = 0;
-    rest >> state >> parents[pid];
-    if (state != 'Z' && line.find("(WebKitWebProces") != std::string::npos) web.push_back(int(pid));
-  }
-  std::erase_if(web, [&](long pid) {
-    while (pid > 1 && pid != getpid()) pid = parents.contains(pid) ? parents[pid] : 0;
-    return pid != getpid();
-  });
+  std::vector<int> web = processFamily();
+  std::erase_if(web, [](int each) { return !nameOfProcess(each).starts_with("WebKitWebProces"); });
   return web;
 }
 

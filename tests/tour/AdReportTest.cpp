@@ -6,7 +6,7 @@
 #include "platform/base/Json.h"
 #include "sandbox/Http.h"
 #include "sandbox/Sandbox.h"
-#include "tests/sandbox/Client.h"
+#include "tests/support/HttpClient.h"
 
 namespace platform = valdren::platform;
 
@@ -14,7 +14,7 @@ namespace {
 
 using namespace quorbel;
 using platform::Dictionary;
-using sandbox_tests::get;
+using quorbel_tests::get;
 
 class AdReport : public ::testing::Test {
  protected:
@@ -24,7 +24,7 @@ class AdReport : public ::testing::Test {
   }
   /// The ticket of the only ad so far.
   std::string ticket() {
-    const auto log = sandbox_tests::object(get(network_->baseURL() + "/log.json"));
+    const auto log = quorbel_tests::object(get(network_->baseURL() + "/log.json"));
     return *log.find("requests")->array()->back().dictionary()->text("ticket");
   }
   std::string problem(const std::vector<Told>& expected) {

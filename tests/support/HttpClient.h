@@ -9,7 +9,7 @@
 
 namespace platform = valdren::platform;
 
-namespace sandbox_tests {
+namespace quorbel_tests {
 
 using Headers = std::vector<std::pair<std::string, std::string>>;
 
@@ -41,4 +41,4 @@ Reply get(const std::string& url);
 /// The body as a JSON object; empty when it is not one.
 platform::Dictionary object(const Reply& reply);
 
-}  // namespace sandbox_tests
+}  // namespace quorbel_tests

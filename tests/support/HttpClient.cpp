@@ -1,21 +1,16 @@
-#include "tests/sandbox/Client.h"
+#include "tests/support/HttpClient.h"
 
 #include <libsoup/soup.h>
 
-#include <memory>
-
+#include "platform/base/GObjectPtr.h"
 #include "platform/base/Json.h"
 
 namespace platform = valdren::platform;
 
-namespace sandbox_tests {
+namespace quorbel_tests {
 namespace {
 
-struct Unref {
-  void operator()(gpointer object) const { g_object_unref(object); }
-};
-template <typename T>
-using Handle = std::unique_ptr<T, Unref>;
+using platform::GObjectPtr;
 
 gboolean acceptAny(SoupMessage*, GTlsCertificate*, GTlsCertificateFlags, gpointer) {
   return TRUE;
@@ -43,9 +38,9 @@ std::string Reply::header(std::string_view name) const {
 
 Reply ask(const Wish& wish) {
   Reply reply;
-  const Handle<SoupSession> session(
+  const GObjectPtr<SoupSession> session(
       soup_session_new_with_options("timeout", wish.patienceSeconds, nullptr));
-  const Handle<SoupMessage> message(soup_message_new(wish.method.c_str(), wish.url.c_str()));
+  const GObjectPtr<SoupMessage> message(soup_message_new(wish.method.c_str(), wish.url.c_str()));
   if (!message) return reply;
   if (!wish.followsRedirects) soup_message_add_flags(message.get(), SOUP_MESSAGE_NO_REDIRECT);
   if (wish.acceptsAnyCertificate) {
@@ -55,7 +50,7 @@ Reply ask(const Wish& wish) {
     soup_message_headers_replace(soup_message_get_request_headers(message.get()), name.c_str(),
                                  value.c_str());
   }
-  const Handle<GInputStream> stream(
+  const GObjectPtr<GInputStream> stream(
       soup_session_send(session.get(), message.get(), nullptr, nullptr));
   if (!stream || !readInto(reply.body, stream.get(), wish.mostBytes)) return reply;
   reply.status = static_cast<int>(soup_message_get_status(message.get()));
@@ -77,4 +72,4 @@ platform::Dictionary object(const Reply& reply) {
   return value && value->dictionary() ? *value->dictionary() : platform::Dictionary();
 }
 
-}  // namespace sandbox_tests
+}  // namespace quorbel_tests
