@@ -6,6 +6,9 @@
 #include <cmath>
 #include <cstdio>
 
+#include "ads/protocol/Headers.h"
+#include "ads/protocol/Parameters.h"
+#include "ads/protocol/Script.h"
 #include "platform/base/Json.h"
 #include "sandbox/Landing.h"
 #include "sandbox/Pages.h"
@@ -17,7 +20,6 @@ namespace {
 
 constexpr const char* kJson = "application/json; charset=utf-8";
 constexpr const char* kScript = "text/javascript; charset=utf-8";
-constexpr std::string_view kScriptPath = "/urvo/sdk-core-v40.js";
 constexpr std::string_view kScenarioUnit = "scenario-";
 constexpr std::string_view kAdUnit = "ad-";
 constexpr std::string_view kInterstitialSeconds = "5";
@@ -53,7 +55,7 @@ Answer file(std::string_view name, std::string contentType) {
 }
 
 std::string_view kindOf(std::string_view path) {
-  if (path == kScriptPath) return "script";
+  if (path == valdren::kVADScriptPath) return "script";
   if (path == "/choice.json") return "choice";
   if (path == "/ad") return "ad";
   if (path == "/hop") return "hop";
@@ -250,7 +252,7 @@ Answer AdNetwork::choiceAnswer(const Call& call, Seen& seen) {
 }
 
 Answer AdNetwork::adAnswer(const Call& call, Seen& seen) {
-  const std::string slot = call.request.parameter("slotname").value_or("");
+  const std::string slot = call.request.parameter(valdren::kVADParameterSlotName).value_or("");
   const Scenario* named = call.scenario ? call.scenario : scenarioOfUnit(slot);
   const Scenario* scenario = named ? named : scenario_;
   // An ad unit that names its ad gets that ad, and scenarios of other stages do not apply here.
@@ -267,7 +269,7 @@ Answer AdNetwork::adAnswer(const Call& call, Seen& seen) {
   plan.ticket = seen.ticket;
   plan.hop = isHop ? std::clamp(numberFrom(call.request.parameter("n")), 0, 1000) : 0;
   plan.nextHop = call.base + "/hop?n=" + std::to_string(plan.hop + 1) + "&ticket=" + seen.ticket +
-                 "&slotname=" + encoded(slot);
+                 "&" + valdren::kVADParameterSlotName + "=" + encoded(slot);
   plan.fill = [&] {
     const Ad& ad = nextAd(slot);
     seen.ad = ad.name;
@@ -286,18 +288,20 @@ Answer AdNetwork::fill(const Ad& ad, const Placement& placement) const {
   const std::string impression = placement.base + "/imp/" + placement.ticket;
   Answer answer;
   answer.body = htmlOf(ad, placement);
-  answer.headers = {{"Cache-Control", "no-store"},
-                    {"X-Urvo-Tracking-Urls", impression + " " + impression + "?for=advertiser"},
-                    {"X-Urvo-Orientation", std::string(ad.orientation)},
-                    {"X-Urvo-Interstitial-Timeout", std::string(kInterstitialSeconds)}};
+  const auto add = [&answer](std::string_view name, std::string_view value) {
+    answer.headers.emplace_back(name, value);
+  };
+  add("Cache-Control", "no-store");
+  add(valdren::kVADHeaderTrackingURLs, impression + " " + impression + "?for=advertiser");
+  add(valdren::kVADHeaderOrientation, ad.orientation);
+  add(valdren::kVADHeaderInterstitialTimeout, kInterstitialSeconds);
   if (ad.clickURLs) {
-    answer.headers.emplace_back("X-Urvo-Click-Tracking-Urls",
-                                placement.base + "/clk/" + placement.ticket);
+    add(valdren::kVADHeaderClickTrackingURLs, placement.base + "/clk/" + placement.ticket);
   }
   if (refreshSeconds_ > 0) {
     char seconds[32];
     const auto end = std::to_chars(seconds, seconds + sizeof seconds, refreshSeconds_).ptr;
-    answer.headers.emplace_back("X-Urvo-Refresh-Rate", std::string(seconds, end));
+    add(valdren::kVADHeaderRefreshRate, std::string_view(seconds, end));
   }
   return answer;
 }

@@ -1,5 +1,6 @@
 #include "sandbox/RequestLog.h"
 
+#include "ads/protocol/Parameters.h"
 #include "platform/base/Json.h"
 #include "platform/base/Text.h"
 #include "sandbox/Sealed.h"
@@ -32,11 +33,12 @@ platform::Dictionary told(const Request& request) {
     const auto parameters = platform::parseJson(*text);
     if (parameters) result.set("parameters", *parameters);
     const auto* table = parameters ? parameters->dictionary() : nullptr;
-    if (const std::string* location = table ? table->text("uule") : nullptr) {
+    if (const std::string* location =
+            table ? table->text(valdren::kVADParameterLocation) : nullptr) {
       result.setIfPresent("location", openedLocation(*location));
     }
   }
-  for (const char* key : {"ms", "cs"}) {
+  for (const char* key : {valdren::kVADQueryRequestSignals, valdren::kVADQueryClickSignals}) {
     const auto sealed = request.parameter(key);
     if (sealed) result.setIfPresent("signals", openedSignals(*sealed));
   }

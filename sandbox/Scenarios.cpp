@@ -2,8 +2,14 @@
 
 #include <algorithm>
 
+#include "ads/protocol/Headers.h"
+
 namespace sandbox {
 namespace {
+
+using valdren::kVADHeaderClickTrackingURLs;
+using valdren::kVADHeaderRefreshRate;
+using valdren::kVADHeaderTrackingURLs;
 
 constexpr int kLastHop = 3;
 constexpr const char* kText = "text/plain; charset=utf-8";
@@ -38,9 +44,8 @@ Answer redirectChain(const Plan& plan) {
   if (plan.hop >= kLastHop) return plan.fill();
   Answer answer = redirect(plan.nextHop);
   const std::string hop = "?hop=" + std::to_string(plan.hop);
-  answer.headers.emplace_back("X-Urvo-Tracking-Urls", plan.base + "/imp/" + plan.ticket + hop);
-  answer.headers.emplace_back("X-Urvo-Click-Tracking-Urls",
-                              plan.base + "/clk/" + plan.ticket + hop);
+  answer.headers.emplace_back(kVADHeaderTrackingURLs, plan.base + "/imp/" + plan.ticket + hop);
+  answer.headers.emplace_back(kVADHeaderClickTrackingURLs, plan.base + "/clk/" + plan.ticket + hop);
   return answer;
 }
 
@@ -57,11 +62,11 @@ Answer manyTrackers(const Plan& plan) {
   for (int each = 0; each < 1000; ++each) {
     list += plan.base + "/imp/" + plan.ticket + "?n=" + std::to_string(each) + "  ";
   }
-  return with(plan.fill(), "X-Urvo-Tracking-Urls", list);
+  return with(plan.fill(), kVADHeaderTrackingURLs, list);
 }
 
 Answer badTrackers(const Plan& plan) {
-  return with(plan.fill(), "X-Urvo-Tracking-Urls",
+  return with(plan.fill(), kVADHeaderTrackingURLs,
               "   not[a]url http:// javascript:alert(1) file:///etc/hostname  " + plan.base +
                   "/imp/" + plan.ticket + " ");
 }
@@ -92,7 +97,7 @@ const Scenario kScenarios[] = {
      [](const Plan&) { return status(401); }},
     {"status-500", "Status 500, with a refresh rate of 2 seconds.",
      "Error 3; the next request comes after 2 seconds.", Stage::AdServer,
-     [](const Plan&) { return with(status(500), "X-Urvo-Refresh-Rate", "2"); }},
+     [](const Plan&) { return with(status(500), kVADHeaderRefreshRate, "2"); }},
     {"slow", "An ad after 3 seconds.", "The ad is shown, late.", Stage::AdServer,
      [](const Plan& plan) { return with(plan.fill(), Ending::Whole, 3); }},
     {"dribble", "An ad in twenty pieces, 6 seconds in all.", "The ad is shown, late.",
@@ -131,10 +136,10 @@ const Scenario kScenarios[] = {
      "The ad is shown; the good one is fired.", Stage::AdServer, badTrackers},
     {"refresh-fast", "An ad with a refresh rate of 1 second.", "A new ad every second.",
      Stage::AdServer,
-     [](const Plan& plan) { return with(plan.fill(), "X-Urvo-Refresh-Rate", "1"); }},
+     [](const Plan& plan) { return with(plan.fill(), kVADHeaderRefreshRate, "1"); }},
     {"refresh-nonsense", "An ad whose refresh rate is a word.", "The ad is shown and stays.",
      Stage::AdServer,
-     [](const Plan& plan) { return with(plan.fill(), "X-Urvo-Refresh-Rate", "soon"); }},
+     [](const Plan& plan) { return with(plan.fill(), kVADHeaderRefreshRate, "soon"); }},
     {"ad-self-click", "An ad that navigates away and opens things by itself.",
      "No click is counted, for nobody touched it.", Stage::AdServer,
      [](const Plan& plan) { return plan.hostile("hostile-self-click.html"); }},

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 
+#include "ads/protocol/Secrets.h"
 #include "platform/base/Crypto.h"
 #include "platform/base/Json.h"
 #include "platform/base/Text.h"
@@ -13,22 +14,18 @@ namespace platform = valdren::platform;
 namespace sandbox {
 namespace {
 
-// The network's clients have the same two keys.
-constexpr platform::Key128 kLocationKey = {0x5c, 0x1e, 0x9a, 0x07, 0xb3, 0xd8, 0x4f, 0x26,
-                                           0xe0, 0xa1, 0xc9, 0x77, 0x3b, 0x5d, 0x0e, 0x8f};
-constexpr platform::Key128 kSignalsKey = {0x91, 0x3e, 0x5c, 0xd2, 0x07, 0x6a, 0xb8, 0x4f,
-                                          0xe3, 0x28, 0x9d, 0x15, 0x70, 0xc6, 0x4b, 0xfa};
-
 constexpr std::string_view kLetters =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
 constexpr std::size_t kVector = 16;
+constexpr std::string_view kPlain = valdren::kVADPlainLocation;
+constexpr std::string_view kSealed = valdren::kVADSealedLocation;
 
 std::optional<std::string> decryptedLocation(const std::string& data) {
   if (data.size() < kVector) return std::nullopt;
   std::array<std::uint8_t, kVector> vector{};
   std::copy_n(data.begin(), kVector, vector.begin());
-  auto text =
-      platform::decryptAES128CBC(std::string_view(data).substr(kVector), kLocationKey, vector);
+  auto text = platform::decryptAES128CBC(std::string_view(data).substr(kVector),
+                                         valdren::kVADLocationSecret, vector);
   if (!text || text->empty()) return std::nullopt;
   // The last byte is the length of the padding.
   const auto added = static_cast<unsigned char>(text->back());
@@ -57,10 +54,10 @@ std::optional<std::string> unpackedBase64(std::string_view text) {
 
 std::optional<std::string> openedLocation(std::string_view text) {
   std::optional<std::string> opened;
-  if (text.starts_with("a+")) {
-    opened = unpackedBase64(text.substr(2));
-  } else if (text.starts_with("e1+")) {
-    const auto data = unpackedBase64(text.substr(3));
+  if (text.starts_with(kPlain)) {
+    opened = unpackedBase64(text.substr(kPlain.size()));
+  } else if (text.starts_with(kSealed)) {
+    const auto data = unpackedBase64(text.substr(kSealed.size()));
     opened = data ? decryptedLocation(*data) : std::nullopt;
   }
   return opened && platform::isUTF8(*opened) ? opened : std::nullopt;
@@ -68,7 +65,8 @@ std::optional<std::string> openedLocation(std::string_view text) {
 
 std::optional<platform::Value> openedSignals(std::string_view text) {
   const auto data = unpackedBase64(text);
-  const auto json = data ? platform::openAES128GCM(*data, kSignalsKey) : std::nullopt;
+  const auto json =
+      data ? platform::openAES128GCM(*data, valdren::kVADSignalsSecret) : std::nullopt;
   return json ? platform::parseJson(*json) : std::nullopt;
 }
 

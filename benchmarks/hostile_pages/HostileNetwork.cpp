@@ -3,6 +3,8 @@
 #include <future>
 #include <string_view>
 
+#include "ads/protocol/Headers.h"
+
 namespace benchmarks {
 namespace {
 
@@ -99,7 +101,7 @@ void HostileNetwork::answerAd(SoupServerMessage* message) {
   const Attack& attack = *attack_;
   const bool attacks = turn_ == kTurnOfTheAttack && attack.place == Attack::Place::Ad;
   soup_message_headers_replace(soup_server_message_get_response_headers(message),
-                               "X-Urvo-Refresh-Rate",
+                               valdren::kVADHeaderRefreshRate,
                                attacks ? kSecondsAfterAttack : kSecondsOtherwise);
   send(message, "text/html", attacks ? attack.text : kHonestAd);
 }

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "ads/loading/VADAdURLBuilder.h"
+#include "ads/protocol/Script.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/valdren.h"
 #include "benchmarks/Figures.h"
@@ -172,7 +173,7 @@ class BareRoad {
   BareRoad(BareView& shown, const std::string& base)
       : shown_(shown),
         base_(base),
-        script_(quorbel_tests::get(base + "/urvo/sdk-core-v40.js").body) {}
+        script_(quorbel_tests::get(base + std::string(valdren::kVADScriptPath)).body) {}
   ~BareRoad() { drop(); }
   BareRoad(const BareRoad&) = delete;
   BareRoad& operator=(const BareRoad&) = delete;
