@@ -1,11 +1,11 @@
 // Everything that an application needs to show ads:
 //
-//     #include <valdren.h>
+//     #include <valdren/valdren.h>
 //
-//     auto banner = std::make_shared<valdren::VADBannerView>(platform::Rect{0, 0, 320, 50});
+//     auto banner = std::make_shared<valdren::VADBannerView>(valdren::platform::Rect{0, 0, 320, 50});
 //     banner->setAdUnitID("your ad unit");
-//     banner->setRootViewController(platform::hostScreen(GTK_WINDOW(window)));
-//     gtk_box_append(GTK_BOX(box), platform::hostWidget(banner));
+//     banner->setRootViewController(valdren::platform::hostScreen(GTK_WINDOW(window)));
+//     gtk_box_append(GTK_BOX(box), valdren::platform::hostWidget(banner));
 //     banner->loadRequest(valdren::VADRequest::request());
 #pragma once
 

@@ -3,7 +3,7 @@
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   # The checkout's folder is kept out of the cache's key, so that checkouts share it.
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
       CCACHE_NOHASHDIR=1 ${CCACHE_PROGRAM})
 endif()
 
@@ -14,7 +14,7 @@ endif()
 
 add_library(quorbel_options INTERFACE)
 target_compile_options(quorbel_options INTERFACE -Wall -Wextra -Wpedantic)
-target_include_directories(quorbel_options INTERFACE ${CMAKE_SOURCE_DIR})
+target_include_directories(quorbel_options INTERFACE ${PROJECT_SOURCE_DIR})
 
 # What is left of a memory fault ends the program instead of serving an attacker. The sanitizers have
 # checks of their own in the stack's place.

@@ -4,7 +4,7 @@
 //
 // It tells on standard output what happens to the ad.
 #include <gtk/gtk.h>
-#include <valdren.h>
+#include <valdren/valdren.h>
 
 #include <cstdio>
 
