@@ -1,14 +1,9 @@
 #include "ads/loading/VADAdEngineScript.h"
 
+#include "ads/protocol/Script.h"
 #include "ads/request/VADConfiguration.h"
 
 namespace valdren {
-namespace {
-
-constexpr const char* kScriptPath = "/urvo/sdk-core-v40.js";
-
-}  // namespace
-
 VADAdEngineScript::~VADAdEngineScript() {
   if (file_) file_->setDelegate(nullptr);
 }
@@ -17,7 +12,7 @@ platform::URL VADAdEngineScript::jsBuildAdURL() {
   const platform::URL& host = VADConfiguration::scriptHostBaseURL();
   std::string address = host.absoluteString();
   if (address.ends_with('/')) address.pop_back();
-  return platform::URL::parse(address + kScriptPath).value_or(host);
+  return platform::URL::parse(address + kVADScriptPath).value_or(host);
 }
 
 bool VADAdEngineScript::open(platform::WeakPtr<VADCachedFileDelegate> delegate) {

@@ -1,5 +1,7 @@
 #include "ads/loading/VADAdURLBuilder.h"
 
+#include "ads/protocol/Messages.h"
+#include "ads/protocol/Script.h"
 #include "ads/request/VADConfiguration.h"
 #include "ads/support/VADMacros.h"
 #include "ads/web/VADNotificationCenter.h"
@@ -8,8 +10,6 @@
 
 namespace valdren {
 namespace {
-
-constexpr const char* kEntryFunction = "URVO_buildAdURL";
 
 /// The same JSON value, so written that no text in it can end the script that it stands in, or a
 /// line of it.
@@ -44,7 +44,8 @@ std::string VADAdURLBuilder::pageWithScript(std::string_view script,
   std::string page = "<html><head><script>";
   page += script;
   page += "</script>";
-  page += "<script>" + std::string(kEntryFunction) + "(" + insideScript(json) + ");</script>";
+  page +=
+      "<script>" + std::string(kVADScriptEntryFunction) + "(" + insideScript(json) + ");</script>";
   page += "</head><body></body></html>";
   return page;
 }
@@ -60,9 +61,9 @@ void VADAdURLBuilder::setupBuildAdWebView(platform::WebView& related) {
   buildAdWebView_ = std::make_shared<platform::WebView>(platform::Rect{0, 0, 1, 1}, &related);
   buildAdWebView_->setHidden(true);
   buildAdWebView_->setDelegate(buildAdWebViewDelegate_.get());
-  observe("loadAdURL", answers_.loadAdURL);
-  observe("invalidRequest", answers_.invalidRequest);
-  observe("unableToServe", answers_.unableToServe);
+  observe(kVADMessageLoadAdURL, answers_.loadAdURL);
+  observe(kVADMessageInvalidRequest, answers_.invalidRequest);
+  observe(kVADMessageUnableToServe, answers_.unableToServe);
   deadline_ = platform::RunLoop::shared().scheduleTimer(kBuildSeconds, [this] { giveUp(); });
 }
 
@@ -91,7 +92,8 @@ void VADAdURLBuilder::observe(std::string_view name, const Answer& answer) {
 void VADAdURLBuilder::resetBuildAdWebView() {
   if (!buildAdWebView_) return;
   deadline_.reset();
-  for (const char* const name : {"loadAdURL", "invalidRequest", "unableToServe"}) {
+  for (const char* const name :
+       {kVADMessageLoadAdURL, kVADMessageInvalidRequest, kVADMessageUnableToServe}) {
     VADNotificationCenter::defaultCenter().removeObserver(*this, name, buildAdWebView_.get());
   }
   buildAdWebView_->setDelegate(nullptr);

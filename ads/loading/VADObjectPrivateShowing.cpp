@@ -2,6 +2,7 @@
 // failure that ends it.
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/loading/VADResponseHeaders.h"
+#include "ads/protocol/Messages.h"
 #include "ads/request/VADAdAddress.h"
 #include "ads/support/VADErrorCode.h"
 #include "ads/telemetry/VADStatistics.h"
@@ -15,7 +16,8 @@ namespace valdren {
 void VADObjectPrivate::loadAdURL(const platform::Dictionary& userInfo) {
   const platform::KeptUntilReturn kept(*this);
   script_.answered();
-  if (userInfo.contains("errors")) return reportError(kVADErrorInvalidRequest, request_.get());
+  if (userInfo.contains(kVADMessageKeyErrors))
+    return reportError(kVADErrorInvalidRequest, request_.get());
   changeState(kVADStateLoadingAd);
   const auto url = adURLFromAnswer(userInfo, *request_);
   VADStatistics::sharedStatistics().startTimingNamed(kVADParameterPriorRequestLatency);

@@ -7,15 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "ads/protocol/Headers.h"
 #include "platform/net/URLConnection.h"
 
 namespace valdren {
-
-inline constexpr std::string_view kVADHeaderTrackingURLs = "X-Urvo-Tracking-Urls";
-inline constexpr std::string_view kVADHeaderClickTrackingURLs = "X-Urvo-Click-Tracking-Urls";
-inline constexpr std::string_view kVADHeaderOrientation = "X-Urvo-Orientation";
-inline constexpr std::string_view kVADHeaderInterstitialTimeout = "X-Urvo-Interstitial-Timeout";
-inline constexpr std::string_view kVADHeaderRefreshRate = "X-Urvo-Refresh-Rate";
 
 /// A list of tracking URLs takes no more than this; what is beyond is left out, so that no server
 /// can make a client fire pings without end.

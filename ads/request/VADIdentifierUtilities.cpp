@@ -5,6 +5,7 @@
 #include <limits>
 #include <tuple>
 
+#include "ads/protocol/Parameters.h"
 #include "ads/request/VADJsonSafe.h"
 #include "ads/support/VADNumberUtilities.h"
 #include "platform/application/Application.h"
@@ -186,21 +187,23 @@ platform::Dictionary VADIdentifierUtilities::canOpenURLs(
 platform::Dictionary VADIdentifierUtilities::parameters() {
   const std::string model = deviceModel();
   platform::Dictionary parameters;
-  if (model == kTabletModel && isPhoneIdiom()) parameters.set("ios_ipadc", "1");
-  parameters.set("ios_metadata", iTunesMetadata());
-  parameters.set("app_name", applicationName());
-  if (isJailbroken()) parameters.set("ios_jb", "1");
-  parameters.set("isu", deviceIdentifier());
-  parameters.set("platform", model);
-  parameters.set("submodel", deviceSubmodel());
-  parameters.setIfPresent("hl", locale());
-  parameters.set("u_audio", std::to_string(audioRoute()));
-  parameters.set("u_so", isOrientationLandscape() ? "l" : "p");
-  parameters.set("u_sd", number(screenDensity()));
+  if (model == kTabletModel && isPhoneIdiom())
+    parameters.set(kVADParameterPhoneScreenOnTablet, "1");
+  parameters.set(kVADParameterMetadata, iTunesMetadata());
+  parameters.set(kVADParameterApplication, applicationName());
+  if (isJailbroken()) parameters.set(kVADParameterUnlocked, "1");
+  parameters.set(kVADParameterDevice, deviceIdentifier());
+  parameters.set(kVADParameterModel, model);
+  parameters.set(kVADParameterSubmodel, deviceSubmodel());
+  parameters.setIfPresent(kVADParameterLanguage, locale());
+  parameters.set(kVADParameterAudioRoute, std::to_string(audioRoute()));
+  parameters.set(kVADParameterOrientation, isOrientationLandscape() ? "l" : "p");
+  parameters.set(kVADParameterDensity, number(screenDensity()));
   const platform::Size size = screenSize();
-  parameters.set("u_w", number(size.width));
-  parameters.set("u_h", number(size.height));
-  if (const int applications = bookApplications()) parameters.set("cap_bs", applications);
+  parameters.set(kVADParameterWidth, number(size.width));
+  parameters.set(kVADParameterHeight, number(size.height));
+  if (const int applications = bookApplications())
+    parameters.set(kVADParameterBookApplications, applications);
   return parameters;
 }
 

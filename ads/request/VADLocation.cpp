@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "ads/protocol/Secrets.h"
 #include "ads/support/VAD_VTMStringEncoding.h"
 #include "platform/base/Crypto.h"
 #include "platform/base/Date.h"
@@ -16,10 +17,6 @@ namespace {
 
 constexpr float kEpsilon = std::numeric_limits<float>::epsilon();
 constexpr std::size_t kBlock = 16;
-
-/// Shared with the ad network.
-constexpr platform::Key128 kKey = {0x5c, 0x1e, 0x9a, 0x07, 0xb3, 0xd8, 0x4f, 0x26,
-                                   0xe0, 0xa1, 0xc9, 0x77, 0x3b, 0x5d, 0x0e, 0x8f};
 
 /// In decimal, whatever the locale.
 std::string fixed(double value, int decimals) {
@@ -120,7 +117,7 @@ std::optional<std::string> VADLocation::oolongRepresentation() const {
 std::string VADLocation::describedRepresentation() const {
   std::string quoted = description_;
   std::replace(quoted.begin(), quoted.end(), '"', '\'');
-  return "a+" + encode(prefix(timestamp_) + " loc: \"" + quoted + "\"");
+  return kVADPlainLocation + encode(prefix(timestamp_) + " loc: \"" + quoted + "\"");
 }
 
 std::optional<std::string> VADLocation::preciseRepresentation() const {
@@ -132,9 +129,9 @@ std::optional<std::string> VADLocation::preciseRepresentation() const {
                      "> radius: " + scaled(accuracy_, 1000);
   padToWholeBlocks(text);
   const auto vector = vectorFrom(timestamp_);
-  const auto encrypted = platform::encryptAES128CBC(text, kKey, vector);
+  const auto encrypted = platform::encryptAES128CBC(text, kVADLocationSecret, vector);
   if (!encrypted) return std::nullopt;
-  return "e1+" + encode(std::string(vector.begin(), vector.end()) + *encrypted);
+  return kVADSealedLocation + encode(std::string(vector.begin(), vector.end()) + *encrypted);
 }
 
 }  // namespace valdren

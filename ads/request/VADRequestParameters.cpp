@@ -1,5 +1,6 @@
 #include "ads/request/VADRequestParameters.h"
 
+#include "ads/protocol/Parameters.h"
 #include "ads/request/VADNetworkChecker.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/base/Text.h"
@@ -27,12 +28,13 @@ void VADRequestParameters::begin(VADRequestPrivate& request) {
 platform::Dictionary VADRequestParameters::of(const VADRequestPrivate& request,
                                               const VADAdSlot& slot) {
   platform::Dictionary parameters = request.parameters();
-  if (!slot.adUnitID.empty()) parameters.set("slotname", platform::repairedUTF8(slot.adUnitID));
+  if (!slot.adUnitID.empty())
+    parameters.set(kVADParameterSlotName, platform::repairedUTF8(slot.adUnitID));
   if (request.isInterstitialAd()) {
-    parameters.set("format", "interstitial_mb");
+    parameters.set(kVADParameterFormat, kVADFormatInterstitial);
   } else if (slot.place) {
-    parameters.set("ad_frame", dictionaryOf(slot.place->frame));
-    parameters.set("ad_bounds", dictionaryOf(slot.place->bounds));
+    parameters.set(kVADParameterFrame, dictionaryOf(slot.place->frame));
+    parameters.set(kVADParameterBounds, dictionaryOf(slot.place->bounds));
   }
   return parameters;
 }

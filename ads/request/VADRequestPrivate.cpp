@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "ads/protocol/Parameters.h"
+#include "ads/protocol/Script.h"
 #include "ads/request/VADBirthday.h"
 #include "ads/request/VADIdentifierUtilities.h"
 #include "ads/request/VADJsonSafe.h"
@@ -34,7 +36,7 @@ std::shared_ptr<VADRequest> VADRequest::request() {
 }
 
 const std::string& VADRequest::sdkVersion() {
-  static const std::string version = "urvo-sdk-i-v4.1.1";
+  static const std::string version = kVADClientVersion;
   return version;
 }
 
@@ -117,9 +119,9 @@ std::optional<std::string> VADRequestPrivate::birthdayString() const {
 }
 
 int VADRequestPrivate::requestTypeFromString(std::string_view type) {
-  if (type == "vantic") return 4;
-  if (type == "qorm") return 5;
-  return type == "strevel" ? 1 : 0;
+  if (type == kVADAdTypeVantic) return 4;
+  if (type == kVADAdTypeQorm) return 5;
+  return type == kVADAdTypeStrevel ? 1 : 0;
 }
 
 bool VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(int major, int minorVersion) {
@@ -139,23 +141,24 @@ void VADRequestPrivate::putTestSettings(platform::Dictionary& parameters) const 
   if (testing_) {
     platform::log(
         "<Valdren> \"testing\" property has been deprecated.  Use \"testDevices\" instead.");
-    parameters.set("testing", "1");
+    parameters.set(kVADParameterTesting, "1");
   }
-  if (isForTestDevice()) parameters.set("adtest", "on");
+  if (isForTestDevice()) parameters.set(kVADParameterTestDevice, "on");
 }
 
 void VADRequestPrivate::putTargeting(platform::Dictionary& parameters) const {
-  parameters.setIfPresent("extras", additionalParameters_);
-  parameters.setIfPresent("cust_gender", genderString());
-  parameters.setIfPresent("cust_age", birthdayString());
-  if (keywords_) parameters.set("kw", arrayOf(*keywords_));
-  if (location_) parameters.setIfPresent("uule", location_->oolongRepresentation());
+  parameters.setIfPresent(kVADParameterExtras, additionalParameters_);
+  parameters.setIfPresent(kVADParameterGender, genderString());
+  parameters.setIfPresent(kVADParameterBirthday, birthdayString());
+  if (keywords_) parameters.set(kVADParameterKeywords, arrayOf(*keywords_));
+  if (location_) parameters.setIfPresent(kVADParameterLocation, location_->oolongRepresentation());
 }
 
 platform::Dictionary VADRequestPrivate::parameters() const {
   platform::Dictionary parameters = VADIdentifierUtilities::sharedInstance().parameters();
-  parameters.set("js", sdkVersion());
-  parameters.setIfPresent("net", VADNetworkChecker::sharedChecker().networkTypeString());
+  parameters.set(kVADParameterVersion, sdkVersion());
+  parameters.setIfPresent(kVADParameterNetwork,
+                          VADNetworkChecker::sharedChecker().networkTypeString());
   putTestSettings(parameters);
   putTargeting(parameters);
   parameters.merge(VADStatistics::sharedStatistics().parameters());

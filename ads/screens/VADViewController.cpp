@@ -1,5 +1,6 @@
 #include "ads/screens/VADViewController.h"
 
+#include "ads/protocol/Messages.h"
 #include "ads/request/VADIdentifierUtilities.h"
 #include "ads/screens/VADViewControllerPrivate.h"
 #include "ads/support/VADPrivateUtilities.h"
@@ -92,14 +93,15 @@ void VADViewController::init() {
   view->setClipsToBounds(true);
   setModalTransitionStyle(platform::ModalTransitionStyle::CoverVertical);
   VADNotificationCenter::defaultCenter().addObserver(
-      *this, "settings", [this](const platform::Notification& note) { settingsChanged(note); },
-      view.get());
+      *this, kVADMessageSettings,
+      [this](const platform::Notification& note) { settingsChanged(note); }, view.get());
 }
 
 void VADViewController::settingsChanged(const platform::Notification& notification) {
   std::string orientations;
   if (notification.userInfo) {
-    const std::string* const text = notification.userInfo->text("supportedorientations");
+    const std::string* const text =
+        notification.userInfo->text(kVADMessageKeySupportedOrientations);
     if (text) orientations = *text;
   }
   setSupportedOrientations(orientationFromString(orientations));

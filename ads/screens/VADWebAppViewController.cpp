@@ -1,5 +1,6 @@
 #include "ads/screens/VADWebAppViewController.h"
 
+#include "ads/protocol/Messages.h"
 #include "ads/screens/VADIntrinsicImages.h"
 #include "ads/screens/VADWebAppViewControllerPrivate.h"
 #include "ads/telemetry/VADStatistics.h"
@@ -127,7 +128,7 @@ void VADWebAppViewController::viewDidDisappear(bool animated) {
   VADStatistics& statistics = VADStatistics::sharedStatistics();
   statistics.endTimingNamed(kVADParameterPriorLandingPageDuration);
   statistics.endTimingNamed(kVADParameterPriorClickLatency);
-  VADNotificationCenter::defaultCenter().postJSNotification("onhide", std::nullopt,
+  VADNotificationCenter::defaultCenter().postJSNotification(kVADMessageOnHide, std::nullopt,
                                                             webView().get());
   VADViewController::viewDidDisappear(animated);
 }

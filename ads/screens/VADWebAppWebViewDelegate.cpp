@@ -1,5 +1,6 @@
 #include "ads/screens/VADWebAppWebViewDelegate.h"
 
+#include "ads/protocol/Messages.h"
 #include "ads/request/VADIdentifierUtilities.h"
 #include "ads/request/VADRequest.h"
 #include "ads/screens/VADLandingPageTiming.h"
@@ -62,7 +63,8 @@ void VADWebAppWebViewDelegate::postOnShowEvent() {
   if (!pendingOnShow_ || calledOnShow_ || !webAppPrivate_) return;
   const std::string& device = VADIdentifierUtilities::sharedInstance().deviceSubmodel();
   VADNotificationCenter::defaultCenter().postJSNotification(
-      "onshow", platform::Dictionary{{"version", VADRequest::sdkVersion()}, {"device", device}},
+      kVADMessageOnShow,
+      platform::Dictionary{{"version", VADRequest::sdkVersion()}, {"device", device}},
       webAppPrivate_->webView.get());
   pendingOnShow_ = false;
   calledOnShow_ = true;

@@ -9,10 +9,6 @@
 
 namespace valdren {
 
-/// The query keys of the signals of a request and of a click.
-inline constexpr const char* kRequestSignalsKey = "ms";
-inline constexpr const char* kClickSignalsKey = "cs";
-
 /// The values as JSON, encrypted and authenticated, in letters that need no escape in a query. None
 /// when that fails.
 std::optional<std::string> sealSignals(const platform::Dictionary& signals);

@@ -4,6 +4,7 @@
 #include <deque>
 #include <optional>
 
+#include "ads/protocol/Parameters.h"
 #include "ads/signals/SealedSignals.h"
 #include "platform/base/Clock.h"
 #include "platform/base/Text.h"
@@ -84,15 +85,16 @@ int vad_gig(int requestType, std::string_view sdkVersion) {
 int vad_gmrs(std::string& text) {
   const Gathered& signals = gathered();
   if (!signals.present.announced) return 0;
-  return fill(text, kRequestSignalsKey,
+  return fill(text, kVADQueryRequestSignals,
               contentOf(signals.present, signals.formerViewed, signals.formerTouches));
 }
 
 int vad_gmcs(std::string_view adIdentifier, std::string& text) {
   const View& present = gathered().present;
   platform::Dictionary content = contentOf(present, viewed(present), present.touches);
-  content.set("ai", platform::repairedUTF8(adIdentifier.substr(0, kLongestIdentifier)));
-  return fill(text, kClickSignalsKey, content);
+  content.set(kVADQueryAdIdentifier,
+              platform::repairedUTF8(adIdentifier.substr(0, kLongestIdentifier)));
+  return fill(text, kVADQueryClickSignals, content);
 }
 
 int vad_htg(int x, int y, int duration) {

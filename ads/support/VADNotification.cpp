@@ -2,17 +2,18 @@
 
 #include <cstdio>
 
+#include "ads/protocol/Messages.h"
 #include "ads/support/VADMacros.h"
 #include "ads/support/VADNetworkUtilities.h"
 
 namespace valdren {
 
 bool VADNotification::isGMSGNotificationURL(const platform::URL& url) {
-  return url.scheme() == "gmsg";
+  return url.scheme() == kVADMessageScheme;
 }
 
 bool VADNotification::isVanticNotificationURL(const platform::URL& url) {
-  return url.scheme() == "vantic";
+  return url.scheme() == kVADOlderMessageScheme;
 }
 
 bool VADNotification::isNotificationURL(const platform::URL& url) {
@@ -34,13 +35,14 @@ std::unique_ptr<VADNotification> VADNotification::fromVanticURL(const platform::
         new VADNotification(std::move(name), std::move(parameters)));
   };
   const std::string host = url.host();
-  if (host == "closecanvas") return make("close", std::nullopt);
+  if (host == kVADOlderMessageCloseCanvas) return make(kVADMessageClose, std::nullopt);
   platform::Dictionary query = VADNetworkUtilities::dictionaryFromQueryString(url.query());
-  if (host == "log") return make("log", std::move(query));
-  if (host != "launch") return nullptr;
-  platform::Dictionary parameters{{"a", "browser"}};
-  if (const std::string* const destination = query.text("url")) parameters.set("u", *destination);
-  return make("open", std::move(parameters));
+  if (host == kVADMessageLog) return make(kVADMessageLog, std::move(query));
+  if (host != kVADOlderMessageLaunch) return nullptr;
+  platform::Dictionary parameters{{kVADMessageKeyAction, kVADActionBrowser}};
+  if (const std::string* const destination = query.text(kVADMessageKeyAdURL))
+    parameters.set(kVADMessageKeyURL, *destination);
+  return make(kVADMessageOpen, std::move(parameters));
 }
 
 std::optional<std::string> VADNotification::parameter(std::string_view name) const {

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "ads/protocol/Parameters.h"
 #include "ads/signals/Signals.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
@@ -15,7 +16,6 @@ namespace valdren {
 namespace {
 
 constexpr const char* kDate = "date";
-constexpr const char* kAdIdentifier = "ai";
 constexpr std::size_t kTicketPrefix = 4;
 
 VADStatistics* theSharedStatistics = nullptr;
@@ -274,7 +274,7 @@ platform::URL VADStatistics::urlForClick(const platform::URL& url) {
   const auto click = beginClick();
 
   platform::URL result = url;
-  const auto identifier = VADNetworkUtilities::parameterValueForKey(kAdIdentifier, url);
+  const auto identifier = VADNetworkUtilities::parameterValueForKey(kVADQueryAdIdentifier, url);
   if (identifier && !identifier->empty()) {
     click->setValue(*identifier, kVADParameterPriorClickString);
     std::string signals;

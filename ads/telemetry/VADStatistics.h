@@ -6,31 +6,12 @@
 #include <optional>
 #include <string>
 
+#include "ads/protocol/Parameters.h"
 #include "ads/telemetry/VADStatisticsCore.h"
 #include "ads/telemetry/VADTimingManager.h"
 #include "platform/base/URL.h"
 
 namespace valdren {
-
-// Statistics keys; each is also the name of a request parameter.
-inline constexpr const char* kVADParameterSessionID = "session_id";
-inline constexpr const char* kVADParameterTotalAdRequests = "preqs";
-inline constexpr const char* kVADParameterPriorClickCount = "pcc";
-inline constexpr const char* kVADParameterPriorLandingPageNavCount = "plpnc";
-inline constexpr const char* kVADParameterPriorLandingPageSSLNavCount = "plpsnc";
-inline constexpr const char* kVADParameterPriorClickBackgroundedApp = "pclb";
-inline constexpr const char* kVADParameterPriorClickBreakOut = "pcbo";
-inline constexpr const char* kVADParameterAppOpenInterstitialTimedOut = "aoi_timedout";
-inline constexpr const char* kVADParameterAppOpenInterstitialNoFill = "aoi_nofill";
-inline constexpr const char* kVADParameterPriorRequestLatency = "prl";
-inline constexpr const char* kVADParameterPriorClickLatency = "pcl";
-inline constexpr const char* kVADParameterPriorClickString = "pai";
-inline constexpr const char* kVADParameterPriorImpressionTicketString = "pit";
-inline constexpr const char* kVADParameterPriorPreClickLatency = "ppcl";
-inline constexpr const char* kVADParameterPriorClickRedirectLatency = "pcrl";
-inline constexpr const char* kVADParameterPriorLandingPageLoad = "plpl";
-inline constexpr const char* kVADParameterPriorLandingPageDuration = "plpd";
-inline constexpr const char* kVADParameterTimeSinceFirstRequest = "ptime";
 
 /// Counters and flags are kept in the user defaults as soon as they change, latencies as named
 /// timings when the application ends. Main thread only.

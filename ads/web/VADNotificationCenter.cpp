@@ -1,16 +1,11 @@
 #include "ads/web/VADNotificationCenter.h"
 
+#include "ads/protocol/Script.h"
 #include "ads/support/VADMacros.h"
 #include "ads/support/VADNotification.h"
 #include "platform/base/RunLoop.h"
 
 namespace valdren {
-namespace {
-
-constexpr const char* kReceiver = "URVO_ReceiveMessage";
-
-}  // namespace
-
 VADNotificationCenter& VADNotificationCenter::defaultCenter() {
   // Never destroyed: delayed postings may be under way while the process ends.
   static auto* const center = new VADNotificationCenter;
@@ -33,7 +28,7 @@ void VADNotificationCenter::postJSNotification(const std::string& name,
                                                const std::optional<platform::Dictionary>& userInfo,
                                                platform::WebView* webView) {
   if (!webView) return;
-  std::string script = std::string(kReceiver) + "('" + name + "'";
+  std::string script = std::string(kVADPageReceiver) + "('" + name + "'";
   if (userInfo) script += ", " + VADMacros::jsonify(*userInfo);
   webView->stringByEvaluatingJavaScriptFromString(script + ");");
 }

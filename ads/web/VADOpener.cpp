@@ -1,5 +1,6 @@
 #include "ads/web/VADOpener.h"
 
+#include "ads/protocol/Messages.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
 #include "ads/telemetry/VADClickTracker.h"
@@ -63,18 +64,18 @@ int orientationFor(const std::optional<std::string>& o) {
 }  // namespace
 
 void VADOpener::openNotification(const VADNotification& notification) {
-  const std::optional<std::string> action = notification.parameter("a");
-  const std::optional<std::string> address = notification.parameter("u");
-  const std::optional<std::string> html = notification.parameter("html");
+  const std::optional<std::string> action = notification.parameter(kVADMessageKeyAction);
+  const std::optional<std::string> address = notification.parameter(kVADMessageKeyURL);
+  const std::optional<std::string> html = notification.parameter(kVADMessageKeyHTML);
   std::optional<platform::URL> url;
   if (address) url = platform::URL::fromPage(*address);
-  if (!url && !(html && action == "webapp")) return;
+  if (!url && !(html && action == kVADActionWebApp)) return;
 
-  const int orientation = orientationFor(notification.parameter("o"));
+  const int orientation = orientationFor(notification.parameter(kVADMessageKeyOrientation));
   url = VADStatistics::sharedStatistics().urlForClick(url);
-  if (action == "browser" || action == "video") {
+  if (action == kVADActionBrowser || action == kVADActionVideo) {
     openBrowserToURL(url, orientation);
-  } else if (action != "webapp") {
+  } else if (action != kVADActionWebApp) {
     openApp(url);
   } else if (url) {
     openWebApp(url, orientation);

@@ -4,6 +4,8 @@
 #include <limits>
 #include <stdexcept>
 
+#include "ads/protocol/Messages.h"
+#include "ads/protocol/Parameters.h"
 #include "ads/request/VADIdentifierUtilities.h"
 #include "ads/signals/Signals.h"
 #include "ads/support/VADNetworkUtilities.h"
@@ -62,7 +64,7 @@ void postWebAction(const platform::WebView& webView, platform::Dictionary userIn
 
 /// The URL with the click signals for its "ai" value; as it is when there are none.
 std::optional<platform::URL> withSpamSignals(const platform::URL& url) {
-  const auto adIdentifier = VADNetworkUtilities::parameterValueForKey("ai", url);
+  const auto adIdentifier = VADNetworkUtilities::parameterValueForKey(kVADQueryAdIdentifier, url);
   std::string signals;
   if (!adIdentifier || vad_gmcs(*adIdentifier, signals) == 0) return url;
   return VADNetworkUtilities::appendQueryKey(signals, std::nullopt, url);
@@ -103,13 +105,13 @@ bool VADWebViewDelegate::webViewShouldStartLoad(platform::WebView& webView,
   }
   opener_->setViewController(viewController_);
   opener_->setOpeningWebView(&webView);
-  platform::Dictionary userInfo{{"u", url.absoluteString()}};
+  platform::Dictionary userInfo{{kVADMessageKeyURL, url.absoluteString()}};
 
   if (VADNotification::isNotificationURL(url)) {
     platform::logDebug("Message from a page: " + url.absoluteString());
     const auto notification = VADNotification::notificationFromURL(url);
     if (!notification) throw std::invalid_argument("its message URL stands for no message");
-    userInfo.set("a", notification->name());
+    userInfo.set(kVADMessageKeyAction, notification->name());
     postWebAction(webView, std::move(userInfo));
     performMessage(*notification, url, webView);
     return false;
@@ -132,25 +134,25 @@ void VADWebViewDelegate::performMessage(const VADNotification& notification,
   const platform::Dictionary none;
   const platform::Dictionary& parameters =
       notification.parameters() ? *notification.parameters() : none;
-  if (name == "click") {
-    trackURLString(parameters.text("u"), true);
-  } else if (name == "close") {
+  if (name == kVADMessageClick) {
+    trackURLString(parameters.text(kVADMessageKeyURL), true);
+  } else if (name == kVADMessageClose) {
     auto* const screen = dynamic_cast<VADScreen*>(viewController());
     if (screen) screen->relinquishScreen();
-  } else if (name == "httpTrack") {
-    trackURLString(parameters.text("u"), false);
-  } else if (name == "log") {
-    platform::log(notification.parameter("string").value_or("(null)"));
-  } else if (name == "open") {
+  } else if (name == kVADMessageHTTPTrack) {
+    trackURLString(parameters.text(kVADMessageKeyURL), false);
+  } else if (name == kVADMessageLog) {
+    platform::log(notification.parameter(kVADMessageKeyString).value_or("(null)"));
+  } else if (name == kVADMessageOpen) {
     opener_->openNotification(notification);
-  } else if (name == "touch") {
+  } else if (name == kVADMessageTouch) {
     processTouchSignals(parameters);
-  } else if (name == "vibrate") {
+  } else if (name == kVADMessageVibrate) {
     platform::SystemSound::shared().play(platform::kSystemSoundVibrate);
-  } else if (name == "canOpenURLs") {
-    const std::string* const urls = parameters.text("urls");
+  } else if (name == kVADMessageCanOpenURLs) {
+    const std::string* const urls = parameters.text(kVADMessageKeyURLs);
     processCanOpenURLs(urls ? splitAtCommas(*urls) : std::vector<std::string>(), webView);
-  } else if (name == "evalInOpener") {
+  } else if (name == kVADMessageEvalInOpener) {
     askOpener(parameters, webView);
   } else if (mayDefer()) {
     VADNotificationCenter::defaultCenter().postNotificationFromURL(
@@ -210,18 +212,20 @@ void VADWebViewDelegate::trackURLString(const std::string* urlString, bool appen
 }
 
 void VADWebViewDelegate::processTouchSignals(const platform::Dictionary& parameters) {
-  vad_htg(intForKey("tx", parameters), intForKey("ty", parameters), intForKey("td", parameters));
+  vad_htg(intForKey(kVADMessageKeyTouchX, parameters), intForKey(kVADMessageKeyTouchY, parameters),
+          intForKey(kVADMessageKeyTouchDuration, parameters));
 }
 
 void VADWebViewDelegate::processCanOpenURLs(const std::vector<std::string>& urls,
                                             platform::WebView& webView) {
   VADNotificationCenter::defaultCenter().postJSNotification(
-      "openableURLs", VADIdentifierUtilities::sharedInstance().canOpenURLs(urls), &webView);
+      kVADMessageOpenableURLs, VADIdentifierUtilities::sharedInstance().canOpenURLs(urls),
+      &webView);
 }
 
 void VADWebViewDelegate::evaluateJavaScriptInOpener(const platform::Dictionary& parameters) {
   platform::WebView* const opener = openingWebView();
-  const std::string* const script = parameters.text("js");
+  const std::string* const script = parameters.text(kVADMessageKeyScript);
   if (!opener || !script) return;
   // The parameters name no page that could be told the result: a message's keys are in lower case,
   // and the page's key, "webView", is not. So the result is dropped.

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "ads/protocol/Messages.h"
 #include "ads/web/VADWebView.h"
 #include "ads/web/VADWebViewDelegate.h"
 #include "benchmarks/Figures.h"
@@ -41,7 +42,7 @@ class CountingDelegate final : public valdren::VADWebViewDelegate {
   bool webViewShouldStartLoad(platform::WebView& webView, const platform::URLRequest& request,
                               platform::NavigationType type) override {
     const bool allowed = VADWebViewDelegate::webViewShouldStartLoad(webView, request, type);
-    if (request.url.lowercaseScheme() == "gmsg") ++messages;
+    if (request.url.lowercaseScheme() == valdren::kVADMessageScheme) ++messages;
     return allowed;
   }
   void webViewDidFinishLoad(platform::WebView& webView) override {

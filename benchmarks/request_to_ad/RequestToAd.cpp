@@ -13,6 +13,8 @@
 #include <vector>
 
 #include "ads/loading/VADAdURLBuilder.h"
+#include "ads/protocol/Messages.h"
+#include "ads/protocol/Parameters.h"
 #include "ads/protocol/Script.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/valdren.h"
@@ -181,7 +183,7 @@ class BareRoad {
   Round show(const char* unit, double began) {
     drop();
     const std::string page =
-        valdren::VADAdURLBuilder::pageWithScript(script_, {{"slotname", unit}});
+        valdren::VADAdURLBuilder::pageWithScript(script_, {{valdren::kVADParameterSlotName, unit}});
     const auto before = ground(shown_.widget());
     shown_.forget();
     builder_ =
@@ -200,7 +202,7 @@ class BareRoad {
         WEBKIT_NAVIGATION_POLICY_DECISION(decision));
     const auto url = platform::URL::fromPage(
         webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)));
-    if (!url || url->lowercaseScheme() != "gmsg") return FALSE;
+    if (!url || url->lowercaseScheme() != valdren::kVADMessageScheme) return FALSE;
     webkit_policy_decision_ignore(decision);
     const auto ad = valdren::VADNetworkUtilities::parameterValueForKey("url", *url);
     auto& road = *static_cast<BareRoad*>(self);
