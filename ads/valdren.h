@@ -2,7 +2,8 @@
 //
 //     #include <valdren/valdren.h>
 //
-//     auto banner = std::make_shared<valdren::VADBannerView>(valdren::platform::Rect{0, 0, 320, 50});
+//     auto banner = std::make_shared<valdren::VADBannerView>(
+//         valdren::platform::Rect{0, 0, 320, 50});
 //     banner->setAdUnitID("your ad unit");
 //     banner->setRootViewController(valdren::platform::hostScreen(GTK_WINDOW(window)));
 //     gtk_box_append(GTK_BOX(box), valdren::platform::hostWidget(banner));
