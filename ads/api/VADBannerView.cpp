@@ -5,6 +5,7 @@
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/web/VADWebView.h"
 #include "platform/base/Log.h"
+#include "platform/base/MainThread.h"
 #include "platform/base/NotificationCenter.h"
 
 namespace valdren {
@@ -14,12 +15,14 @@ VADBannerView::VADBannerView(const platform::Rect& frame) : View(frame) {
 }
 
 void VADBannerView::commonInitializer() {
+  platform::assertMainThread();
   setBackgroundColor(platform::Color::clear());
   VADPrivateUtilities::setPrivateObject(
       VADObjectPrivate::initWithView(*this, std::make_shared<VADDelegateManager>()), this);
 }
 
 VADBannerView::~VADBannerView() {
+  platform::assertMainThread();
   loader()->cancelPendingActions();
   platform::NotificationCenter::defaultCenter().removeObserver(*this);
   invalidateWeakReferences();
@@ -56,6 +59,7 @@ VADBannerViewDelegate* VADBannerView::delegate() const {
 }
 
 void VADBannerView::setDelegate(VADBannerViewDelegate* delegate) {
+  platform::assertMainThread();
   delegateManager()->setBannerDelegate(delegate);
   delegateManager()->setAdView(this);
 }
@@ -77,6 +81,7 @@ bool VADBannerView::hasAutoRefreshed() const {
 }
 
 void VADBannerView::loadRequest(const std::shared_ptr<VADRequest>& request) {
+  platform::assertMainThread();
   if (rootViewController()) {
     loader()->loadRequest(request);
     return;

@@ -3,10 +3,12 @@
 #include "ads/loading/VADReloadTimer.h"
 #include "ads/loading/VADResponseHeaders.h"
 #include "ads/screens/VADViewController.h"
+#include "platform/base/MainThread.h"
 
 namespace valdren {
 
 void VADAd::fetch(const platform::URL& url, platform::WeakPtr<VADCachedFileDelegate> delegate) {
+  platform::assertMainThread();
   drop();
   file_ = VADCachedFile::initWithDelegate(delegate, url);
   const auto startedHere = file_;
@@ -14,6 +16,7 @@ void VADAd::fetch(const platform::URL& url, platform::WeakPtr<VADCachedFileDeleg
 }
 
 void VADAd::drop() {
+  platform::assertMainThread();
   trackingURLs_.clear();
   clickURLs_.clear();
   const auto dropped = std::exchange(file_, nullptr);

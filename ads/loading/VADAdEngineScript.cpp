@@ -2,6 +2,7 @@
 
 #include "ads/protocol/Script.h"
 #include "ads/request/VADConfiguration.h"
+#include "platform/base/MainThread.h"
 
 namespace valdren {
 VADAdEngineScript::~VADAdEngineScript() {
@@ -16,6 +17,7 @@ platform::URL VADAdEngineScript::jsBuildAdURL() {
 }
 
 bool VADAdEngineScript::open(platform::WeakPtr<VADCachedFileDelegate> delegate) {
+  platform::assertMainThread();
   if (file_) return false;
   file_ = VADCachedFile::initWithDelegate(delegate, jsBuildAdURL());
   return true;
@@ -26,6 +28,7 @@ bool VADAdEngineScript::isFresh() {
 }
 
 void VADAdEngineScript::validate() {
+  platform::assertMainThread();
   freshness_.asked();
   file_->validate();
 }

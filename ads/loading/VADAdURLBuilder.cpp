@@ -7,6 +7,7 @@
 #include "ads/web/VADNotificationCenter.h"
 #include "ads/web/VADWebViewDelegate.h"
 #include "platform/base/Log.h"
+#include "platform/base/MainThread.h"
 
 namespace valdren {
 namespace {
@@ -33,6 +34,7 @@ std::string insideScript(const std::string& json) {
 }  // namespace
 
 VADAdURLBuilder::~VADAdURLBuilder() {
+  platform::assertMainThread();
   resetBuildAdWebView();
   invalidateWeakReferences();
 }
@@ -51,6 +53,7 @@ std::string VADAdURLBuilder::pageWithScript(std::string_view script,
 }
 
 void VADAdURLBuilder::build(const std::string& page, platform::WebView& related) {
+  platform::assertMainThread();
   resetBuildAdWebView();
   setupBuildAdWebView(related);
   buildAdWebView_->loadHTMLString(page, VADConfiguration::adServerBaseURL());

@@ -9,6 +9,7 @@
 #include "platform/application/Application.h"
 #include "platform/base/KeptUntilReturn.h"
 #include "platform/base/Log.h"
+#include "platform/base/MainThread.h"
 #include "platform/device/Device.h"
 
 namespace valdren {
@@ -56,6 +57,7 @@ VADObjectPrivate::VADObjectPrivate(const platform::Rect& frame,
                      .none = [this] { scriptDidNotAnswer(); }}),
       trackers_([this](const std::string& line) { debug(line); }),
       reloadTimer_([this] { reloadCurrentRequest(); }) {
+  platform::assertMainThread();
   webView_->setScalesPageToFit(false);
   webView_->setMediaPlaybackRequiresUserAction(true);
   webView_->setHidden(true);
@@ -63,6 +65,7 @@ VADObjectPrivate::VADObjectPrivate(const platform::Rect& frame,
 }
 
 VADObjectPrivate::~VADObjectPrivate() {
+  platform::assertMainThread();
   invalidateWeakReferences();
   webView_->setDelegate(nullptr);
   webView_->loadHTMLString("", std::nullopt);
@@ -108,6 +111,7 @@ bool VADObjectPrivate::supportsMinimumRequirementsForRequest(const VADRequestPri
 }
 
 void VADObjectPrivate::takeRequest(const std::shared_ptr<VADRequestPrivate>& request) {
+  platform::assertMainThread();
   if (!request) {
     request_ = std::make_shared<VADRequestPrivate>();
   } else if (request != request_) {
@@ -119,11 +123,13 @@ void VADObjectPrivate::takeRequest(const std::shared_ptr<VADRequestPrivate>& req
 void VADObjectPrivate::tellRequest(
     const std::shared_ptr<VADRequest>& request,
     std::function<void(const platform::Dictionary& parameters)> tell) {
+  platform::assertMainThread();
   takeRequest(privateRequestWithRequest(request));
   gatherParameters(std::move(tell));
 }
 
 void VADObjectPrivate::reloadCurrentRequest() {
+  platform::assertMainThread();
   if (isMakingRequest() || !isAppActive()) {
     debug("the refresh is put off");
     return reloadTimer_.putOff();
@@ -194,6 +200,7 @@ void VADObjectPrivate::debug(const std::string& line) const {
 }
 
 void VADObjectPrivate::cancelPendingActions() {
+  platform::assertMainThread();
   trackers_.cancelPendingActions();
   reloadTimer_.resetReloadTimer();
 }

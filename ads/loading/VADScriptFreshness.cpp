@@ -3,6 +3,7 @@
 #include "ads/loading/VADAdURLBuilder.h"
 #include "ads/telemetry/VADStatisticsCore.h"
 #include "platform/base/Date.h"
+#include "platform/base/MainThread.h"
 
 namespace valdren {
 namespace {
@@ -22,6 +23,7 @@ bool isBetween(const std::optional<platform::Value>& value, Date first, Date las
 }  // namespace
 
 bool VADScriptFreshness::isFresh() {
+  platform::assertMainThread();
   const VADStatisticsCore store(kStore);
   const Date now = Date::now();
   const auto unansweredSince = store.dateForKey(kUnansweredSinceKey);
@@ -34,6 +36,7 @@ bool VADScriptFreshness::isFresh() {
 }
 
 void VADScriptFreshness::asked() {
+  platform::assertMainThread();
   VADStatisticsCore store(kStore);
   const Date now = Date::now();
   store.setDate(platform::Value(now.after(kLifetime)), kExpireDateKey);
@@ -43,6 +46,7 @@ void VADScriptFreshness::asked() {
 }
 
 void VADScriptFreshness::answered() {
+  platform::assertMainThread();
   if (!awaitsFirstAnswer_) return;
   VADStatisticsCore(kStore).removeObjectForKey(kUnansweredSinceKey);
   awaitsFirstAnswer_ = false;

@@ -10,6 +10,7 @@
 #include "ads/support/VADNumberUtilities.h"
 #include "platform/application/Application.h"
 #include "platform/base/Crypto.h"
+#include "platform/base/MainThread.h"
 #include "platform/base/Text.h"
 #include "platform/device/AudioSession.h"
 #include "platform/device/Device.h"
@@ -80,6 +81,7 @@ VADIdentifierUtilities::VADIdentifierUtilities()
       isJailbroken_(checkIsJailbroken()) {}
 
 bool VADIdentifierUtilities::checkIsJailbroken() {
+  platform::assertMainThread();
   // The owner of a Linux machine may always become its superuser, which says nothing. An
   // application that runs as the superuser is another matter: nothing stands between it and the
   // rest of the machine.
@@ -179,12 +181,14 @@ int VADIdentifierUtilities::audioRoute() const {
 
 platform::Dictionary VADIdentifierUtilities::canOpenURLs(
     const std::vector<std::string>& urls) const {
+  platform::assertMainThread();
   platform::Dictionary answers;
   for (const std::string& url : urls) answers.set(url, canOpen(url));
   return answers;
 }
 
 platform::Dictionary VADIdentifierUtilities::parameters() {
+  platform::assertMainThread();
   const std::string model = deviceModel();
   platform::Dictionary parameters;
   if (model == kTabletModel && isPhoneIdiom())

@@ -1,5 +1,7 @@
 #include "ads/request/VADNetworkChecker.h"
 
+#include "platform/base/MainThread.h"
+
 namespace valdren {
 namespace {
 
@@ -8,6 +10,7 @@ constexpr const char* kWatchedHost = "www.example.com";
 }  // namespace
 
 VADNetworkChecker& VADNetworkChecker::sharedChecker() {
+  platform::assertMainThread();
   static VADNetworkChecker& checker = []() -> VADNetworkChecker& {
     auto* const made = new VADNetworkChecker;  // never released
     made->setEnabled(true);
@@ -21,6 +24,7 @@ VADNetworkChecker::~VADNetworkChecker() {
 }
 
 void VADNetworkChecker::setEnabled(bool enabled) {
+  platform::assertMainThread();
   if (enabled == isEnabled()) return;
   if (enabled) {
     startNetworkChecking();

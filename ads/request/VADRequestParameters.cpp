@@ -3,6 +3,7 @@
 #include "ads/protocol/Parameters.h"
 #include "ads/request/VADNetworkChecker.h"
 #include "ads/telemetry/VADStatistics.h"
+#include "platform/base/MainThread.h"
 #include "platform/base/Text.h"
 #include "platform/device/AudioSession.h"
 
@@ -16,6 +17,7 @@ platform::Dictionary dictionaryOf(const platform::Rect& rect) {
 }  // namespace
 
 void VADRequestParameters::begin(VADRequestPrivate& request) {
+  platform::assertMainThread();
   auto& statistics = VADStatistics::sharedStatistics();
   if (!statistics.timingNamed(kVADParameterTimeSinceFirstRequest)) {
     statistics.startTimingNamed(kVADParameterTimeSinceFirstRequest);

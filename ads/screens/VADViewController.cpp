@@ -10,6 +10,7 @@
 #include "platform/application/Application.h"
 #include "platform/base/KeptUntilReturn.h"
 #include "platform/base/Log.h"
+#include "platform/base/MainThread.h"
 #include "platform/base/RunLoop.h"
 #include "platform/ui/Window.h"
 
@@ -115,6 +116,7 @@ VADOrientationCode VADViewController::orientationFromString(std::string_view tex
 }
 
 void VADViewController::presentFromViewController(platform::ViewController* host) {
+  platform::assertMainThread();
   if (!host) {
     platform::log("<Valdren> No UIViewController supplied to the ad.  Cannot continue.");
     return;
@@ -184,6 +186,7 @@ void VADViewController::giveDisplayBack() {
 }
 
 void VADViewController::relinquishScreen() {
+  platform::assertMainThread();
   if (!private_->retained) return;
   const platform::KeptUntilReturn kept(*this);
   letGo();

@@ -14,6 +14,7 @@
 #include "platform/base/Date.h"
 #include "platform/base/KeptUntilReturn.h"
 #include "platform/base/Log.h"
+#include "platform/base/MainThread.h"
 #include "platform/base/Text.h"
 #include "platform/storage/AtomicFile.h"
 #include "platform/storage/RegularFile.h"
@@ -59,11 +60,13 @@ std::shared_ptr<VADCachedFile> VADCachedFile::initWithDelegate(
 VADCachedFile::VADCachedFile(platform::WeakPtr<VADCachedFileDelegate> delegate,
                              const platform::URL& url)
     : delegate_(delegate), sourceURL_(url), httpDestinationURL_(url) {
+  platform::assertMainThread();
   trimCacheFolderOnce();
   if (const auto& path = filePath()) copyInUse_.emplace(*path);
 }
 
 VADCachedFile::~VADCachedFile() {
+  platform::assertMainThread();
   invalidateWeakReferences();
   delegate_ = nullptr;
   cleanUpConnection();
@@ -78,10 +81,12 @@ void VADCachedFile::validateWithCacheBuster() {
 }
 
 void VADCachedFile::cancel() {
+  platform::assertMainThread();
   cleanUpConnection();
 }
 
 void VADCachedFile::invalidate() {
+  platform::assertMainThread();
   cleanUpConnection();
   unwritten_.reset();
   const auto& path = filePath();
@@ -132,6 +137,7 @@ std::string VADCachedFile::description() const {
 }
 
 void VADCachedFile::beginFetchWithCacheBuster(bool cacheBuster) {
+  platform::assertMainThread();
   const platform::URL url =
       cacheBuster ? withCacheBuster(sourceURL_).value_or(sourceURL_) : sourceURL_;
   platform::URLRequest request{.url = url,

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "platform/base/MainThread.h"
 #include "platform/base/Text.h"
 
 namespace valdren {
@@ -64,10 +65,12 @@ void addField(std::string_view piece, Dictionary& fields) {
 }  // namespace
 
 const std::optional<std::string>& VADNetworkUtilities::userAgentString() {
+  platform::assertMainThread();
   return sharedUserAgent();
 }
 
 void VADNetworkUtilities::setUserAgentString(std::string_view userAgent) {
+  platform::assertMainThread();
   if (userAgent.empty() || sharedUserAgent() == userAgent) return;
   sharedUserAgent() = std::string(userAgent);
 }

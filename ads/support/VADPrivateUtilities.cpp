@@ -2,6 +2,8 @@
 
 #include <unordered_map>
 
+#include "platform/base/MainThread.h"
+
 namespace valdren {
 namespace {
 
@@ -24,11 +26,13 @@ void VADPrivateUtilities::setPrivateObject(std::shared_ptr<VADPrivateObject> obj
 }
 
 std::shared_ptr<VADPrivateObject> VADPrivateUtilities::find(const void* key) {
+  platform::assertMainThread();
   const auto found = table().find(key);
   return found == table().end() ? nullptr : found->second;
 }
 
 void VADPrivateUtilities::removePrivateObjectForKey(const void* key) {
+  platform::assertMainThread();
   const auto found = table().find(key);
   if (found == table().end()) return;
   const std::shared_ptr<VADPrivateObject> goesAfterTheEntry = std::move(found->second);

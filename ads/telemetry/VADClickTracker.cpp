@@ -3,6 +3,7 @@
 #include "ads/support/VADErrorCode.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/base/KeptUntilReturn.h"
+#include "platform/base/MainThread.h"
 
 namespace valdren {
 namespace {
@@ -13,6 +14,7 @@ unsigned trackingCount = 0;
 }  // namespace
 
 VADClickTracker::~VADClickTracker() {
+  platform::assertMainThread();
   invalidateWeakReferences();
   reset();
 }
@@ -22,6 +24,7 @@ bool VADClickTracker::activeTrackings() {
 }
 
 void VADClickTracker::trackURL(const std::optional<platform::URL>& url) {
+  platform::assertMainThread();
   if (!url) return;
   const platform::KeptUntilReturn kept(*this);
   const platform::URL copy = *url;  // may be a part of what the reset lets go of
@@ -33,6 +36,7 @@ void VADClickTracker::trackURL(const std::optional<platform::URL>& url) {
 }
 
 void VADClickTracker::reset() {
+  platform::assertMainThread();
   const platform::KeptUntilReturn kept(*this);
   hasTracked_ = false;
   if (const auto file = std::exchange(tracker_, nullptr)) {

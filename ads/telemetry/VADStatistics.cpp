@@ -9,6 +9,7 @@
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
 #include "platform/application/Application.h"
+#include "platform/base/MainThread.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/Text.h"
 
@@ -38,6 +39,7 @@ std::uint32_t truncated(double value) {
 }  // namespace
 
 VADStatistics& VADStatistics::sharedStatistics() {
+  platform::assertMainThread();
   // Not destroyed when the process ends: what it saves itself with may be gone by then.
   if (!theSharedStatistics) theSharedStatistics = new VADStatistics;
   return *theSharedStatistics;
@@ -188,6 +190,7 @@ void VADStatistics::synchronize() {
 }
 
 platform::Dictionary VADStatistics::parameters() {
+  platform::assertMainThread();
   platform::Dictionary parameters{{kVADParameterSessionID, sessionId_}};
   const auto click = timingNamed(kVADParameterPriorClickLatency);
   if (!click) removeTimingNamed(kVADParameterPriorPreClickLatency);

@@ -1,12 +1,14 @@
 #include "ads/telemetry/VADTimingManager.h"
 
 #include "platform/application/Application.h"
+#include "platform/base/MainThread.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/storage/UserDefaults.h"
 
 namespace valdren {
 
 VADTimingManager::VADTimingManager(std::string identifier) : identifier_(std::move(identifier)) {
+  platform::assertMainThread();
   loadPersistentTimings();
   platform::NotificationCenter::defaultCenter().addObserver(
       *this, platform::kApplicationWillTerminate,
@@ -45,6 +47,7 @@ void VADTimingManager::loadPersistentTimings() {
 }
 
 void VADTimingManager::savePersistentTimings() {
+  platform::assertMainThread();
   platform::Dictionary representations;
   for (const auto& [category, timing] : timings_) {
     representations.set(category, timing->dictionaryRepresentation());
@@ -60,6 +63,7 @@ std::shared_ptr<VADTiming> VADTimingManager::addTimingWithCategory(const std::st
 }
 
 void VADTimingManager::addTiming(std::shared_ptr<VADTiming> timing) {
+  platform::assertMainThread();
   if (!timing) return;
   const std::string category = timing->category();
   timings_[category] = std::move(timing);

@@ -11,6 +11,7 @@
 #include "platform/application/Application.h"
 #include "platform/application/MailComposer.h"
 #include "platform/base/KeptUntilReturn.h"
+#include "platform/base/MainThread.h"
 #include "platform/base/RunLoop.h"
 
 namespace valdren {
@@ -64,6 +65,7 @@ int orientationFor(const std::optional<std::string>& o) {
 }  // namespace
 
 void VADOpener::openNotification(const VADNotification& notification) {
+  platform::assertMainThread();
   const std::optional<std::string> action = notification.parameter(kVADMessageKeyAction);
   const std::optional<std::string> address = notification.parameter(kVADMessageKeyURL);
   const std::optional<std::string> html = notification.parameter(kVADMessageKeyHTML);
@@ -116,6 +118,7 @@ VADScreenOptions VADOpener::optionsFor(int supportedOrientations) const {
 }
 
 void VADOpener::present(VADScreen& screen) {
+  platform::assertMainThread();
   // Presenting tells the publisher, who may throw the ad away, and this opener with it.
   const platform::WeakPtr<VADAdController> adController = adController_;
   screen.presentFromViewController(viewController());
