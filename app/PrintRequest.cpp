@@ -23,8 +23,8 @@ using platform::ApplicationDescription;
 using valdren::VADObjectPrivate;
 
 /// How long the network and the sound server may take to answer without a window, in seconds.
-constexpr double kNetworkPatience = 1;
-constexpr double kSoundPatience = 0.3;
+constexpr platform::Seconds kNetworkPatience{1};
+constexpr platform::Seconds kSoundPatience{0.3};
 
 /// Gives the exit status.
 int print(const platform::Dictionary& parameters) {

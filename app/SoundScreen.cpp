@@ -18,7 +18,7 @@ constexpr double kBannerHeight = 50;
 constexpr const char* kSilence = "silence";
 
 /// How often a button asks whether its clip still plays, in seconds.
-constexpr double kFollowInterval = 0.1;
+constexpr platform::Seconds kFollowInterval{0.1};
 
 }  // namespace
 

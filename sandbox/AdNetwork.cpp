@@ -129,9 +129,9 @@ bool AdNetwork::setAd(std::string_view name) {
   return found || name.empty();
 }
 
-void AdNetwork::setRefreshSeconds(double seconds) {
+void AdNetwork::setRefreshRate(platform::Seconds rate) {
   const std::lock_guard lock(mutex_);
-  refreshSeconds_ = seconds;
+  refreshSeconds_ = rate.count();
 }
 
 std::string AdNetwork::log(std::uint64_t since) const {

@@ -8,10 +8,13 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/Seconds.h"
 #include "sandbox/Ads.h"
 #include "sandbox/Http.h"
 #include "sandbox/RequestLog.h"
 #include "sandbox/Scenarios.h"
+
+namespace platform = valdren::platform;
 
 namespace sandbox {
 
@@ -28,7 +31,7 @@ class AdNetwork {
 
   bool setScenario(std::string_view name);
   bool setAd(std::string_view name);
-  void setRefreshSeconds(double seconds);
+  void setRefreshRate(platform::Seconds rate);
   std::string log(std::uint64_t since) const;
 
  private:

@@ -8,8 +8,8 @@ namespace platform = valdren::platform;
 namespace sandbox {
 namespace {
 
-constexpr double kLongestHang = 120;
-constexpr double kDribblePause = 0.3;
+constexpr platform::Seconds kLongestHang{120};
+constexpr platform::Seconds kDribblePause{0.3};
 constexpr std::size_t kDribblePieces = 20;
 constexpr std::size_t kEndlessPiece = 64 * 1024;
 /// An endless body is cut after this size.
@@ -34,9 +34,9 @@ void Delivery::start() {
   if (answer_.ending == Ending::Hang) {
     soup_server_message_pause(message_.get());
     after(kLongestHang, &Delivery::cut);
-  } else if (answer_.delaySeconds > 0) {
+  } else if (answer_.delay.count() > 0) {
     soup_server_message_pause(message_.get());
-    after(answer_.delaySeconds, &Delivery::send);
+    after(answer_.delay, &Delivery::send);
   } else {
     send();
   }
@@ -57,7 +57,7 @@ void Delivery::send() {
     soup_message_headers_replace(headers, "Content-Type", answer_.contentType.c_str());
   }
   answer_.ending == Ending::Whole ? sendWhole() : sendPart();
-  if (answer_.delaySeconds > 0) soup_server_message_unpause(message_.get());
+  if (answer_.delay.count() > 0) soup_server_message_unpause(message_.get());
 }
 
 void Delivery::sendWhole() {
@@ -99,7 +99,8 @@ void Delivery::onWroteChunk(SoupServerMessage*, gpointer data) {
       if (self->sent_ < self->answer_.body.size()) self->after(kDribblePause, &Delivery::sendPiece);
       break;
     case Ending::Endless:
-      self->after(0, self->sent_ < kEndlessBytes ? &Delivery::sendPiece : &Delivery::cut);
+      self->after(platform::Seconds(0),
+                  self->sent_ < kEndlessBytes ? &Delivery::sendPiece : &Delivery::cut);
       break;
     default: self->after(kDribblePause, &Delivery::cut);
   }
@@ -113,9 +114,9 @@ void Delivery::cut() {
   soup_server_message_unpause(message_.get());
 }
 
-void Delivery::after(double seconds, Step step) {
+void Delivery::after(platform::Seconds delay, Step step) {
   next_ = step;
-  timer_.reset(g_timeout_source_new(static_cast<guint>(seconds * 1000)));
+  timer_.reset(g_timeout_source_new(static_cast<guint>(delay.count() * 1000)));
   g_source_set_callback(timer_.get(), onTimer, this, nullptr);
   g_source_attach(timer_.get(), g_main_context_get_thread_default());
 }

@@ -32,7 +32,7 @@ class Delivery {
   void sendPart();
   void sendPiece();
   void cut();
-  void after(double seconds, Step step);
+  void after(platform::Seconds delay, Step step);
   static gboolean onTimer(gpointer self);
   static void onWroteChunk(SoupServerMessage* message, gpointer self);
 

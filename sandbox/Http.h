@@ -8,6 +8,10 @@
 #include <utility>
 #include <vector>
 
+#include "platform/base/Seconds.h"
+
+namespace platform = valdren::platform;
+
 namespace sandbox {
 
 using Fields = std::vector<std::pair<std::string, std::string>>;
@@ -48,8 +52,8 @@ struct Answer {
   std::string body = {};
   Fields headers = {};
   Ending ending = Ending::Whole;
-  /// The delay before the first byte, in seconds.
-  double delaySeconds = 0;
+  /// The delay before the first byte.
+  platform::Seconds delay{0};
 };
 
 using Handler = std::function<Answer(const Request&)>;

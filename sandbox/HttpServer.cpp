@@ -147,10 +147,9 @@ HttpServer::~HttpServer() {
   if (context_) g_main_context_unref(context_);
 }
 
-std::uint16_t HttpServer::securePort(double seconds) const {
+std::uint16_t HttpServer::securePort(platform::Seconds longest) const {
   std::unique_lock lock(mutex_);
-  changed_.wait_for(lock, std::chrono::duration<double>(seconds),
-                    [this] { return securePort_.has_value(); });
+  changed_.wait_for(lock, longest, [this] { return securePort_.has_value(); });
   return securePort_.value_or(0);
 }
 

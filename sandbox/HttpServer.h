@@ -10,10 +10,13 @@
 #include <string>
 #include <thread>
 
+#include "platform/base/Seconds.h"
 #include "sandbox/Http.h"
 
 typedef struct _GMainContext GMainContext;
 typedef struct _GMainLoop GMainLoop;
+
+namespace platform = valdren::platform;
 
 namespace sandbox {
 
@@ -34,8 +37,8 @@ class HttpServer {
 
   std::uint16_t port() const { return port_; }
   /// The TLS port, which has a self-signed certificate and opens after the start; 0 when there is
-  /// none. Waits at most `seconds` for it.
-  std::uint16_t securePort(double seconds) const;
+  /// none. Waits at most `longest` for it.
+  std::uint16_t securePort(platform::Seconds longest) const;
 
  private:
   HttpServer() = default;

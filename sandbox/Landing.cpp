@@ -5,10 +5,12 @@
 
 #include "sandbox/Pages.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 namespace {
 
-constexpr double kSlowSeconds = 8;
+constexpr platform::Seconds kSlowSeconds{8};
 
 struct Place {
   std::string_view name;
@@ -29,9 +31,9 @@ Answer redirect(std::string to) {
   return {.status = 302, .contentType = "", .headers = {{"Location", std::move(to)}}};
 }
 
-Answer with(Answer answer, Ending ending, double delaySeconds = 0) {
+Answer with(Answer answer, Ending ending, platform::Seconds delay = platform::Seconds(0)) {
   answer.ending = ending;
-  answer.delaySeconds = delaySeconds;
+  answer.delay = delay;
   return answer;
 }
 

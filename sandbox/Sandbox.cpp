@@ -9,7 +9,7 @@ namespace platform = valdren::platform;
 namespace sandbox {
 namespace {
 
-constexpr double kPatience = 5;  // seconds
+constexpr platform::Seconds kPatience{5};
 
 std::string urlOf(const char* scheme, std::uint16_t port) {
   return std::string(scheme) + "://127.0.0.1:" + std::to_string(port);
@@ -55,8 +55,8 @@ bool Sandbox::setAd(std::string_view name) {
   return network_->setAd(name);
 }
 
-void Sandbox::setRefreshSeconds(double seconds) {
-  network_->setRefreshSeconds(seconds);
+void Sandbox::setRefreshRate(platform::Seconds rate) {
+  network_->setRefreshRate(rate);
 }
 
 std::string Sandbox::log(std::uint64_t since) const {

@@ -7,6 +7,10 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/Seconds.h"
+
+namespace platform = valdren::platform;
+
 namespace sandbox {
 
 class HttpServer;
@@ -37,7 +41,7 @@ class Sandbox {
   /// The ad to serve; when empty, all of them in turn. False when there is no such ad.
   bool setAd(std::string_view name);
   /// The value of "X-Urvo-Refresh-Rate"; at 0 or below the header is left out.
-  void setRefreshSeconds(double seconds);
+  void setRefreshRate(platform::Seconds rate);
 
   /// The answer to /log.json?since=: the requests after number `since`, oldest first.
   std::string log(std::uint64_t since = 0) const;

@@ -4,6 +4,8 @@
 
 #include "ads/protocol/Headers.h"
 
+namespace platform = valdren::platform;
+
 namespace sandbox {
 namespace {
 
@@ -18,9 +20,9 @@ Answer status(int code) {
   return {.status = code, .contentType = kText, .body = "The sandbox was set to this answer.\n"};
 }
 
-Answer with(Answer answer, Ending ending, double delaySeconds = 0) {
+Answer with(Answer answer, Ending ending, platform::Seconds delay = platform::Seconds(0)) {
   answer.ending = ending;
-  answer.delaySeconds = delaySeconds;
+  answer.delay = delay;
   return answer;
 }
 
@@ -99,7 +101,7 @@ const Scenario kScenarios[] = {
      "Error 3; the next request comes after 2 seconds.", Stage::AdServer,
      [](const Plan&) { return with(status(500), kVADHeaderRefreshRate, "2"); }},
     {"slow", "An ad after 3 seconds.", "The ad is shown, late.", Stage::AdServer,
-     [](const Plan& plan) { return with(plan.fill(), Ending::Whole, 3); }},
+     [](const Plan& plan) { return with(plan.fill(), Ending::Whole, platform::Seconds(3)); }},
     {"dribble", "An ad in twenty pieces, 6 seconds in all.", "The ad is shown, late.",
      Stage::AdServer, [](const Plan& plan) { return with(plan.fill(), Ending::Dribble); }},
     {"hang", "No answer for two minutes, then a cut.", "Error 2 once the client's patience ends.",

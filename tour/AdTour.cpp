@@ -27,9 +27,9 @@ using valdren::VADWebAppViewControllerPrivate;
 using valdren::VADWebView;
 
 /// An ad or a page of the web engine, which may have to start a process first.
-constexpr double kPagePatience = 30;
+constexpr platform::Seconds kPagePatience{30};
 /// A screen that goes away.
-constexpr double kLeavingPatience = 10;
+constexpr platform::Seconds kLeavingPatience{10};
 /// The side of the web app screen's close button, in points.
 constexpr double kCorner = 32;
 
@@ -244,7 +244,7 @@ class AdSteps {
           const platform::Window* const window = platform::Window::keyWindow();
           *wasLandscape = window && platform::isLandscape(window->orientation());
           // No other ad shall come between this one and the tap.
-          if (network) network->setRefreshSeconds(0);
+          if (network) network->setRefreshRate(platform::Seconds(0));
           askForAd(unit);
         },
         [brand, told = std::move(told), network = network_] {

@@ -11,9 +11,9 @@ namespace {
 using quorbel_tests::frameOf;
 
 /// A clip that is not heard within this many seconds will not be heard.
-constexpr double kPressPatience = 2;
+constexpr platform::Seconds kPressPatience{2};
 /// An ad takes two pages of the web engine, whose first process may be slow to start.
-constexpr double kAdPatience = 30;
+constexpr platform::Seconds kAdPatience{30};
 
 bool overlap(const platform::Rect& first, const platform::Rect& second) {
   return first.x < second.x + second.width && second.x < first.x + first.width &&

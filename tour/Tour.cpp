@@ -13,9 +13,9 @@ namespace platform = valdren::platform;
 namespace quorbel {
 namespace {
 
-constexpr double kLookInterval = 0.02;  // seconds between two looks
-constexpr double kPicturePatience = 2;  // seconds more until no picture can be taken
-constexpr double kSettling = 0.15;      // seconds until what was done is also drawn
+constexpr platform::Seconds kLookInterval{0.02};  // seconds between two looks
+constexpr platform::Seconds kPicturePatience{2};  // seconds more until no picture can be taken
+constexpr platform::Seconds kSettling{0.15};      // seconds until what was done is also drawn
 
 }  // namespace
 
@@ -42,7 +42,7 @@ void Tour::beginStep() {
     finished_(failed_);
     return;
   }
-  stepBegan_ = platform::Clock::shared().monotonicSeconds();
+  stepBegan_ = platform::Clock::shared().monotonicTime();
   if (steps_[current_].act) steps_[current_].act();
   watchStep();
 }
@@ -50,7 +50,7 @@ void Tour::beginStep() {
 void Tour::watchStep() {
   platform::RunLoop::shared().performAfterDelay(*this, kLookInterval, [this] {
     const std::string problem = steps_[current_].problem();
-    const double waited = platform::Clock::shared().monotonicSeconds() - stepBegan_;
+    const platform::Seconds waited = platform::Clock::shared().monotonicTime() - stepBegan_;
     if (!problem.empty() && waited < steps_[current_].patience) {
       watchStep();
       return;
@@ -64,7 +64,7 @@ void Tour::endStep(const std::string& problem) {
   const std::string picture = pictureName();
   platform::Window* const window = platform::Window::keyWindow();
   const bool taken = window && quorbel_tests::savePicture(*window, folder_ + "/" + picture);
-  const double waited = platform::Clock::shared().monotonicSeconds() - stepBegan_;
+  const platform::Seconds waited = platform::Clock::shared().monotonicTime() - stepBegan_;
   if (!taken && waited < steps_[current_].patience + kPicturePatience) {
     // A window that is about to lay itself out anew has nothing to show until it has.
     platform::RunLoop::shared().performAfterDelay(*this, kLookInterval,

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/Seconds.h"
 #include "platform/base/WeakPtr.h"
 #include "platform/ui/Window.h"
 
@@ -24,8 +25,8 @@ struct TourStep {
   /// Asked until it gives an empty text; what it gives last, when time runs out, is why the step
   /// failed.
   std::function<std::string()> problem;
-  /// Seconds until then.
-  double patience = 10;
+  /// The time until then.
+  platform::Seconds patience{10};
   /// What else there is to say of a step that did not fail.
   std::function<std::string()> remark = nullptr;
 };
@@ -51,7 +52,7 @@ class Tour : public platform::Trackable {
   std::vector<TourStep> steps_;
   std::function<void(int)> finished_;
   std::size_t current_ = 0;
-  double stepBegan_ = 0;
+  platform::Seconds stepBegan_{0};
   int failed_ = 0;
   std::string report_;
 };

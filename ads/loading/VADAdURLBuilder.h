@@ -8,6 +8,7 @@
 
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/RunLoop.h"
+#include "platform/base/Seconds.h"
 #include "platform/base/Value.h"
 #include "platform/base/WeakPtr.h"
 #include "platform/web/WebView.h"
@@ -20,7 +21,7 @@ class VADWebViewDelegate;
 class VADAdURLBuilder : public platform::Trackable {
  public:
   /// So long may the script take to answer, the start of a web process included, in seconds.
-  static constexpr double kBuildSeconds = 30;
+  static constexpr platform::Seconds kBuildSeconds{30};
 
   using Answer = std::function<void(const platform::Dictionary& userInfo)>;
 

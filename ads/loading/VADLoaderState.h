@@ -6,6 +6,7 @@
 
 #include "ads/web/VADAdController.h"
 #include "platform/base/RunLoop.h"
+#include "platform/base/Seconds.h"
 
 namespace valdren {
 
@@ -14,7 +15,7 @@ namespace valdren {
 class VADLoaderState {
  public:
   /// So long may the page of an ad take until all of it is there, in seconds.
-  static constexpr double kShowSeconds = 30;
+  static constexpr platform::Seconds kShowSeconds{30};
 
   /// `notShown` is called when an ad has not shown in time.
   explicit VADLoaderState(std::function<void()> notShown) : notShown_(std::move(notShown)) {}

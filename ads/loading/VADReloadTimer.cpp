@@ -60,8 +60,8 @@ void VADReloadTimer::keepRefreshing() {
 
 void VADReloadTimer::start(double seconds) {
   // A copy: this timer may be destroyed by what the refresh sets off.
-  reloadTimer_ =
-      platform::RunLoop::shared().scheduleTimer(seconds, [reload = reload_] { reload(); });
+  reloadTimer_ = platform::RunLoop::shared().scheduleTimer(platform::Seconds(seconds),
+                                                           [reload = reload_] { reload(); });
 }
 
 }  // namespace valdren

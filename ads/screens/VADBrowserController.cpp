@@ -120,7 +120,8 @@ void VADBrowserController::openInSafari() {
 void VADBrowserController::appDidEnterForeground() {
   const auto& delegate = vars().webViewDelegate;
   if (delegate && delegate->hasLoadedAtLeastOnce()) return;
-  platform::RunLoop::shared().performAfterDelay(*this, 0, [this] { relinquishScreen(); });
+  platform::RunLoop::shared().performAfterDelay(*this, platform::kNextTurn,
+                                                [this] { relinquishScreen(); });
 }
 
 void VADBrowserController::viewWillAppear(bool animated) {

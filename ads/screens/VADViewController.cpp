@@ -18,7 +18,7 @@ namespace valdren {
 namespace {
 
 /// When the appearance is reported after presenting over a screen in a window without a root.
-constexpr double kAppearanceSeconds = 0.6;
+constexpr platform::Seconds kAppearanceSeconds{0.6};
 /// A chain of pages that open each other must end somewhere.
 constexpr int kMostNestedScreens = 16;
 

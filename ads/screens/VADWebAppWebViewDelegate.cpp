@@ -12,7 +12,7 @@
 namespace valdren {
 namespace {
 
-constexpr double kReleaseSeconds = 2;
+constexpr platform::Seconds kReleaseSeconds{2};
 
 }  // namespace
 

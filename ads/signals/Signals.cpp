@@ -47,7 +47,7 @@ int milliseconds(double seconds) {
 }
 
 double now() {
-  return platform::Clock::shared().monotonicSeconds();
+  return platform::Clock::shared().monotonicTime().count();
 }
 
 int viewed(const View& view) {

@@ -47,7 +47,8 @@ void VADClickTrackers::trackerDidFailWithError(VADClickTracker&,
 }
 
 void VADClickTrackers::cleanupTrackersOnNextTurn() {
-  platform::RunLoop::shared().performAfterDelay(*this, 0, [this] { cleanupTrackers(); });
+  platform::RunLoop::shared().performAfterDelay(*this, platform::kNextTurn,
+                                                [this] { cleanupTrackers(); });
 }
 
 void VADClickTrackers::cleanupTrackers() {

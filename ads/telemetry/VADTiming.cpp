@@ -28,7 +28,7 @@ std::uint32_t wholeMilliseconds(double seconds) {
 }  // namespace
 
 double VADTiming::counter() {
-  return platform::Clock::shared().monotonicSeconds();
+  return platform::Clock::shared().monotonicTime().count();
 }
 
 std::shared_ptr<VADTiming> VADTiming::initWithDictionaryRepresentation(

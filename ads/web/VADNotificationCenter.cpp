@@ -20,7 +20,7 @@ void VADNotificationCenter::postNotificationFromURL(const platform::URL& url, co
 void VADNotificationCenter::postNotificationFromURL(const platform::URL& url, VADSender object,
                                                     double withDelay) {
   platform::RunLoop::shared().performAfterDelay(
-      *this, withDelay,
+      *this, platform::Seconds(withDelay),
       [this, url, object = std::move(object)] { postNotificationFromURL(url, object.get()); });
 }
 

@@ -17,7 +17,7 @@
 namespace valdren {
 namespace {
 
-constexpr double kRetrySeconds = 0.3;
+constexpr platform::Seconds kRetrySeconds{0.3};
 constexpr int kMostRetries = 3;
 constexpr std::string_view kMailto = "mailto:";
 
@@ -43,7 +43,7 @@ void leaveFor(const platform::URL& url, const std::shared_ptr<VADAdEvents>& dele
   repeatCount = 0;
   if (delegateManager) delegateManager->willLeaveApplication();
   platform::RunLoop::shared().performAfterDelay(
-      0, [url] { platform::Application::shared().openURL(url); });
+      platform::kNextTurn, [url] { platform::Application::shared().openURL(url); });
 }
 
 std::vector<std::string> splitAtCommas(const std::string& text) {

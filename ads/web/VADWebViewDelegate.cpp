@@ -173,16 +173,18 @@ void VADWebViewDelegate::askOpener(const platform::Dictionary& parameters,
                                    platform::WebView& webView) {
   const std::optional<std::string> origin = originOfPage(webView);
   if (!openingWebView() || !origin || !mayDefer()) return;
-  platform::RunLoop::shared().performAfterDelay(*this, 0, [this, parameters, origin] {
-    // The opener may show another page by now.
-    if (!openingWebView() || originOfPage(*openingWebView()) != origin) return;
-    evaluateJavaScriptInOpener(parameters);
-  });
+  platform::RunLoop::shared().performAfterDelay(
+      *this, platform::kNextTurn, [this, parameters, origin] {
+        // The opener may show another page by now.
+        if (!openingWebView() || originOfPage(*openingWebView()) != origin) return;
+        evaluateJavaScriptInOpener(parameters);
+      });
 }
 
 bool VADWebViewDelegate::mayDefer() {
   if (deferredMessages_ == 0) {
-    platform::RunLoop::shared().performAfterDelay(*this, 0, [this] { deferredMessages_ = 0; });
+    platform::RunLoop::shared().performAfterDelay(*this, platform::kNextTurn,
+                                                  [this] { deferredMessages_ = 0; });
   }
   if (deferredMessages_ >= kMostDeferredMessages) {
     platform::logDebug("A page sends messages faster than they can be passed on; one is dropped.");

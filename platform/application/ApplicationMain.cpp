@@ -124,7 +124,8 @@ class Runner : public Trackable {
       return;
     }
     watchMemory();
-    if (description_.started) RunLoop::shared().performAfterDelay(*this, 0, description_.started);
+    if (description_.started)
+      RunLoop::shared().performAfterDelay(*this, kNextTurn, description_.started);
   }
 
   /// From now on a new start becomes an instance of its own and does not wait for this one.

@@ -68,7 +68,7 @@ void followApplication() {
   static bool followed = false;
   if (followed) return;
   followed = true;
-  RunLoop::shared().performAfterDelay(0, [] {
+  RunLoop::shared().performAfterDelay(kNextTurn, [] {
     NotificationCenter::defaultCenter().postNotificationName(kApplicationDidFinishLaunching,
                                                              &Application::shared());
   });

@@ -13,8 +13,8 @@ namespace {
 
 // The time that background tasks are granted: while the application is in the background, and at
 // its end.
-constexpr double kSecondsOutOfSight = 180;
-constexpr double kSecondsAtTheEnd = 10;
+constexpr Seconds kSecondsOutOfSight{180};
+constexpr Seconds kSecondsAtTheEnd{10};
 
 void post(const char* name) {
   NotificationCenter::defaultCenter().postNotificationName(name, &Application::shared());
@@ -101,7 +101,7 @@ void LinuxApplication::endBackgroundTask(BackgroundTaskID task) {
   const std::function<void()> keptUntilReturn = std::move(found->second);
   tasks_.erase(found);
   if (tasks_.empty() && idle_)
-    RunLoop::shared().performAfterDelay(*this, 0, [this] {
+    RunLoop::shared().performAfterDelay(*this, kNextTurn, [this] {
       if (tasks_.empty() && idle_) idle_();
     });
 }
@@ -111,8 +111,8 @@ void LinuxApplication::beginToEnd() {
   expireTasksAfter(kSecondsAtTheEnd);
 }
 
-void LinuxApplication::expireTasksAfter(double seconds) {
-  grant_ = RunLoop::shared().scheduleTimer(seconds, [this] { expireTasks(); });
+void LinuxApplication::expireTasksAfter(Seconds delay) {
+  grant_ = RunLoop::shared().scheduleTimer(delay, [this] { expireTasks(); });
 }
 
 void LinuxApplication::expireTasks() {

@@ -44,7 +44,7 @@ class LinuxApplication final : public Application, public Trackable {
 
  private:
   LinuxApplication();
-  void expireTasksAfter(double seconds);
+  void expireTasksAfter(Seconds delay);
   void expireTasks();
 
   ApplicationState state_ = ApplicationState::Active;

@@ -102,7 +102,7 @@ class DesktopMailService final : public MailService {
   void compose(const MailMessage& message, Finished finished) override {
     const LaunchPermit::Touch touch = LaunchPermit::shared().use("a mail to be written");
     if (!touch) {
-      RunLoop::shared().performAfterDelay(0, [finished] { finished(MailResult::Failed); });
+      RunLoop::shared().performAfterDelay(kNextTurn, [finished] { finished(MailResult::Failed); });
       return;
     }
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, busFound, new Call{message, std::move(finished), touch});

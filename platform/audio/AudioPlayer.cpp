@@ -10,11 +10,11 @@ namespace valdren::platform {
 namespace {
 
 /// How often a player with a delegate checks whether its clip has ended, in seconds.
-constexpr double kWatchInterval = 0.1;
+constexpr Seconds kWatchInterval{0.1};
 
 /// The time between two checks for sound, in seconds, and the number of checks per attempt to
 /// connect. A press connects too, so its sound and the change on screen stay close together.
-constexpr double kLookInterval = 0.25;
+constexpr Seconds kLookInterval{0.25};
 constexpr int kLooksToATry = 8;
 
 void lookForSound(const Trackable& target, std::function<void()> back, int look) {

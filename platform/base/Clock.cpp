@@ -14,7 +14,7 @@ double read(clockid_t clock) {
 class SystemClock final : public Clock {
  public:
   Date now() const override { return Date(read(CLOCK_REALTIME)); }
-  double monotonicSeconds() const override { return read(CLOCK_MONOTONIC); }
+  Seconds monotonicTime() const override { return Seconds(read(CLOCK_MONOTONIC)); }
 };
 
 }  // namespace

@@ -14,8 +14,8 @@ class Clock : public Shared<Clock> {
   /// The time of day. May jump when the person or the network sets the clock.
   virtual Date now() const = 0;
 
-  /// Seconds on a clock that never goes back, counted from the machine's start; greater than 0.
-  virtual double monotonicSeconds() const = 0;
+  /// The time on a clock that never goes back, counted from the machine's start; greater than 0.
+  virtual Seconds monotonicTime() const = 0;
 };
 
 }  // namespace valdren::platform

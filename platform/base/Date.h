@@ -3,6 +3,8 @@
 
 #include <compare>
 
+#include "platform/base/Seconds.h"
+
 namespace valdren::platform {
 
 /// Seconds between 1 January 1970 and 1 January 2001, both UTC.
@@ -19,7 +21,7 @@ class Date {
 
   constexpr double secondsSince1970() const { return seconds_; }
   constexpr double secondsSince2001() const { return seconds_ - kSecondsFrom1970To2001; }
-  constexpr Date after(double seconds) const { return Date(seconds_ + seconds); }
+  constexpr Date after(Seconds span) const { return Date(seconds_ + span.count()); }
 
   auto operator<=>(const Date&) const = default;
 

@@ -14,10 +14,10 @@ namespace valdren::platform {
 namespace {
 
 /// About three years. Longer waits would overflow the main context's counter.
-constexpr double kLongestWait = 1e8;
+constexpr Seconds kLongestWait{1e8};
 
-double boundedDelay(double seconds) {
-  return seconds > 0 ? std::min(seconds, kLongestWait) : 0;  // NaN is not above 0
+Seconds boundedDelay(Seconds delay) {
+  return delay > kNextTurn ? std::min(delay, kLongestWait) : kNextTurn;  // NaN is not above 0
 }
 
 class GLibRunLoop final : public RunLoop {
@@ -41,14 +41,14 @@ class GLibRunLoop final : public RunLoop {
   }
 
  protected:
-  SourceID addSource(double seconds, Task task) override {
+  SourceID addSource(Seconds delay, Task task) override {
     auto* call = new Call{this, std::move(task), 0};
     const guint source = g_timeout_add_full(G_PRIORITY_DEFAULT, 0, runCall, call,
                                             [](gpointer data) { delete static_cast<Call*>(data); });
     call->source = source;
     g_source_set_ready_time(
         g_main_context_find_source_by_id(nullptr, source),
-        seconds > 0 ? g_get_monotonic_time() + static_cast<gint64>(seconds * 1e6) : 0);
+        delay > kNextTurn ? g_get_monotonic_time() + static_cast<gint64>(delay.count() * 1e6) : 0);
     return source;
   }
 
@@ -104,8 +104,8 @@ class RunLoop::SourceTimer final : public Timer {
   }
   bool isValid() const override { return *source_ != 0; }
 
-  void schedule(double seconds, Task task) {
-    *source_ = loop_.addSource(seconds, [source = source_, task = std::move(task)] {
+  void schedule(Seconds delay, Task task) {
+    *source_ = loop_.addSource(delay, [source = source_, task = std::move(task)] {
       *source = 0;
       task();
     });
@@ -121,16 +121,16 @@ RunLoop& RunLoop::standard() {
   return loop;
 }
 
-void RunLoop::performAfterDelay(double seconds, Task task) {
-  addSource(boundedDelay(seconds), std::move(task));
+void RunLoop::performAfterDelay(Seconds delay, Task task) {
+  addSource(boundedDelay(delay), std::move(task));
 }
 
-void RunLoop::performAfterDelay(const Trackable& target, double seconds, Task task) {
+void RunLoop::performAfterDelay(const Trackable& target, Seconds delay, Task task) {
   assertMainThread();
   if (!pending_) pending_ = std::make_shared<Pending>();
   auto source = std::make_shared<SourceID>(0);
   std::weak_ptr<const void> lifetime = target.lifetime();
-  *source = addSource(boundedDelay(seconds),
+  *source = addSource(boundedDelay(delay),
                       [pending = pending_, lifetime, source, task = std::move(task)] {
                         pending->forget(lifetime, *source);
                         if (!lifetime.expired()) task();
@@ -146,18 +146,18 @@ void RunLoop::cancelPerformRequests(const Trackable& target) {
   pending_->calls.erase(first, last);
 }
 
-std::unique_ptr<Timer> RunLoop::scheduleTimer(double seconds, Task task) {
+std::unique_ptr<Timer> RunLoop::scheduleTimer(Seconds delay, Task task) {
   auto timer = std::make_unique<SourceTimer>(*this);
-  timer->schedule(boundedDelay(seconds), std::move(task));
+  timer->schedule(boundedDelay(delay), std::move(task));
   return timer;
 }
 
-bool RunLoop::turnUntil(const std::function<bool()>& done, double seconds) {
+bool RunLoop::turnUntil(const std::function<bool()>& done, Seconds longest) {
   assertMainThread();
-  constexpr double kAskAgainAfter = 0.01;  // some conditions change without an event
-  const double end = Clock::shared().monotonicSeconds() + seconds;
+  constexpr Seconds kAskAgainAfter{0.01};  // some conditions change without an event
+  const Seconds end = Clock::shared().monotonicTime() + longest;
   while (!done()) {
-    if (Clock::shared().monotonicSeconds() >= end) return false;
+    if (Clock::shared().monotonicTime() >= end) return false;
     const std::unique_ptr<Timer> turn = standard().scheduleTimer(kAskAgainAfter, [] {});
     g_main_context_iteration(nullptr, TRUE);
   }
@@ -165,7 +165,7 @@ bool RunLoop::turnUntil(const std::function<bool()>& done, double seconds) {
 }
 
 void RunLoop::autorelease(std::shared_ptr<void> object) {
-  if (object) addSource(0, [object = std::move(object)] {});
+  if (object) addSource(kNextTurn, [object = std::move(object)] {});
 }
 
 }  // namespace valdren::platform

@@ -6,10 +6,14 @@
 #include <functional>
 #include <memory>
 
+#include "platform/base/Seconds.h"
 #include "platform/base/Shared.h"
 #include "platform/base/WeakPtr.h"
 
 namespace valdren::platform {
+
+/// The delay of a call on the next turn of the run loop.
+inline constexpr Seconds kNextTurn{0};
 
 /// A pending one-shot call. Destroying it cancels the call.
 class Timer {
@@ -26,23 +30,23 @@ class RunLoop : public Shared<RunLoop> {
   static RunLoop& standard();
   virtual ~RunLoop() = default;
 
-  /// Runs `task` once after `seconds` unless `target` is gone by then. 0 runs it on the next turn,
-  /// after the present call has returned; below 0 and NaN count as 0. Calls with equal delays run
-  /// in the order in which they were asked for.
-  void performAfterDelay(const Trackable& target, double seconds, Task task);
+  /// Runs `task` once after `delay` unless `target` is gone by then. `kNextTurn` runs it on the
+  /// next turn, after the present call has returned; below 0 and NaN count as 0. Calls with equal
+  /// delays run in the order in which they were asked for.
+  void performAfterDelay(const Trackable& target, Seconds delay, Task task);
 
   /// The same without a target: the task owns whatever it needs.
-  void performAfterDelay(double seconds, Task task);
+  void performAfterDelay(Seconds delay, Task task);
 
   /// Drops every delayed call of `target` that has not run yet.
   void cancelPerformRequests(const Trackable& target);
 
-  /// Runs `task` once after `seconds` unless the timer is destroyed first. Bounds as above.
-  std::unique_ptr<Timer> scheduleTimer(double seconds, Task task);
+  /// Runs `task` once after `delay` unless the timer is destroyed first. Bounds as above.
+  std::unique_ptr<Timer> scheduleTimer(Seconds delay, Task task);
 
   /// For programs without an application: runs the loop until `done` returns true. False when
-  /// `seconds` pass first.
-  static bool turnUntil(const std::function<bool()>& done, double seconds);
+  /// `longest` passes first.
+  static bool turnUntil(const std::function<bool()>& done, Seconds longest);
 
   /// Keeps `object` alive until the next turn of the loop.
   void autorelease(std::shared_ptr<void> object);
@@ -56,8 +60,8 @@ class RunLoop : public Shared<RunLoop> {
  protected:
   using SourceID = std::uint64_t;  // never 0
 
-  /// Calls `task` once, on the main thread, after `seconds` (0 or more, finite).
-  virtual SourceID addSource(double seconds, Task task) = 0;
+  /// Calls `task` once, on the main thread, after `delay` (0 or more, finite).
+  virtual SourceID addSource(Seconds delay, Task task) = 0;
   /// Removes a source that has not been called yet.
   virtual void removeSource(SourceID source) = 0;
 

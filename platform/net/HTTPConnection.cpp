@@ -10,8 +10,8 @@ namespace {
 constexpr int kMostRedirects = 20;
 constexpr std::size_t kLongestBody = 16 * 1024 * 1024;
 constexpr std::size_t kLongestHead = 64 * 1024;
-constexpr double kSecondsWithoutByte = 60;
-constexpr double kLongestFetch = 600;
+constexpr Seconds kSecondsWithoutByte{60};
+constexpr Seconds kLongestFetch{600};
 constexpr int kAfterLibsoup = G_PRIORITY_DEFAULT + 1;
 
 bool isRedirect(int statusCode) {

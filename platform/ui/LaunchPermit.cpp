@@ -8,12 +8,12 @@
 namespace valdren::platform {
 namespace {
 
-/// The longest time between a press and its activation, in seconds: a button shows a key press for
+/// The longest time between a press and its activation: a button shows a key press for
 /// a while before it acts.
-constexpr double kOneTouchSeconds = 1;
+constexpr Seconds kOneTouchSeconds{1};
 
-double now() {
-  return Clock::shared().monotonicSeconds();
+Seconds now() {
+  return Clock::shared().monotonicTime();
 }
 
 }  // namespace

@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/base/Seconds.h"
+
 namespace valdren::platform {
 
-/// An older touch, in seconds, allows nothing. The time covers a tap and a few redirects.
-inline constexpr double kTouchAllowsSeconds = 5;
+/// An older touch allows nothing. The time covers a tap and a few redirects.
+inline constexpr Seconds kTouchAllowsSeconds{5};
 
 /// Each touch or key of the user in this application allows one launch of another program, soon
 /// after it. Times are seconds of the monotonic clock.
@@ -36,7 +38,7 @@ class LaunchPermit {
 
  private:
   Touch latest_ = 0;
-  double touchedAt_ = 0;
+  Seconds touchedAt_{0};
   bool isUsed_ = true;
   bool hasRefused_ = false;
 };

@@ -159,7 +159,7 @@ double NativeWindow::statusBarHeight() const {
   return natural;
 }
 
-void NativeWindow::animate(double seconds, std::function<void(double progress)> step) {
+void NativeWindow::animate(Seconds duration, std::function<void(double progress)> step) {
   stopAnimation();
   const auto settings = Gtk::Settings::get_for_display(widgets_->window.get_display());
   if (!settings->property_gtk_enable_animations() || !widgets_->window.get_mapped()) {
@@ -168,10 +168,10 @@ void NativeWindow::animate(double seconds, std::function<void(double progress)> 
   }
   const auto begun = std::make_shared<gint64>(0);
   widgets_->animation = widgets_->window.add_tick_callback(
-      [this, seconds, begun, step = std::move(step)](const Glib::RefPtr<Gdk::FrameClock>& clock) {
+      [this, duration, begun, step = std::move(step)](const Glib::RefPtr<Gdk::FrameClock>& clock) {
         if (*begun == 0) *begun = clock->get_frame_time();
         const double passed = static_cast<double>(clock->get_frame_time() - *begun) / 1e6;
-        const double progress = std::min(1.0, passed / seconds);
+        const double progress = std::min(1.0, passed / duration.count());
         if (progress >= 1) widgets_->animation = 0;
         step(progress);
         return progress < 1;

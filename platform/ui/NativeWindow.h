@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/base/Seconds.h"
 #include "platform/ui/Geometry.h"
 
 namespace Gtk {
@@ -47,7 +48,7 @@ class NativeWindow {
 
   /// Calls `step` with the progress, 0 to 1, at each frame until it was called with 1. Without
   /// animations on the desktop it calls once, at once, with 1.
-  void animate(double seconds, std::function<void(double progress)> step);
+  void animate(Seconds duration, std::function<void(double progress)> step);
   void stopAnimation();
 
  private:

@@ -13,7 +13,7 @@ namespace valdren::platform {
 namespace {
 
 constexpr int kFrames = 3;
-constexpr double kMostSeconds = 1;
+constexpr Seconds kMostSeconds{1};
 
 constexpr const char* kFramesKey = "quorbel-equal-frames";
 
@@ -67,7 +67,7 @@ class Settling final : public Timer, private Trackable {
  public:
   explicit Settling(std::function<void()> task) : task_(std::move(task)) {
     // A launch opens its window after making the screens, which may already ask.
-    next_ = RunLoop::shared().scheduleTimer(0, [this] { begin(); });
+    next_ = RunLoop::shared().scheduleTimer(kNextTurn, [this] { begin(); });
   }
   bool isValid() const override { return task_ != nullptr; }
 
@@ -80,7 +80,7 @@ class Settling final : public Timer, private Trackable {
         *this, kWindowDidSettle,
         [this](const Notification&) {
           // After the present frame.
-          next_ = RunLoop::shared().scheduleTimer(0, [this] { end(); });
+          next_ = RunLoop::shared().scheduleTimer(kNextTurn, [this] { end(); });
         },
         window);
   }

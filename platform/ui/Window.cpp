@@ -12,9 +12,9 @@
 namespace valdren::platform {
 namespace {
 
-constexpr double kTransitionSeconds = 0.25;
+constexpr Seconds kTransitionSeconds{0.25};
 /// The time that a desktop gets to turn the window.
-constexpr double kTurnSeconds = 2;
+constexpr Seconds kTurnSeconds{2};
 
 WeakPtr<Window> theKeyWindow;
 
@@ -323,7 +323,7 @@ void Window::orientationMayHaveChanged() {
   if (before == InterfaceOrientation::Unknown || !top) return;
   // After the present layout, so that the screen may change its views. The call is cancelled when
   // the screen is destroyed.
-  RunLoop::shared().performAfterDelay(*top, 0, [top, now, before] {
+  RunLoop::shared().performAfterDelay(*top, kNextTurn, [top, now, before] {
     if (top->window() && top->shouldAutorotateToInterfaceOrientation(now)) {
       top->didRotateFromInterfaceOrientation(before);
     }

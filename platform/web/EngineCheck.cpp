@@ -26,7 +26,7 @@ constexpr const char* kNoSandbox = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
 /// Makes the dynamic linker print a program's libraries instead of starting it.
 constexpr const char* kNameLibraries = "LD_TRACE_LOADED_OBJECTS";
 /// A program that does not answer within this time, in seconds, does not work.
-constexpr double kPatienceSeconds = 30;
+constexpr Seconds kPatienceSeconds{30};
 
 /// The folder of the engine's programs, found from the path of its library.
 std::string programFolder() {
@@ -122,12 +122,12 @@ EngineCheck& EngineCheck::standard() {
 
 void EngineCheck::ask(std::function<void()> known) {
   if (usable_) {
-    RunLoop::shared().performAfterDelay(0, std::move(known));
+    RunLoop::shared().performAfterDelay(kNextTurn, std::move(known));
     return;
   }
   waiting_.push_back(std::move(known));
   if (!std::exchange(isAsking_, true)) {
-    RunLoop::shared().performAfterDelay(*this, 0, [this] { begin(); });
+    RunLoop::shared().performAfterDelay(*this, kNextTurn, [this] { begin(); });
   }
 }
 

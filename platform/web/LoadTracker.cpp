@@ -6,7 +6,7 @@ namespace valdren::platform {
 namespace {
 
 /// The time within which a load may replace a cancelled one.
-constexpr double kReplacementSeconds = 0.5;
+constexpr Seconds kReplacementSeconds{0.5};
 
 }  // namespace
 
@@ -26,7 +26,7 @@ void LoadTracker::refused(std::string_view address) {
 
 void LoadTracker::stopped() {
   asked_ = false;
-  if (started_) failUnlessReplaced(0, {"platform.web", 302, "The load was stopped."});
+  if (started_) failUnlessReplaced(kNextTurn, {"platform.web", 302, "The load was stopped."});
 }
 
 void LoadTracker::started() {
@@ -73,10 +73,10 @@ void LoadTracker::crashed(const Error& error) {
   client_.engineProcessDidEnd(error);
 }
 
-void LoadTracker::failUnlessReplaced(double seconds, const Error& error) {
+void LoadTracker::failUnlessReplaced(Seconds delay, const Error& error) {
   started_ = false;
   RunLoop::shared().cancelPerformRequests(*this);
-  RunLoop::shared().performAfterDelay(*this, seconds, [this, error] {
+  RunLoop::shared().performAfterDelay(*this, delay, [this, error] {
     if (!isLoading()) client_.engineDidFailLoad(error);
   });
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/Seconds.h"
 #include "platform/web/WebView.h"
 
 namespace valdren::platform {
@@ -39,7 +40,7 @@ class LoadTracker : public Trackable {
   void crashed(const Error& error);
 
  private:
-  void failUnlessReplaced(double seconds, const Error& error);
+  void failUnlessReplaced(Seconds delay, const Error& error);
 
   WebEngine::Client& client_;
   std::string address_;

@@ -15,7 +15,7 @@ namespace valdren::platform {
 namespace {
 
 /// A page can store hundreds of megabytes per second.
-constexpr double kSeconds = 1;
+constexpr Seconds kSeconds{1};
 /// The system shortens process names to 15 characters.
 constexpr const char* kName = "WebKitNetworkPr";
 

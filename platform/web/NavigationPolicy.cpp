@@ -172,7 +172,7 @@ void NavigationPolicy::endPage(const char* why) {
   // Addresses that it has already sent are refused without reading them, because reading is slow.
   if (std::exchange(isEnding_, true)) return;
   logWarning(why);
-  RunLoop::shared().performAfterDelay(*this, 0, [this] {
+  RunLoop::shared().performAfterDelay(*this, kNextTurn, [this] {
     isEnding_ = false;
     budget_ = {};
     webkit_web_view_terminate_web_process(view_);  // may destroy this

@@ -7,7 +7,7 @@
 namespace valdren::platform {
 
 bool PageBudget::take(std::size_t bytes) {
-  const double now = Clock::shared().monotonicSeconds();
+  const double now = Clock::shared().monotonicTime().count();
   if (since_ >= 0) left_ = std::min(kBurst, left_ + (now - since_) * kPerSecond);
   since_ = now;
   const auto weight = static_cast<double>(bytes / kBytesOfOne);

@@ -14,7 +14,7 @@ namespace valdren::platform {
 class PageWatch : public Trackable {
  public:
   /// The time between two questions.
-  static constexpr double kSeconds = 5;
+  static constexpr Seconds kSeconds{5};
   /// The number of missed answers in a row before the page is ended. More than one: if our own loop
   /// was blocked, an answer may still be unread.
   static constexpr int kPatience = 2;

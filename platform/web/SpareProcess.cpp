@@ -10,7 +10,7 @@ namespace valdren::platform {
 namespace {
 
 /// The longest time between a touch and the page that it opens, in seconds.
-constexpr double kKeptSeconds = 5;
+constexpr Seconds kKeptSeconds{5};
 
 struct Spare {
   GObjectPtr<WebKitWebView> view;

@@ -21,7 +21,7 @@ void WaitingEngine::decided() {
   if (!EngineCheck::shared().isUsable().value_or(false)) {
     if (load_) failLater();
     for (const Action& script : std::exchange(scripts_, {})) {
-      RunLoop::shared().performAfterDelay(*this, 0, [this, script] { script(*this); });
+      RunLoop::shared().performAfterDelay(*this, kNextTurn, [this, script] { script(*this); });
     }
     return;
   }
@@ -33,7 +33,7 @@ void WaitingEngine::decided() {
 }
 
 void WaitingEngine::failLater() {
-  RunLoop::shared().performAfterDelay(*this, 0, [this] {
+  RunLoop::shared().performAfterDelay(*this, kNextTurn, [this] {
     if (!std::exchange(load_, {})) return;
     const WeakPtr<WaitingEngine> alive(this);
     client_.engineDidStartLoad();
@@ -65,7 +65,7 @@ void WaitingEngine::evaluate(const std::string& script, std::function<void(std::
   if (engine_) return engine_->evaluate(script, std::move(result));
   if (EngineCheck::shared().isUsable() == false) {
     if (result) {
-      RunLoop::shared().performAfterDelay(*this, 0, [result] { result({}); });
+      RunLoop::shared().performAfterDelay(*this, kNextTurn, [result] { result({}); });
     }
     return;
   }

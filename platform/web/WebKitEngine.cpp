@@ -25,7 +25,7 @@ constexpr double kSmallestZoom = 0.25;
 constexpr int kAttempts = 4;
 /// The time that the engine may take, in seconds, from the decision on a load to its start. It
 /// reports to be idle in between.
-constexpr double kStartSeconds = 0.5;
+constexpr Seconds kStartSeconds{0.5};
 
 WebKitWebView* makeView(WebKitSettings* settings, WebKitUserContentManager* content,
                         WebKitWebView* related) {
@@ -184,7 +184,7 @@ void WebKitEngine::loadingChanged(WebKitWebView* view, GParamSpec*, gpointer sel
   // On the next turn: the end of a load is reported with this change, and the next load may follow
   // at once.
   auto& engine = *static_cast<WebKitEngine*>(self);
-  RunLoop::shared().performAfterDelay(engine, 0, [&engine] { engine.settle(); });
+  RunLoop::shared().performAfterDelay(engine, kNextTurn, [&engine] { engine.settle(); });
 }
 
 void WebKitEngine::settle() {

@@ -123,7 +123,7 @@ TEST_F(ApplicationTest, WhatRunsInTheBackgroundIsWaitedForUnlessAskedTwice) {
         application.endBackgroundTask(task);
         return;
       }
-      platform::RunLoop::shared().performAfterDelay(0.1, [&, task] {
+      platform::RunLoop::shared().performAfterDelay(platform::Seconds(0.1), [&, task] {
         finished = true;
         application.endBackgroundTask(task);
       });

@@ -53,7 +53,7 @@ class DesktopTest : public ::testing::Test {
       if (name && name == std::string(each.name)) desktop = &each;
     }
     if (!desktop) GTEST_SKIP() << "needs a desktop of tools/with_compositor";
-    network->setRefreshSeconds(kRefreshSeconds);
+    network->setRefreshRate(platform::Seconds(kRefreshSeconds));
     launch();
   }
   ~DesktopTest() override {

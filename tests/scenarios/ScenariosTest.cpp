@@ -48,7 +48,7 @@ class ScenariosTest : public ::testing::Test {
  protected:
   ScenariosTest() {
     VADStatistics::releaseSharedStatistics();
-    network->setRefreshSeconds(0);
+    network->setRefreshRate(platform::Seconds(0));
     const platform::URL base = *platform::URL::parse(network->baseURL());
     VADConfiguration::setAdServerBaseURL(base);
     VADConfiguration::setScriptHostBaseURL(base);

@@ -43,7 +43,8 @@ class FakeScreen final : public platform::Screen {
   /// The seconds until the window has its final size; below 0 it has it already.
   double settlesIn = -1;
   std::unique_ptr<platform::Timer> whenSettled(std::function<void()> task) override {
-    if (settlesIn >= 0) return platform::RunLoop::shared().scheduleTimer(settlesIn, task);
+    if (settlesIn >= 0)
+      return platform::RunLoop::shared().scheduleTimer(platform::Seconds(settlesIn), task);
     task();
     return nullptr;
   }

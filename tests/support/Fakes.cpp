@@ -28,9 +28,9 @@ void FakeRunLoop::advance(double seconds) {
   now_ = end;
 }
 
-platform::RunLoop::SourceID FakeRunLoop::addSource(double seconds, Task task) {
+platform::RunLoop::SourceID FakeRunLoop::addSource(platform::Seconds delay, Task task) {
   const SourceID source = next_++;
-  sources_[source] = {now_ + seconds, std::move(task)};
+  sources_[source] = {now_ + delay.count(), std::move(task)};
   return source;
 }
 

@@ -15,7 +15,7 @@ namespace quorbel_tests {
 class FakeClock final : public platform::Clock {
  public:
   platform::Date now() const override { return platform::Date(seconds_); }
-  double monotonicSeconds() const override { return monotonic_; }
+  platform::Seconds monotonicTime() const override { return platform::Seconds(monotonic_); }
 
   void advance(double seconds) {
     seconds_ += seconds;
@@ -44,7 +44,7 @@ class FakeRunLoop final : public platform::RunLoop {
   std::size_t pendingCount() const { return sources_.size(); }
 
  protected:
-  SourceID addSource(double seconds, Task task) override;
+  SourceID addSource(platform::Seconds delay, Task task) override;
   void removeSource(SourceID source) override;
 
  private:

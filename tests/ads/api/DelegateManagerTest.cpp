@@ -80,7 +80,7 @@ class BusyRunLoop final : public platform::RunLoop {
   }
 
  private:
-  SourceID addSource(double, Task) override { return 1; }
+  SourceID addSource(platform::Seconds, Task) override { return 1; }
   void removeSource(SourceID) override {}
 
   Task meanwhile_;

@@ -118,8 +118,9 @@ TEST_F(LifetimeTest, EndsInsideEveryCallback) {
        }},
       {"ad cannot be rendered", kVADStateRenderingAd, [&] { adPage().fail(); }},
       {"ad received", kVADStateRenderingAd, [&] { adPage().finish(); }},
-      {"no answer", kVADStateBuildingURL, [&] { loop.advance(VADAdURLBuilder::kBuildSeconds); }},
-      {"no end", kVADStateRenderingAd, [&] { loop.advance(VADLoaderState::kShowSeconds); }},
+      {"no answer", kVADStateBuildingURL,
+       [&] { loop.advance(VADAdURLBuilder::kBuildSeconds.count()); }},
+      {"no end", kVADStateRenderingAd, [&] { loop.advance(VADLoaderState::kShowSeconds.count()); }},
       {"web process", kVADStateShowingAd,
        [&] {
          record.take();

@@ -154,15 +154,15 @@ TEST_F(RefreshTest, OutlivesWhateverEndsARequest) {
   const auto processEnds = [&] { adPage().client.engineProcessDidEnd({"fake", 1, "gone"}); };
   const Case cases[] = {
       {"the script never answers", kVADStateBuildingURL,
-       [&] { loop.advance(VADAdURLBuilder::kBuildSeconds); }, kVADStateLoadingScript},
+       [&] { loop.advance(VADAdURLBuilder::kBuildSeconds.count()); }, kVADStateLoadingScript},
       {"the script hangs", kVADStateBuildingURL, processEnds, kVADStateLoadingScript},
       {"a picture never comes", kVADStateRenderingAd,
-       [&] { loop.advance(VADLoaderState::kShowSeconds); }, kVADStateBuildingURL},
+       [&] { loop.advance(VADLoaderState::kShowSeconds.count()); }, kVADStateBuildingURL},
       {"the ad hangs at once", kVADStateRenderingAd, processEnds, kVADStateBuildingURL},
       {"the ad hangs later", kVADStateShowingAd, processEnds, kVADStateBuildingURL},
       {"no script", kVADStateBuildingURL,
        [&] {
-         loop.advance(VADAdURLBuilder::kBuildSeconds);
+         loop.advance(VADAdURLBuilder::kBuildSeconds.count());
          record.take();
          loop.advance(100);
          fetches.last().answer(404);

@@ -275,7 +275,7 @@ TEST_F(VADObjectPrivateTest, AsksForTheScriptOnceADay) {
   EXPECT_EQ(state(), kVADStateLoadingScript);
   fetches.last().respond(304);
   EXPECT_EQ(state(), kVADStateBuildingURL);
-  clock.advance(VADAdURLBuilder::kBuildSeconds + 1);
+  clock.advance(VADAdURLBuilder::kBuildSeconds.count() + 1);
   makeBanner();
   load();
   EXPECT_EQ(state(), kVADStateLoadingScript) << "it is kept although it has never answered";

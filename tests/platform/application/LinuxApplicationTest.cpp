@@ -142,7 +142,7 @@ TEST(LaunchPermitTest, EachTouchOfLateAllowsOneLaunch) {
       {0, giveBackThe(3), true, 0},
       {0, &Permit::touched, true, 0},
       {0, giveBackThe(4), true, 0},
-      {kTouchAllowsSeconds + 0.1, giveBackThe(4), false, 1},
+      {kTouchAllowsSeconds.count() + 0.1, giveBackThe(4), false, 1},
   };
   Permit permit;
   int number = 0;
@@ -153,9 +153,9 @@ TEST(LaunchPermitTest, EachTouchOfLateAllowsOneLaunch) {
     EXPECT_EQ(log.take().size(), step.refusals) << "step " << number++;
   }
   permit.touched();
-  clock.advance(kTouchAllowsSeconds - 1);
+  clock.advance(kTouchAllowsSeconds.count() - 1);
   permit.released();
-  clock.advance(kTouchAllowsSeconds - 1);
+  clock.advance(kTouchAllowsSeconds.count() - 1);
   EXPECT_TRUE(permit.use("tel:1")) << "held for long";
 }
 

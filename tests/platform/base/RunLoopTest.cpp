@@ -12,7 +12,9 @@ namespace platform = valdren::platform;
 
 namespace {
 
+using platform::kNextTurn;
 using platform::RunLoop;
+using platform::Seconds;
 using quorbel_tests::runUntil;
 
 struct Target : platform::Trackable {};
@@ -20,10 +22,10 @@ struct Target : platform::Trackable {};
 TEST(RunLoop, RunsDelayedCallsInOrderAfterThePresentCall) {
   Target target;
   std::string order;
-  RunLoop::shared().performAfterDelay(target, 0, [&] { order += 'a'; });
-  RunLoop::shared().performAfterDelay(0, [&] { order += 'b'; });
-  RunLoop::shared().performAfterDelay(target, 0.05, [&] { order += 'd'; });
-  RunLoop::shared().performAfterDelay(target, -1, [&] { order += 'c'; });
+  RunLoop::shared().performAfterDelay(target, kNextTurn, [&] { order += 'a'; });
+  RunLoop::shared().performAfterDelay(kNextTurn, [&] { order += 'b'; });
+  RunLoop::shared().performAfterDelay(target, Seconds(0.05), [&] { order += 'd'; });
+  RunLoop::shared().performAfterDelay(target, Seconds(-1), [&] { order += 'c'; });
   EXPECT_EQ(order, "");
   EXPECT_TRUE(runUntil([&] { return order.size() == 4; }));
   EXPECT_EQ(order, "abcd");
@@ -34,9 +36,9 @@ TEST(RunLoop, DropsTheCallsOfACancelledOrDeadTarget) {
   Target cancelled;
   auto dead = std::make_unique<Target>();
   std::string ran;
-  RunLoop::shared().performAfterDelay(cancelled, 0, [&] { ran += 'x'; });
-  RunLoop::shared().performAfterDelay(*dead, 0, [&] { ran += 'y'; });
-  RunLoop::shared().performAfterDelay(kept, 0.02, [&] { ran += 'k'; });
+  RunLoop::shared().performAfterDelay(cancelled, kNextTurn, [&] { ran += 'x'; });
+  RunLoop::shared().performAfterDelay(*dead, kNextTurn, [&] { ran += 'y'; });
+  RunLoop::shared().performAfterDelay(kept, Seconds(0.02), [&] { ran += 'k'; });
   RunLoop::shared().cancelPerformRequests(cancelled);
   dead.reset();
   EXPECT_TRUE(runUntil([&] { return !ran.empty(); }));
@@ -45,9 +47,9 @@ TEST(RunLoop, DropsTheCallsOfACancelledOrDeadTarget) {
 
 TEST(RunLoop, ATimerFiresOnceUnlessItIsDestroyed) {
   int fired = 0;
-  auto first = RunLoop::shared().scheduleTimer(0.01, [&] { ++fired; });
-  auto second = RunLoop::shared().scheduleTimer(0.01, [&] { fired += 100; });
-  auto endless = RunLoop::shared().scheduleTimer(1e300, [&] { fired += 1000; });
+  auto first = RunLoop::shared().scheduleTimer(Seconds(0.01), [&] { ++fired; });
+  auto second = RunLoop::shared().scheduleTimer(Seconds(0.01), [&] { fired += 100; });
+  auto endless = RunLoop::shared().scheduleTimer(Seconds(1e300), [&] { fired += 1000; });
   EXPECT_TRUE(first->isValid());
   second.reset();
   EXPECT_TRUE(runUntil([&] { return fired > 0; }));
