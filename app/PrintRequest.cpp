@@ -62,7 +62,8 @@ int printWithoutWindow() {
   const auto& checker = valdren::VADNetworkChecker::sharedChecker();
   auto& session = platform::AudioSession::shared();
   platform::RunLoop::turnUntil([&] { return checker.changeCount() > 0; }, kNetworkPatience);
-  platform::RunLoop::turnUntil([&] { return session.route().name.has_value(); }, kSoundPatience);
+  platform::RunLoop::turnUntil([&] { return session.route().valueOr(std::nullopt).has_value(); },
+                               kSoundPatience);
   return print(valdren::VADRequestParameters::of(*request, {kAdUnitID, std::nullopt}));
 }
 

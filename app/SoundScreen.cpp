@@ -79,7 +79,13 @@ void SoundScreen::play(const std::string& action) {
   const auto path = platform::Bundle::main().pathForResource(sound->resource, kClipType);
   theAudio.reset();
   if (path) {
-    theAudio = platform::AudioPlayer::withContentsOfFile(*path);
+    auto player = platform::AudioPlayer::withContentsOfFile(*path);
+    if (player) {
+      theAudio = std::move(*player);
+    } else {
+      platform::logWarning("The clip \"" + *path +
+                           "\" cannot be played: " + player.error().message + ".");
+    }
   } else {
     platform::logWarning(std::string("The clip \"") + sound->resource + "." + kClipType +
                          "\" is missing.");

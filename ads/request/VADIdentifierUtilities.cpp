@@ -168,15 +168,15 @@ const std::string& VADIdentifierUtilities::deviceSubmodel() {
 
 int VADIdentifierUtilities::audioRoute() const {
   platform::AudioSession& session = platform::AudioSession::shared();
-  const int initialized = session.initialize();
-  if (initialized != 0 && initialized != platform::AudioSession::kAlreadyInitialized) {
+  const auto initialized = session.initialize();
+  if (!initialized && initialized.error().code != platform::AudioSession::kAlreadyInitialized) {
     return kRouteSpeaker;
   }
-  const platform::AudioSession::Route route = session.route();
-  if (route.status > 0 || !route.name) return kRouteSpeaker;
-  if (route.name->empty()) return kRouteNone;
-  if (*route.name == "Headphone" || *route.name == "Headset") return kRouteHeadphones;
-  return *route.name == "Speaker" ? kRouteSpeaker : kRouteOther;
+  const std::optional<std::string> route = session.route().valueOr(std::nullopt);
+  if (!route) return kRouteSpeaker;
+  if (route->empty()) return kRouteNone;
+  if (*route == "Headphone" || *route == "Headset") return kRouteHeadphones;
+  return *route == "Speaker" ? kRouteSpeaker : kRouteOther;
 }
 
 platform::Dictionary VADIdentifierUtilities::canOpenURLs(

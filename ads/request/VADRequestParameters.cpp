@@ -24,7 +24,7 @@ void VADRequestParameters::begin(VADRequestPrivate& request) {
   }
   request.setCounter(statistics.incrementAdRequestCount());
   VADNetworkChecker::sharedChecker();  // watches from its first use on
-  platform::AudioSession::shared().initialize();
+  static_cast<void>(platform::AudioSession::shared().initialize());
 }
 
 platform::Dictionary VADRequestParameters::of(const VADRequestPrivate& request,

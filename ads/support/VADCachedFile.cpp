@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "ads/support/VADCacheFolder.h"
+#include "ads/support/VADErrorCode.h"
 #include "ads/support/VADHTTPDate.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "platform/base/Date.h"
@@ -102,11 +103,9 @@ bool VADCachedFile::hasContent() const {
 std::optional<std::string> VADCachedFile::content() const {
   if (unwritten_) return platform::isUTF8(*unwritten_) ? unwritten_ : std::nullopt;
   if (!filePath()) return std::nullopt;
-  platform::FileContent file = platform::readRegularFile(*filePath(), kVADLargestCopy);
-  if (file.state != platform::FileContent::State::Read || !platform::isUTF8(file.bytes)) {
-    return std::nullopt;
-  }
-  return std::move(file.bytes);
+  auto bytes = platform::readRegularFile(*filePath(), kVADLargestCopy);
+  if (!bytes || !platform::isUTF8(*bytes)) return std::nullopt;
+  return std::move(*bytes);
 }
 
 const std::optional<std::string>& VADCachedFile::filePath() const {
@@ -232,15 +231,15 @@ void VADCachedFile::connectionDidFail(platform::URLConnection&, const platform::
 }
 
 void VADCachedFile::keepReceivedData() {
-  const std::string problem =
+  const platform::Result<> written =
       filePath() ? platform::writeFileAtomically(*filePath(), receivedData_, platform::Sync::No)
-                 : "there is no caches folder";
+                 : platform::Error{kVADErrorDomain, 0, "there is no caches folder"};
   unwritten_.reset();
-  if (problem.empty()) return didWriteCopy(receivedData_.size());
+  if (written) return didWriteCopy(receivedData_.size());
   unwritten_ = std::move(receivedData_);
   static bool hasComplained = false;
   if (!std::exchange(hasComplained, true)) {
-    platform::logWarning("<Valdren> Copies of ads cannot be kept: " + problem +
+    platform::logWarning("<Valdren> Copies of ads cannot be kept: " + written.error().message +
                          ". They are fetched anew each time.");
   }
 }

@@ -24,9 +24,9 @@ std::unique_ptr<VADNotification> VADNotification::notificationFromURL(const plat
   if (isVanticNotificationURL(url)) return fromVanticURL(url);
   if (!isGMSGNotificationURL(url)) return nullptr;
   const std::string path = url.path();
-  return std::unique_ptr<VADNotification>(
-      new VADNotification(path.substr(1),  // throws for an empty path
-                          VADNetworkUtilities::dictionaryFromQueryString(url.query())));
+  if (path.empty()) return nullptr;
+  return std::unique_ptr<VADNotification>(new VADNotification(
+      path.substr(1), VADNetworkUtilities::dictionaryFromQueryString(url.query())));
 }
 
 std::unique_ptr<VADNotification> VADNotification::fromVanticURL(const platform::URL& url) {

@@ -18,9 +18,8 @@ class VADNotification {
   static bool isVanticNotificationURL(const platform::URL& url);
   static bool isNotificationURL(const platform::URL& url);
 
-  /// The message, or null for a URL of neither scheme and for a "vantic" URL whose host names none.
-  /// Throws `std::out_of_range` for a "gmsg" URL with an empty path, which has no name to cut out;
-  /// the engine that asks about navigations catches it.
+  /// The message, or null for a URL of neither scheme, for a "gmsg" URL without a path, which holds
+  /// the name, and for a "vantic" URL whose host names none.
   static std::unique_ptr<VADNotification> notificationFromURL(const platform::URL& url);
 
   const std::string& name() const { return name_; }

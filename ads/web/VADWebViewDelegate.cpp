@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <stdexcept>
 
 #include "ads/protocol/Messages.h"
 #include "ads/protocol/Parameters.h"
@@ -110,7 +109,10 @@ bool VADWebViewDelegate::webViewShouldStartLoad(platform::WebView& webView,
   if (VADNotification::isNotificationURL(url)) {
     platform::logDebug("Message from a page: " + url.absoluteString());
     const auto notification = VADNotification::notificationFromURL(url);
-    if (!notification) throw std::invalid_argument("its message URL stands for no message");
+    if (!notification) {
+      platform::logWarning("A page's message was refused, for it has no name.");
+      return false;
+    }
     userInfo.set(kVADMessageKeyAction, notification->name());
     postWebAction(webView, std::move(userInfo));
     performMessage(*notification, url, webView);

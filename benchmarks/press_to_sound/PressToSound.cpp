@@ -82,7 +82,7 @@ Way ourPlayer(const std::string& clip) {
   return {"decoded in memory, one stream",
           [player, clip] {
             player->reset();
-            *player = platform::AudioPlayer::withContentsOfFile(clip);
+            *player = platform::AudioPlayer::withContentsOfFile(clip).valueOr(nullptr);
             if (*player) (*player)->play();
           },
           [player] { (*player)->stop(); }};
@@ -119,9 +119,8 @@ Way decodedAnew(const std::string& clip) {
   return {"decoded anew, one stream",
           [voice, clip] {
             if (*voice) platform::AudioOutput::shared().stop(**voice);
-            std::string problem;
-            if (auto decoded = platform::decodeClip(clip, problem)) {
-              *voice = platform::AudioOutput::shared().start(std::move(decoded), 0);
+            if (auto decoded = platform::decodeClip(clip)) {
+              *voice = platform::AudioOutput::shared().start(std::move(*decoded), 0);
             }
           },
           [voice] { platform::AudioOutput::shared().stop(**voice); }};

@@ -2,7 +2,6 @@
 
 #include "platform/audio/AudioOutput.h"
 #include "platform/audio/ClipCache.h"
-#include "platform/base/Log.h"
 #include "platform/base/MainThread.h"
 #include "platform/base/RunLoop.h"
 
@@ -77,13 +76,11 @@ class ClipPlayer final : public AudioPlayer, public Trackable {
 
 }  // namespace
 
-std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& path) {
+Result<std::unique_ptr<AudioPlayer>> AudioPlayer::withContentsOfFile(const std::string& path) {
   assertMainThread();
-  std::string problem;
-  auto clip = ClipCache::shared().clip(path, problem);
-  if (clip) return std::make_unique<ClipPlayer>(std::move(clip));
-  logWarning("The clip \"" + path + "\" cannot be played: " + problem + ".");
-  return nullptr;
+  auto clip = ClipCache::shared().clip(path);
+  if (!clip) return clip.error();
+  return std::unique_ptr<AudioPlayer>(std::make_unique<ClipPlayer>(std::move(*clip)));
 }
 
 void AudioPlayer::prepare(std::vector<std::string> paths) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/Result.h"
 #include "platform/base/WeakPtr.h"
 
 namespace valdren::platform {
@@ -28,9 +29,9 @@ class AudioPlayer {
  public:
   virtual ~AudioPlayer() = default;
 
-  /// A player for the clip (at most its first minute). Null, with one log line, when the file is
+  /// A player for the clip (at most its first minute), never null. An error when the file is
   /// missing or holds no sound that can be decoded.
-  static std::unique_ptr<AudioPlayer> withContentsOfFile(const std::string& path);
+  static Result<std::unique_ptr<AudioPlayer>> withContentsOfFile(const std::string& path);
 
   /// Decodes the clips and connects to the sound server before the first press, without waiting for
   /// either.

@@ -20,27 +20,22 @@ ClipCache& ClipCache::shared() {
 
 ClipCache::~ClipCache() = default;
 
-bool ClipCache::versionOf(const std::string& path, Version& version, std::string& problem) {
+Result<ClipCache::Version> ClipCache::versionOf(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
-    problem = std::generic_category().message(errno);
-    return false;
+    return Error{kClipErrorDomain, 0, std::generic_category().message(errno)};
   }
-  if (!S_ISREG(status.st_mode)) {
-    problem = "it is not a regular file";
-    return false;
-  }
-  version.size = std::uint64_t(status.st_size);
-  version.changed = std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
-  return true;
+  return Version{
+      .size = std::uint64_t(status.st_size),
+      .changed = std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec};
 }
 
-std::shared_ptr<const DecodedClip> ClipCache::clip(const std::string& path, std::string& problem) {
-  Version version;
-  if (!versionOf(path, version, problem)) return nullptr;
-  if (auto kept = find(path, version)) return kept;
-  auto clip = decodeClip(path, problem);
-  if (clip) keep({path, version, clip});
+Result<std::shared_ptr<const DecodedClip>> ClipCache::clip(const std::string& path) {
+  const Result<Version> version = versionOf(path);
+  if (!version) return version.error();
+  if (auto kept = find(path, *version)) return kept;
+  auto clip = decodeClip(path);
+  if (clip) keep({path, *version, *clip});
   return clip;
 }
 
@@ -72,9 +67,9 @@ void ClipCache::keep(Kept kept) {
 void ClipCache::prepare(std::vector<std::string> paths) {
   preparing_ = std::jthread([this, paths = std::move(paths)](const std::stop_token& stop) {
     for (const std::string& path : paths) {
-      std::string problem;  // reported when the clip is asked for
       if (stop.stop_requested()) return;
-      clip(path, problem);
+      // What is wrong with it is said when it is asked for.
+      static_cast<void>(clip(path));
     }
   });
 }

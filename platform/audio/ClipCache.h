@@ -20,9 +20,8 @@ class ClipCache {
   static ClipCache& shared();
   ~ClipCache();
 
-  /// The clip of the file, decoded now unless it is cached. Null on failure, with the reason in
-  /// `problem`.
-  std::shared_ptr<const DecodedClip> clip(const std::string& path, std::string& problem);
+  /// The clip of the file, decoded now unless it is cached. Never null.
+  Result<std::shared_ptr<const DecodedClip>> clip(const std::string& path);
 
   /// Decodes the files in advance, on a background thread.
   void prepare(std::vector<std::string> paths);
@@ -39,7 +38,7 @@ class ClipCache {
     std::shared_ptr<const DecodedClip> clip;
   };
 
-  static bool versionOf(const std::string& path, Version& version, std::string& problem);
+  static Result<Version> versionOf(const std::string& path);
   std::shared_ptr<const DecodedClip> find(const std::string& path, const Version& version);
   void keep(Kept kept);
 

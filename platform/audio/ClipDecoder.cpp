@@ -39,10 +39,14 @@ struct Deleter {
 template <class Object>
 using Owned = std::unique_ptr<Object, Deleter>;
 
-std::string text(int error) {
+Error clipError(std::string message) {
+  return {kClipErrorDomain, 0, std::move(message)};
+}
+
+Error decoderError(int error) {
   char buffer[AV_ERROR_MAX_STRING_SIZE] = {};
   av_strerror(error, buffer, sizeof buffer);
-  return buffer;
+  return clipError(buffer);
 }
 
 /// Decodes one file, from opening it to the samples.
@@ -147,40 +151,33 @@ class Decoding {
   int stream_ = -1;
 };
 
-/// An error text; empty when the file may be read.
-std::string problemWith(const std::string& path) {
+/// Whether the file may be read.
+Result<> check(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return std::generic_category().message(errno);
-  if (!S_ISREG(status.st_mode)) return "it is not a regular file";
-  if (status.st_size > kLargestFile) return "it is larger than 64 MiB";
-  return "";
+  if (stat(path.c_str(), &status) != 0) return clipError(std::generic_category().message(errno));
+  if (!S_ISREG(status.st_mode)) return clipError("it is not a regular file");
+  if (status.st_size > kLargestFile) return clipError("it is larger than 64 MiB");
+  return {};
 }
 
 }  // namespace
 
-std::shared_ptr<const DecodedClip> decodeClip(const std::string& path, std::string& problem) {
+Result<std::shared_ptr<const DecodedClip>> decodeClip(const std::string& path) {
   static const bool quiet = [] {
     av_log_set_level(AV_LOG_QUIET);
     return true;
   }();
   static_cast<void>(quiet);
-  problem = problemWith(path);
-  if (!problem.empty()) return nullptr;
+  if (const Result<> checked = check(path); !checked) return checked.error();
   Decoding decoding;
-  if (const int error = decoding.open(path); error < 0) {
-    problem = text(error);
-    return nullptr;
-  }
+  if (const int error = decoding.open(path); error < 0) return decoderError(error);
   auto clip = std::make_shared<DecodedClip>();
   decoding.run(clip->samples);
-  if (clip->samples.empty()) {
-    problem = "it holds no sound";
-    return nullptr;
-  }
+  if (clip->samples.empty()) return clipError("it holds no sound");
   for (float& sample : clip->samples) {
     sample = std::isfinite(sample) ? std::clamp(sample, -1.0F, 1.0F) : 0.0F;
   }
-  return clip;
+  return std::shared_ptr<const DecodedClip>(std::move(clip));
 }
 
 }  // namespace valdren::platform

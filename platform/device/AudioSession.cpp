@@ -9,8 +9,6 @@
 namespace valdren::platform {
 namespace {
 
-constexpr int kNoServer = -1;
-
 bool mentions(std::string_view text, std::string_view word) {
   return text.find(word) != std::string_view::npos;
 }
@@ -36,17 +34,18 @@ class PulseAudioSession final : public AudioSession {
     pa_threaded_mainloop_free(loop_);
   }
 
-  int initialize() override {
-    if (loop_) return kAlreadyInitialized;
+  Result<> initialize() override {
+    if (loop_) return Error{kErrorDomain, kAlreadyInitialized, "it is initialized already"};
     loop_ = pa_threaded_mainloop_new();
     pa_threaded_mainloop_start(loop_);
-    return reconnect() ? 0 : kNoServer;
+    if (!reconnect()) return Error{kErrorDomain, kNoServer, "there is no sound server"};
+    return {};
   }
 
-  Route route() override {
+  Result<std::optional<std::string>> route() override {
     if (loop_ && lost_) reconnect();
     const std::lock_guard lock(mutex_);
-    return {0, route_};
+    return route_;
   }
 
  private:

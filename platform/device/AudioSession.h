@@ -4,32 +4,29 @@
 #include <optional>
 #include <string>
 
+#include "platform/base/Result.h"
 #include "platform/base/Shared.h"
 
 namespace valdren::platform {
 
-/// A status of 0 means success. Callers treat only some other values as failures, so the values are
-/// kept.
 class AudioSession : public Shared<AudioSession> {
  public:
+  /// The domain of its errors; their codes follow.
+  static constexpr const char* kErrorDomain = "platform.audiosession";
+  static constexpr int kNoServer = -1;
   static constexpr int kAlreadyInitialized = 0x696e6974;
 
   static AudioSession& standard();
   virtual ~AudioSession() = default;
 
   /// Connects to the sound server, without waiting for it. `kAlreadyInitialized` from the second
-  /// call on; another status when there is no server.
-  virtual int initialize() = 0;
+  /// call on; `kNoServer` when there is no server.
+  virtual Result<> initialize() = 0;
 
-  struct Route {
-    int status = 0;
-    /// "Headphone", "Headset", "Speaker" or another name for the default output's active port;
-    /// empty when the output has none; absent when it is unknown.
-    std::optional<std::string> name;
-  };
-  /// The route that the server reported last; never waits for it. Connects again when the server
-  /// was lost.
-  virtual Route route() = 0;
+  /// The route that the server reported last: "Headphone", "Headset", "Speaker" or another name for
+  /// the default output's active port; empty when the output has none; absent when it is unknown.
+  /// Never waits for the server. Connects again when the server was lost.
+  virtual Result<std::optional<std::string>> route() = 0;
 };
 
 }  // namespace valdren::platform

@@ -30,7 +30,7 @@ constexpr int kLowestVersion = 3;
 constexpr double kTabletFrom = 600;
 
 std::string contentOf(const std::string& path) {
-  return readRegularFile(path, kLongestFile).bytes;
+  return readRegularFile(path, kLongestFile).valueOr("");
 }
 
 /// A firmware's text without control characters, as one line.
@@ -91,7 +91,7 @@ std::string keptIdentifier() {
   std::string kept = lineFrom(contentOf(path));
   if (!kept.empty()) return kept;
   // Not synced: losing the id in a power cut only makes a new one.
-  writeFileAtomically(path, madeUp, Sync::No);
+  static_cast<void>(writeFileAtomically(path, madeUp, Sync::No));
   return madeUp;
 }
 

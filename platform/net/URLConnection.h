@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/Error.h"
 #include "platform/base/Shared.h"
 #include "platform/base/URL.h"
 #include "platform/base/WeakPtr.h"
@@ -19,14 +20,7 @@ struct HeaderNameLess {
 };
 using Headers = std::map<std::string, std::string, HeaderNameLess>;
 
-/// A failure below HTTP, or one that a delegate reports.
-struct Error {
-  std::string domain;
-  int code = 0;
-  std::string message;
-};
-
-/// The domain of the errors that connections report; its codes follow.
+/// The domain of the errors that connections report, all from below HTTP; its codes follow.
 inline constexpr const char* kURLErrorDomain = "platform.url";
 enum URLErrorCode : int {
   kURLErrorUnknown = -1,

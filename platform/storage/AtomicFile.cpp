@@ -26,8 +26,12 @@ bool isTemporary(std::string_view name) {
   return name.ends_with(kTemporaryMark);
 }
 
-std::string lastProblem(const std::string& path) {
-  return "\"" + path + "\": " + std::generic_category().message(errno);
+Error errorAt(const std::string& path, std::error_code code) {
+  return {kPOSIXErrorDomain, code.value(), "\"" + path + "\": " + code.message()};
+}
+
+Error lastError(const std::string& path) {
+  return errorAt(path, {errno, std::generic_category()});
 }
 
 bool writeAll(int descriptor, std::string_view content) {
@@ -47,37 +51,40 @@ void syncFolder(const std::string& folder) {
 
 }  // namespace
 
-std::string writeFileAtomically(const std::string& path, std::string_view content, Sync sync) {
+Result<> writeFileAtomically(const std::string& path, std::string_view content, Sync sync) {
   const std::string folder = std::filesystem::path(path).parent_path().string();
   std::error_code error;
   std::filesystem::create_directories(folder, error);
-  if (error) return "\"" + folder + "\": " + error.message();
+  if (error) return errorAt(folder, error);
 
   std::string temporary = path + std::string(kTemporaryMark) + "XXXXXX";
   {
     const Descriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (!descriptor.isOpen()) return lastProblem(path);
+    if (!descriptor.isOpen()) return lastError(path);
     const bool written = writeAll(descriptor.number(), content) &&
                          (sync == Sync::No || ::fsync(descriptor.number()) == 0);
     if (!written) {
-      std::string problem = lastProblem(path);
+      Error problem = lastError(path);
       ::unlink(temporary.c_str());
       return problem;
     }
   }
   if (::rename(temporary.c_str(), path.c_str()) != 0) {
-    std::string problem = lastProblem(path);
+    Error problem = lastError(path);
     ::unlink(temporary.c_str());
     return problem;
   }
   if (sync == Sync::Yes) syncFolder(folder);
-  return "";
+  return {};
 }
 
-std::string removeFileDurably(const std::string& path) {
-  if (::unlink(path.c_str()) != 0) return errno == ENOENT ? "" : lastProblem(path);
+Result<> removeFileDurably(const std::string& path) {
+  if (::unlink(path.c_str()) != 0) {
+    if (errno == ENOENT) return {};
+    return lastError(path);
+  }
   syncFolder(std::filesystem::path(path).parent_path().string());
-  return "";
+  return {};
 }
 
 bool removeIfAbandoned(const std::string& path) {

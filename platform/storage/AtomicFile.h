@@ -4,15 +4,17 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/Result.h"
+
 namespace valdren::platform {
 
 /// Whether to wait until the content is on disk. Without it a power cut may leave the file empty,
 /// which is enough for content that can be fetched again.
 enum class Sync { Yes, No };
 
-/// Replaces a file and creates its folders. Returns an error text, or an empty text on success.
-std::string writeFileAtomically(const std::string& path, std::string_view content,
-                                Sync sync = Sync::Yes);
+/// Replaces a file and creates its folders. Errors name the path.
+Result<> writeFileAtomically(const std::string& path, std::string_view content,
+                             Sync sync = Sync::Yes);
 
 /// Removes the file if it is the temporary file of a writer that was killed. True if it removed it.
 bool removeIfAbandoned(const std::string& path);
@@ -21,6 +23,6 @@ bool removeIfAbandoned(const std::string& path);
 void removeAbandonedFiles(const std::string& folder);
 
 /// Removes a file and waits until the disk has the change. A missing file is not an error.
-std::string removeFileDurably(const std::string& path);
+Result<> removeFileDurably(const std::string& path);
 
 }  // namespace valdren::platform

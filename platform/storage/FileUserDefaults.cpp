@@ -119,10 +119,11 @@ const std::optional<Value>& FileUserDefaults::kept(std::string_view key) const {
 }
 
 std::optional<Value> FileUserDefaults::read(const std::string& path) const {
-  const FileContent file = readRegularFile(path, kLargestFile);
-  if (file.state == FileContent::State::Absent) return std::nullopt;
-  if (file.state == FileContent::State::Read) {
-    if (auto value = parseJson(file.bytes)) return decoded(*value);
+  const Result<std::string> bytes = readRegularFile(path, kLargestFile);
+  if (bytes) {
+    if (auto value = parseJson(*bytes)) return decoded(*value);
+  } else if (bytes.error().code == kFileErrorAbsent) {
+    return std::nullopt;
   }
   if (access_ == Access::ReadOnly) return std::nullopt;
   std::error_code error;

@@ -17,9 +17,9 @@ std::optional<Value> parsePropertyList(std::string_view content) {
 }
 
 std::optional<Value> readPropertyList(const std::string& path) {
-  const FileContent file = readRegularFile(path, kLargestFile);
-  if (file.state != FileContent::State::Read) return std::nullopt;
-  return parsePropertyList(file.bytes);
+  const Result<std::string> bytes = readRegularFile(path, kLargestFile);
+  if (!bytes) return std::nullopt;
+  return parsePropertyList(*bytes);
 }
 
 }  // namespace valdren::platform

@@ -31,20 +31,23 @@ bool readUpTo(int descriptor, std::size_t size, std::size_t mostBytes, std::stri
   return true;
 }
 
+const Error kAbsent{kFileErrorDomain, kFileErrorAbsent, "it cannot be read"};
+const Error kUnusable{kFileErrorDomain, kFileErrorUnusable,
+                      "it is not a regular file, or too large"};
+
 }  // namespace
 
-FileContent readRegularFile(const std::string& path, std::size_t mostBytes) {
-  using State = FileContent::State;
+Result<std::string> readRegularFile(const std::string& path, std::size_t mostBytes) {
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  if (!file.isOpen()) return {errno == ENXIO ? State::Unusable : State::Absent, {}};
+  if (!file.isOpen()) return errno == ENXIO ? kUnusable : kAbsent;
   struct stat status {};
-  if (::fstat(file.number(), &status) != 0) return {State::Absent, {}};
+  if (::fstat(file.number(), &status) != 0) return kAbsent;
   const auto size = static_cast<std::size_t>(status.st_size);
-  if (!S_ISREG(status.st_mode) || size > mostBytes) return {State::Unusable, {}};
+  if (!S_ISREG(status.st_mode) || size > mostBytes) return kUnusable;
   std::string bytes;
-  if (!readUpTo(file.number(), size, mostBytes, bytes)) return {State::Absent, {}};
-  if (bytes.size() > mostBytes) return {State::Unusable, {}};
-  return {State::Read, std::move(bytes)};
+  if (!readUpTo(file.number(), size, mostBytes, bytes)) return kAbsent;
+  if (bytes.size() > mostBytes) return kUnusable;
+  return bytes;
 }
 
 }  // namespace valdren::platform

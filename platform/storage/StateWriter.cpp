@@ -83,7 +83,7 @@ void StateWriter::run() {
   }
 }
 
-std::string StateWriter::write(const File& file) {
+Result<> StateWriter::write(const File& file) {
   return file.content ? writeFileAtomically(file.path, *file.content)
                       : removeFileDurably(file.path);
 }
@@ -93,17 +93,19 @@ void StateWriter::writeAll(std::unique_lock<std::mutex>& lock) {
   wanted_ = false;
   writing_ = true;
   lock.unlock();
-  std::string problem;
+  Result<> written;
   auto file = batch.begin();
-  while (file != batch.end() && (problem = write(*file)).empty()) ++file;
+  while (file != batch.end() && (written = write(*file))) ++file;
   lock.lock();
   // Files that could not be written stay first; newer contents replace them.
   batch.erase(batch.begin(), file);
   for (File& newer : files_) putInto(batch, std::move(newer));
   files_ = std::move(batch);
   writing_ = false;
-  if (!problem.empty() && !complained_) logWarning("The state cannot be saved: " + problem + ".");
-  complained_ = !problem.empty();
+  if (!written && !complained_) {
+    logWarning("The state cannot be saved: " + written.error().message + ".");
+  }
+  complained_ = !written;
   done_.notify_all();
 }
 

@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/base/Result.h"
+
 namespace valdren::platform {
 
 /// Each file is written whole and synced: a kill at any instant leaves the old or the new content.
@@ -41,7 +43,7 @@ class StateWriter {
   using Files = std::vector<File>;
 
   static void putInto(Files& files, File file);
-  static std::string write(const File& file);
+  static Result<> write(const File& file);
   void start();
   void run();
   void writeAll(std::unique_lock<std::mutex>& lock);

@@ -82,21 +82,22 @@ const std::string& InterfaceView::resourceBase() {
   return theResourceBase;
 }
 
-std::shared_ptr<InterfaceView> InterfaceView::load(const std::string& name,
-                                                   const std::string& object, const Rect& frame,
-                                                   const Actions& actions) {
+Result<std::shared_ptr<InterfaceView>> InterfaceView::load(const std::string& name,
+                                                           const std::string& object,
+                                                           const Rect& frame,
+                                                           const Actions& actions) {
   registerTileLayouts();
   auto widgets = std::make_unique<Widgets>();
   try {
     widgets->builder = Gtk::Builder::create_from_resource(theResourceBase + "/" + name + ".ui");
     if (GtkWidget* const root = widgets->object(object)) widgets->root = Glib::wrap(root);
   } catch (const Glib::Error& error) {
-    logWarning("The interface file \"" + name + ".ui\" cannot be read: " + error.what());
-    return nullptr;
+    return Error{kErrorDomain, 0,
+                 "the interface file \"" + name + ".ui\" cannot be read: " + error.what()};
   }
   if (!widgets->root) {
-    logWarning("The interface file \"" + name + ".ui\" has no object \"" + object + "\".");
-    return nullptr;
+    return Error{kErrorDomain, 0,
+                 "the interface file \"" + name + ".ui\" has no object \"" + object + "\""};
   }
   widgets->root->insert_action_group("screen", groupOf(actions));
   widgets->collect(*widgets->root);

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/base/Result.h"
 #include "platform/ui/View.h"
 
 namespace valdren::platform {
@@ -21,10 +22,14 @@ class InterfaceView : public View {
   static void setResourceBase(std::string base);
   static const std::string& resourceBase();
 
-  /// The view of the file "NAME.ui". Null, with one log line, when the file is missing or broken or
-  /// has no object with that id. The actions of its controls are "screen.ACTION".
-  static std::shared_ptr<InterfaceView> load(const std::string& name, const std::string& object,
-                                             const Rect& frame, const Actions& actions);
+  /// The domain of the errors of `load`; their code is 0.
+  static constexpr const char* kErrorDomain = "platform.interface";
+
+  /// The view of the file "NAME.ui", never null. An error when there is no such file or it is
+  /// broken or has no object with that id. The actions of its controls are "screen.ACTION".
+  static Result<std::shared_ptr<InterfaceView>> load(const std::string& name,
+                                                     const std::string& object, const Rect& frame,
+                                                     const Actions& actions);
   ~InterfaceView() override;
 
   /// The ids of the buttons, in the order of the file.

@@ -1,5 +1,6 @@
 #include "platform/ui/ViewController.h"
 
+#include "platform/base/Log.h"
 #include "platform/base/MainThread.h"
 #include "platform/ui/InterfaceView.h"
 #include "platform/ui/Window.h"
@@ -30,7 +31,12 @@ void ViewController::loadView() {
   // The view may outlive this screen.
   InterfaceView::Actions actions;
   for (const auto& [name, action] : actions_) actions[name] = whileAlive(*this, action);
-  view_ = InterfaceView::load(interfaceName_, interfaceObject_, initialFrame_, actions);
+  auto loaded = InterfaceView::load(interfaceName_, interfaceObject_, initialFrame_, actions);
+  if (loaded) {
+    view_ = std::move(*loaded);
+  } else {
+    logWarning("A screen is empty: " + loaded.error().message + ".");
+  }
 }
 
 void ViewController::setInterface(std::string name, std::string object) {

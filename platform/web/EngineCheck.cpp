@@ -16,6 +16,8 @@
 namespace valdren::platform {
 namespace {
 
+constexpr const char* kErrorDomain = "platform.engine";
+
 constexpr const char* kWebProcess = "WebKitWebProcess";
 constexpr const char* kNetworkProcess = "WebKitNetworkProcess";
 /// The library that the engine's programs need, and the prefix of any library.
@@ -74,18 +76,22 @@ std::string withoutEnd(const std::string& text) {
   return text.substr(0, text.find('\n'));
 }
 
-/// An error text for a program that was asked for its libraries; empty when it works.
-std::string problemOf(const std::string& program, const char* library, GSubprocess* process,
-                      const std::string& output) {
+Error problem(std::string message) {
+  return {kErrorDomain, 0, std::move(message)};
+}
+
+/// Whether a program that was asked for its libraries works.
+Result<> checkEnd(const std::string& program, const char* library, GSubprocess* process,
+                  const std::string& output) {
   if (g_subprocess_get_if_signaled(process)) {
-    return "\"" + program + "\" was ended by signal " +
-           std::to_string(g_subprocess_get_term_sig(process));
+    return problem("\"" + program + "\" was ended by signal " +
+                   std::to_string(g_subprocess_get_term_sig(process)));
   }
-  if (output.find("bwrap: ") != std::string::npos) return withoutEnd(output);
+  if (output.find("bwrap: ") != std::string::npos) return problem(withoutEnd(output));
   const std::size_t missing = output.find("not found");
   if (missing != std::string::npos) {
     const std::size_t line = output.rfind('\n', missing);
-    return withoutEnd(output.substr(line == std::string::npos ? 0 : line + 1));
+    return problem(withoutEnd(output.substr(line == std::string::npos ? 0 : line + 1)));
   }
 #ifdef __GLIBC__
   const bool named = output.find(library) != std::string::npos;
@@ -94,7 +100,7 @@ std::string problemOf(const std::string& program, const char* library, GSubproce
 #endif
   const int status = g_subprocess_get_exit_status(process);
   if (named && status < 126) return {};
-  return "\"" + program + "\" does not start (status " + std::to_string(status) + ")";
+  return problem("\"" + program + "\" does not start (status " + std::to_string(status) + ")");
 }
 
 }  // namespace
@@ -143,7 +149,7 @@ void EngineCheck::begin() {
   }
   for (const std::string& program : needed) {
     char* const found = g_find_program_in_path(program.c_str());
-    if (!found) return finish("the program \"" + program + "\" is missing");
+    if (!found) return finish(problem("the program \"" + program + "\" is missing"));
     g_free(found);
   }
   // Starts at 1, so that an immediate failure does not finish the check early.
@@ -171,7 +177,7 @@ void EngineCheck::run(const std::vector<std::string>& command, const std::string
   GObjectPtr<GSubprocess> process(
       g_subprocess_launcher_spawnv(launcher.get(), arguments.data(), &error));
   if (!process) {
-    finish(error->message);
+    finish(problem(error->message));
     g_error_free(error);
     return;
   }
@@ -189,28 +195,28 @@ void EngineCheck::Run::ended(GObject* process, GAsyncResult* result, gpointer da
   GBytes* bytes = nullptr;
   GError* error = nullptr;
   g_subprocess_communicate_finish(G_SUBPROCESS(process), result, &bytes, nullptr, &error);
-  std::string problem = error ? error->message : "";
+  Result<> checked;
+  if (error) checked = problem(error->message);
   g_clear_error(&error);
   gsize length = 0;
   const void* const text = bytes ? g_bytes_get_data(bytes, &length) : nullptr;
   const std::string output(static_cast<const char*>(text), text ? length : 0);
   if (bytes) g_bytes_unref(bytes);
-  if (problem.empty())
-    problem = problemOf(run->program, run->library, G_SUBPROCESS(process), output);
+  if (checked) checked = checkEnd(run->program, run->library, G_SUBPROCESS(process), output);
   EngineCheck* const check = run->check.get();
   if (!check) return;
-  if (!problem.empty()) return check->finish(problem);
+  if (!checked) return check->finish(checked);
   if (--check->running_ == 0) check->finish({});
 }
 
-void EngineCheck::finish(const std::string& problem) {
+void EngineCheck::finish(const Result<>& checked) {
   if (usable_) return;
-  usable_ = problem.empty();
+  usable_ = bool(checked);
   if (!*usable_) {
     logWarning(
         "<Valdren> There are no ads, because pages cannot run in the sandbox that they "
         "need: " +
-        problem + ".");
+        checked.error().message + ".");
   }
   for (const auto& known : std::exchange(waiting_, {})) known();
 }

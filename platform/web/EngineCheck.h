@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/Result.h"
 #include "platform/base/RunLoop.h"
 #include "platform/base/Shared.h"
 
@@ -44,7 +45,7 @@ class EngineCheck : public Shared<EngineCheck>, public Trackable {
   /// `library` is a library name that a working program prints.
   void run(const std::vector<std::string>& command, const std::string& program,
            const char* library);
-  void finish(const std::string& problem);
+  void finish(const Result<>& checked);
 
   EnginePrograms programs_;
   std::optional<bool> usable_;

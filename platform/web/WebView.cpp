@@ -1,9 +1,5 @@
 #include "platform/web/WebView.h"
 
-#include <stdexcept>
-
-#include "platform/base/Log.h"
-
 namespace valdren::platform {
 
 WebView::WebView(const Rect& frame, WebView* related)
@@ -107,16 +103,7 @@ void WebView::layoutSubviews() {
 
 bool WebView::engineShouldStartLoad(const URLRequest& request, NavigationType type) {
   WebViewDelegate* const delegate = delegate_.get();
-  if (!delegate) return true;
-  // A delegate may fail on an address that a page made up. A page must not crash the application.
-  try {
-    return delegate->webViewShouldStartLoad(*this, request, type);
-  } catch (const std::invalid_argument& failure) {
-    logWarning(std::string("A page's navigation was refused: ") + failure.what());
-  } catch (const std::out_of_range& failure) {
-    logWarning(std::string("A page's navigation was refused: ") + failure.what());
-  }
-  return false;
+  return !delegate || delegate->webViewShouldStartLoad(*this, request, type);
 }
 
 void WebView::engineDidStartLoad() {

@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "platform/audio/ClipDecoder.h"
+
 namespace quorbel_tests {
 namespace {
 
@@ -52,10 +54,10 @@ void FakeAudioPlayer::stop() {
 
 namespace valdren::platform {
 
-// Replaces the sound library's function.
-std::unique_ptr<AudioPlayer> AudioPlayer::withContentsOfFile(const std::string& path) {
-  if (quorbel_tests::FakeAudioPlayer::broken()) return nullptr;
-  return std::make_unique<quorbel_tests::FakeAudioPlayer>(path);
+// In place of the sound library's own.
+Result<std::unique_ptr<AudioPlayer>> AudioPlayer::withContentsOfFile(const std::string& path) {
+  if (quorbel_tests::FakeAudioPlayer::broken()) return Error{kClipErrorDomain, 0, "it is broken"};
+  return std::unique_ptr<AudioPlayer>(std::make_unique<quorbel_tests::FakeAudioPlayer>(path));
 }
 
 void AudioPlayer::prepare(std::vector<std::string>) {}

@@ -56,15 +56,11 @@ class FakeScreen final : public platform::Screen {
 /// In force while it lives.
 class FakeAudioSession final : public platform::AudioSession {
  public:
-  int initializeStatus = 0;
-  Route currentRoute = {0, "Speaker"};
-  int initializeCount = 0;
+  platform::Result<> initialized;
+  platform::Result<std::optional<std::string>> currentRoute = std::optional<std::string>("Speaker");
 
-  int initialize() override {
-    ++initializeCount;
-    return initializeStatus;
-  }
-  Route route() override { return currentRoute; }
+  platform::Result<> initialize() override { return initialized; }
+  platform::Result<std::optional<std::string>> route() override { return currentRoute; }
 
  private:
   platform::AudioSession::Replacement replacement_{*this};

@@ -104,7 +104,7 @@ TEST_F(Identifier, ReadsWhatMayChangeAfreshAndKeepsTheRest) {
   screen_.frame = {0, 0, 1024.5, 700};
   application_.orientation = InterfaceOrientation::LandscapeLeft;
   application_.setStatusBarHidden(true);
-  audio_.currentRoute.name = "Headphone";
+  audio_.currentRoute = std::optional<std::string>("Headphone");
   application_.openableSchemes = {"kindle"};
   former.set("u_sd", "1.5");
   former.set("u_w", "1024.5");
@@ -132,31 +132,33 @@ TEST_F(Identifier, KnowsWhichBookReadersAreThere) {
 
 TEST_F(Identifier, TellsWhereSoundGoes) {
   using Name = std::optional<std::string>;
+  using platform::AudioSession;
+  using platform::Error;
+  const platform::Result<> done;
+  const Error already{AudioSession::kErrorDomain, AudioSession::kAlreadyInitialized, ""};
+  const Error noServer{AudioSession::kErrorDomain, AudioSession::kNoServer, ""};
   const struct {
-    int initialized;
-    int status;
-    Name name;
+    const char* what;
+    platform::Result<> initialized;
+    platform::Result<Name> route;
     int code;
   } cases[] = {
-      {0, 0, "Speaker", 1},
-      {0, 0, "Headphone", 2},
-      {0, 0, "Headset", 2},
-      {0, 0, "headset", 5},
-      {0, 0, "HeadphonesAndMicrophone", 5},
-      {0, 0, "LineOut", 5},
-      {0, 0, "", 3},
-      {0, 0, std::nullopt, 1},
-      {0, -50, "Headset", 2},
-      {0, 50, "Headset", 1},
-      {platform::AudioSession::kAlreadyInitialized, 0, "Headset", 2},
-      {-1, 0, "Headset", 1},
-      {1, 0, "Headset", 1},
+      {"speaker", done, Name("Speaker"), 1},
+      {"headphone", done, Name("Headphone"), 2},
+      {"headset", done, Name("Headset"), 2},
+      {"small letters", done, Name("headset"), 5},
+      {"longer", done, Name("HeadphonesAndMicrophone"), 5},
+      {"line", done, Name("LineOut"), 5},
+      {"empty", done, Name(""), 3},
+      {"none", done, Name(), 1},
+      {"no route", done, noServer, 1},
+      {"initialized before", already, Name("Headset"), 2},
+      {"no server", noServer, Name("Headset"), 1},
   };
   for (const auto& each : cases) {
-    audio_.initializeStatus = each.initialized;
-    audio_.currentRoute = {each.status, each.name};
-    EXPECT_EQ(VADIdentifierUtilities().audioRoute(), each.code)
-        << each.initialized << " " << each.status << " " << each.name.value_or("(none)");
+    audio_.initialized = each.initialized;
+    audio_.currentRoute = each.route;
+    EXPECT_EQ(VADIdentifierUtilities().audioRoute(), each.code) << each.what;
   }
 }
 

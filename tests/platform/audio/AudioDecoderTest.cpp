@@ -22,10 +22,9 @@ using quorbel_tests::toneFile;
 using quorbel_tests::wave;
 
 std::shared_ptr<const DecodedClip> decode(const std::string& path) {
-  std::string problem;
-  auto clip = platform::decodeClip(path, problem);
-  EXPECT_EQ(clip == nullptr, !problem.empty());
-  return clip;
+  auto clip = platform::decodeClip(path);
+  EXPECT_TRUE(clip || !clip.error().message.empty());
+  return std::move(clip).valueOr(nullptr);
 }
 
 std::string read(const std::filesystem::path& path) {
@@ -103,9 +102,9 @@ TEST(ClipDecoder, RefusesAFileLargerThanItReads) {
   const TemporaryFolder folder;
   const std::string path = folder.write("large.wav", toneFile(440, 0.1));
   std::filesystem::resize_file(path, 65 * 1024 * 1024);  // sparse
-  std::string problem;
-  EXPECT_FALSE(platform::decodeClip(path, problem));
-  EXPECT_EQ(problem, "it is larger than 64 MiB");
+  const auto clip = platform::decodeClip(path);
+  ASSERT_FALSE(clip);
+  EXPECT_EQ(clip.error().message, "it is larger than 64 MiB");
 }
 
 TEST(ClipDecoder, TakesTheFirstMinuteOfALongFile) {
@@ -160,8 +159,7 @@ TEST(ClipDecoder, SurvivesDamageAnywhere) {
     const std::size_t reach =
         round % 3 == 0 ? damaged.size() : std::min<std::size_t>(1400, whole.size());
     for (int hit = 0; hit < 1 + round % 7; ++hit) damaged[roll() % reach] = char(roll());
-    std::string problem;
-    const auto clip = platform::decodeClip(folder.write("damaged.m4a", damaged), problem);
+    const auto clip = decode(folder.write("damaged.m4a", damaged));
     if (!clip) continue;
     ++decoded;
     EXPECT_LE(clip->frameCount(), 60U * platform::kSampleRate);
@@ -173,35 +171,35 @@ TEST(ClipDecoder, SurvivesDamageAnywhere) {
 TEST(ClipCache, GivesTheSameClipUntilTheFileChanges) {
   const TemporaryFolder folder;
   platform::ClipCache cache;
-  std::string problem;
   const std::string path = folder.write("clip.wav", toneFile(440, 0.1));
-  const auto first = cache.clip(path, problem);
+  const auto first = cache.clip(path);
   ASSERT_TRUE(first);
-  EXPECT_EQ(cache.clip(path, problem), first);
+  const auto again = cache.clip(path);
+  EXPECT_EQ(*again, *first);
   folder.write("clip.wav", toneFile(440, 0.2));
-  const auto second = cache.clip(path, problem);
+  const auto second = cache.clip(path);
   ASSERT_TRUE(second);
-  EXPECT_EQ(second->frameCount(), 9600U);
+  EXPECT_EQ((*second)->frameCount(), 9600U);
   std::filesystem::remove(path);
-  EXPECT_FALSE(cache.clip(path, problem));
-  EXPECT_EQ(problem, "No such file or directory");
+  const auto gone = cache.clip(path);
+  ASSERT_FALSE(gone);
+  EXPECT_EQ(gone.error().message, "No such file or directory");
 }
 
 TEST(ClipCache, ForgetsTheOldestOfMoreThanItHolds) {
   const TemporaryFolder folder;
   platform::ClipCache cache;
-  std::string problem;
   // A minute decoded is 22 MiB; the cache holds 64.
   std::weak_ptr<const DecodedClip> oldest;
   std::weak_ptr<const DecodedClip> used;
   for (int number = 0; number < 4; ++number) {
     const std::string path = folder.write("clip" + std::to_string(number) + ".wav",
                                           wave(std::vector<float>(4000 * 60, 0.25F), 4000));
-    const auto clip = cache.clip(path, problem);
+    const auto clip = cache.clip(path);
     ASSERT_TRUE(clip);
-    if (number == 0) used = clip;
-    if (number == 1) oldest = clip;
-    cache.clip(folder.path("clip0.wav"), problem);
+    if (number == 0) used = *clip;
+    if (number == 1) oldest = *clip;
+    EXPECT_TRUE(cache.clip(folder.path("clip0.wav")));
   }
   EXPECT_TRUE(oldest.expired());
   EXPECT_FALSE(used.expired());

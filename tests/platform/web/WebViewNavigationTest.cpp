@@ -138,21 +138,6 @@ TEST(WebViewNavigation, LoadsNothingButWebPagesWhateverItsDelegateSays) {
   EXPECT_EQ(page.evaluate("document.baseURI"), "about:blank") << "a page with the rights of a file";
 }
 
-TEST(WebViewNavigation, RefusesWhatItsDelegateFailsOn) {
-  FakeWebEngines engines;
-  platform::WebView view;
-  RecordingDelegate delegate;
-  delegate.decide = [](const platform::URLRequest& request, platform::NavigationType) -> bool {
-    if (request.url.scheme() == "gmsg") throw std::out_of_range("no name");
-    if (request.url.scheme() == "vantic") throw std::invalid_argument("no record");
-    return true;
-  };
-  view.setDelegate(&delegate);
-  EXPECT_FALSE(engines.last().navigate("gmsg://h"));
-  EXPECT_FALSE(engines.last().navigate("vantic://other"));
-  EXPECT_TRUE(engines.last().navigate("http://h/"));
-}
-
 TEST(WebViewNavigation, TellsNobodyOnceItsDelegateIsGone) {
   FakeWebEngines engines;
   platform::WebView view;
