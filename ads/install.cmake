@@ -6,7 +6,7 @@ include(CMakePackageConfigHelpers)
 set(public_headers
   ads/api/VADBannerView.h ads/api/VADBannerViewDelegate.h ads/request/VADConfiguration.h
   ads/request/VADRequest.h ads/request/VADRequestError.h ads/support/VADErrorCode.h
-  platform/application/Host.h platform/base/Date.h platform/base/MainThread.h platform/base/URL.h
+  platform/application/Host.h platform/base/Date.h platform/base/Export.h platform/base/MainThread.h platform/base/URL.h
   platform/base/Value.h platform/base/WeakPtr.h platform/storage/Bundle.h platform/ui/Geometry.h
   platform/ui/View.h platform/ui/ViewController.h)
 set(public_folder ${PROJECT_BINARY_DIR}/include/valdren)
@@ -43,7 +43,10 @@ foreach(part IN LISTS parts rooms)
   target_sources(valdren_shared PRIVATE $<TARGET_OBJECTS:${part}>)
 endforeach()
 target_link_libraries(valdren_shared PRIVATE quorbel_options ${QUORBEL_PLATFORM_NEEDS})
-target_link_options(valdren_shared PRIVATE -Wl,--no-undefined)
+target_link_options(valdren_shared PRIVATE -Wl,--no-undefined
+  -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/valdren.map)
+set_target_properties(valdren_shared PROPERTIES
+  LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/valdren.map)
 
 install(TARGETS valdren_shared EXPORT ValdrenTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)

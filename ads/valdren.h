@@ -16,11 +16,12 @@
 #include "ads/request/VADRequest.h"
 #include "ads/request/VADRequestError.h"
 #include "platform/application/Host.h"
+#include "platform/base/Export.h"
 #include "platform/storage/Bundle.h"
 
 namespace valdren {
 
 /// The library's own version, as "1.0.0"; a static text.
-const char* libraryVersion();
+VALDREN_EXPORT const char* libraryVersion();
 
 }  // namespace valdren

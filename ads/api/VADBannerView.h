@@ -7,6 +7,7 @@
 
 #include "ads/api/VADBannerViewDelegate.h"
 #include "ads/request/VADRequest.h"
+#include "platform/base/Export.h"
 #include "platform/ui/View.h"
 #include "platform/ui/ViewController.h"
 
@@ -25,7 +26,7 @@ class VADWebView;
 ///     banner->loadRequest(valdren::VADRequest::request());
 ///
 /// Main thread only. It may be removed at any time, also from its delegate's callbacks.
-class VADBannerView : public platform::View {
+class VALDREN_EXPORT VADBannerView : public platform::View {
  public:
   /// The frame may be empty and set later.
   explicit VADBannerView(const platform::Rect& frame = {});

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "platform/base/Export.h"
 #include "platform/base/WeakPtr.h"
 
 namespace valdren {
@@ -12,7 +13,7 @@ class VADRequestError;
 
 /// Override what is of interest. Always called on the main thread; the banner may be removed, or
 /// the delegate destroyed, from inside any of these.
-class VADBannerViewDelegate : public virtual platform::Trackable {
+class VALDREN_EXPORT VADBannerViewDelegate : public virtual platform::Trackable {
  public:
   /// An ad is shown.
   virtual void adViewDidReceiveAd(VADBannerView&) {}
@@ -34,7 +35,7 @@ class VADBannerViewDelegate : public virtual platform::Trackable {
 
 /// The same for a full-screen interstitial. `VADInterstitial` is what the application knows it by.
 class VADInterstitial;
-class VADInterstitialDelegate : public virtual platform::Trackable {
+class VALDREN_EXPORT VADInterstitialDelegate : public virtual platform::Trackable {
  public:
   virtual void interstitialDidReceiveAd(VADInterstitial*) {}
   virtual void interstitialDidFailToReceiveAdWithError(VADInterstitial*, const VADRequestError&) {}

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/base/Date.h"
+#include "platform/base/Export.h"
 #include "platform/base/Value.h"
 
 namespace valdren {
@@ -24,7 +25,7 @@ enum VADGender : std::int32_t {
 
 /// The public face of a request. Every instance is a `VADRequestPrivate`. Texts that are not UTF-8
 /// are repaired where they come in, so that one bad text never costs the whole request.
-class VADRequest {
+class VALDREN_EXPORT VADRequest {
  public:
   /// A new request with default values.
   static std::shared_ptr<VADRequest> request();

@@ -1,5 +1,7 @@
 #include "ads/request/VADRequestError.h"
 
+#include <utility>
+
 #include "ads/request/VADIdentifierUtilities.h"
 #include "ads/request/VADRequest.h"
 #include "ads/request/VADRequestPrivate.h"
@@ -34,16 +36,35 @@ std::string messageFor(std::int32_t code) {
 
 }  // namespace
 
+struct VADRequestError::Members {
+  std::int32_t code;
+  platform::Dictionary userInfo;
+};
+
 VADRequestError VADRequestError::errorWithCode(std::int32_t code, const VADRequest* request) {
   return VADRequestError(code, request);
 }
 
-VADRequestError::VADRequestError(std::int32_t code, const VADRequest* request) : code_(code) {
+VADRequestError::VADRequestError(std::int32_t code, const VADRequest* request) {
+  platform::Dictionary userInfo;
   const std::string message = localizedStringForErrorCode(code);
-  userInfo_.set(kVADLocalizedDescriptionKey, message);
-  userInfo_.set(kVADLocalizedFailureReasonErrorKey, message);
+  userInfo.set(kVADLocalizedDescriptionKey, message);
+  userInfo.set(kVADLocalizedFailureReasonErrorKey, message);
   const auto* const sent = dynamic_cast<const VADRequestPrivate*>(request);
-  if (code == kVADErrorInvalidRequest && sent) userInfo_.merge(sent->parameters());
+  if (code == kVADErrorInvalidRequest && sent) userInfo.merge(sent->parameters());
+  members_ = std::make_shared<const Members>(Members{code, std::move(userInfo)});
+}
+
+std::string VADRequestError::domain() const {
+  return kVADErrorDomain;
+}
+
+std::int32_t VADRequestError::code() const {
+  return members_->code;
+}
+
+const platform::Dictionary& VADRequestError::userInfo() const {
+  return members_->userInfo;
 }
 
 std::string VADRequestError::localizedStringForErrorCode(std::int32_t code) {
@@ -51,7 +72,7 @@ std::string VADRequestError::localizedStringForErrorCode(std::int32_t code) {
 }
 
 const std::string& VADRequestError::localizedDescription() const {
-  return *userInfo_.text(kVADLocalizedDescriptionKey);
+  return *members_->userInfo.text(kVADLocalizedDescriptionKey);
 }
 
 }  // namespace valdren

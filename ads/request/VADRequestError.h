@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "ads/support/VADErrorCode.h"
+#include "platform/base/Export.h"
 #include "platform/base/Value.h"
 
 namespace valdren {
@@ -14,7 +16,7 @@ class VADRequest;
 inline constexpr const char* kVADLocalizedDescriptionKey = "NSLocalizedDescription";
 inline constexpr const char* kVADLocalizedFailureReasonErrorKey = "NSLocalizedFailureReason";
 
-class VADRequestError {
+class VALDREN_EXPORT VADRequestError {
  public:
   /// `request` may be null. For code 0 it is asked what it sends, and what it tells of earlier ads
   /// is then told.
@@ -25,15 +27,15 @@ class VADRequestError {
   static std::string localizedStringForErrorCode(std::int32_t code);
 
   /// `kVADErrorDomain`.
-  std::string domain() const { return kVADErrorDomain; }
-  std::int32_t code() const { return code_; }
+  std::string domain() const;
+  std::int32_t code() const;
   const std::string& localizedDescription() const;
   /// The message under both of its keys; for code 0 also what the request sent.
-  const platform::Dictionary& userInfo() const { return userInfo_; }
+  const platform::Dictionary& userInfo() const;
 
  private:
-  std::int32_t code_;
-  platform::Dictionary userInfo_;
+  struct Members;
+  std::shared_ptr<const Members> members_;
 };
 
 }  // namespace valdren

@@ -3,6 +3,7 @@
 
 #include <compare>
 
+#include "platform/base/Export.h"
 #include "platform/base/Seconds.h"
 
 namespace valdren::platform {
@@ -11,7 +12,7 @@ namespace valdren::platform {
 inline constexpr double kSecondsFrom1970To2001 = 978307200.0;
 
 /// An instant, in seconds since 1 January 1970 UTC.
-class Date {
+class VALDREN_EXPORT Date {
  public:
   Date() = default;
   explicit constexpr Date(double secondsSince1970) : seconds_(secondsSince1970) {}

@@ -5,11 +5,13 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/Export.h"
+
 namespace valdren::platform {
 
 /// A valid URL (RFC 3986 URI reference). The text stays as it was given: nothing is normalised,
 /// scheme and host keep their letter case. A missing URL is an empty optional.
-class URL {
+class VALDREN_EXPORT URL {
  public:
   /// Parses the text. None when it is empty, over 2 MiB or not a valid URL.
   static std::optional<URL> parse(std::string_view text);

@@ -12,16 +12,17 @@
 #include <vector>
 
 #include "platform/base/Date.h"
+#include "platform/base/Export.h"
 
 namespace valdren::platform {
 
-class Value;
+class VALDREN_EXPORT Value;
 
 using Array = std::vector<Value>;
 
 /// Values by key, in the order in which the keys were first set. Look-up takes constant time on
 /// average. Copies are independent.
-class Dictionary {
+class VALDREN_EXPORT Dictionary {
  public:
   struct Entry;
   using const_iterator = const Entry*;
@@ -55,7 +56,7 @@ class Dictionary {
   const_iterator end() const;
 
   /// Equal keys with equal values, in any order.
-  friend bool operator==(const Dictionary& left, const Dictionary& right);
+  VALDREN_EXPORT friend bool operator==(const Dictionary& left, const Dictionary& right);
 
  private:
   struct Storage;
@@ -63,7 +64,7 @@ class Dictionary {
 };
 
 /// One value: null, boolean, 64-bit integer, double, text (UTF-8), date, array or dictionary.
-class Value {
+class VALDREN_EXPORT Value {
  public:
   enum class Kind { Null, Boolean, Integer, Double, Text, Date, Array, Dictionary };
 
@@ -105,7 +106,7 @@ class Value {
   std::string description() const;
 
   /// Numbers compare by value whatever their kind.
-  friend bool operator==(const Value& left, const Value& right);
+  VALDREN_EXPORT friend bool operator==(const Value& left, const Value& right);
 
  private:
   std::variant<std::monostate, bool, std::int64_t, double, std::string, platform::Date,

@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/base/Export.h"
 #include "platform/base/MainThread.h"
 
 namespace valdren::platform {
@@ -11,7 +12,7 @@ namespace valdren::platform {
 /// Base of everything that can be referred to weakly. Inherit it virtually when a class has several
 /// such bases. References read null from the moment that this base is destroyed, or earlier, after
 /// `invalidateWeakReferences`.
-class Trackable {
+class VALDREN_EXPORT Trackable {
  public:
   Trackable() = default;
   Trackable(const Trackable&) : Trackable() {}

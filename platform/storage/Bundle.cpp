@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 namespace valdren::platform {
@@ -26,6 +27,16 @@ bool isPlainName(std::string_view name) {
 
 }  // namespace
 
+struct Bundle::Members {
+  std::string identifier = "com.valdren.host";
+  std::optional<std::string> version;
+  std::string folder;
+};
+
+Bundle::Bundle() : members_(std::make_unique<Members>()) {}
+
+Bundle::~Bundle() = default;
+
 Bundle& Bundle::main() {
   static Bundle bundle;
   return bundle;
@@ -37,11 +48,31 @@ std::optional<std::string> Bundle::pathForResource(std::string_view name,
   if (!type.empty()) file.append(".").append(type);
   if (!isPlainName(file)) return std::nullopt;
   std::error_code error;
-  for (const auto& folder : resourceFolders(folder_)) {
+  for (const auto& folder : resourceFolders(members_->folder)) {
     const auto path = folder / file;
     if (std::filesystem::is_regular_file(path, error)) return path.string();
   }
   return std::nullopt;
+}
+
+const std::string& Bundle::identifier() const {
+  return members_->identifier;
+}
+
+void Bundle::setIdentifier(std::string identifier) {
+  members_->identifier = std::move(identifier);
+}
+
+const std::optional<std::string>& Bundle::version() const {
+  return members_->version;
+}
+
+void Bundle::setVersion(std::optional<std::string> version) {
+  members_->version = std::move(version);
+}
+
+void Bundle::setResourceFolder(std::string folder) {
+  members_->folder = std::move(folder);
 }
 
 }  // namespace valdren::platform

@@ -1,14 +1,20 @@
 // The application's resource files, identifier and version.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/base/Export.h"
+
 namespace valdren::platform {
 
-class Bundle {
+class VALDREN_EXPORT Bundle {
  public:
+  Bundle();
+  ~Bundle();
+
   /// The running application's bundle. Resources are searched in this order: the folder that was
   /// set, QUORBEL_RESOURCES, "resources" beside the executable, and "../share/quorbel" from there.
   static Bundle& main();
@@ -18,18 +24,17 @@ class Bundle {
   std::optional<std::string> pathForResource(std::string_view name, std::string_view type) const;
 
   /// The application's identifier in reverse-domain form; never empty.
-  const std::string& identifier() const { return identifier_; }
-  void setIdentifier(std::string identifier) { identifier_ = std::move(identifier); }
+  const std::string& identifier() const;
+  void setIdentifier(std::string identifier);
   /// The application's version; none when it has none.
-  const std::optional<std::string>& version() const { return version_; }
-  void setVersion(std::optional<std::string> version) { version_ = std::move(version); }
+  const std::optional<std::string>& version() const;
+  void setVersion(std::optional<std::string> version);
   /// A folder that is searched before all others; for an embedding application and for tests.
-  void setResourceFolder(std::string folder) { folder_ = std::move(folder); }
+  void setResourceFolder(std::string folder);
 
  private:
-  std::string identifier_ = "com.valdren.host";
-  std::optional<std::string> version_;
-  std::string folder_;
+  struct Members;
+  const std::unique_ptr<Members> members_;
 };
 
 }  // namespace valdren::platform

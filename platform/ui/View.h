@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/Export.h"
 #include "platform/base/WeakPtr.h"
 #include "platform/ui/Geometry.h"
 
@@ -29,7 +30,7 @@ enum class EventType { Touches = 0, Motion = 1, RemoteControl = 2 };
 
 /// A view shares the ownership of its subviews. Main thread only; the toolkit must have been
 /// started by `Application` or by the host.
-class View : public virtual Trackable, public std::enable_shared_from_this<View> {
+class VALDREN_EXPORT View : public virtual Trackable, public std::enable_shared_from_this<View> {
  public:
   explicit View(const Rect& frame = {});
   virtual ~View();
@@ -38,38 +39,38 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
 
   /// Position and size in the superview's coordinates, in points; the origin is the top-left
   /// corner. Negative and NaN sizes count as 0. A new size resizes the subviews by their masks.
-  const Rect& frame() const { return frame_; }
+  const Rect& frame() const;
   void setFrame(const Rect& frame);
   /// The same size with the origin at (0, 0).
-  Rect bounds() const { return {0, 0, frame_.width, frame_.height}; }
+  Rect bounds() const;
 
-  unsigned autoresizingMask() const { return autoresizingMask_; }
-  void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
-  void setAutoresizesSubviews(bool resizes) { autoresizesSubviews_ = resizes; }
+  unsigned autoresizingMask() const;
+  void setAutoresizingMask(unsigned mask);
+  void setAutoresizesSubviews(bool resizes);
 
   /// Adds a view on top of the present subviews and removes it from its former superview. Null,
   /// this view itself and its ancestors are ignored.
   void addSubview(std::shared_ptr<View> subview);
   /// Releases the superview's reference. Nothing happens without a superview.
   void removeFromSuperview();
-  const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
-  View* superview() const { return superview_; }
+  const std::vector<std::shared_ptr<View>>& subviews() const;
+  View* superview() const;
   /// The window that shows this view, or null.
   Window* window() const;
 
-  bool isHidden() const { return hidden_; }
+  bool isHidden() const;
   void setHidden(bool hidden);
-  bool isOpaque() const { return opaque_; }
-  void setOpaque(bool opaque) { opaque_ = opaque; }
-  Color backgroundColor() const { return backgroundColor_; }
+  bool isOpaque() const;
+  void setOpaque(bool opaque);
+  Color backgroundColor() const;
   void setBackgroundColor(const Color& color);
-  bool clipsToBounds() const { return clipsToBounds_; }
+  bool clipsToBounds() const;
   void setClipsToBounds(bool clips);
   /// While false, neither this view nor its subviews react to touches and keys.
-  bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
+  bool isUserInteractionEnabled() const;
   void setUserInteractionEnabled(bool enabled);
   /// The text that a screen reader speaks; when empty, the toolkit decides.
-  const std::string& accessibilityLabel() const { return accessibilityLabel_; }
+  const std::string& accessibilityLabel() const;
   void setAccessibilityLabel(std::string label);
 
   /// Moves the keyboard's focus here.
@@ -83,7 +84,7 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
   virtual View* hitTest(Point point, EventType type);
 
   /// The toolkit's part of this view; for the platform's own sources.
-  NativeView& native() const { return *native_; }
+  NativeView& native() const;
 
  protected:
   /// Called after the bounds' size has changed, when the subviews have been resized.
@@ -92,20 +93,10 @@ class View : public virtual Trackable, public std::enable_shared_from_this<View>
  private:
   friend class Window;
   void resizeSubviews(Size before);
+  void setOwner(Window* owner);
 
-  Rect frame_;
-  Window* owner_ = nullptr;  // set for a window's outermost view only
-  unsigned autoresizingMask_ = kNoResizing;
-  bool autoresizesSubviews_ = true;
-  bool hidden_ = false;
-  bool opaque_ = true;
-  bool clipsToBounds_ = false;
-  bool userInteractionEnabled_ = true;
-  Color backgroundColor_ = Color::clear();
-  std::string accessibilityLabel_;
-  View* superview_ = nullptr;
-  std::vector<std::shared_ptr<View>> subviews_;
-  std::unique_ptr<NativeView> native_;
+  struct Members;
+  const std::unique_ptr<Members> members_;
 };
 
 }  // namespace valdren::platform

@@ -3,11 +3,12 @@
 #include "platform/base/Log.h"
 #include "platform/base/MainThread.h"
 #include "platform/ui/InterfaceView.h"
+#include "platform/ui/ViewControllerMembers.h"
 #include "platform/ui/Window.h"
 
 namespace valdren::platform {
 
-ViewController::ViewController() {
+ViewController::ViewController() : members_(std::make_unique<Members>()) {
   assertMainThread();
 }
 
@@ -18,34 +19,75 @@ ViewController::~ViewController() {
 
 const std::shared_ptr<View>& ViewController::view() {
   assertMainThread();
-  if (!view_) {
+  if (!members_->view) {
     loadView();
-    if (!view_) view_ = std::make_shared<View>(initialFrame_);
+    if (!members_->view) members_->view = std::make_shared<View>(members_->initialFrame);
     viewDidLoad();
   }
-  return view_;
+  return members_->view;
+}
+
+bool ViewController::isViewLoaded() const {
+  return members_->view != nullptr;
+}
+
+void ViewController::setView(std::shared_ptr<View> view) {
+  members_->view = std::move(view);
+}
+
+void ViewController::setInitialFrame(const Rect& frame) {
+  members_->initialFrame = frame;
+}
+
+ModalTransitionStyle ViewController::modalTransitionStyle() const {
+  return members_->transitionStyle;
+}
+
+void ViewController::setModalTransitionStyle(ModalTransitionStyle style) {
+  members_->transitionStyle = style;
+}
+
+ModalPresentationStyle ViewController::modalPresentationStyle() const {
+  return members_->presentationStyle;
+}
+
+void ViewController::setModalPresentationStyle(ModalPresentationStyle style) {
+  members_->presentationStyle = style;
+}
+
+const std::shared_ptr<ViewController>& ViewController::modalViewController() const {
+  return members_->modal;
+}
+
+ViewController* ViewController::presentingViewController() const {
+  return members_->presenting.get();
+}
+
+Window* ViewController::window() const {
+  return members_->window.get();
 }
 
 void ViewController::loadView() {
-  if (interfaceName_.empty()) return;
+  if (members_->interfaceName.empty()) return;
   // The view may outlive this screen.
   InterfaceView::Actions actions;
-  for (const auto& [name, action] : actions_) actions[name] = whileAlive(*this, action);
-  auto loaded = InterfaceView::load(interfaceName_, interfaceObject_, initialFrame_, actions);
+  for (const auto& [name, action] : members_->actions) actions[name] = whileAlive(*this, action);
+  auto loaded = InterfaceView::load(members_->interfaceName, members_->interfaceObject,
+                                    members_->initialFrame, actions);
   if (loaded) {
-    view_ = std::move(*loaded);
+    members_->view = std::move(*loaded);
   } else {
     logWarning("A screen is empty: " + loaded.error().message + ".");
   }
 }
 
 void ViewController::setInterface(std::string name, std::string object) {
-  interfaceName_ = std::move(name);
-  interfaceObject_ = std::move(object);
+  members_->interfaceName = std::move(name);
+  members_->interfaceObject = std::move(object);
 }
 
 void ViewController::setAction(std::string name, std::function<void()> action) {
-  actions_[std::move(name)] = std::move(action);
+  members_->actions[std::move(name)] = std::move(action);
 }
 
 void ViewController::viewWillAppear(bool) {}
@@ -60,23 +102,25 @@ bool ViewController::shouldAutorotateToInterfaceOrientation(InterfaceOrientation
 void ViewController::didRotateFromInterfaceOrientation(InterfaceOrientation) {}
 
 InterfaceOrientation ViewController::interfaceOrientation() const {
-  return window_ ? window_->orientation() : InterfaceOrientation::Portrait;
+  return members_->window ? members_->window->orientation() : InterfaceOrientation::Portrait;
 }
 
 void ViewController::presentModalViewController(std::shared_ptr<ViewController> controller,
                                                 bool animated) {
   assertMainThread();
-  if (!controller || controller.get() == this || controller->window_ || modal_ || !window_) return;
-  window_->present(*this, std::move(controller), animated);
+  if (!controller || controller.get() == this || controller->members_->window || members_->modal ||
+      !members_->window)
+    return;
+  members_->window->present(*this, std::move(controller), animated);
 }
 
 void ViewController::dismissModalViewControllerAnimated(bool animated) {
   assertMainThread();
-  if (modal_ && window_) window_->dismiss(*this, animated);
+  if (members_->modal && members_->window) members_->window->dismiss(*this, animated);
 }
 
 void ViewController::becomeFirstResponder() {
-  if (view_) view_->becomeFirstResponder();
+  if (members_->view) members_->view->becomeFirstResponder();
 }
 
 }  // namespace valdren::platform

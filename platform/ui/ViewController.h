@@ -2,10 +2,10 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 
+#include "platform/base/Export.h"
 #include "platform/ui/View.h"
 
 namespace valdren::platform {
@@ -28,8 +28,8 @@ enum class ModalPresentationStyle : int { FullScreen = 0, PageSheet = 1, FormShe
 
 /// Owned by its window (as root), by its presenter (while presented) and by whoever made it. Main
 /// thread only.
-class ViewController : public virtual Trackable,
-                       public std::enable_shared_from_this<ViewController> {
+class VALDREN_EXPORT ViewController : public virtual Trackable,
+                                      public std::enable_shared_from_this<ViewController> {
  public:
   ViewController();
   virtual ~ViewController();
@@ -38,10 +38,10 @@ class ViewController : public virtual Trackable,
 
   /// The screen's view; made by `loadView` on first use, followed by `viewDidLoad`.
   const std::shared_ptr<View>& view();
-  bool isViewLoaded() const { return view_ != nullptr; }
-  void setView(std::shared_ptr<View> view) { view_ = std::move(view); }
+  bool isViewLoaded() const;
+  void setView(std::shared_ptr<View> view);
   /// The frame of the view when it is loaded.
-  void setInitialFrame(const Rect& frame) { initialFrame_ = frame; }
+  void setInitialFrame(const Rect& frame);
   /// The interface file that `loadView` reads (without its ".ui"), and the id of its outermost
   /// object. An empty name, the default, gives a plain view.
   void setInterface(std::string name, std::string object);
@@ -70,10 +70,10 @@ class ViewController : public virtual Trackable,
   /// The same for going back: Alt+Left, the Back key, the mouse's back button.
   virtual bool backPressed() { return false; }
 
-  ModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
-  void setModalTransitionStyle(ModalTransitionStyle style) { transitionStyle_ = style; }
-  ModalPresentationStyle modalPresentationStyle() const { return presentationStyle_; }
-  void setModalPresentationStyle(ModalPresentationStyle style) { presentationStyle_ = style; }
+  ModalTransitionStyle modalTransitionStyle() const;
+  void setModalTransitionStyle(ModalTransitionStyle style);
+  ModalPresentationStyle modalPresentationStyle() const;
+  void setModalPresentationStyle(ModalPresentationStyle style);
 
   /// Shows `controller` over the whole window and holds it until it is dismissed. Ignored for null,
   /// while this screen presents another one, and when this screen is in no window. When animated,
@@ -82,27 +82,19 @@ class ViewController : public virtual Trackable,
   /// Removes the screen that this one presents, and all above it. Nothing happens without one.
   void dismissModalViewControllerAnimated(bool animated);
   /// The screen that this one presents, or null.
-  const std::shared_ptr<ViewController>& modalViewController() const { return modal_; }
+  const std::shared_ptr<ViewController>& modalViewController() const;
   /// The screen that presents this one, or null.
-  ViewController* presentingViewController() const { return presenting_.get(); }
+  ViewController* presentingViewController() const;
 
   /// The window that shows this screen (also while it is covered), or null.
-  Window* window() const { return window_.get(); }
+  Window* window() const;
   void becomeFirstResponder();
 
  private:
   friend class Window;
 
-  std::shared_ptr<View> view_;
-  Rect initialFrame_{0, 0, 320, 480};
-  std::string interfaceName_;
-  std::string interfaceObject_;
-  std::map<std::string, std::function<void()>> actions_;
-  ModalTransitionStyle transitionStyle_ = ModalTransitionStyle::CoverVertical;
-  ModalPresentationStyle presentationStyle_ = ModalPresentationStyle::FullScreen;
-  std::shared_ptr<ViewController> modal_;
-  WeakPtr<ViewController> presenting_;
-  WeakPtr<Window> window_;
+  struct Members;
+  const std::unique_ptr<Members> members_;
 };
 
 }  // namespace valdren::platform

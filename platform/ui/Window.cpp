@@ -8,6 +8,7 @@
 #include "platform/ui/LeavingKeys.h"
 #include "platform/ui/NativeView.h"
 #include "platform/ui/NativeWindow.h"
+#include "platform/ui/ViewControllerMembers.h"
 
 namespace valdren::platform {
 namespace {
@@ -47,7 +48,7 @@ struct Window::Transition {
 Window::Window(Size size) : stage_(std::make_shared<Stage>()) {
   assertMainThread();
   native_ = std::make_unique<NativeWindow>(size, *stage_);
-  stage_->owner_ = this;
+  stage_->setOwner(this);
   stage_->setFrame({0, 0, size.width, size.height - native_->statusBarHeight()});
   lastOrientation_ = orientation();
   watchLeavingKeys(native_->window(), [this](LeavingKey key) {
@@ -62,7 +63,7 @@ Window::~Window() {
   assertMainThread();
   invalidateWeakReferences();
   if (transition_) native_->stopAnimation();
-  stage_->owner_ = nullptr;
+  stage_->setOwner(nullptr);
   while (!stage_->subviews().empty()) stage_->subviews().back()->removeFromSuperview();
   native_.reset();
 }
@@ -95,7 +96,7 @@ void Window::setRootViewController(std::shared_ptr<ViewController> controller) {
 void Window::replaceRoot(std::shared_ptr<ViewController> controller) {
   endTransition();
   if (root_) {
-    if (root_->modal_) {
+    if (root_->members_->modal) {
       dismiss(*root_, false);
       change([this, controller = std::move(controller)] { replaceRoot(controller); });
       return;
@@ -103,11 +104,11 @@ void Window::replaceRoot(std::shared_ptr<ViewController> controller) {
     if (visible_) root_->viewWillDisappear(false);
     if (root_->isViewLoaded()) root_->view()->removeFromSuperview();
     if (visible_) root_->viewDidDisappear(false);
-    root_->window_ = nullptr;
+    root_->members_->window = nullptr;
   }
   root_ = std::move(controller);
   if (!root_) return;
-  root_->window_ = this;
+  root_->members_->window = this;
   root_->setInitialFrame(stage_->bounds());
   const std::shared_ptr<View> view = root_->view();
   view->setAutoresizingMask(kFlexibleWidth | kFlexibleHeight);
@@ -134,7 +135,7 @@ void Window::makeKeyAndVisible() {
 
 ViewController* Window::topViewController() const {
   ViewController* top = root_.get();
-  while (top && top->modal_) top = top->modal_.get();
+  while (top && top->members_->modal) top = top->members_->modal.get();
   return top;
 }
 
@@ -144,12 +145,12 @@ ViewController* Window::topViewController() const {
 void Window::present(ViewController& presenter, std::shared_ptr<ViewController> controller,
                      bool animated) {
   if (shownForModalsOnly_ && !visible_) makeKeyAndVisible();
-  presenter.modal_ = controller;
-  controller->presenting_ = &presenter;
-  controller->window_ = this;
+  presenter.members_->modal = controller;
+  controller->members_->presenting = &presenter;
+  controller->members_->window = this;
   change([this, controller = std::move(controller), over = presenter.shared_from_this(), animated] {
     // It may have been dismissed while it waited.
-    if (over->modal_ == controller) show(controller, over, animated);
+    if (over->members_->modal == controller) show(controller, over, animated);
   });
 }
 
@@ -170,8 +171,9 @@ void Window::show(const std::shared_ptr<ViewController>& controller,
 void Window::dismiss(ViewController& presenter, bool animated) {
   const std::shared_ptr<ViewController> over = presenter.shared_from_this();
   std::vector<std::shared_ptr<ViewController>> leaving;
-  for (ViewController* screen = over.get(); screen->modal_; screen = leaving.back().get()) {
-    leaving.push_back(std::move(screen->modal_));
+  for (ViewController* screen = over.get(); screen->members_->modal;
+       screen = leaving.back().get()) {
+    leaving.push_back(std::move(screen->members_->modal));
   }
   change([this, over, leaving, animated] {
     endTransition();
@@ -184,8 +186,8 @@ void Window::dismiss(ViewController& presenter, bool animated) {
     for (const auto& screen : leaving) {
       if (screen == top) continue;
       if (isOnStage(*screen)) screen->view()->removeFromSuperview();
-      screen->presenting_ = nullptr;
-      screen->window_ = nullptr;
+      screen->members_->presenting = nullptr;
+      screen->members_->window = nullptr;
     }
     if (top) hide(top, over, animated);
   });
@@ -252,10 +254,10 @@ void Window::endTransition() {
   turnBack();
   done->underneath->view()->native().focus();
   done->moving->viewDidDisappear(done->animated);
-  done->moving->presenting_ = nullptr;
-  done->moving->window_ = nullptr;
+  done->moving->members_->presenting = nullptr;
+  done->moving->members_->window = nullptr;
   done->underneath->viewDidAppear(done->animated);
-  if (shownForModalsOnly_ && root_ && !root_->modal_) hide();
+  if (shownForModalsOnly_ && root_ && !root_->members_->modal) hide();
 }
 
 void Window::hide() {
@@ -296,7 +298,7 @@ void Window::checkTurn() {
 void Window::turnBack() {
   if (sizeBeforeTurn_ == Size{}) return;
   const std::shared_ptr<ViewController> turned = turnedFor_.lock();
-  for (const ViewController* screen = root_.get(); screen; screen = screen->modal_.get()) {
+  for (const ViewController* screen = root_.get(); screen; screen = screen->members_->modal.get()) {
     if (screen == turned.get()) return;
   }
   turnCheck_.reset();
@@ -308,7 +310,7 @@ void Window::turnBack() {
 
 void Window::didReceiveMemoryWarning() {
   std::vector<std::shared_ptr<ViewController>> screens;
-  for (std::shared_ptr<ViewController> screen = root_; screen; screen = screen->modal_) {
+  for (std::shared_ptr<ViewController> screen = root_; screen; screen = screen->members_->modal) {
     screens.push_back(screen);
   }
   for (const auto& screen : screens) screen->didReceiveMemoryWarning();
