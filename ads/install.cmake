@@ -6,9 +6,9 @@ include(CMakePackageConfigHelpers)
 set(public_headers
   ads/api/VADBannerView.h ads/api/VADBannerViewDelegate.h ads/request/VADConfiguration.h
   ads/request/VADRequest.h ads/request/VADRequestError.h ads/support/VADErrorCode.h
-  platform/application/Host.h platform/base/Date.h platform/base/Export.h platform/base/MainThread.h platform/base/URL.h
-  platform/base/Value.h platform/base/WeakPtr.h platform/storage/Bundle.h platform/ui/Geometry.h
-  platform/ui/View.h platform/ui/ViewController.h)
+  platform/application/Host.h platform/base/Date.h platform/base/Export.h platform/base/MainThread.h
+  platform/base/URL.h platform/base/Value.h platform/base/WeakPtr.h platform/storage/Bundle.h
+  platform/ui/Geometry.h platform/ui/View.h platform/ui/ViewController.h)
 set(public_folder ${PROJECT_BINARY_DIR}/include/valdren)
 
 # publish_header(FROM TO): a copy that includes the others as <valdren/...>.

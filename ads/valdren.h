@@ -16,7 +16,6 @@
 #include "ads/request/VADRequest.h"
 #include "ads/request/VADRequestError.h"
 #include "platform/application/Host.h"
-#include "platform/base/Export.h"
 #include "platform/storage/Bundle.h"
 
 namespace valdren {
