@@ -256,7 +256,7 @@ TEST_F(VADObjectPrivateTest, FallsBackToAnOlderScript) {
 
 TEST_F(VADObjectPrivateTest, AsksForTheScriptOnceADay) {
   bringTo(kVADStateLoadingScript);
-  EXPECT_EQ(expireDate(), platform::Value(platform::Date::now().after(86400)));
+  EXPECT_EQ(expireDate(), platform::Value(platform::Date::now().after(platform::Seconds(86400))));
   EXPECT_TRUE(defaults.written().contains("valdren_stats_VADObjectPrivate"));
   answerScript();
   scriptGivesURL();
@@ -291,7 +291,7 @@ TEST_F(VADObjectPrivateTest, AsksForTheScriptWhenWhatWasKeptIsDamaged) {
       [this] { clearCaches(); },
       [&] { keep("tomorrow"); },
       // As after the clock was set back.
-      [&] { keep(platform::Date::now().after(86401)); },
+      [&] { keep(platform::Date::now().after(platform::Seconds(86401))); },
       [this] {
         const std::string copy = *valdren::cachePathForURL(VADAdEngineScript::jsBuildAdURL());
         std::filesystem::resize_file(copy, 1ull << 40);
