@@ -70,7 +70,7 @@ class SoundScreen : public platform::ViewController, public platform::AudioPlaye
   };
   std::unique_ptr<platform::AudioPlayer> theAudio;
   bool silent_ = false;  // whether the screen says that there is no sound
-  struct : platform::Trackable {
+  struct : platform::WeakTarget {
   } silence_;           // whose delayed calls wait for the end of that
   std::string marked_;  // the action whose button shows that its clip plays
 };

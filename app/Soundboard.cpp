@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "app/AdNetwork.h"
+#include "app/AdNetworkSetup.h"
 #include "app/quorbelAppDelegate.h"
 #include "app/quorbelViewController.h"
 #include "app/quorbeliPad.h"
@@ -45,10 +45,10 @@ platform::ApplicationDescription describe(const Options& options) {
 }
 
 int runSoundboard(platform::ApplicationDescription description, const Options& options) {
-  std::unique_ptr<AdNetwork> network;
+  std::unique_ptr<AdNetworkSetup> network;
   description.starting = [&] {
     prepareSounds();
-    network = std::make_unique<AdNetwork>(options);
+    network = std::make_unique<AdNetworkSetup>(options);
   };
   platform::Bundle::main().setIdentifier(description.identifier);
   return platform::applicationMain(description);

@@ -158,7 +158,7 @@ std::string AdNetwork::catalogue() const {
     all.push_back(platform::Dictionary{{"name", each.name},
                                        {"does", each.does},
                                        {"expected", each.expected},
-                                       {"stage", nameOf(each.stage)}});
+                                       {"actor", nameOf(each.actor)}});
   }
   platform::Array served;
   for (const Ad& each : ads()) {
@@ -236,7 +236,7 @@ Answer AdNetwork::scriptAnswer(const Call& call, Seen& seen) {
                   .body = page("sdk-core.js"),
                   .headers = {{"Last-Modified", modified}, {"Cache-Control", "no-cache"}}};
   };
-  if (scenario.stage == Stage::ScriptHost) {
+  if (scenario.actor == Actor::ScriptHost) {
     seen.scenario = scenario.name;
     return scenario.answer(plan);
   }
@@ -256,7 +256,7 @@ Answer AdNetwork::adAnswer(const Call& call, Seen& seen) {
   const Scenario* named = call.scenario ? call.scenario : scenarioOfUnit(slot);
   const Scenario* scenario = named ? named : scenario_;
   // An ad unit that names its ad gets that ad, and scenarios of other stages do not apply here.
-  if (scenario->stage != Stage::AdServer || (!named && slot.starts_with(kAdUnit))) {
+  if (scenario->actor != Actor::AdServer || (!named && slot.starts_with(kAdUnit))) {
     scenario = &scenarios().front();
   }
   const bool isHop = seen.kind == "hop";

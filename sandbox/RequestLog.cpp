@@ -3,7 +3,7 @@
 #include "ads/protocol/Parameters.h"
 #include "platform/base/Json.h"
 #include "platform/base/Text.h"
-#include "sandbox/Sealed.h"
+#include "sandbox/Decryption.h"
 
 namespace platform = valdren::platform;
 
@@ -35,12 +35,12 @@ platform::Dictionary told(const Request& request) {
     const auto* table = parameters ? parameters->dictionary() : nullptr;
     if (const std::string* location =
             table ? table->text(valdren::kVADParameterLocation) : nullptr) {
-      result.setIfPresent("location", openedLocation(*location));
+      result.setIfPresent("location", decodedLocation(*location));
     }
   }
   for (const char* key : {valdren::kVADQueryRequestSignals, valdren::kVADQueryClickSignals}) {
-    const auto sealed = request.parameter(key);
-    if (sealed) result.setIfPresent("signals", openedSignals(*sealed));
+    const auto encrypted = request.parameter(key);
+    if (encrypted) result.setIfPresent("signals", decryptedSignals(*encrypted));
   }
   return result;
 }

@@ -11,7 +11,7 @@
 namespace sandbox {
 
 /// The part of the network that acts in a scenario.
-enum class Stage {
+enum class Actor {
   /// The server of the ad engine script. The ad unit has no influence on it.
   ScriptHost,
   /// The ad engine script, in its answer to the client.
@@ -19,7 +19,7 @@ enum class Stage {
   /// The ad server.
   AdServer,
 };
-std::string_view nameOf(Stage stage);
+std::string_view nameOf(Actor actor);
 
 /// The material for an ad server's answer.
 struct Plan {
@@ -41,8 +41,8 @@ struct Scenario {
   std::string_view does;
   /// The expected reaction of a client.
   std::string_view expected;
-  Stage stage = Stage::AdServer;
-  /// Null at the stage Script, where the script acts by the scenario's name.
+  Actor actor = Actor::AdServer;
+  /// Null at the actor Script, where the script acts by the scenario's name.
   Answer (*answer)(const Plan&) = nullptr;
 };
 

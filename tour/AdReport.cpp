@@ -23,9 +23,9 @@ std::string filledIn(const std::string& expected, const std::string& ticket) {
 
 /// Whether the value, null when there is none, is the one that is expected.
 bool isAsExpected(const platform::Value* value, const std::string& expected) {
-  if (expected == kUntold) return !value;
+  if (expected == kMissing) return !value;
   if (!value) return false;
-  if (expected == kSome) return value->integerValue() > 0;
+  if (expected == kAnyPositive) return value->integerValue() > 0;
   return value->description() == expected;
 }
 
@@ -34,8 +34,8 @@ std::string unlike(const std::string& key, const platform::Value* told, const st
          "\", other than " + wanted;
 }
 
-std::string problemOf(const platform::Dictionary& parameters, const std::vector<Told>& expected,
-                      const std::string& ticket) {
+std::string problemOf(const platform::Dictionary& parameters,
+                      const std::vector<ExpectedParameter>& expected, const std::string& ticket) {
   for (const auto& [key, value] : expected) {
     const platform::Value* const told = parameters.find(key);
     const std::string wanted = filledIn(value, ticket);
@@ -46,7 +46,8 @@ std::string problemOf(const platform::Dictionary& parameters, const std::vector<
 
 }  // namespace
 
-std::string adRequestProblem(const sandbox::Sandbox& network, const std::vector<Told>& expected) {
+std::string adRequestProblem(const sandbox::Sandbox& network,
+                             const std::vector<ExpectedParameter>& expected) {
   const auto log = platform::parseJson(network.log());
   const auto* const table = log ? log->dictionary() : nullptr;
   const platform::Value* const requests = table ? table->find("requests") : nullptr;

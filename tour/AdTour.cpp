@@ -183,17 +183,17 @@ class AdSteps {
     ask("the last ad", "ad-harbour", "Harbour Roast",
         // The page came inside the ad, so that it has no address with an "ai".
         {{"pcc", "1"},
-         {"pai", kUntold},
+         {"pai", kMissing},
          {"pit", kTicketPing},
-         {"plpnc", kUntold},
-         {"pcl", kSome},
-         {"plpd", kSome}});
+         {"plpnc", kMissing},
+         {"pcl", kAnyPositive},
+         {"plpd", kAnyPositive}});
     return std::move(steps_);
   }
 
  private:
   void throughTheBrowser() {
-    ask("an ad for the browser", "ad-browser", "Fernweh Atlas", {{"pcc", kUntold}});
+    ask("an ad for the browser", "ad-browser", "Fernweh Atlas", {{"pcc", kMissing}});
     add("tap it for its page", tapBanner, [] { return browserProblem("/land/plain?", false); });
     add(
         "a link in the page",
@@ -213,11 +213,11 @@ class AdSteps {
          {"pai", kTicket},
          {"pit", kTicketPing},
          {"plpnc", "1"},
-         {"pcbo", kUntold},
-         {"ppcl", kSome},
-         {"pcl", kSome},
-         {"plpl", kSome},
-         {"plpd", kSome}});
+         {"pcbo", kMissing},
+         {"ppcl", kAnyPositive},
+         {"pcl", kAnyPositive},
+         {"plpl", kAnyPositive},
+         {"plpd", kAnyPositive}});
     add("tap the web app", tapBanner,
         [said = std::make_shared<std::string>()] { return greetingProblem(said); });
     back("close the web app", [] {
@@ -227,7 +227,11 @@ class AdSteps {
 
   void throughTheLyingWebApp() {
     ask("an ad that lies on its side", "ad-webapp-html", "Pocket Garden",
-        {{"pcc", "1"}, {"pai", kTicket}, {"plpnc", kUntold}, {"pcl", kSome}, {"plpd", kSome}});
+        {{"pcc", "1"},
+         {"pai", kTicket},
+         {"plpnc", kMissing},
+         {"pcl", kAnyPositive},
+         {"plpd", kAnyPositive}});
     add("tap it and be turned", tapBanner, lyingWebAppProblem);
     steps_.back().remark = shapeRemark;
     back("the page closes itself", [] {
@@ -237,7 +241,7 @@ class AdSteps {
 
   /// The ad, and what the request for it tells of the one before.
   void ask(std::string title, const std::string& unit, const std::string& brand,
-           std::vector<Told> told) {
+           std::vector<ExpectedParameter> told) {
     add(
         std::move(title),
         [unit, network = network_, wasLandscape = wasLandscape_] {

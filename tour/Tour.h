@@ -33,7 +33,7 @@ struct TourStep {
 
 /// Goes through steps one after another on the run loop and leaves numbered pictures and a report,
 /// "tour.txt", in its folder.
-class Tour : public platform::Trackable {
+class Tour : public platform::WeakTarget {
  public:
   /// `finished` gets the number of steps that failed.
   Tour(std::string folder, std::vector<TourStep> steps, std::function<void(int failed)> finished);

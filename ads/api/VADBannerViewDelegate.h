@@ -13,7 +13,7 @@ class VADRequestError;
 
 /// Override what is of interest. Always called on the main thread; the banner may be removed, or
 /// the delegate destroyed, from inside any of these.
-class VALDREN_EXPORT VADBannerViewDelegate : public virtual platform::Trackable {
+class VALDREN_EXPORT VADBannerViewDelegate : public virtual platform::WeakTarget {
  public:
   /// An ad is shown.
   virtual void adViewDidReceiveAd(VADBannerView&) {}
@@ -35,7 +35,7 @@ class VALDREN_EXPORT VADBannerViewDelegate : public virtual platform::Trackable 
 
 /// The same for a full-screen interstitial. `VADInterstitial` is what the application knows it by.
 class VADInterstitial;
-class VALDREN_EXPORT VADInterstitialDelegate : public virtual platform::Trackable {
+class VALDREN_EXPORT VADInterstitialDelegate : public virtual platform::WeakTarget {
  public:
   virtual void interstitialDidReceiveAd(VADInterstitial*) {}
   virtual void interstitialDidFailToReceiveAdWithError(VADInterstitial*, const VADRequestError&) {}

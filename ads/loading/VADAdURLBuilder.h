@@ -18,7 +18,7 @@ namespace valdren {
 class VADWebViewDelegate;
 
 /// The page exists only until the script has answered, or should have. Main thread only.
-class VADAdURLBuilder : public platform::Trackable {
+class VADAdURLBuilder : public platform::WeakTarget {
  public:
   /// So long may the script take to answer, the start of a web process included, in seconds.
   static constexpr platform::Seconds kBuildSeconds{30};

@@ -6,7 +6,7 @@
 namespace valdren {
 
 /// Watches from its construction on, until it has seen the launch finish.
-class VADLaunchObserver : public platform::Trackable {
+class VADLaunchObserver : public platform::WeakTarget {
  public:
   /// The process's own, which watches from the process's start on: a first banner may well be made
   /// after the launch.

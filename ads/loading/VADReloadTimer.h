@@ -13,7 +13,7 @@ namespace valdren {
 
 /// Nothing is pending in the background and while a screen covers the banner; the interval starts
 /// anew afterwards. Destroying it drops the pending refresh.
-class VADReloadTimer : public platform::Trackable {
+class VADReloadTimer : public platform::WeakTarget {
  public:
   explicit VADReloadTimer(std::function<void()> reload);
   ~VADReloadTimer();

@@ -13,7 +13,7 @@ namespace valdren {
 class VADAdEvents;
 class VADViewController;
 
-struct VADViewControllerPrivate : public VADPrivateObject, public virtual platform::Trackable {
+struct VADViewControllerPrivate : public VADPrivateObject, public virtual platform::WeakTarget {
   int supportedOrientations = kVADOrientationAny;
   platform::WeakPtr<platform::WebView> openingWebView;
   std::shared_ptr<VADAdEvents> delegateManager;

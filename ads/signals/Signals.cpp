@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "ads/protocol/Parameters.h"
-#include "ads/signals/SealedSignals.h"
+#include "ads/signals/EncryptedSignals.h"
 #include "platform/base/Clock.h"
 #include "platform/base/Text.h"
 
@@ -66,9 +66,9 @@ platform::Dictionary contentOf(const View& view, int viewedFor, const std::deque
 }
 
 int fill(std::string& text, const char* key, const platform::Dictionary& content) {
-  const std::optional<std::string> sealed = sealSignals(content);
-  if (!sealed) return 0;
-  text = key + ("=" + *sealed);
+  const std::optional<std::string> encrypted = encryptSignals(content);
+  if (!encrypted) return 0;
+  text = key + ("=" + *encrypted);
   return 1;
 }
 

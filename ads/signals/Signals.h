@@ -1,5 +1,5 @@
-// What the person did inside the ad, handed to the ad network sealed. docs/signals.md says exactly
-// what is sent.
+// What the user did inside the ad, encrypted for the ad network. docs/signals.md lists what is
+// sent.
 #pragma once
 
 #include <string>
@@ -13,11 +13,11 @@ int vad_gig(int requestType, std::string_view sdkVersion);
 
 /// Fills `text` with the signals for the announced ad's request, one "key=value" pair: what the
 /// person did with the ad before it. 0, and an untouched text, when no ad has been announced yet or
-/// sealing fails.
+/// the encryption fails.
 int vad_gmrs(std::string& text);
 
 /// Fills `text` with the signals for a click on the announced ad, which has this identifier, one
-/// ready-made query item. 0, and an untouched text, when sealing fails.
+/// ready-made query item. 0, and an untouched text, when the encryption fails.
 int vad_gmcs(std::string_view adIdentifier, std::string& text);
 
 /// Notes a touch inside the ad: its place and duration as the ad's script tells them, -1 for what

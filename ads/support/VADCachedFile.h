@@ -20,7 +20,7 @@ class VADCachedFile;
 std::string describedFailure(const std::optional<platform::Error>& error);
 
 /// Told how a fetch ends, and asked at each redirect. It may let go of the file in any of these.
-class VADCachedFileDelegate : public virtual platform::Trackable {
+class VADCachedFileDelegate : public virtual platform::WeakTarget {
  public:
   /// The local file is good: freshly written, or unchanged on the server.
   virtual void cachedFileDownloadDidEnd(VADCachedFile& file) = 0;

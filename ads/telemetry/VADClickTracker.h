@@ -12,7 +12,7 @@ namespace valdren {
 class VADClickTracker;
 
 /// Told the outcome of a ping, when it wants to be.
-class VADClickTrackerDelegate : public virtual platform::Trackable {
+class VADClickTrackerDelegate : public virtual platform::WeakTarget {
  public:
   /// The ping has gone through; `url` is where its redirects ended.
   virtual void trackerDidRedirect(VADClickTracker&, const platform::URL& /*url*/) {}

@@ -15,7 +15,7 @@ namespace valdren {
 
 /// Counters and flags are kept in the user defaults as soon as they change, latencies as named
 /// timings when the application ends. Main thread only.
-class VADStatistics : public platform::Trackable {
+class VADStatistics : public platform::WeakTarget {
  public:
   /// Made on first use; lives until it is released.
   static VADStatistics& sharedStatistics();

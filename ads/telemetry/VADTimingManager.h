@@ -13,7 +13,7 @@ namespace valdren {
 
 /// One timing a category. Loads what was kept when it is made; keeps it when the application ends,
 /// when asked to, and when it is destroyed. Main thread only.
-class VADTimingManager : public platform::Trackable {
+class VADTimingManager : public platform::WeakTarget {
  public:
   explicit VADTimingManager(std::string identifier);
   ~VADTimingManager();

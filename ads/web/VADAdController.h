@@ -29,7 +29,7 @@ enum VADState : int {
 /// Implemented by the loader, `VADObjectPrivate`. Whoever calls in from outside the loader holds a
 /// reference to it until the call is over, because a publisher may throw the banner away in any
 /// delegate callback.
-class VADAdController : public virtual platform::Trackable,
+class VADAdController : public virtual platform::WeakTarget,
                         public std::enable_shared_from_this<VADAdController> {
  public:
   virtual VADState state() const = 0;

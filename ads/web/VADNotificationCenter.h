@@ -14,7 +14,7 @@ namespace valdren {
 /// A sender that is kept alive until its notification is delivered.
 using VADSender = std::shared_ptr<const void>;
 
-class VADNotificationCenter : public platform::NotificationCenter, public platform::Trackable {
+class VADNotificationCenter : public platform::NotificationCenter, public platform::WeakTarget {
  public:
   /// The one that all of the client shares.
   static VADNotificationCenter& defaultCenter();

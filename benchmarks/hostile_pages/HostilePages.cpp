@@ -14,8 +14,8 @@
 #include "benchmarks/Figures.h"
 #include "benchmarks/hostile_pages/HostileNetwork.h"
 #include "benchmarks/hostile_pages/Peaks.h"
+#include "benchmarks/support/Environment.h"
 #include "benchmarks/support/LoopWork.h"
-#include "benchmarks/support/Stage.h"
 
 namespace platform = valdren::platform;
 
@@ -97,7 +97,7 @@ bool isAsked(const Attack& attack, const std::vector<std::string>& names) {
 
 int main(int argc, char** argv) {
   const std::vector<std::string> names(argv + 1, argv + argc);
-  const Stage stage;
+  const Toolkit toolkit;
   HostileNetwork network;
   Peaks peaks;
   std::printf("%-28s %9s %9s %8s %8s %8s %6s   %s\n", "", "stall ms", "own work", "own MiB",

@@ -10,8 +10,8 @@
 #include "ads/web/VADWebViewDelegate.h"
 #include "benchmarks/Figures.h"
 #include "benchmarks/support/BareView.h"
+#include "benchmarks/support/Environment.h"
 #include "benchmarks/support/LoopWork.h"
-#include "benchmarks/support/Stage.h"
 #include "platform/application/Host.h"
 
 namespace platform = valdren::platform;
@@ -124,7 +124,7 @@ void bare(GtkWidget* box, Rate& rate) {
 
 int main(int argc, char** argv) {
   const int asked = argc > 1 ? std::atoi(argv[1]) : kDefaultRounds;
-  const Stage stage;
+  const Toolkit toolkit;
   GtkWidget* const window = gtk_window_new();
   GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
   gtk_window_set_default_size(GTK_WINDOW(window), 360, 200);

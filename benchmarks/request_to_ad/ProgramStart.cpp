@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "benchmarks/Figures.h"
-#include "benchmarks/support/Stage.h"
+#include "benchmarks/support/Environment.h"
 
 extern char** environ;
 

@@ -21,9 +21,9 @@
 #include "benchmarks/Figures.h"
 #include "benchmarks/request_to_ad/ProgramStart.h"
 #include "benchmarks/support/BareView.h"
+#include "benchmarks/support/Environment.h"
 #include "benchmarks/support/LoopWork.h"
 #include "benchmarks/support/Pixels.h"
-#include "benchmarks/support/Stage.h"
 #include "tests/support/HttpClient.h"
 
 namespace platform = valdren::platform;
@@ -139,7 +139,7 @@ Round showBare(BareView& bare, const std::string& base, const char* unit, double
 
 /// Shows the first ad of a new process.
 int firstOnce(bool ours, const std::string& base) {
-  const Stage stage;
+  const Toolkit toolkit;
   useServer(base);
   const Window window;
   restartLoopWork();
@@ -267,7 +267,7 @@ void measureFirst(const char* program, const std::string& base) {
 }
 
 void measureWarm(const std::string& base, int rounds) {
-  const Stage stage;
+  const Toolkit toolkit;
   useServer(base);
   const Window window;
   Banner banner(window);

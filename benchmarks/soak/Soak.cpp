@@ -8,8 +8,8 @@
 
 #include "ads/valdren.h"
 #include "benchmarks/Figures.h"
+#include "benchmarks/support/Environment.h"
 #include "benchmarks/support/Family.h"
-#include "benchmarks/support/Stage.h"
 
 namespace platform = valdren::platform;
 
@@ -42,7 +42,7 @@ void printRow(int refreshes, double perRefresh) {
 }
 
 int soak(int refreshes) {
-  const Stage stage;
+  const Toolkit toolkit;
   const SandboxProcess sandbox;
   sandbox.control("refresh=0");  // the next ad follows at once, without a timer
   useServer(sandbox.baseURL());

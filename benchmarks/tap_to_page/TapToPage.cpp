@@ -13,10 +13,10 @@
 #include "ads/valdren.h"
 #include "benchmarks/Figures.h"
 #include "benchmarks/support/BareView.h"
+#include "benchmarks/support/Environment.h"
 #include "benchmarks/support/Family.h"
 #include "benchmarks/support/LoopWork.h"
 #include "benchmarks/support/Pixels.h"
-#include "benchmarks/support/Stage.h"
 #include "platform/ui/NativeView.h"
 #include "platform/ui/Window.h"
 
@@ -228,7 +228,7 @@ int main(int argc, char** argv) {
   const int openings = numberFrom(argc, argv, 2, kDefaultOpenings);
   setvbuf(stdout, nullptr, _IOLBF, 0);
   const SandboxProcess sandbox;
-  const Stage stage;
+  const Toolkit toolkit;
   useServer(sandbox.baseURL());
   const auto page = platform::URL::parse(sandbox.baseURL() + "/land/plain?t=bench");
   if (!page) return 1;

@@ -55,7 +55,7 @@ class Runner;
 Runner* theRunner = nullptr;
 
 /// One run of an application, from start-up to the exit status.
-class Runner : public Trackable {
+class Runner : public WeakTarget {
  public:
   explicit Runner(const ApplicationDescription& description) : description_(description) {
     const auto flags =

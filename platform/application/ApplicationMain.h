@@ -14,7 +14,7 @@ namespace valdren::platform {
 
 /// Receives the application's events. The window and the first screen are connected before
 /// `applicationDidFinishLaunching`.
-class ApplicationDelegate : public virtual Trackable {
+class ApplicationDelegate : public virtual WeakTarget {
  public:
   virtual ~ApplicationDelegate() = default;
 

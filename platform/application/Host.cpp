@@ -29,7 +29,7 @@ class HostScreen final : public ViewController {
 };
 
 /// The state for one window of the application: a window over it, shown while it is needed.
-struct Host : Trackable {
+struct Host : WeakTarget {
   explicit Host(GtkWindow* window) : over(std::make_shared<Window>(sizeOf(window))) {
     over->setShownForModalsOnly(true);
     over->setStatusBarHidden(true);

@@ -11,7 +11,7 @@ namespace valdren::platform {
 
 /// Works without a window and before the toolkit is started: then the state is active, there is no
 /// status bar, and only questions to the system are answered.
-class LinuxApplication final : public Application, public Trackable {
+class LinuxApplication final : public Application, public WeakTarget {
  public:
   static LinuxApplication& instance();
 

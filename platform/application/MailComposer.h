@@ -40,7 +40,7 @@ class MailService : public Shared<MailService> {
 
 class MailComposer;
 
-class MailComposerDelegate : public virtual Trackable {
+class MailComposerDelegate : public virtual WeakTarget {
  public:
   virtual void mailComposerDidFinish(MailComposer& composer, MailResult result) = 0;
 
@@ -50,7 +50,7 @@ class MailComposerDelegate : public virtual Trackable {
 
 /// One mail to write. Made with `std::make_shared`; once presented it lives until the delegate has
 /// been called.
-class MailComposer : public Trackable, public std::enable_shared_from_this<MailComposer> {
+class MailComposer : public WeakTarget, public std::enable_shared_from_this<MailComposer> {
  public:
   void setDelegate(WeakPtr<MailComposerDelegate> delegate) { delegate_ = delegate; }
   void setToRecipients(const std::vector<std::string>& recipients);

@@ -16,7 +16,7 @@ constexpr Seconds kWatchInterval{0.1};
 constexpr Seconds kLookInterval{0.25};
 constexpr int kLooksToATry = 8;
 
-void lookForSound(const Trackable& target, std::function<void()> back, int look) {
+void lookForSound(const WeakTarget& target, std::function<void()> back, int look) {
   if (look % kLooksToATry == 0) AudioOutput::shared().prepare();
   RunLoop::shared().performAfterDelay(target, kLookInterval,
                                       [&target, back = std::move(back), look] {
@@ -28,7 +28,7 @@ void lookForSound(const Trackable& target, std::function<void()> back, int look)
                                       });
 }
 
-class ClipPlayer final : public AudioPlayer, public Trackable {
+class ClipPlayer final : public AudioPlayer, public WeakTarget {
  public:
   explicit ClipPlayer(std::shared_ptr<const DecodedClip> clip) : clip_(std::move(clip)) {}
   ~ClipPlayer() override { stop(); }
@@ -89,7 +89,7 @@ void AudioPlayer::prepare(std::vector<std::string> paths) {
   ClipCache::shared().prepare(std::move(paths));
 }
 
-void AudioPlayer::awaitSound(const Trackable& target, std::function<void()> back) {
+void AudioPlayer::awaitSound(const WeakTarget& target, std::function<void()> back) {
   assertMainThread();
   lookForSound(target, std::move(back), 0);
 }

@@ -14,7 +14,7 @@ namespace valdren::platform {
 class AudioPlayer;
 
 /// Told when a player ends.
-class AudioPlayerDelegate : public virtual Trackable {
+class AudioPlayerDelegate : public virtual WeakTarget {
  public:
   /// The clip was heard to its end, or the sound server was lost (`successfully` false).
   virtual void audioPlayerDidFinishPlaying(AudioPlayer&, bool /*successfully*/) {}
@@ -39,7 +39,7 @@ class AudioPlayer {
 
   /// Looks for a lost sound server, about every two seconds, and calls `back` once when sound can
   /// be heard again. Ends early when the target is destroyed or its delayed calls are cancelled.
-  static void awaitSound(const Trackable& target, std::function<void()> back);
+  static void awaitSound(const WeakTarget& target, std::function<void()> back);
 
   /// Not owned.
   virtual void setDelegate(WeakPtr<AudioPlayerDelegate> delegate) = 0;

@@ -78,7 +78,7 @@ std::optional<std::string> decryptAES128CBC(std::string_view data, const Key128&
   return result;
 }
 
-std::optional<std::string> sealAES128GCM(std::string_view data, const Key128& key) {
+std::optional<std::string> encryptAES128GCM(std::string_view data, const Key128& key) {
   const Context context(EVP_CIPHER_CTX_new());
   std::string result(kNonce + data.size() + kTag, '\0');
   int written = 0;
@@ -95,17 +95,17 @@ std::optional<std::string> sealAES128GCM(std::string_view data, const Key128& ke
   return result;
 }
 
-std::optional<std::string> openAES128GCM(std::string_view sealed, const Key128& key) {
-  if (sealed.size() < kNonce + kTag) return std::nullopt;
-  const std::string_view content = sealed.substr(kNonce, sealed.size() - kNonce - kTag);
-  std::string tag(sealed.substr(sealed.size() - kTag));
+std::optional<std::string> decryptAES128GCM(std::string_view encrypted, const Key128& key) {
+  if (encrypted.size() < kNonce + kTag) return std::nullopt;
+  const std::string_view content = encrypted.substr(kNonce, encrypted.size() - kNonce - kTag);
+  std::string tag(encrypted.substr(encrypted.size() - kTag));
   const Context context(EVP_CIPHER_CTX_new());
   std::string result(content.size() + kBlock, '\0');
   int written = 0;
   int tail = 0;
   const bool done =
       context &&
-      EVP_DecryptInit_ex(context.get(), EVP_aes_128_gcm(), nullptr, key.data(), bytes(sealed)) &&
+      EVP_DecryptInit_ex(context.get(), EVP_aes_128_gcm(), nullptr, key.data(), bytes(encrypted)) &&
       EVP_DecryptUpdate(context.get(), bytes(result), &written, bytes(content),
                         int(content.size())) &&
       EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_SET_TAG, kTag, bytes(tag)) &&

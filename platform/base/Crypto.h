@@ -25,8 +25,8 @@ std::optional<std::string> decryptAES128CBC(std::string_view data, const Key128&
 
 /// AES-128 in GCM mode: a random 12-byte nonce, the ciphertext, then the 16-byte tag. None when the
 /// library reports a failure.
-std::optional<std::string> sealAES128GCM(std::string_view data, const Key128& key);
-/// The plain data, or none when `sealed` is too short or was not sealed under this key.
-std::optional<std::string> openAES128GCM(std::string_view sealed, const Key128& key);
+std::optional<std::string> encryptAES128GCM(std::string_view data, const Key128& key);
+/// The plain data, or none when `encrypted` is too short or was not encrypted under this key.
+std::optional<std::string> decryptAES128GCM(std::string_view encrypted, const Key128& key);
 
 }  // namespace valdren::platform

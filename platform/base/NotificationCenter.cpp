@@ -32,7 +32,7 @@ NotificationCenter& NotificationCenter::defaultCenter() {
   return *center;
 }
 
-void NotificationCenter::addObserver(const Trackable& observer, std::string_view name,
+void NotificationCenter::addObserver(const WeakTarget& observer, std::string_view name,
                                      Handler handler, const void* object) {
   assertMainThread();
   std::erase_if(registrations_, [](const auto& registration) { return !registration->isLive(); });
@@ -40,7 +40,7 @@ void NotificationCenter::addObserver(const Trackable& observer, std::string_view
       Registration{observer.lifetime(), std::string(name), std::move(handler), object}));
 }
 
-void NotificationCenter::removeObserver(const Trackable& observer) {
+void NotificationCenter::removeObserver(const WeakTarget& observer) {
   assertMainThread();
   std::erase_if(registrations_, [target = observer.lifetime()](const auto& registration) {
     if (!sameOwner(registration->observer, target)) return false;
@@ -48,7 +48,7 @@ void NotificationCenter::removeObserver(const Trackable& observer) {
   });
 }
 
-void NotificationCenter::removeObserver(const Trackable& observer, std::string_view name,
+void NotificationCenter::removeObserver(const WeakTarget& observer, std::string_view name,
                                         const void* object) {
   assertMainThread();
   std::erase_if(registrations_, [&, target = observer.lifetime()](const auto& registration) {

@@ -39,12 +39,12 @@ class NotificationCenter {
 
   /// Calls `handler` for each notification of this name, from any sender or, when `object` is not
   /// null, only from that one. `observer` is referred to weakly.
-  void addObserver(const Trackable& observer, std::string_view name, Handler handler,
+  void addObserver(const WeakTarget& observer, std::string_view name, Handler handler,
                    const void* object = nullptr);
   /// Removes all registrations of the observer.
-  void removeObserver(const Trackable& observer);
+  void removeObserver(const WeakTarget& observer);
   /// Removes the observer's registrations for this name and, when `object` is not null, sender.
-  void removeObserver(const Trackable& observer, std::string_view name,
+  void removeObserver(const WeakTarget& observer, std::string_view name,
                       const void* object = nullptr);
 
   void postNotificationName(std::string_view name, const void* object,

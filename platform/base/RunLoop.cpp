@@ -125,7 +125,7 @@ void RunLoop::performAfterDelay(Seconds delay, Task task) {
   addSource(boundedDelay(delay), std::move(task));
 }
 
-void RunLoop::performAfterDelay(const Trackable& target, Seconds delay, Task task) {
+void RunLoop::performAfterDelay(const WeakTarget& target, Seconds delay, Task task) {
   assertMainThread();
   if (!pending_) pending_ = std::make_shared<Pending>();
   auto source = std::make_shared<SourceID>(0);
@@ -138,7 +138,7 @@ void RunLoop::performAfterDelay(const Trackable& target, Seconds delay, Task tas
   pending_->calls.emplace(std::move(lifetime), *source);
 }
 
-void RunLoop::cancelPerformRequests(const Trackable& target) {
+void RunLoop::cancelPerformRequests(const WeakTarget& target) {
   assertMainThread();
   if (!pending_) return;
   const auto [first, last] = pending_->calls.equal_range(target.lifetime());

@@ -33,13 +33,13 @@ class RunLoop : public Shared<RunLoop> {
   /// Runs `task` once after `delay` unless `target` is gone by then. `kNextTurn` runs it on the
   /// next turn, after the present call has returned; below 0 and NaN count as 0. Calls with equal
   /// delays run in the order in which they were asked for.
-  void performAfterDelay(const Trackable& target, Seconds delay, Task task);
+  void performAfterDelay(const WeakTarget& target, Seconds delay, Task task);
 
   /// The same without a target: the task owns whatever it needs.
   void performAfterDelay(Seconds delay, Task task);
 
   /// Drops every delayed call of `target` that has not run yet.
-  void cancelPerformRequests(const Trackable& target);
+  void cancelPerformRequests(const WeakTarget& target);
 
   /// Runs `task` once after `delay` unless the timer is destroyed first. Bounds as above.
   std::unique_ptr<Timer> scheduleTimer(Seconds delay, Task task);

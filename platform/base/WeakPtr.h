@@ -12,17 +12,17 @@ namespace valdren::platform {
 /// Base of everything that can be referred to weakly. Inherit it virtually when a class has several
 /// such bases. References read null from the moment that this base is destroyed, or earlier, after
 /// `invalidateWeakReferences`.
-class VALDREN_EXPORT Trackable {
+class VALDREN_EXPORT WeakTarget {
  public:
-  Trackable() = default;
-  Trackable(const Trackable&) : Trackable() {}
-  Trackable& operator=(const Trackable&) { return *this; }  // NOLINT: each keeps its own token
+  WeakTarget() = default;
+  WeakTarget(const WeakTarget&) : WeakTarget() {}
+  WeakTarget& operator=(const WeakTarget&) { return *this; }  // NOLINT: each keeps its own token
 
   /// A handle that expires with this object.
   std::weak_ptr<const void> lifetime() const { return token_; }
 
  protected:
-  ~Trackable() = default;
+  ~WeakTarget() = default;
 
   /// Makes every weak reference read null now. A class whose destructor does more than release its
   /// members calls this first, so that nobody calls into a half-destroyed object.
@@ -60,7 +60,7 @@ class WeakPtr {
 
 /// Wraps a callback so that it does nothing once `target` is gone.
 template <class Function>
-auto whileAlive(const Trackable& target, Function function) {
+auto whileAlive(const WeakTarget& target, Function function) {
   return [lifetime = target.lifetime(), function = std::move(function)](auto&&... arguments) {
     if (!lifetime.expired()) function(std::forward<decltype(arguments)>(arguments)...);
   };

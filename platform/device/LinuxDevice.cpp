@@ -84,7 +84,7 @@ std::string hexadecimal(const std::array<std::uint8_t, 32>& digest) {
 /// For machines without an id: a random one, made once and stored; for this process only if it
 /// cannot be stored.
 std::string keptIdentifier() {
-  static const std::string madeUp = hexadecimal(sha256(sealAES128GCM("", {}).value_or("")));
+  static const std::string madeUp = hexadecimal(sha256(encryptAES128GCM("", {}).value_or("")));
   const auto folder = stateFolder();
   if (!folder) return madeUp;
   const std::string path = *folder + "/installation-id";

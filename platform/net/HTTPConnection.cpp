@@ -2,7 +2,7 @@
 
 #include <glib.h>
 
-#include "platform/net/Location.h"
+#include "platform/net/RedirectLocation.h"
 
 namespace valdren::platform {
 namespace {

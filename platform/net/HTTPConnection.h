@@ -9,7 +9,7 @@
 
 namespace valdren::platform {
 
-class HTTPConnection final : public URLConnection, public Trackable, private HTTPExchange::Client {
+class HTTPConnection final : public URLConnection, public WeakTarget, private HTTPExchange::Client {
  public:
   HTTPConnection(const URLRequest& request, WeakPtr<URLConnectionDelegate> delegate);
   ~HTTPConnection() override;

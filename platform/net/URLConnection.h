@@ -56,7 +56,7 @@ struct URLResponse {
 
 class URLConnection;
 
-class URLConnectionDelegate : public virtual Trackable {
+class URLConnectionDelegate : public virtual WeakTarget {
  public:
   /// Before the first request (`redirectResponse` null) and before each redirect is followed.
   virtual void connectionWillSendRequest(URLConnection&, const URLRequest& request,

@@ -46,14 +46,14 @@ struct NativeWindow::Widgets {
   guint animation = 0;
 };
 
-NativeWindow::NativeWindow(Size size, View& stage) : widgets_(std::make_unique<Widgets>()) {
+NativeWindow::NativeWindow(Size size, View& content) : widgets_(std::make_unique<Widgets>()) {
   Gtk::Window& window = widgets_->window;
   window.set_titlebar(widgets_->statusBar);
   resize(size);
   window.signal_realize().connect([this] { resize(widgets_->wanted); });
   window.set_size_request(kNarrowest, kLowest);
-  window.set_child(stage.native().widget());
-  watchTouches(window, stage);
+  window.set_child(content.native().widget());
+  watchTouches(window, content);
   followSettling(window.gobj());
 }
 

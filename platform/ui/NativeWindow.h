@@ -18,7 +18,7 @@ class View;
 
 class NativeWindow {
  public:
-  NativeWindow(Size size, View& stage);
+  NativeWindow(Size size, View& content);
   ~NativeWindow();
   NativeWindow(const NativeWindow&) = delete;
   NativeWindow& operator=(const NativeWindow&) = delete;

@@ -63,7 +63,7 @@ GtkWindow* shownWindow() {
   return below && gtk_widget_get_visible(GTK_WIDGET(below)) ? below : nullptr;
 }
 
-class Settling final : public Timer, private Trackable {
+class Settling final : public Timer, private WeakTarget {
  public:
   explicit Settling(std::function<void()> task) : task_(std::move(task)) {
     // A launch opens its window after making the screens, which may already ask.

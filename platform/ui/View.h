@@ -30,7 +30,7 @@ enum class EventType { Touches = 0, Motion = 1, RemoteControl = 2 };
 
 /// A view shares the ownership of its subviews. Main thread only; the toolkit must have been
 /// started by `Application` or by the host.
-class VALDREN_EXPORT View : public virtual Trackable, public std::enable_shared_from_this<View> {
+class VALDREN_EXPORT View : public virtual WeakTarget, public std::enable_shared_from_this<View> {
  public:
   explicit View(const Rect& frame = {});
   virtual ~View();

@@ -28,7 +28,7 @@ enum class ModalPresentationStyle : int { FullScreen = 0, PageSheet = 1, FormShe
 
 /// Owned by its window (as root), by its presenter (while presented) and by whoever made it. Main
 /// thread only.
-class VALDREN_EXPORT ViewController : public virtual Trackable,
+class VALDREN_EXPORT ViewController : public virtual WeakTarget,
                                       public std::enable_shared_from_this<ViewController> {
  public:
   ViewController();

@@ -26,10 +26,10 @@ double easedOut(double progress) {
 
 }  // namespace
 
-/// The outermost view: the screens are its subviews, the topmost screen last.
-class Window::Stage final : public View {
+/// The outermost view. The screens are its subviews, the topmost screen last.
+class Window::ScreenStack final : public View {
  public:
-  Stage() { setClipsToBounds(true); }
+  ScreenStack() { setClipsToBounds(true); }
 
  protected:
   void layoutSubviews() override {
@@ -45,11 +45,11 @@ struct Window::Transition {
   bool animated;
 };
 
-Window::Window(Size size) : stage_(std::make_shared<Stage>()) {
+Window::Window(Size size) : screenStack_(std::make_shared<ScreenStack>()) {
   assertMainThread();
-  native_ = std::make_unique<NativeWindow>(size, *stage_);
-  stage_->setOwner(this);
-  stage_->setFrame({0, 0, size.width, size.height - native_->statusBarHeight()});
+  native_ = std::make_unique<NativeWindow>(size, *screenStack_);
+  screenStack_->setOwner(this);
+  screenStack_->setFrame({0, 0, size.width, size.height - native_->statusBarHeight()});
   lastOrientation_ = orientation();
   watchLeavingKeys(native_->window(), [this](LeavingKey key) {
     ViewController* const top = topViewController();
@@ -63,8 +63,8 @@ Window::~Window() {
   assertMainThread();
   invalidateWeakReferences();
   if (transition_) native_->stopAnimation();
-  stage_->setOwner(nullptr);
-  while (!stage_->subviews().empty()) stage_->subviews().back()->removeFromSuperview();
+  screenStack_->setOwner(nullptr);
+  while (!screenStack_->subviews().empty()) screenStack_->subviews().back()->removeFromSuperview();
   native_.reset();
 }
 
@@ -109,12 +109,12 @@ void Window::replaceRoot(std::shared_ptr<ViewController> controller) {
   root_ = std::move(controller);
   if (!root_) return;
   root_->members_->window = this;
-  root_->setInitialFrame(stage_->bounds());
+  root_->setInitialFrame(screenStack_->bounds());
   const std::shared_ptr<View> view = root_->view();
   view->setAutoresizingMask(kFlexibleWidth | kFlexibleHeight);
-  view->setFrame(stage_->bounds());
+  view->setFrame(screenStack_->bounds());
   if (visible_) root_->viewWillAppear(false);
-  stage_->addSubview(view);
+  screenStack_->addSubview(view);
   if (visible_) root_->viewDidAppear(false);
 }
 
@@ -157,14 +157,14 @@ void Window::present(ViewController& presenter, std::shared_ptr<ViewController> 
 void Window::show(const std::shared_ptr<ViewController>& controller,
                   const std::shared_ptr<ViewController>& over, bool animated) {
   endTransition();
-  controller->setInitialFrame(stage_->bounds());
+  controller->setInitialFrame(screenStack_->bounds());
   const std::shared_ptr<View> view = controller->view();
   view->setAutoresizingMask(kFlexibleWidth | kFlexibleHeight);
-  view->setFrame(stage_->bounds());
+  view->setFrame(screenStack_->bounds());
   turnFor(controller);
   over->viewWillDisappear(animated);
   controller->viewWillAppear(animated);
-  stage_->addSubview(view);
+  screenStack_->addSubview(view);
   run({true, controller, over, animated});
 }
 
@@ -181,11 +181,11 @@ void Window::dismiss(ViewController& presenter, bool animated) {
     // covered, and those above were never shown: they are removed without hooks.
     std::shared_ptr<ViewController> top;
     for (const auto& screen : leaving) {
-      if (isOnStage(*screen)) top = screen;
+      if (isInStack(*screen)) top = screen;
     }
     for (const auto& screen : leaving) {
       if (screen == top) continue;
-      if (isOnStage(*screen)) screen->view()->removeFromSuperview();
+      if (isInStack(*screen)) screen->view()->removeFromSuperview();
       screen->members_->presenting = nullptr;
       screen->members_->window = nullptr;
     }
@@ -193,8 +193,8 @@ void Window::dismiss(ViewController& presenter, bool animated) {
   });
 }
 
-bool Window::isOnStage(ViewController& screen) const {
-  return screen.isViewLoaded() && screen.view()->superview() == stage_.get();
+bool Window::isInStack(ViewController& screen) const {
+  return screen.isViewLoaded() && screen.view()->superview() == screenStack_.get();
 }
 
 void Window::hide(const std::shared_ptr<ViewController>& controller,
@@ -228,7 +228,7 @@ void Window::run(Transition transition) {
 }
 
 void Window::place(const Transition& transition, double progress) {
-  const Rect bounds = stage_->bounds();
+  const Rect bounds = screenStack_->bounds();
   const double shown = transition.appearing ? progress : 1 - progress;
   transition.moving->view()->setFrame(
       {0, bounds.height * (1 - shown), bounds.width, bounds.height});
@@ -333,14 +333,14 @@ void Window::orientationMayHaveChanged() {
 }
 
 InterfaceOrientation Window::orientation() const {
-  const Rect bounds = stage_->bounds();
+  const Rect bounds = screenStack_->bounds();
   const double height = bounds.height + statusBarHeight();
   return bounds.width > height ? InterfaceOrientation::LandscapeRight
                                : InterfaceOrientation::Portrait;
 }
 
 Rect Window::contentBounds() const {
-  return stage_->bounds();
+  return screenStack_->bounds();
 }
 void Window::setTitle(const std::string& title) {
   native_->setTitle(title);
@@ -349,7 +349,7 @@ void Window::resize(Size size) {
   native_->resize(size);
   if (visible_) return;
   // An invisible window gets no layout that would set the frame.
-  stage_->setFrame({0, 0, size.width, size.height - statusBarHeight()});
+  screenStack_->setFrame({0, 0, size.width, size.height - statusBarHeight()});
 }
 Size Window::size() const {
   return native_->size();

@@ -15,7 +15,7 @@ class NativeWindow;
 class Timer;
 
 /// Owns its root screen. Main thread only.
-class Window : public virtual Trackable, public std::enable_shared_from_this<Window> {
+class Window : public virtual WeakTarget, public std::enable_shared_from_this<Window> {
  public:
   /// A window that is not shown yet; `size` in points, including the status bar.
   explicit Window(Size size);
@@ -71,7 +71,7 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
 
  private:
   friend class ViewController;
-  class Stage;
+  class ScreenStack;
   struct Transition;
 
   void present(ViewController& presenter, std::shared_ptr<ViewController> controller,
@@ -83,7 +83,7 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
             const std::shared_ptr<ViewController>& over, bool animated);
   void hide(const std::shared_ptr<ViewController>& controller,
             const std::shared_ptr<ViewController>& over, bool animated);
-  bool isOnStage(ViewController& screen) const;
+  bool isInStack(ViewController& screen) const;
   void run(Transition transition);
   void endTransition();
   void place(const Transition& transition, double progress);
@@ -94,7 +94,7 @@ class Window : public virtual Trackable, public std::enable_shared_from_this<Win
   void orientationMayHaveChanged();
 
   std::unique_ptr<NativeWindow> native_;
-  std::shared_ptr<Stage> stage_;
+  std::shared_ptr<ScreenStack> screenStack_;
   std::shared_ptr<ViewController> root_;
   std::shared_ptr<Transition> transition_;
   /// Changes that were requested during another change.

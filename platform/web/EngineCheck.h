@@ -28,7 +28,7 @@ struct EnginePrograms {
 };
 
 /// Tests the programs once, in separate processes. Pages never run outside the sandbox.
-class EngineCheck : public Shared<EngineCheck>, public Trackable {
+class EngineCheck : public Shared<EngineCheck>, public WeakTarget {
  public:
   static EngineCheck& standard();
   explicit EngineCheck(EnginePrograms programs) : programs_(std::move(programs)) {}

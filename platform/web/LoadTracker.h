@@ -12,7 +12,7 @@ namespace valdren::platform {
 /// Turns the engine's events into the client's. Each reported start is followed by exactly one
 /// "finished" or "failed", unless another load replaces it. A navigation that is refused before it
 /// starts is not reported. The client may destroy this object in each call.
-class LoadTracker : public Trackable {
+class LoadTracker : public WeakTarget {
  public:
   explicit LoadTracker(WebEngine::Client& client) : client_(client) {}
 

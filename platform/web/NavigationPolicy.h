@@ -17,7 +17,7 @@ namespace valdren::platform {
 /// window, which becomes a navigation of the same view. Only page content is loaded, whatever the
 /// client answers, and nothing is downloaded. Other addresses are messages to the client; those
 /// over `kLongestMessage` are refused without asking. All arguments outlive this object.
-class NavigationPolicy : public Trackable {
+class NavigationPolicy : public WeakTarget {
  public:
   /// In bytes.
   static constexpr std::size_t kLongestMessage = 64 * 1024;

@@ -11,7 +11,7 @@ namespace valdren::platform {
 
 /// Regularly asks the page's process for something trivial, and ends the web process of a page that
 /// does not answer.
-class PageWatch : public Trackable {
+class PageWatch : public WeakTarget {
  public:
   /// The time between two questions.
   static constexpr Seconds kSeconds{5};

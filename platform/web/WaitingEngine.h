@@ -13,7 +13,7 @@ namespace valdren::platform {
 
 /// Stores requests and forwards them to a `WebKitEngine`, which it makes once `EngineCheck` allows
 /// it. If no engine is possible, every load fails.
-class WaitingEngine final : public WebEngine, public Trackable {
+class WaitingEngine final : public WebEngine, public WeakTarget {
  public:
   WaitingEngine(View& host, Client& client, WebEngine* related);
   ~WaitingEngine() override { invalidateWeakReferences(); }

@@ -14,7 +14,7 @@
 namespace valdren::platform {
 
 /// May be destroyed inside any of its client's callbacks.
-class WebKitEngine final : public WebEngine, public Trackable {
+class WebKitEngine final : public WebEngine, public WeakTarget {
  public:
   WebKitEngine(View& host, Client& client, WebKitEngine* related);
   ~WebKitEngine() override;

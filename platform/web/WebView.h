@@ -30,7 +30,7 @@ class WebView;
 /// replaces it; a navigation that is refused before it starts is not reported. The end of the
 /// page's process is reported as "failed", with or without a load, unless the delegate overrides
 /// this. The view may be destroyed in each call.
-class WebViewDelegate : public virtual Trackable {
+class WebViewDelegate : public virtual WeakTarget {
  public:
   /// Whether to allow the navigation (main frame or subframe).
   virtual bool webViewShouldStartLoad(WebView&, const URLRequest& request, NavigationType type) = 0;

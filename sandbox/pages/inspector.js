@@ -26,7 +26,7 @@
       aoi_timedout: 'opening ad timed out', aoi_nofill: 'opening ad had no fill'
     }],
     ['Who and where', {
-      cust_gender: 'gender', cust_age: 'birthday', kw: 'keywords', uule: 'location, sealed',
+      cust_gender: 'gender', cust_age: 'birthday', kw: 'keywords', uule: 'location, encrypted',
       extras: 'from the application', testing: 'test mode', adtest: 'test device'
     }],
     ['The device', {
@@ -106,13 +106,13 @@
       Object.keys(group[1]).forEach(function (key) {
         if (!(key in parameters)) return;
         rows.push([key, readable(parameters[key]), group[1][key]]);
-        if (key === 'uule' && entry.location) rows.push(['', entry.location, 'the same, opened']);
+        if (key === 'uule' && entry.location) rows.push(['', entry.location, 'the same, decrypted']);
         delete parameters[key];
       });
       box.append(table(group[0], rows) || '');
     });
     box.append(table('More parameters', rowsOf(parameters)) || '');
-    if (entry.signals) box.append(table('Signals, opened', rowsOf(entry.signals)));
+    if (entry.signals) box.append(table('Signals, decrypted', rowsOf(entry.signals)));
     var query = Object.assign({}, entry.query);
     if (entry.parameters) delete query.params;
     box.append(table('Query', rowsOf(query)) || '', table('Headers', rowsOf(entry.headers)) || '');
@@ -327,8 +327,8 @@
   function fillSwitch() {
     var groups = {};
     catalogue.scenarios.forEach(function (each) {
-      if (!groups[each.stage]) $('scenario').append(groups[each.stage] = make('optgroup', {label: 'By the ' + each.stage}));
-      groups[each.stage].append(make('option', {value: each.name}, each.name));
+      if (!groups[each.actor]) $('scenario').append(groups[each.actor] = make('optgroup', {label: 'By the ' + each.actor}));
+      groups[each.actor].append(make('option', {value: each.name}, each.name));
     });
     $('ad').append(make('option', {value: ''}, 'The good ones in turn'));
     catalogue.ads.forEach(function (each) { $('ad').append(make('option', {value: each.name}, each.title)); });

@@ -62,7 +62,7 @@ Result<std::unique_ptr<AudioPlayer>> AudioPlayer::withContentsOfFile(const std::
 
 void AudioPlayer::prepare(std::vector<std::string>) {}
 
-void AudioPlayer::awaitSound(const Trackable&, std::function<void()> back) {
+void AudioPlayer::awaitSound(const WeakTarget&, std::function<void()> back) {
   quorbel_tests::FakeAudioPlayer::soundAwaited() = std::move(back);
 }
 

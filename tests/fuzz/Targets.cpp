@@ -18,7 +18,7 @@
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/base/Json.h"
 #include "platform/base/Text.h"
-#include "platform/net/Location.h"
+#include "platform/net/RedirectLocation.h"
 #include "platform/storage/FileUserDefaults.h"
 #include "platform/storage/PropertyList.h"
 #include "sandbox/AdNetwork.h"

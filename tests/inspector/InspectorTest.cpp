@@ -76,8 +76,8 @@ TEST_F(Inspector, ShowsClientsTextsAsTextOnly) {
   EXPECT_EQ(browser.evaluate("typeof hacked"), "undefined");
   const std::string text = browser.evaluate("document.querySelector('#timeline').textContent");
   EXPECT_NE(text.find("<img src=x"), std::string::npos);
-  EXPECT_NE(text.find("location, sealed"), std::string::npos);
-  EXPECT_NE(text.find("the same, opened"), std::string::npos);
+  EXPECT_NE(text.find("location, encrypted"), std::string::npos);
+  EXPECT_NE(text.find("the same, decrypted"), std::string::npos);
 }
 
 TEST_F(Inspector, TellsAClicksJourneyFromTapToReport) {

@@ -2,12 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "ads/request/VADLocation.h"
-#include "ads/signals/SealedSignals.h"
+#include "ads/signals/EncryptedSignals.h"
 #include "platform/base/Json.h"
+#include "sandbox/Decryption.h"
 #include "sandbox/Http.h"
 #include "sandbox/RequestLog.h"
 #include "sandbox/Sandbox.h"
-#include "sandbox/Sealed.h"
 #include "tests/support/HttpClient.h"
 
 namespace platform = valdren::platform;
@@ -37,7 +37,7 @@ TEST(Log, ShowsARequestWithItsParametersAndWhatWasSealed) {
       *platform::writeJson(platform::Dictionary{{"preqs", 7},
                                                 {"kw", platform::Array{"a&b", "c;d"}},
                                                 {"uule", *location->oolongRepresentation()}});
-  const auto signals = valdren::sealSignals({{"viewed", 1234}, {"sdk", "x"}});
+  const auto signals = valdren::encryptSignals({{"viewed", 1234}, {"sdk", "x"}});
   ASSERT_TRUE(signals);
   get(sandbox->baseURL() + "/ad?slotname=unit%201&params=" + sandbox::encoded(parameters) +
       "&ms=" + *signals);
@@ -57,21 +57,21 @@ TEST(Log, ShowsARequestWithItsParametersAndWhatWasSealed) {
 TEST(Log, OpensADescribedLocation) {
   const auto location = valdren::VADLocation::initWithDescription("by the \"lake\", Z\xC3\xBCrich");
   ASSERT_TRUE(location);
-  const auto opened = sandbox::openedLocation(*location->oolongRepresentation());
+  const auto opened = sandbox::decodedLocation(*location->oolongRepresentation());
   ASSERT_TRUE(opened);
   EXPECT_TRUE(opened->ends_with("loc: \"by the 'lake', Z\xC3\xBCrich\"")) << *opened;
 }
 
 TEST(Log, DoesNotOpenWhatClientsDidNotSeal) {
-  const auto signals = valdren::sealSignals({{"viewed", 1}});
+  const auto signals = valdren::encryptSignals({{"viewed", 1}});
   std::string changed = *signals;
   changed[20] = changed[20] == 'A' ? 'B' : 'A';
   for (const std::string& bad : {std::string(), std::string("AAAA"), std::string("%%%"), changed}) {
-    EXPECT_FALSE(sandbox::openedSignals(bad)) << bad;
+    EXPECT_FALSE(sandbox::decryptedSignals(bad)) << bad;
   }
   for (const char* bad : {"", "a", "a+", "e1+", "e1+AAAA", "e1+!!!!", "b+AAAA",
                           "e1+AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA", "a+_w"}) {
-    const auto opened = sandbox::openedLocation(bad);
+    const auto opened = sandbox::decodedLocation(bad);
     EXPECT_TRUE(!opened || opened->empty()) << bad;
   }
 }

@@ -162,7 +162,7 @@ TEST(Scenario, NamesAreUniqueAndActable) {
   std::set<std::string_view> names;
   for (const sandbox::Scenario& each : sandbox::scenarios()) {
     EXPECT_TRUE(names.insert(each.name).second) << each.name;
-    EXPECT_EQ(each.answer == nullptr, each.stage == sandbox::Stage::Script) << each.name;
+    EXPECT_EQ(each.answer == nullptr, each.actor == sandbox::Actor::Script) << each.name;
     EXPECT_FALSE(each.does.empty() || each.expected.empty()) << each.name;
   }
 }

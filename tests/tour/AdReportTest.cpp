@@ -27,7 +27,7 @@ class AdReport : public ::testing::Test {
     const auto log = quorbel_tests::object(get(network_->baseURL() + "/log.json"));
     return *log.find("requests")->array()->back().dictionary()->text("ticket");
   }
-  std::string problem(const std::vector<Told>& expected) {
+  std::string problem(const std::vector<ExpectedParameter>& expected) {
     return adRequestProblem(*network_, expected);
   }
 
@@ -41,13 +41,14 @@ TEST_F(AdReport, MissesRequestsThatWereNotMade) {
 TEST_F(AdReport, ComparesTheLatestRequestAlone) {
   request({{"pcc", 7}});
   request({{"pcc", 1}, {"pcl", "0"}, {"plpd", "12"}});
-  EXPECT_EQ(problem({{"pcc", "1"}, {"plpd", kSome}, {"pcbo", kUntold}}), "");
+  EXPECT_EQ(problem({{"pcc", "1"}, {"plpd", kAnyPositive}, {"pcbo", kMissing}}), "");
   EXPECT_EQ(problem({{"pcc", "7"}}), "the ad request has 1 for \"pcc\", other than 7");
-  EXPECT_EQ(problem({{"pcl", kSome}}),
+  EXPECT_EQ(problem({{"pcl", kAnyPositive}}),
             "the ad request has 0 for \"pcl\", other than a number above 0");
-  EXPECT_EQ(problem({{"plpl", kSome}}),
+  EXPECT_EQ(problem({{"plpl", kAnyPositive}}),
             "the ad request has nothing for \"plpl\", other than a number above 0");
-  EXPECT_EQ(problem({{"plpd", kUntold}}), "the ad request has 12 for \"plpd\", other than nothing");
+  EXPECT_EQ(problem({{"plpd", kMissing}}),
+            "the ad request has 12 for \"plpd\", other than nothing");
 }
 
 TEST_F(AdReport, KnowsTheTicketOfTheAdBefore) {

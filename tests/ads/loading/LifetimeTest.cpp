@@ -179,7 +179,7 @@ TEST_F(LifetimeTest, EndsWhilePingsAndTheirCleaningUpAreUnderWay) {
 }
 
 TEST_F(LifetimeTest, EndsInTheDecisionOnANavigation) {
-  struct Observer : platform::Trackable {};
+  struct Observer : platform::WeakTarget {};
   for (const char* const address : {"gmsg://x/settings", "gmsg://x/open?a=app&u=tel%3A1",
                                     "mailto:a@b.test", "http://a.test/page", "tel:1"}) {
     SCOPED_TRACE(address);

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ads/signals/SealedSignals.h"
+#include "ads/signals/EncryptedSignals.h"
 #include "tests/support/Fakes.h"
 #include "tests/support/Printing.h"
 
@@ -12,17 +12,17 @@ namespace {
 
 using platform::Array;
 using platform::Dictionary;
-using valdren::openSignals;
+using valdren::decryptSignals;
 using namespace valdren;
 
 Dictionary openedPair(const std::string& text, const std::string& key) {
   EXPECT_TRUE(text.starts_with(key + "=")) << text;
-  const std::string sealed = text.substr(key.size() + 1);
-  EXPECT_EQ(
-      sealed.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_"),
-      std::string::npos)
+  const std::string encrypted = text.substr(key.size() + 1);
+  EXPECT_EQ(encrypted.find_first_not_of(
+                "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_"),
+            std::string::npos)
       << "it needs an escape in a query";
-  return openSignals(sealed).value_or(Dictionary());
+  return decryptSignals(encrypted).value_or(Dictionary());
 }
 
 Dictionary requestSignals() {
@@ -88,11 +88,12 @@ TEST(Signals, DifferEachTimeAndOpenOnlyUnchanged) {
   vad_gmcs("x", first);
   vad_gmcs("x", second);
   EXPECT_NE(first, second) << "the same signals can be recognised";
-  std::string sealed = first.substr(3);
-  EXPECT_TRUE(openSignals(sealed));
-  sealed[20] = sealed[20] == 'A' ? 'B' : 'A';
-  EXPECT_FALSE(openSignals(sealed));
-  for (const char* text : {"", "A", "====", "not sealed at all"}) EXPECT_FALSE(openSignals(text));
+  std::string encrypted = first.substr(3);
+  EXPECT_TRUE(decryptSignals(encrypted));
+  encrypted[20] = encrypted[20] == 'A' ? 'B' : 'A';
+  EXPECT_FALSE(decryptSignals(encrypted));
+  for (const char* text : {"", "A", "====", "not encrypted at all"})
+    EXPECT_FALSE(decryptSignals(text));
 }
 
 }  // namespace

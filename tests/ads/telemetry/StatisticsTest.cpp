@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "ads/signals/SealedSignals.h"
+#include "ads/signals/EncryptedSignals.h"
 #include "tests/support/FakeApplication.h"
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/Fakes.h"
@@ -233,7 +233,7 @@ TEST_F(Statistics, AClickWithAnAdIdentifierCarriesSignals) {
   const std::string prefix = "http://h/c?ai=a%2Db&z=1&cs=";
   const std::string result = click("http://h/c?ai=a%2Db&z=1").absoluteString();
   ASSERT_TRUE(result.starts_with(prefix)) << result;
-  const auto signals = valdren::openSignals(result.substr(prefix.size()));
+  const auto signals = valdren::decryptSignals(result.substr(prefix.size()));
   ASSERT_TRUE(signals);
   EXPECT_EQ(*signals->text("ai"), "a%2Db");
   EXPECT_EQ(*parametersWithoutSession().text("pai"), "a%2Db");

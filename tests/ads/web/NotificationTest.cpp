@@ -57,7 +57,7 @@ TEST(Notification, IsNoneForOtherURLs) {
 
 class NotificationCenterTest : public testing::Test {
  protected:
-  struct Observer : platform::Trackable {};
+  struct Observer : platform::WeakTarget {};
 
   void observe(const char* name) {
     VADNotificationCenter::defaultCenter().addObserver(

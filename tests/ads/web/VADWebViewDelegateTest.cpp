@@ -58,7 +58,7 @@ class FakeSystemSound final : public platform::SystemSound {
   platform::SystemSound::Replacement replacement_{*this};
 };
 
-class VADWebViewDelegateTest : public ::testing::Test, public platform::Trackable {
+class VADWebViewDelegateTest : public ::testing::Test, public platform::WeakTarget {
  protected:
   VADWebViewDelegateTest() {
     view->setDelegate(delegate.get());

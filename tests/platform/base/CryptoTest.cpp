@@ -52,19 +52,19 @@ TEST(Crypto, CBCIsWhatTheCommandDecrypts) {
 
 TEST(Crypto, SealedDataOpensOnlyUnchangedAndUnderItsKey) {
   const std::string plain = "what the person did";
-  const auto sealed = platform::sealAES128GCM(plain, kKey);
-  ASSERT_TRUE(sealed);
-  EXPECT_EQ(sealed->size(), 12 + plain.size() + 16);
-  EXPECT_EQ(platform::openAES128GCM(*sealed, kKey), plain);
-  EXPECT_NE(sealed, platform::sealAES128GCM(plain, kKey)) << "the nonce was used twice";
-  for (std::size_t place = 0; place < sealed->size(); ++place) {
-    std::string changed = *sealed;
+  const auto encrypted = platform::encryptAES128GCM(plain, kKey);
+  ASSERT_TRUE(encrypted);
+  EXPECT_EQ(encrypted->size(), 12 + plain.size() + 16);
+  EXPECT_EQ(platform::decryptAES128GCM(*encrypted, kKey), plain);
+  EXPECT_NE(encrypted, platform::encryptAES128GCM(plain, kKey)) << "the nonce was used twice";
+  for (std::size_t place = 0; place < encrypted->size(); ++place) {
+    std::string changed = *encrypted;
     changed[place] = static_cast<char>(changed[place] ^ 1);
-    EXPECT_FALSE(platform::openAES128GCM(changed, kKey)) << place;
+    EXPECT_FALSE(platform::decryptAES128GCM(changed, kKey)) << place;
   }
-  EXPECT_FALSE(platform::openAES128GCM(*sealed, Key128{}));
+  EXPECT_FALSE(platform::decryptAES128GCM(*encrypted, Key128{}));
   for (const std::size_t length : {0, 12, 27}) {
-    EXPECT_FALSE(platform::openAES128GCM(sealed->substr(0, length), kKey));
+    EXPECT_FALSE(platform::decryptAES128GCM(encrypted->substr(0, length), kKey));
   }
 }
 

@@ -9,7 +9,7 @@ namespace {
 using platform::Notification;
 using platform::NotificationCenter;
 
-struct Observer : platform::Trackable {};
+struct Observer : platform::WeakTarget {};
 
 TEST(NotificationCenter, DeliversByNameAndSenderInOrder) {
   NotificationCenter center;

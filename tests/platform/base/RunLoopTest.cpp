@@ -17,7 +17,7 @@ using platform::RunLoop;
 using platform::Seconds;
 using quorbel_tests::runUntil;
 
-struct Target : platform::Trackable {};
+struct Target : platform::WeakTarget {};
 
 TEST(RunLoop, RunsDelayedCallsInOrderAfterThePresentCall) {
   Target target;

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/net/Location.h"
+#include "platform/net/RedirectLocation.h"
 #include "tests/support/FetchRecorder.h"
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
@@ -293,7 +293,7 @@ TEST_F(URLConnectionTest, NobodyThereIsAFailure) {
   EXPECT_EQ(fetch.errorCode(), kURLErrorCannotConnectToHost);
 }
 
-TEST(LocationTest, LeadsToAURLHoweverItIsWritten) {
+TEST(RedirectLocationTest, LeadsToAURLHoweverItIsWritten) {
   const URL base = *URL::parse("http://host:8080/a/b?c#d");
   const std::pair<const char*, const char*> cases[] = {
       {"/x", "http://host:8080/x"},

@@ -1,4 +1,4 @@
-#include "app/AdNetwork.h"
+#include "app/AdNetworkSetup.h"
 
 #include "ads/request/VADConfiguration.h"
 #include "ads/telemetry/VADStatistics.h"
@@ -14,7 +14,7 @@ constexpr const char* kNowhere = "http://127.0.0.1:1";
 
 }  // namespace
 
-AdNetwork::AdNetwork(const Options& options) {
+AdNetworkSetup::AdNetworkSetup(const Options& options) {
   std::optional<platform::URL> adServer = options.adServer;
   std::optional<platform::URL> scriptHost = options.scriptHost;
   if (!adServer && !scriptHost) {
@@ -28,6 +28,6 @@ AdNetwork::AdNetwork(const Options& options) {
   valdren::VADStatistics::setAdNetworkDomain(adServer->host());
 }
 
-AdNetwork::~AdNetwork() = default;
+AdNetworkSetup::~AdNetworkSetup() = default;
 
 }  // namespace quorbel

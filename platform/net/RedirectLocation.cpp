@@ -1,4 +1,4 @@
-#include "platform/net/Location.h"
+#include "platform/net/RedirectLocation.h"
 
 #include <glib.h>
 

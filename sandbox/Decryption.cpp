@@ -1,4 +1,4 @@
-#include "sandbox/Sealed.h"
+#include "sandbox/Decryption.h"
 
 #include <algorithm>
 #include <array>
@@ -20,7 +20,7 @@ constexpr std::size_t kVector = 16;
 constexpr std::string_view kPlain = valdren::kVADPlainLocation;
 constexpr std::string_view kSealed = valdren::kVADSealedLocation;
 
-std::optional<std::string> decryptedLocation(const std::string& data) {
+std::optional<std::string> decryptedText(const std::string& data) {
   if (data.size() < kVector) return std::nullopt;
   std::array<std::uint8_t, kVector> vector{};
   std::copy_n(data.begin(), kVector, vector.begin());
@@ -52,21 +52,21 @@ std::optional<std::string> unpackedBase64(std::string_view text) {
   return data;
 }
 
-std::optional<std::string> openedLocation(std::string_view text) {
+std::optional<std::string> decodedLocation(std::string_view text) {
   std::optional<std::string> opened;
   if (text.starts_with(kPlain)) {
     opened = unpackedBase64(text.substr(kPlain.size()));
   } else if (text.starts_with(kSealed)) {
     const auto data = unpackedBase64(text.substr(kSealed.size()));
-    opened = data ? decryptedLocation(*data) : std::nullopt;
+    opened = data ? decryptedText(*data) : std::nullopt;
   }
   return opened && platform::isUTF8(*opened) ? opened : std::nullopt;
 }
 
-std::optional<platform::Value> openedSignals(std::string_view text) {
+std::optional<platform::Value> decryptedSignals(std::string_view text) {
   const auto data = unpackedBase64(text);
   const auto json =
-      data ? platform::openAES128GCM(*data, valdren::kVADSignalsSecret) : std::nullopt;
+      data ? platform::decryptAES128GCM(*data, valdren::kVADSignalsSecret) : std::nullopt;
   return json ? platform::parseJson(*json) : std::nullopt;
 }
 

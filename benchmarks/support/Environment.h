@@ -12,9 +12,9 @@
 namespace benchmarks {
 
 /// Starts the toolkit; ends the program when there is no display.
-class Stage {
+class Toolkit {
  public:
-  Stage();
+  Toolkit();
 
  private:
   quorbel_tests::OwnFolders folders_;

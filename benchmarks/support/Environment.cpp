@@ -1,4 +1,4 @@
-#include "benchmarks/support/Stage.h"
+#include "benchmarks/support/Environment.h"
 
 #include <gtkmm/init.h>
 
@@ -15,7 +15,7 @@ namespace platform = valdren::platform;
 
 namespace benchmarks {
 
-Stage::Stage() {
+Toolkit::Toolkit() {
   if (!gtk_init_check()) {
     std::fputs("There is no display to measure on.\n", stderr);
     std::exit(1);

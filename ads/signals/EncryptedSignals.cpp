@@ -1,4 +1,4 @@
-#include "ads/signals/SealedSignals.h"
+#include "ads/signals/EncryptedSignals.h"
 
 #include "ads/protocol/Secrets.h"
 #include "ads/support/VAD_VTMStringEncoding.h"
@@ -19,16 +19,16 @@ const VTMStringEncoding& webSafe() {
 
 }  // namespace
 
-std::optional<std::string> sealSignals(const platform::Dictionary& signals) {
+std::optional<std::string> encryptSignals(const platform::Dictionary& signals) {
   const auto json = platform::writeJson(signals);
-  const auto sealed = json ? platform::sealAES128GCM(*json, kVADSignalsSecret) : std::nullopt;
-  if (!sealed) return std::nullopt;
-  return webSafe().encode(*sealed);
+  const auto encrypted = json ? platform::encryptAES128GCM(*json, kVADSignalsSecret) : std::nullopt;
+  if (!encrypted) return std::nullopt;
+  return webSafe().encode(*encrypted);
 }
 
-std::optional<platform::Dictionary> openSignals(std::string_view sealed) {
-  const auto data = webSafe().decode(sealed);
-  const auto json = data ? platform::openAES128GCM(*data, kVADSignalsSecret) : std::nullopt;
+std::optional<platform::Dictionary> decryptSignals(std::string_view encrypted) {
+  const auto data = webSafe().decode(encrypted);
+  const auto json = data ? platform::decryptAES128GCM(*data, kVADSignalsSecret) : std::nullopt;
   const auto value = json ? platform::parseJson(*json) : std::nullopt;
   if (!value || !value->dictionary()) return std::nullopt;
   return *value->dictionary();

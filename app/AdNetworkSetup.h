@@ -13,13 +13,13 @@ namespace quorbel {
 
 /// The network that the command line names; without one, a small network inside this process, which
 /// ends with this object. An option that is missing follows the other one.
-class AdNetwork {
+class AdNetworkSetup {
  public:
   /// Tells the advertising client. To be made before the first banner.
-  explicit AdNetwork(const Options& options);
-  ~AdNetwork();
-  AdNetwork(const AdNetwork&) = delete;
-  AdNetwork& operator=(const AdNetwork&) = delete;
+  explicit AdNetworkSetup(const Options& options);
+  ~AdNetworkSetup();
+  AdNetworkSetup(const AdNetworkSetup&) = delete;
+  AdNetworkSetup& operator=(const AdNetworkSetup&) = delete;
 
  private:
   std::unique_ptr<sandbox::Sandbox> builtIn_;
