@@ -7,14 +7,21 @@ set(public_headers
   ads/api/VADBannerView.h ads/api/VADBannerViewDelegate.h ads/request/VADConfiguration.h
   ads/request/VADRequest.h ads/request/VADRequestError.h ads/support/VADErrorCode.h
   platform/application/Host.h platform/base/Date.h platform/base/Export.h platform/base/MainThread.h
-  platform/base/URL.h platform/base/Value.h platform/base/WeakPtr.h platform/storage/Bundle.h
-  platform/ui/Geometry.h platform/ui/View.h platform/ui/ViewController.h)
+  platform/base/Seconds.h platform/base/URL.h platform/base/Value.h platform/base/WeakPtr.h
+  platform/storage/Bundle.h platform/ui/Geometry.h platform/ui/View.h platform/ui/ViewController.h)
 set(public_folder ${PROJECT_BINARY_DIR}/include/valdren)
 
 # publish_header(FROM TO): a copy that includes the others as <valdren/...>.
 function(publish_header from to)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${from})
   file(READ ${PROJECT_SOURCE_DIR}/${from} text)
+  string(REGEX MATCHALL "#include \"[^\"]+" included "${text}")
+  foreach(header IN LISTS included)
+    string(SUBSTRING "${header}" 10 -1 header)
+    if(NOT header IN_LIST public_headers)
+      message(FATAL_ERROR "${from} includes ${header}, which is not among the public headers.")
+    endif()
+  endforeach()
   string(REGEX REPLACE "#include \"([^\"]+)\"" "#include <valdren/\\1>" text "${text}")
   file(CONFIGURE OUTPUT ${public_folder}/${to} CONTENT "${text}" @ONLY)
   cmake_path(GET to PARENT_PATH folder)
