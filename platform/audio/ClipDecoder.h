@@ -24,8 +24,8 @@ struct DecodedClip {
 };
 
 /// The first minute of the sound in an MPEG-4 (AAC, ALAC) or WAV file; a truncated file gives the
-/// part before the break. Never null. An error when the file cannot be read, is larger than 64 MiB or
-/// holds no sound that can be decoded. Callable on any thread.
+/// part before the break. Never null. An error when the file cannot be read, is larger than 64 MiB
+/// or holds no sound that can be decoded. Callable on any thread.
 Result<std::shared_ptr<const DecodedClip>> decodeClip(const std::string& path);
 
 }  // namespace valdren::platform
