@@ -9,7 +9,7 @@ namespace platform = valdren::platform;
 namespace quorbel {
 namespace {
 
-/// Where nothing answers: without a network, requests fail at once and leave this machine alone.
+/// An address without a server: requests fail at once and stay on this machine.
 constexpr const char* kNowhere = "http://127.0.0.1:1";
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Which ad network the banner asks.
+// The ad network for the banner.
 #pragma once
 
 #include <memory>
@@ -11,11 +11,11 @@ class Sandbox;
 
 namespace quorbel {
 
-/// The network that the command line names; without one, a small network inside this process, which
-/// ends with this object. An option that is missing follows the other one.
+/// The network from the command line; by default a small network inside this process, which ends
+/// with this object. If only one of the two addresses is given, it is used for both.
 class AdNetworkSetup {
  public:
-  /// Tells the advertising client. To be made before the first banner.
+  /// Configures the advertising client. Made before the first banner.
   explicit AdNetworkSetup(const Options& options);
   ~AdNetworkSetup();
   AdNetworkSetup(const AdNetworkSetup&) = delete;

@@ -9,7 +9,7 @@ namespace platform = valdren::platform;
 namespace quorbel {
 namespace {
 
-/// Takes an option's value; false when it is not one of those that the option knows.
+/// Sets an option's value; false when the value is not valid.
 using Setter = std::function<bool(Options&, const std::string&)>;
 
 struct Option {
@@ -71,7 +71,7 @@ std::variant<Options, UsageError> parseOptions(int argc, const char* const* argv
     std::string argument = argv[place];
     if (const auto command = commandNamed(argument)) {
       options.command = *command;
-      // These two end the reading: whoever asks for help gets it.
+      // These two win over all other options.
       if (*command == Command::Help || *command == Command::Version) return options;
       continue;
     }

@@ -22,14 +22,14 @@ struct Options {
   std::optional<platform::URL> scriptHost;
 };
 
-/// What is wrong with a command line, in one sentence.
+/// An error on the command line, in one sentence.
 struct UsageError {
   std::string message;
 };
 
 std::variant<Options, UsageError> parseOptions(int argc, const char* const* argv);
 
-/// What `--help` prints.
+/// The text of `--help`.
 extern const char* const kHelp;
 
 }  // namespace quorbel

@@ -22,11 +22,11 @@ namespace {
 using platform::ApplicationDescription;
 using valdren::VADObjectPrivate;
 
-/// How long the network and the sound server may take to answer without a window, in seconds.
+/// The longest waits for the network and the sound server without a window, in seconds.
 constexpr platform::Seconds kNetworkPatience{1};
 constexpr platform::Seconds kSoundPatience{0.3};
 
-/// Gives the exit status.
+/// Returns the exit status.
 int print(const platform::Dictionary& parameters) {
   const std::optional<std::string> json = platform::writeIndentedJson(parameters);
   if (json && std::fputs(json->c_str(), stdout) >= 0 && std::fflush(stdout) == 0) return 0;
@@ -41,7 +41,7 @@ void printRequestOf(valdren::VADBannerView& banner) {
   });
 }
 
-/// The application as it always is, but that its banner prints its request.
+/// The normal application, except that its banner prints its request.
 ApplicationDescription printing(ApplicationDescription description) {
   for (auto& [name, makeScreen] : description.screens) {
     makeScreen = [make = makeScreen] {
@@ -72,7 +72,7 @@ int printWithoutWindow() {
 int printRequest(const ApplicationDescription& description) {
   platform::Bundle::main().setIdentifier(description.identifier);
   platform::Bundle::main().setVersion(description.version);
-  // What the request counts and clears stays in this process.
+  // The request's changes to counters stay in this process.
   platform::FileUserDefaults kept(platform::FileUserDefaults::standardFolder(),
                                   platform::FileUserDefaults::Access::ReadOnly);
   const platform::UserDefaults::Replacement replacement(kept);

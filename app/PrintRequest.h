@@ -1,4 +1,4 @@
-// What an ad request from this machine would tell, for whoever wants to know before it does.
+// Prints the parameters of an ad request.
 #pragma once
 
 #include "platform/application/ApplicationMain.h"
@@ -7,10 +7,9 @@ namespace platform = valdren::platform;
 
 namespace quorbel {
 
-/// Writes the parameters of the next ad request to standard output, as indented JSON. Opens the
-/// window for a moment, for what desktops make of it, where there is a display. Sends nothing, and
-/// leaves everything that is kept as it was: nothing is counted, nothing reported is forgotten.
-/// Gives the exit status.
+/// Writes the parameters of the next ad request to standard output, as indented JSON. If there is a
+/// display, it opens the window for a moment, because desktops change its size. Nothing is sent or
+/// stored: counters and reports stay as they were. Returns the exit status.
 int printRequest(const platform::ApplicationDescription& description);
 
 }  // namespace quorbel

@@ -14,10 +14,10 @@ namespace {
 constexpr double kBannerWidth = 320;
 constexpr double kBannerHeight = 50;
 
-/// The line of the interface files that says why nothing is heard.
+/// The notice in the interface files that there is no sound.
 constexpr const char* kSilence = "silence";
 
-/// How often a button asks whether its clip still plays, in seconds.
+/// The time between two checks whether the clip still plays, in seconds.
 constexpr platform::Seconds kFollowInterval{0.1};
 
 }  // namespace
@@ -64,7 +64,7 @@ void SoundScreen::placeBanner() {
   const double top = view()->frame().height - kBannerHeight;
   bannerView_ =
       std::make_shared<valdren::VADBannerView>(platform::Rect{0, top, kBannerWidth, kBannerHeight});
-  // A desktop's window changes its size at will; the banner stays on its bottom edge.
+  // Desktop windows are resized; the banner stays at the bottom edge.
   bannerView_->setAutoresizingMask(platform::kFlexibleTopMargin);
   bannerView_->setAdUnitID(kAdUnitID);
   bannerView_->setRootViewController(this);

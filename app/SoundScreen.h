@@ -1,5 +1,4 @@
-// What the phone's and the tablet's screen have in common: fourteen sounds, a stop button, a
-// banner.
+// The common part of the phone's and the tablet's screen: fourteen sounds, a stop button, a banner.
 #pragma once
 
 #include <functional>
@@ -16,7 +15,7 @@ namespace platform = valdren::platform;
 
 namespace quorbel {
 
-/// One sound button: the action that it triggers and the clip's resource name.
+/// One sound button: its action and its clip's resource name.
 struct Sound {
   const char* action;
   const char* resource;
@@ -27,7 +26,7 @@ const std::vector<Sound>& sounds();
 /// The type of every clip.
 inline constexpr const char* kClipType = "m4a";
 
-/// The ads that the banner shows.
+/// The banner's ad unit.
 inline constexpr const char* kAdUnitID = "a19d27c3b40e6f5";
 
 class SoundScreen : public platform::ViewController, public platform::AudioPlayerDelegate {
@@ -36,26 +35,26 @@ class SoundScreen : public platform::ViewController, public platform::AudioPlaye
 
   void viewDidLoad() override;
 
-  /// What the banner asks for.
+  /// The request for the banner.
   static std::shared_ptr<valdren::VADRequest> makeRequest();
-  /// What is done with the banner once it is in its place; asks for an ad when nothing else is set.
+  /// Sets what to do with the banner once it is placed; the default requests an ad.
   void setBannerTask(std::function<void(valdren::VADBannerView&)> task) {
     bannerTask_ = std::move(task);
   }
 
-  /// Plays the action's clip from its beginning, cutting off the one before it. Unknown actions are
+  /// Plays the action's clip from its start and stops the previous one. Unknown actions are
   /// ignored.
   void play(const std::string& action);
-  /// Silences the clip that plays, if any.
+  /// Stops the playing clip, if any.
   void stop();
 
-  /// The player of the clip started last; null before the first, and when that clip is missing.
+  /// The player of the latest clip; null before the first one and when the clip is missing.
   const platform::AudioPlayer* player() const { return theAudio.get(); }
   valdren::VADBannerView& banner() const { return *bannerView_; }
   /// The view with the buttons; null when the interface file could not be read.
   platform::InterfaceView* controls();
 
-  /// A clip that the sound server did not play: says so on the screen until sound is back.
+  /// Shows the notice when the sound server did not play a clip, until sound is back.
   void audioPlayerDidFinishPlaying(platform::AudioPlayer& player, bool successfully) override;
 
  private:
@@ -69,10 +68,10 @@ class SoundScreen : public platform::ViewController, public platform::AudioPlaye
     banner.loadRequest(makeRequest());
   };
   std::unique_ptr<platform::AudioPlayer> theAudio;
-  bool silent_ = false;  // whether the screen says that there is no sound
+  bool silent_ = false;  // whether the notice is shown
   struct : platform::WeakTarget {
-  } silence_;           // whose delayed calls wait for the end of that
-  std::string marked_;  // the action whose button shows that its clip plays
+  } silence_;           // the target of the delayed calls that wait for sound
+  std::string marked_;  // the action whose button is marked as playing
 };
 
 }  // namespace quorbel

@@ -1,4 +1,4 @@
-// Puts the soundboard's screen into the window at launch.
+// Shows the soundboard's screen in the window at launch.
 #pragma once
 
 #include <memory>

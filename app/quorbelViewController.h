@@ -5,7 +5,7 @@
 
 namespace quorbel {
 
-/// Upright only, as every screen that does not say otherwise.
+/// Portrait only, which is the default of screens.
 class quorbelViewController final : public SoundScreen {
  public:
   void viewDidUnload() override {}

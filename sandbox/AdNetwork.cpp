@@ -70,7 +70,7 @@ std::string cutScenario(std::string& path) {
   constexpr std::string_view kPrefix = "/as/";
   if (!path.starts_with(kPrefix)) return {};
   const std::size_t end = std::min(path.find('/', kPrefix.size()), path.size());
-  const std::string name = decoded(std::string_view(path).substr(0, end).substr(kPrefix.size()));
+  std::string name = decoded(std::string_view(path).substr(0, end).substr(kPrefix.size()));
   path.erase(0, end);
   if (path.empty()) path = "/";
   return name;

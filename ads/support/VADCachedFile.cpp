@@ -225,7 +225,7 @@ void VADCachedFile::connectionDidFinishLoading(platform::URLConnection&) {
 
 void VADCachedFile::connectionDidFail(platform::URLConnection&, const platform::Error& error) {
   const platform::KeptUntilReturn kept(*this);
-  const platform::Error copy = error;
+  const platform::Error copy = error;  // NOLINT: the connection may own it
   cleanUpConnection();
   tellFailure(copy);
 }

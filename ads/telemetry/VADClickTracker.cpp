@@ -27,7 +27,9 @@ void VADClickTracker::trackURL(const std::optional<platform::URL>& url) {
   platform::assertMainThread();
   if (!url) return;
   const platform::KeptUntilReturn kept(*this);
-  const platform::URL copy = *url;  // may be a part of what the reset lets go of
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the reset may destroy the
+  // original.
+  const platform::URL copy = *url;
   reset();
   beginBackgroundTask();
   tracker_ = VADCachedFile::initWithDelegate(this, copy);

@@ -172,7 +172,7 @@ bool VADStatistics::isTimingClick() const {
   return click && click->isActive();
 }
 
-void VADStatistics::setAdNetworkDomain(std::string domain) {
+void VADStatistics::setAdNetworkDomain(const std::string& domain) {
   adNetworkDomain() = platform::lowercase(domain);
 }
 

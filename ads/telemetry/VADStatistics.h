@@ -66,7 +66,7 @@ class VADStatistics : public platform::WeakTarget {
   void addClickTrackingURL(const platform::URL& url);
   /// The domain that `addClickTrackingURL` knows as the ad network's own: a host counts when it is
   /// this domain or ends with a "." and it. "ads.valdren.example" at first.
-  static void setAdNetworkDomain(std::string domain);
+  static void setAdNetworkDomain(const std::string& domain);
 
   /// Keeps everything now.
   void synchronize();

@@ -19,7 +19,7 @@ constexpr double kShortestTimeToClick = 0.15;
 
 std::shared_ptr<VADBannerWebViewDelegate> VADBannerWebViewDelegate::initWithObjectPrivate(
     VADAdController& loader, std::unique_ptr<VADOpener> opener) {
-  const std::shared_ptr<VADBannerWebViewDelegate> delegate(
+  std::shared_ptr<VADBannerWebViewDelegate> delegate(
       new VADBannerWebViewDelegate(loader, std::move(opener)));
   loader.webView()->setDelegate(delegate.get());
   return delegate;

@@ -7,15 +7,18 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "ads/valdren.h"
+#include "ads/web/VADScreen.h"
 #include "benchmarks/Figures.h"
 #include "benchmarks/hostile_pages/HostileNetwork.h"
 #include "benchmarks/hostile_pages/Peaks.h"
 #include "benchmarks/support/Environment.h"
 #include "benchmarks/support/LoopWork.h"
+#include "platform/base/RunLoop.h"
 
 namespace platform = valdren::platform;
 
@@ -25,6 +28,7 @@ using namespace benchmarks;
 
 /// Covers the first ad, the attack, the client's deadline and one refresh interval.
 constexpr double kPatience = 180;
+constexpr platform::Seconds kSecondsToClose{2};
 
 class Count final : public valdren::VADBannerViewDelegate {
  public:
@@ -37,12 +41,38 @@ class Count final : public valdren::VADBannerViewDelegate {
   int failed = 0;
 };
 
+/// Closes each screen that covers the banner. The refresh waits for that.
+class Person {
+ public:
+  explicit Person(platform::ViewController& host) : host_(&host) { wait(); }
+
+ private:
+  void wait() {
+    next_ = platform::RunLoop::shared().scheduleTimer(kSecondsToClose, [this] {
+      wait();
+      closeScreen();
+    });
+  }
+  void closeScreen() {
+    const std::shared_ptr<platform::ViewController> shown =
+        host_ ? host_->modalViewController() : nullptr;
+    if (auto* const screen = dynamic_cast<valdren::VADScreen*>(shown.get())) {
+      screen->relinquishScreen();
+    }
+  }
+
+  platform::WeakPtr<platform::ViewController> host_;
+  std::unique_ptr<platform::Timer> next_;
+};
+
 /// A banner in a window.
 class Scene {
  public:
   Scene() {
     gtk_window_set_default_size(GTK_WINDOW(window_), 360, 200);
-    banner_->setRootViewController(platform::hostScreen(GTK_WINDOW(window_)));
+    platform::ViewController* const host = platform::hostScreen(GTK_WINDOW(window_));
+    person_.emplace(*host);
+    banner_->setRootViewController(host);
     banner_->setDelegate(&count);
     gtk_window_set_child(GTK_WINDOW(window_), platform::hostWidget(banner_));
     gtk_window_present(GTK_WINDOW(window_));
@@ -58,6 +88,7 @@ class Scene {
   GtkWidget* window_ = gtk_window_new();
   std::shared_ptr<valdren::VADBannerView> banner_ =
       std::make_shared<valdren::VADBannerView>(platform::Rect{0, 0, 320, 50});
+  std::optional<Person> person_;
 };
 
 void print(const Attack& attack, const Peaks& peaks, const std::string& next, int failed) {

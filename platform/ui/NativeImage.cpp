@@ -94,9 +94,9 @@ void ImageWidget::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
   const double shrink = std::min({1.0, get_width() / size.width, get_height() / size.height});
   const double width = size.width * shrink;
   const double height = size.height * shrink;
-  const graphene_rect_t area = GRAPHENE_RECT_INIT(float(std::floor((get_width() - width) / 2)),
-                                                  float(std::floor((get_height() - height) / 2)),
-                                                  float(width), float(height));
+  graphene_rect_t area;
+  graphene_rect_init(&area, float(std::floor((get_width() - width) / 2)),
+                     float(std::floor((get_height() - height) / 2)), float(width), float(height));
   gtk_snapshot_append_texture(snapshot->gobj(), image_->native().texture->gobj(), &area);
 }
 

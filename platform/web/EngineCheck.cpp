@@ -171,6 +171,7 @@ void EngineCheck::run(const std::vector<std::string>& command, const std::string
       GSubprocessFlags(G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_MERGE)));
   if (command.size() == 1) g_subprocess_launcher_setenv(launcher.get(), kNameLibraries, "1", TRUE);
   std::vector<const char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& argument : command) arguments.push_back(argument.c_str());
   arguments.push_back(nullptr);
   GError* error = nullptr;

@@ -60,6 +60,7 @@ Result<std::unique_ptr<AudioPlayer>> AudioPlayer::withContentsOfFile(const std::
   return std::unique_ptr<AudioPlayer>(std::make_unique<quorbel_tests::FakeAudioPlayer>(path));
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the declaration is the platform's.
 void AudioPlayer::prepare(std::vector<std::string>) {}
 
 void AudioPlayer::awaitSound(const WeakTarget&, std::function<void()> back) {

@@ -146,7 +146,7 @@ TEST_F(PrintRequest, TheMachinesOwnIdentifierIsNotPrinted) {
   printed(kWithoutDisplay);
   for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
     std::string identifier = readFile(path);
-    identifier.erase(identifier.find_last_not_of("\n") + 1);
+    identifier.erase(identifier.find_last_not_of('\n') + 1);
     if (identifier.empty()) continue;
     EXPECT_EQ(last_.output.find(identifier), std::string::npos);
     EXPECT_EQ(last_.errors.find(identifier), std::string::npos);

@@ -39,7 +39,7 @@ class Inspector : public ::testing::Test {
   }
   /// A complete click, reported by the next request.
   std::string clickAndReport() {
-    const std::string ticket = ticketOf(requestAd({{"preqs", 1}}));
+    std::string ticket = ticketOf(requestAd({{"preqs", 1}}));
     get(address("/imp/" + ticket));
     get(address("/clk/" + ticket + "?ai=" + ticket));
     get(address("/land/plain?t=" + ticket));

@@ -85,6 +85,7 @@ TEST_F(Script, ActsItsScenariosByTheUnitsName) {
     std::vector<std::string> found;
     const auto messages =
         answers({{"slotname", std::string("scenario-") + row.scenario}}, row.names.size());
+    found.reserve(messages.size());
     for (const std::string& message : messages) found.push_back(name(message));
     EXPECT_EQ(found, row.names) << row.scenario;
     const std::string first = messages.empty() ? "" : messages[0];

@@ -15,7 +15,7 @@ using namespace quorbel_tests;
 using quorbel_tests::run;
 using sandbox::Sandbox;
 
-Reply post(const Sandbox& sandbox, const std::string& query, Headers headers = {}) {
+Reply post(const Sandbox& sandbox, const std::string& query, const Headers& headers = {}) {
   return ask(
       {.url = sandbox.baseURL() + "/control?" + query, .method = "POST", .headers = headers});
 }

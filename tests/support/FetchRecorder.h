@@ -13,7 +13,7 @@ namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
-class FetchRecorder : public platform::URLConnectionDelegate {
+class FetchRecorder final : public platform::URLConnectionDelegate {
  public:
   /// Starts a fetch; false when it cannot be made.
   bool start(const platform::URLRequest& request) {

@@ -114,7 +114,7 @@ std::string headText(const LoopbackResponse& response) {
   std::string head = "HTTP/1.1 " + std::to_string(response.status) + " Answer\r\n";
   bool hasLength = isUnbounded(response) || response.status == 304 || response.status == 204;
   for (const auto& [name, value] : response.headers) {
-    head += name + ": " + value + "\r\n";
+    head.append(name).append(": ").append(value).append("\r\n");
     hasLength = hasLength || platform::lowercase(name) == "content-length" ||
                 platform::lowercase(name) == "transfer-encoding";
   }

@@ -44,7 +44,7 @@ void RecordingDelegate::webViewDidFailLoad(platform::WebView&, const platform::E
   keep("fail");
 }
 
-void RecordingDelegate::keep(std::string line) {
+void RecordingDelegate::keep(const std::string& line) {
   lines.push_back(line);
   if (during) during(line);
 }

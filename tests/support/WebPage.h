@@ -39,7 +39,7 @@ class RecordingDelegate final : public platform::WebViewDelegate {
   std::function<void(const std::string& line)> during;
 
  private:
-  void keep(std::string line);
+  void keep(const std::string& line);
 };
 
 /// A web view with its delegate, and the window that shows it on request.

@@ -20,7 +20,8 @@ using quorbel_tests::runUntil;
 /// Records the calls and runs `meanwhile` in one of them.
 class Publisher final : public VADBannerViewDelegate, public VADInterstitialDelegate {
  public:
-  explicit Publisher(std::string* heard, std::string name = "") : heard_(heard), name_(name) {}
+  explicit Publisher(std::string* heard, std::string name = "")
+      : heard_(heard), name_(std::move(name)) {}
 
   std::function<void()> meanwhile;
   /// The only selector that it responds to; empty for all.

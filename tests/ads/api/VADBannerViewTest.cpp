@@ -47,7 +47,7 @@ TEST_F(VADBannerViewTest, FillsABannerThatIsFramedLater) {
   EXPECT_EQ(banner->backgroundColor(), platform::Color::clear());
   ASSERT_THAT(banner->subviews(), ElementsAre(banner->webView()));
   banner->setFrame({10, 20, 320, 50});
-  EXPECT_EQ(banner->webView()->frame(), platform::Rect(0, 0, 320, 50));
+  EXPECT_EQ(banner->webView()->frame(), (platform::Rect{0, 0, 320, 50}));
   banner->setRootViewController(screen.get());
   banner->setDelegate(&record);
   bringTo(kVADStateShowingAd);

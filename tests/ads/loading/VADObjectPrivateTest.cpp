@@ -288,11 +288,11 @@ TEST_F(VADObjectPrivateTest, AsksForTheScriptWhenWhatWasKeptIsDamaged) {
                        platform::Dictionary{{"expireDate", std::move(date)}});
   };
   const std::function<void()> damages[] = {
-      [this] { clearCaches(); },
+      [] { clearCaches(); },
       [&] { keep("tomorrow"); },
       // As after the clock was set back.
       [&] { keep(platform::Date::now().after(platform::Seconds(86401))); },
-      [this] {
+      [] {
         const std::string copy = *valdren::cachePathForURL(VADAdEngineScript::jsBuildAdURL());
         std::filesystem::resize_file(copy, 1ull << 40);
       },

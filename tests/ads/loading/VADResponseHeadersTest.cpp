@@ -15,6 +15,7 @@ using testing::IsEmpty;
 
 std::vector<std::string> texts(const std::vector<platform::URL>& urls) {
   std::vector<std::string> texts;
+  texts.reserve(urls.size());
   for (const platform::URL& url : urls) texts.push_back(url.absoluteString());
   return texts;
 }

@@ -380,7 +380,7 @@ TEST(VADCacheFolderTest, LeftoversOfEarlierRunsAreCleared) {
     std::snprintf(name, sizeof name, "abc%x", copy);
     std::ofstream(caches / "host" / name) << "x";
   }
-  std::ofstream(caches / "emptied" / "0123abcd");
+  { const std::ofstream empty(caches / "emptied" / "0123abcd"); }
   std::ofstream(caches / "host" / "not-ours") << "x";
   std::ofstream(caches / "host" / "abc0.new-a1B2c3") << "being written";
   for (const int hours : {-1, 1}) {

@@ -59,8 +59,8 @@ inline std::string wave(const std::vector<float>& samples, std::uint32_t rate = 
 inline std::string toneFile(double frequency, double seconds, std::uint32_t rate = 48000) {
   std::vector<float> samples(2 * static_cast<std::size_t>(seconds * rate));
   for (std::size_t place = 0; place < samples.size(); ++place) {
-    samples[place] =
-        float(0.5 * std::sin(2 * std::numbers::pi * frequency * double(place / 2) / rate));
+    const std::size_t frame = place / 2;
+    samples[place] = float(0.5 * std::sin(2 * std::numbers::pi * frequency * double(frame) / rate));
   }
   return wave(samples, rate, 2);
 }

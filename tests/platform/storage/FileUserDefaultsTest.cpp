@@ -118,7 +118,7 @@ TEST(FileUserDefaults, ABadTextDoesNotCostTheRest) {
 
 TEST(FileUserDefaults, SetsAsideWithOneLineWhatItCannotReadBack) {
   using Maker = std::function<void(const std::string& path)>;
-  const auto holding = [](std::string content) -> Maker {
+  const auto holding = [](const std::string& content) -> Maker {
     return [content](const std::string& path) { writeFile(path, content); };
   };
   const Maker makers[] = {

@@ -105,8 +105,8 @@ TEST_F(PropertyList, IsNoneForAnythingElse) {
         xml("<dict><key>a<dict/></key><true/></dict>"), xml("<integer>x</integer>"),
         xml("<date>2001-13-02T00:00:00Z</date>"), xml("<data>&lt;</data>"),
         xml("<string>&unknown;</string>"), xml("<array>") + "</dict>", binaryDictionary("\x10\x01"),
-        binaryDictionary("\xa0"), binaryDictionary("\xd1\x00\x00"),
-        binaryDictionary("\x5f\x13\xff"), binaryDictionary("\x61\xd8\x00"),
+        binaryDictionary("\xa0"), binaryDictionary({"\xd1\x00\x00", 3}),
+        binaryDictionary("\x5f\x13\xff"), binaryDictionary({"\x61\xd8\x00", 3}),
         binaryDictionary("\x24"), binaryDictionary("\x1f")}) {
     EXPECT_FALSE(read(content)) << content.substr(0, 20);
   }

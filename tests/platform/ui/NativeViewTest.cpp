@@ -35,7 +35,7 @@ class NativeViewTest : public ::testing::Test {
   }
 
   std::shared_ptr<View> addView(const Rect& frame) {
-    const auto view = std::make_shared<View>(frame);
+    auto view = std::make_shared<View>(frame);
     screen->view()->addSubview(view);
     return view;
   }

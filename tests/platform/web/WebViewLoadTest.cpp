@@ -236,8 +236,8 @@ TEST(WebViewLoad, MayBeDestroyedInEachOfItsCalls) {
     } else {
       page.view->loadHTMLString(each.html, std::nullopt);
     }
-    page.view->stringByEvaluatingJavaScriptFromString("new Promise(() => {})",
-                                                      [&](std::string) { evaluated = true; });
+    page.view->stringByEvaluatingJavaScriptFromString(
+        "new Promise(() => {})", [&](const std::string&) { evaluated = true; });
     EXPECT_TRUE(runUntil([&] { return !page.view; })) << page.delegate.text();
     const Lines told = page.delegate.lines;
     const bool before = evaluated;

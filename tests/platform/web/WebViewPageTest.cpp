@@ -83,8 +83,8 @@ TEST_F(WebViewPage, IsEnteredAndLeftWithTheKeyboard) {
   page.show();
   page.load("<a id=one href='a'>1</a> <a id=two href='b'>2</a>");
   const auto addButton = [&](double y) {
-    const auto button = std::make_shared<platform::Button>(platform::ButtonStyle::Custom,
-                                                           platform::Rect{0, y, 320, 40});
+    auto button = std::make_shared<platform::Button>(platform::ButtonStyle::Custom,
+                                                     platform::Rect{0, y, 320, 40});
     page.view->superview()->addSubview(button);
     return button;
   };
@@ -226,7 +226,7 @@ TEST_F(WebViewPage, PlaysNothingBeforeATouchWhenThatIsAsked) {
     Page page;
     page.view->setMediaPlaybackRequiresUserAction(asked);
     page.load("<script>" + std::string(kPlay) + "</script>");
-    runUntil([&] { return page.evaluate("outcome") != ""; }, 3);
+    runUntil([&] { return !page.evaluate("outcome").empty(); }, 3);
     EXPECT_EQ(page.evaluate("outcome") == "NotAllowedError", asked) << page.evaluate("outcome");
   }
 }
