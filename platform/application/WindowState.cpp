@@ -2,6 +2,8 @@
 
 #include <gtk/gtk.h>
 
+#include <utility>
+
 #include "platform/application/LinuxApplication.h"
 #include "platform/ui/FrameProbe.h"
 
@@ -18,6 +20,7 @@ constexpr unsigned kSuspended = 1u << 16;
 constexpr const char* kSightKey = "quorbel-sight";
 
 int followedWindows = 0;
+bool beats = false;
 bool lookIsDue = false;
 bool anyWasMapped = false;
 
@@ -144,7 +147,8 @@ void look() {
 }
 
 gboolean beat(gpointer) {
-  if (followedWindows == 0) return G_SOURCE_REMOVE;
+  beats = followedWindows > 0;
+  if (!beats) return G_SOURCE_REMOVE;
   forEachWindow([](Sight& sight) { sight.beat(); });
   look();
   return G_SOURCE_CONTINUE;
@@ -154,7 +158,9 @@ gboolean beat(gpointer) {
 
 void followWindowState(GtkWindow* window) {
   Sight::of(window);
-  if (++followedWindows == 1) g_timeout_add(kBeatMilliseconds, beat, nullptr);
+  ++followedWindows;
+  // One beat for all: of several, each would count what the others have just asked for as late.
+  if (!std::exchange(beats, true)) g_timeout_add(kBeatMilliseconds, beat, nullptr);
   g_object_weak_ref(
       G_OBJECT(window), [](gpointer, GObject*) { --followedWindows; }, nullptr);
 }

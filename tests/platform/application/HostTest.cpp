@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
+#include "platform/application/Application.h"
 #include "platform/device/Device.h"
 #include "platform/ui/Window.h"
 #include "tests/support/Loop.h"
@@ -71,6 +72,20 @@ TEST_F(HostTest, PresentedScreensComeUpOverTheWindowInItsSizeAndGoAgain) {
   EXPECT_EQ(over->size().width, gtk_widget_get_width(GTK_WIDGET(window_)));
   host->dismissModalViewControllerAnimated(true);
   EXPECT_FALSE(over->isVisible());
+}
+
+TEST_F(HostTest, TheLastOfManyWindowsInQuickSuccessionIsSeen) {
+  for (int former = 0; former < 10; ++former) {
+    hostScreen(window_);
+    gtk_window_destroy(window_);
+    SetUp();
+  }
+  hostScreen(window_);
+  const auto isActive = [] {
+    return Application::shared().applicationState() == ApplicationState::Active;
+  };
+  ASSERT_TRUE(quorbel_tests::runUntil(isActive));
+  EXPECT_FALSE(quorbel_tests::runUntil([&] { return !isActive(); }, 2));
 }
 
 TEST_F(HostTest, AWindowThatIsDestroyedUnderAPresentedScreenTakesItAlong) {
