@@ -51,10 +51,10 @@ class Application : public Shared<Application> {
   /// local database.
   virtual bool canOpenURL(const URL& url) const = 0;
 
-  /// Keeps the application running until the task is ended, even when its window is closed. In the
-  /// background the system grants a task three minutes (ten seconds when the window was closed);
-  /// then `expired` is called once and the task ends. In the foreground there is no limit. A host
-  /// that closes its window ends its application at once.
+  /// Keeps the application running until the task is ended, even when its last window is closed. In
+  /// the background the system grants a task three minutes (ten seconds when the window was
+  /// closed); then `expired` is called once and the task ends. In the foreground there is no limit.
+  /// An application that is told to quit ends at once.
   virtual BackgroundTaskID beginBackgroundTask(std::function<void()> expired) = 0;
   /// Ends a task; 0 and ended ones are ignored.
   virtual void endBackgroundTask(BackgroundTaskID task) = 0;

@@ -3,13 +3,10 @@
 #include <gtk/gtk.h>
 #include <gtkmm/window.h>
 
-#include "platform/application/Application.h"
+#include "platform/application/HostApplication.h"
 #include "platform/application/WindowState.h"
 #include "platform/base/Log.h"
 #include "platform/base/NotificationCenter.h"
-#include "platform/base/RunLoop.h"
-#include "platform/storage/Bundle.h"
-#include "platform/storage/UserDefaults.h"
 #include "platform/ui/NativeView.h"
 #include "platform/ui/NativeWindow.h"
 #include "platform/ui/Settling.h"
@@ -37,6 +34,9 @@ struct Host : WeakTarget {
     Gtk::Window& native = over->native().window();
     gtk_window_set_transient_for(native.gobj(), window);
     gtk_window_set_modal(native.gobj(), TRUE);
+    NotificationCenter::defaultCenter().addObserver(
+        *this, kApplicationDidReceiveMemoryWarning,
+        [this](const Notification&) { over->didReceiveMemoryWarning(); });
   }
 
   static Size sizeOf(GtkWindow* window) {
@@ -61,28 +61,6 @@ void followSize(GtkWindow* window, Host& host) {
   NotificationCenter::defaultCenter().addObserver(
       host, kWindowDidSettle,
       [&host, window](const Notification&) { host.over->resize(Host::sizeOf(window)); }, window);
-}
-
-/// Forwards the application's start and end, once for all of its windows.
-void followApplication() {
-  static bool followed = false;
-  if (followed) return;
-  followed = true;
-  RunLoop::shared().performAfterDelay(kNextTurn, [] {
-    NotificationCenter::defaultCenter().postNotificationName(kApplicationDidFinishLaunching,
-                                                             &Application::shared());
-  });
-  GApplication* const application = g_application_get_default();
-  if (!application) return;
-  if (const char* identifier = g_application_get_application_id(application)) {
-    Bundle::main().setIdentifier(identifier);
-  }
-  const auto ends = +[](GApplication*, gpointer) {
-    NotificationCenter::defaultCenter().postNotificationName(kApplicationWillTerminate,
-                                                             &Application::shared());
-    UserDefaults::shared().flush();
-  };
-  g_signal_connect(application, "shutdown", G_CALLBACK(ends), nullptr);
 }
 
 }  // namespace
@@ -125,7 +103,7 @@ ViewController* hostScreen(GtkWindow* window) {
   auto* const host = new Host(window);
   followSize(window, *host);
   followWindowState(window);
-  followApplication();
+  HostApplication::follow();
   g_signal_connect(window, "destroy", G_CALLBACK(+[](GtkWindow* gone, gpointer) {
                      g_object_set_data(G_OBJECT(gone), kScreenKey, nullptr);
                    }),

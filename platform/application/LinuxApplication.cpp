@@ -1,5 +1,7 @@
 #include "platform/application/LinuxApplication.h"
 
+#include <utility>
+
 #include "platform/base/Log.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/RunLoop.h"
@@ -40,6 +42,31 @@ LinuxApplication& LinuxApplication::instance() {
   return *application;
 }
 
+void LinuxApplication::setAdapter(ApplicationAdapter* adapter) {
+  adapter_ = adapter;
+  if (!adapter) {
+    memory_.reset();
+    held_ = false;
+    return;
+  }
+  isEnding_ = toldOfTheEnd_ = false;
+  held_ = !tasks_.empty();
+  if (held_) adapter_->setHeld(true);
+  if (idleTimerDisabled_) adapter_->setIdleInhibited(true);
+}
+
+void LinuxApplication::finishLaunching() {
+  memory_ = std::make_unique<MemoryWarnings>([] { post(kApplicationDidReceiveMemoryWarning); });
+  post(kApplicationDidFinishLaunching);
+}
+
+void LinuxApplication::terminate() {
+  if (std::exchange(toldOfTheEnd_, true)) return;
+  enterBackground();
+  post(kApplicationWillTerminate);
+  UserDefaults::shared().flush();
+}
+
 bool LinuxApplication::isStatusBarHidden() const {
   const Window* window = Window::keyWindow();
   return !window || window->isStatusBarHidden();
@@ -62,12 +89,7 @@ InterfaceOrientation LinuxApplication::statusBarOrientation() const {
 void LinuxApplication::setIdleTimerDisabled(bool disabled) {
   if (idleTimerDisabled_ == disabled) return;
   idleTimerDisabled_ = disabled;
-  if (inhibitor_) inhibitor_(disabled);
-}
-
-void LinuxApplication::setInhibitor(std::function<void(bool)> inhibitor) {
-  inhibitor_ = std::move(inhibitor);
-  if (inhibitor_ && idleTimerDisabled_) inhibitor_(true);
+  if (adapter_) adapter_->setIdleInhibited(disabled);
 }
 
 void LinuxApplication::openURL(const URL& url) {
@@ -87,6 +109,7 @@ bool LinuxApplication::canOpenURL(const URL& url) const {
 BackgroundTaskID LinuxApplication::beginBackgroundTask(std::function<void()> expired) {
   const BackgroundTaskID id = ++lastTask_;
   tasks_[id] = std::move(expired);
+  hold();
   // A task that begins after the granted time gets the time of an ending application.
   if (state_ == ApplicationState::Background && !(grant_ && grant_->isValid())) {
     expireTasksAfter(kSecondsAtTheEnd);
@@ -100,14 +123,31 @@ void LinuxApplication::endBackgroundTask(BackgroundTaskID task) {
   // Destroying the closure may destroy other objects, which end other tasks.
   const std::function<void()> keptUntilReturn = std::move(found->second);
   tasks_.erase(found);
-  if (tasks_.empty() && idle_)
-    RunLoop::shared().performAfterDelay(*this, kNextTurn, [this] {
-      if (tasks_.empty() && idle_) idle_();
-    });
+  if (tasks_.empty())
+    RunLoop::shared().performAfterDelay(*this, kNextTurn, [this] { releaseWhenIdle(); });
+}
+
+void LinuxApplication::hold() {
+  if (!held_ && adapter_) {
+    held_ = true;
+    adapter_->setHeld(true);
+  }
+}
+
+void LinuxApplication::releaseWhenIdle() {
+  if (held_ && tasks_.empty() && adapter_) {
+    held_ = false;
+    adapter_->setHeld(false);
+  }
 }
 
 void LinuxApplication::beginToEnd() {
   isEnding_ = true;
+  loseLastWindow();
+}
+
+void LinuxApplication::loseLastWindow() {
+  enterBackground();
   expireTasksAfter(kSecondsAtTheEnd);
 }
 

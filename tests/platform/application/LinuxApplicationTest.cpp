@@ -101,18 +101,41 @@ TEST_F(BackgroundTaskTest, ATaskLetsGoOfItsHandlerWhenItEnds) {
   EXPECT_EQ(held.use_count(), 1);
 }
 
-TEST_F(BackgroundTaskTest, TheIdleHandlerRunsWhenTheLastTaskHasEnded) {
-  int idle = 0;
-  application.setIdleHandler([&] { ++idle; });
+/// Writes down what it is told.
+struct RecordingAdapter : ApplicationAdapter {
+  void setHeld(bool held) override { told += held ? "held " : "free "; }
+  void setIdleInhibited(bool inhibited) override { told += inhibited ? "awake " : "idle "; }
+  std::string told;
+};
+
+TEST_F(BackgroundTaskTest, TheAdapterIsToldWhatIsInForceAndWhatChanges) {
+  RecordingAdapter adapter;
   const BackgroundTaskID first = begin();
+  application.setIdleTimerDisabled(true);
+  application.setAdapter(&adapter);
+  EXPECT_EQ(adapter.told, "held awake ");
   const BackgroundTaskID second = begin();
   application.endBackgroundTask(first);
   loop.advance(0);
-  EXPECT_EQ(idle, 0);
+  EXPECT_EQ(adapter.told, "held awake ") << "one task is left";
   application.endBackgroundTask(second);
+  application.setIdleTimerDisabled(false);
   loop.advance(0);
-  EXPECT_EQ(idle, 1);
-  application.setIdleHandler({});
+  EXPECT_EQ(adapter.told, "held awake idle free ");
+  application.endBackgroundTask(begin());
+  application.setAdapter(nullptr);
+  loop.advance(0);
+  EXPECT_EQ(adapter.told, "held awake idle free held ");
+}
+
+TEST_F(BackgroundTaskTest, WithoutAWindowTasksGetTheTimeOfAnEnd) {
+  begin();
+  application.loseLastWindow();
+  EXPECT_EQ(application.applicationState(), ApplicationState::Background);
+  loop.advance(9);
+  EXPECT_EQ(application.backgroundTaskCount(), 1u);
+  loop.advance(1);
+  EXPECT_EQ(application.backgroundTaskCount(), 0u);
 }
 
 TEST(LaunchPermitTest, EachTouchOfLateAllowsOneLaunch) {

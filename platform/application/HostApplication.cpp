@@ -1,0 +1,54 @@
+#include "platform/application/HostApplication.h"
+
+#include <gtk/gtk.h>
+
+#include <utility>
+
+#include "platform/base/RunLoop.h"
+#include "platform/storage/Bundle.h"
+
+namespace valdren::platform {
+
+void HostApplication::follow() {
+  static bool followed = false;
+  if (std::exchange(followed, true)) return;
+  RunLoop::shared().performAfterDelay(kNextTurn,
+                                      [] { LinuxApplication::instance().finishLaunching(); });
+  GApplication* const application = g_application_get_default();
+  if (!application) return;
+  if (const char* identifier = g_application_get_application_id(application)) {
+    Bundle::main().setIdentifier(identifier);
+  }
+  // Never destroyed: it is needed until the process ends.
+  static auto* const host = new HostApplication(application);
+  LinuxApplication::instance().setAdapter(host);
+}
+
+HostApplication::HostApplication(GApplication* application) : application_(application) {
+  const auto ends = +[](GApplication*, gpointer) {
+    LinuxApplication::instance().terminate();
+    LinuxApplication::instance().setAdapter(nullptr);
+  };
+  g_signal_connect(application, "shutdown", G_CALLBACK(ends), nullptr);
+  if (!GTK_IS_APPLICATION(application)) return;
+  const auto removed = +[](GtkApplication* application, GtkWindow*, gpointer) {
+    if (!gtk_application_get_windows(application)) LinuxApplication::instance().loseLastWindow();
+  };
+  g_signal_connect_after(application, "window-removed", G_CALLBACK(removed), nullptr);
+}
+
+void HostApplication::setHeld(bool held) {
+  held ? g_application_hold(application_) : g_application_release(application_);
+}
+
+void HostApplication::setIdleInhibited(bool inhibited) {
+  if (!GTK_IS_APPLICATION(application_)) return;
+  GtkApplication* const application = GTK_APPLICATION(application_);
+  if (inhibitCookie_) gtk_application_uninhibit(application, std::exchange(inhibitCookie_, 0));
+  if (!inhibited) return;
+  inhibitCookie_ =
+      gtk_application_inhibit(application, gtk_application_get_active_window(application),
+                              GTK_APPLICATION_INHIBIT_IDLE, "A full-screen page is shown");
+}
+
+}  // namespace valdren::platform
