@@ -13,9 +13,9 @@ pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
 pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
 pkg_check_modules(X11 REQUIRED IMPORTED_TARGET x11)
 pkg_check_modules(PORTAL REQUIRED IMPORTED_TARGET libportal)
+find_program(GLIB_COMPILE_RESOURCES glib-compile-resources REQUIRED)
 
 # The soundboard's own.
 if(NOT QUORBEL_CLIENT_ALONE)
   pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswresample)
-  find_program(GLIB_COMPILE_RESOURCES glib-compile-resources REQUIRED)
 endif()

@@ -9,7 +9,9 @@
 #include "ads/protocol/Headers.h"
 #include "ads/protocol/Parameters.h"
 #include "ads/protocol/Script.h"
+#include "platform/base/HTTPDate.h"
 #include "platform/base/Json.h"
+#include "platform/base/PercentEncoding.h"
 #include "sandbox/Landing.h"
 #include "sandbox/Pages.h"
 
@@ -175,7 +177,7 @@ Answer AdNetwork::handle(const Request& request) {
   const std::string name = cutScenario(call.request.path);
   if (!name.empty()) {
     call.scenario = scenarioNamed(name);
-    call.base += "/as/" + encoded(name);
+    call.base += "/as/" + platform::percentEncoded(name);
   }
   if (std::optional<Answer> own = ownPage(call.request)) return *std::move(own);
 
@@ -228,7 +230,7 @@ Answer AdNetwork::answer(Call& call, Seen& seen) {
 }
 
 Answer AdNetwork::scriptAnswer(const Call& call, Seen& seen) {
-  const auto modified = httpDate(started_);
+  const auto modified = platform::httpDateText(platform::Date(started_));
   const Scenario& scenario = call.scenario ? *call.scenario : *scenario_;
   Plan plan;
   plan.fill = [&] {
@@ -240,8 +242,8 @@ Answer AdNetwork::scriptAnswer(const Call& call, Seen& seen) {
     seen.scenario = scenario.name;
     return scenario.answer(plan);
   }
-  const auto known = secondsFromHttpDate(call.request.header("If-Modified-Since"));
-  if (!known || *known < started_) return plan.fill();
+  const auto known = platform::dateFromHTTPText(call.request.header("If-Modified-Since"));
+  if (!known || known->secondsSince1970() < started_) return plan.fill();
   return {.status = 304, .contentType = "", .headers = {{"Last-Modified", modified}}};
 }
 
@@ -269,7 +271,7 @@ Answer AdNetwork::adAnswer(const Call& call, Seen& seen) {
   plan.ticket = seen.ticket;
   plan.hop = isHop ? std::clamp(numberFrom(call.request.parameter("n")), 0, 1000) : 0;
   plan.nextHop = call.base + "/hop?n=" + std::to_string(plan.hop + 1) + "&ticket=" + seen.ticket +
-                 "&" + valdren::kVADParameterSlotName + "=" + encoded(slot);
+                 "&" + valdren::kVADParameterSlotName + "=" + platform::percentEncoded(slot);
   plan.fill = [&] {
     const Ad& ad = nextAd(slot);
     seen.ad = ad.name;

@@ -1,8 +1,11 @@
 #include "sandbox/Decryption.h"
 
+#include <glib.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <memory>
 
 #include "ads/protocol/Secrets.h"
 #include "platform/base/Crypto.h"
@@ -37,19 +40,15 @@ std::optional<std::string> decryptedText(const std::string& data) {
 }  // namespace
 
 std::optional<std::string> unpackedBase64(std::string_view text) {
-  std::string data;
-  unsigned bits = 0;
-  int count = 0;
-  for (const char letter : text) {
-    const std::size_t value = kLetters.find(letter);
-    if (value == std::string_view::npos) return std::nullopt;
-    bits = (bits << 6 | static_cast<unsigned>(value)) & 0xffff;
-    count += 6;
-    if (count < 8) continue;
-    count -= 8;
-    data += static_cast<char>(bits >> count & 0xff);
-  }
-  return data;
+  if (text.find_first_not_of(kLetters) != std::string_view::npos) return std::nullopt;
+  std::string padded(text);
+  std::replace(padded.begin(), padded.end(), '-', '+');
+  std::replace(padded.begin(), padded.end(), '_', '/');
+  padded.append((4 - padded.size() % 4) % 4, '=');
+  gsize length = 0;
+  const std::unique_ptr<guchar, decltype(&g_free)> data(g_base64_decode(padded.c_str(), &length),
+                                                        g_free);
+  return std::string(reinterpret_cast<const char*>(data.get()), length);
 }
 
 std::optional<std::string> decodedLocation(std::string_view text) {

@@ -2,56 +2,14 @@
 
 #include <algorithm>
 
+#include "platform/base/PercentEncoding.h"
+#include "platform/base/Text.h"
+
+namespace platform = valdren::platform;
+
 namespace sandbox {
-namespace {
-
-constexpr const char* kHex = "0123456789ABCDEF";
-
-char lower(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-int digit(char letter) {
-  if (letter >= '0' && letter <= '9') return letter - '0';
-  const char small = lower(letter);
-  return small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
-}
-
-bool isPlain(char letter) {
-  const char small = lower(letter);
-  return (small >= 'a' && small <= 'z') || (small >= '0' && small <= '9') ||
-         std::string_view("-._~").find(small) != std::string_view::npos;
-}
-
-}  // namespace
-
 std::string decoded(std::string_view text) {
-  std::string result;
-  result.reserve(text.size());
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const bool escape = text[at] == '%' && at + 2 < text.size() && digit(text[at + 1]) >= 0 &&
-                        digit(text[at + 2]) >= 0;
-    if (escape) {
-      result += static_cast<char>(digit(text[at + 1]) * 16 + digit(text[at + 2]));
-      at += 2;
-    } else {
-      result += text[at];
-    }
-  }
-  return result;
-}
-
-std::string encoded(std::string_view text) {
-  std::string result;
-  for (const char letter : text) {
-    if (isPlain(letter)) {
-      result += letter;
-    } else {
-      const auto code = static_cast<unsigned char>(letter);
-      result += {'%', kHex[code >> 4], kHex[code & 15]};
-    }
-  }
-  return result;
+  return platform::percentDecoded(text).value_or(std::string(text));
 }
 
 Fields fieldsOf(std::string_view query) {
@@ -75,9 +33,8 @@ std::optional<std::string> Request::parameter(std::string_view name) const {
 }
 
 std::string Request::header(std::string_view name) const {
-  const auto same = [](char left, char right) { return lower(left) == lower(right); };
   for (const auto& [key, value] : headers) {
-    if (std::equal(key.begin(), key.end(), name.begin(), name.end(), same)) return value;
+    if (platform::lowercase(key) == platform::lowercase(name)) return value;
   }
   return {};
 }

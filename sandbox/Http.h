@@ -58,16 +58,9 @@ struct Answer {
 
 using Handler = std::function<Answer(const Request&)>;
 
-/// Percent-decoded, "+" kept.
+/// Percent-decoded, "+" kept. A text that is not well encoded stays as it is.
 std::string decoded(std::string_view text);
-/// Everything but letters, digits and "-._~" percent-encoded.
-std::string encoded(std::string_view text);
 /// The query's fields, decoded.
 Fields fieldsOf(std::string_view query);
-
-/// "Wed, 09 Jun 2010 10:18:14 GMT".
-std::string httpDate(double secondsSince1970);
-/// None when the text is not a date. The "GMT" may be missing.
-std::optional<double> secondsFromHttpDate(const std::string& text);
 
 }  // namespace sandbox

@@ -8,6 +8,7 @@
 #include "ads/protocol/Parameters.h"
 #include "ads/request/VADJsonSafe.h"
 #include "ads/support/VADNumberUtilities.h"
+#include "ads/support/VAD_VTMStringEncoding.h"
 #include "platform/application/Application.h"
 #include "platform/base/Crypto.h"
 #include "platform/base/MainThread.h"
@@ -36,16 +37,6 @@ int takeVersionPart(std::string_view& version) {
   version.remove_prefix(std::min(end + 1, version.size()));
   using Limits = std::numeric_limits<int>;
   return static_cast<int>(std::clamp<std::int64_t>(number, Limits::min(), Limits::max()));
-}
-
-std::string upperCaseHexadecimal(const std::array<std::uint8_t, 16>& digest) {
-  constexpr const char* kDigits = "0123456789ABCDEF";
-  std::string text;
-  for (const std::uint8_t byte : digest) {
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 15];
-  }
-  return text;
 }
 
 std::string applicationName() {
@@ -155,8 +146,9 @@ const std::optional<std::string>& VADIdentifierUtilities::locale() {
 
 const std::string& VADIdentifierUtilities::deviceIdentifier() {
   if (!deviceIdentifier_) {
-    const std::string identifier = platform::Device::shared().uniqueIdentifier();
-    deviceIdentifier_ = upperCaseHexadecimal(platform::md5(identifier));
+    const auto digest = platform::md5(platform::Device::shared().uniqueIdentifier());
+    deviceIdentifier_ = VAD_VTMStringEncoding::hexStringEncoding()->encode(
+        {reinterpret_cast<const char*>(digest.data()), digest.size()});
   }
   return *deviceIdentifier_;
 }

@@ -10,9 +10,9 @@
 
 #include "ads/support/VADCacheFolder.h"
 #include "ads/support/VADErrorCode.h"
-#include "ads/support/VADHTTPDate.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "platform/base/Date.h"
+#include "platform/base/HTTPDate.h"
 #include "platform/base/KeptUntilReturn.h"
 #include "platform/base/Log.h"
 #include "platform/base/MainThread.h"
@@ -22,6 +22,21 @@
 
 namespace valdren {
 namespace {
+
+/// As HTTP writes it, without the zone: "Wed, 09 Jun 2010 10:18:14".
+std::string dateText(platform::Date date) {
+  const std::string text = platform::httpDateText(date);
+  return text.substr(0, text.find(" GMT"));
+}
+
+/// None when the text is not what `dateText` writes. White space at its ends and letter case do not
+/// count.
+std::optional<platform::Date> dateFrom(std::string_view text) {
+  const std::string trimmed(platform::trimmed(text));
+  const auto date = platform::dateFromHTTPText(trimmed);
+  const bool isOurs = date && platform::lowercase(dateText(*date)) == platform::lowercase(trimmed);
+  return isOurs ? date : std::nullopt;
+}
 
 std::optional<platform::URL> withCacheBuster(const platform::URL& url) {
   char seconds[400];
@@ -124,7 +139,7 @@ std::optional<platform::Date> VADCachedFile::modificationTime() const {
 
 std::optional<std::string> VADCachedFile::fileModificationDate() const {
   const auto time = modificationTime();
-  return time ? std::optional(httpDateText(*time)) : std::nullopt;
+  return time ? std::optional(dateText(*time)) : std::nullopt;
 }
 
 std::string VADCachedFile::description() const {
@@ -218,7 +233,7 @@ void VADCachedFile::connectionDidFinishLoading(platform::URLConnection&) {
   keepReceivedData();
   tellEnd();
   // Told before the time is set: whoever asks in the meantime sees when the file was written.
-  const auto date = dateFromHTTPText(modification);
+  const auto date = dateFrom(modification);
   if (date && !unwritten_ && filePath()) setTimes(*filePath(), *date);
   cleanUpFetch(fetch);
 }

@@ -1,8 +1,7 @@
 #include "ads/support/VADNetworkUtilities.h"
 
-#include <array>
-
 #include "platform/base/MainThread.h"
+#include "platform/base/PercentEncoding.h"
 #include "platform/base/Text.h"
 
 namespace valdren {
@@ -17,39 +16,10 @@ std::optional<std::string>& sharedUserAgent() {
   return userAgent;
 }
 
-constexpr std::array<bool, 256> unreserved() {
-  std::array<bool, 256> table{};
-  for (int code = 0; code < 128; ++code) {
-    const bool letter = (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z');
-    const bool digit = code >= '0' && code <= '9';
-    table[code] = letter || digit || code == '-' || code == '.' || code == '_' || code == '~';
-  }
-  return table;
-}
-
-int digitValue(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  return -1;
-}
-
-/// None when an escape lacks its two digits or the result is not UTF-8.
-std::optional<std::string> withoutEscapes(std::string_view text) {
-  std::string result;
-  result.reserve(text.size());
-  while (true) {
-    const std::size_t escape = text.find('%');
-    result.append(text.substr(0, escape));
-    if (escape == std::string_view::npos) break;
-    if (text.size() - escape < 3) return std::nullopt;
-    const int high = digitValue(text[escape + 1]);
-    const int low = digitValue(text[escape + 2]);
-    if (high < 0 || low < 0) return std::nullopt;
-    result += static_cast<char>(high * 16 + low);
-    text.remove_prefix(escape + 3);
-  }
-  if (!platform::isUTF8(result)) return std::nullopt;
+/// None when the text is not well encoded or the result is not UTF-8.
+std::optional<std::string> decoded(std::string_view text) {
+  auto result = platform::percentDecoded(text);
+  if (result && !platform::isUTF8(*result)) return std::nullopt;
   return result;
 }
 
@@ -57,8 +27,8 @@ void addField(std::string_view piece, Dictionary& fields) {
   const std::size_t equals = piece.find('=');
   if (equals == std::string_view::npos) return;
   if (piece.find('=', equals + 1) != std::string_view::npos) return;
-  const auto key = withoutEscapes(piece.substr(0, equals));
-  auto value = withoutEscapes(piece.substr(equals + 1));
+  const auto key = decoded(piece.substr(0, equals));
+  auto value = decoded(piece.substr(equals + 1));
   if (key && value) fields.set(platform::lowercase(*key), *std::move(value));
 }
 
@@ -76,19 +46,7 @@ void VADNetworkUtilities::setUserAgentString(std::string_view userAgent) {
 }
 
 std::string VADNetworkUtilities::encodeURL(std::string_view text) {
-  static constexpr std::array<bool, 256> kUnreserved = unreserved();
-  static constexpr const char* kDigits = "0123456789ABCDEF";
-  std::string result;
-  result.reserve(text.size());
-  for (const char character : text) {
-    const auto code = static_cast<unsigned char>(character);
-    if (kUnreserved[code]) {
-      result += character;
-    } else {
-      result += {'%', kDigits[code >> 4], kDigits[code & 15]};
-    }
-  }
-  return result;
+  return platform::percentEncoded(text);
 }
 
 std::optional<URL> VADNetworkUtilities::appendQueryParameters(const Dictionary& parameters,

@@ -4,6 +4,7 @@
 #include <numeric>
 #include <stdexcept>
 
+#include "platform/base/Crypto.h"
 #include "platform/base/Text.h"
 
 namespace valdren {
@@ -282,13 +283,11 @@ std::optional<std::string> VAD_VTMStringEncoding::stringByDecoding(
 }
 
 std::string VAD_VTMStringEncoding::description() const {
-  constexpr const char* kDigits = "0123456789abcdef";
   std::string bytes;
   for (std::size_t place = 0; place < charMapData_.size(); ++place) {
     if (place > 0 && place % 4 == 0) bytes += ' ';
     const auto code = static_cast<unsigned char>(charMapData_[place]);
-    bytes += kDigits[code >> 4];
-    bytes += kDigits[code & 15];
+    bytes += platform::hexadecimal({&code, 1});
   }
   return "<Base" + std::to_string(1 << shift_) + " StringEncoder: <" + bytes + ">>";
 }

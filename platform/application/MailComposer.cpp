@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/base/PercentEncoding.h"
 #include "platform/base/Text.h"
 
 namespace valdren::platform {
@@ -26,26 +27,15 @@ std::vector<std::string> headerTexts(const std::vector<std::string>& texts) {
   return lines;
 }
 
-void appendEncoded(std::string& url, const std::string& text) {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  for (const char character : text) {
-    const auto byte = static_cast<unsigned char>(character);
-    const bool plain = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
-                       (byte >= 'a' && byte <= 'z') ||
-                       std::string_view("-._~@").find(character) != std::string_view::npos;
-    if (plain) {
-      url += character;
-    } else {
-      url += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
-    }
-  }
+std::string encoded(const std::string& text) {
+  return percentEncoded(text, "-._~@");
 }
 
 std::string joined(const std::vector<std::string>& texts) {
   std::string url;
   for (const std::string& text : texts) {
     if (!url.empty()) url += ',';
-    appendEncoded(url, text);
+    url += encoded(text);
   }
   return url;
 }
@@ -61,11 +51,6 @@ std::optional<URL> MailMessage::mailtoURL() const {
     url += name;
     url += '=' + encoded;
     separator = '&';
-  };
-  const auto encoded = [](const std::string& text) {
-    std::string result;
-    appendEncoded(result, text);
-    return result;
   };
   add("cc", joined(ccRecipients));
   add("bcc", joined(bccRecipients));

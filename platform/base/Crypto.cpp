@@ -3,6 +3,7 @@
 #include <openssl/evp.h>
 #include <openssl/rand.h>
 
+#include <cstdio>
 #include <memory>
 
 namespace valdren::platform {
@@ -33,6 +34,16 @@ std::array<std::uint8_t, size> digest(std::string_view data, const EVP_MD* algor
 }
 
 }  // namespace
+
+std::string hexadecimal(std::span<const std::uint8_t> data) {
+  std::string text;
+  for (const std::uint8_t byte : data) {
+    char digits[3];
+    std::snprintf(digits, sizeof digits, "%02x", byte);
+    text += digits;
+  }
+  return text;
+}
 
 std::array<std::uint8_t, 16> md5(std::string_view data) {
   return digest<16>(data, EVP_md5());

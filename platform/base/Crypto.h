@@ -4,12 +4,16 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 namespace valdren::platform {
 
 using Key128 = std::array<std::uint8_t, 16>;
+
+/// Two lower-case digits a byte.
+std::string hexadecimal(std::span<const std::uint8_t> data);
 
 std::array<std::uint8_t, 16> md5(std::string_view data);
 std::array<std::uint8_t, 32> sha256(std::string_view data);

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "platform/base/Crypto.h"
+
 namespace valdren::platform {
 namespace {
 
@@ -18,10 +20,7 @@ std::string printable(std::string_view line) {
     if (character == '\n') {
       text += "\\n";
     } else if (code < 0x20 && character != '\t') {
-      constexpr const char* kDigits = "0123456789abcdef";
-      text += "\\x";
-      text += kDigits[code >> 4];
-      text += kDigits[code & 15];
+      text += "\\x" + hexadecimal({&code, 1});
     } else {
       text += character;
     }

@@ -5,6 +5,7 @@
 #include <boost/url/url_view.hpp>
 #include <cctype>
 
+#include "platform/base/PercentEncoding.h"
 #include "platform/base/Text.h"
 
 namespace valdren::platform {
@@ -62,13 +63,6 @@ bool isLegal(char character) {
   return isASCIIAlphanumeric(character) || kMarks.find(character) != std::string_view::npos;
 }
 
-void appendEscaped(std::string& text, unsigned char character) {
-  constexpr const char* kDigits = "0123456789ABCDEF";
-  text += '%';
-  text += kDigits[character >> 4];
-  text += kDigits[character & 15];
-}
-
 bool beginsEscape(std::string_view text) {
   return text.size() >= 3 && std::isxdigit(static_cast<unsigned char>(text[1])) &&
          std::isxdigit(static_cast<unsigned char>(text[2]));
@@ -98,7 +92,7 @@ std::string escaped(std::string_view text) {
     if (legal && !second && !(bracket && place >= authorityEnd)) {
       result += character;
     } else {
-      appendEscaped(result, static_cast<unsigned char>(character));
+      result += percentEncoded({&character, 1}, "");
     }
     inFragment = inFragment || character == '#';
   }

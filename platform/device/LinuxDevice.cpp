@@ -1,11 +1,13 @@
 #include "platform/device/LinuxDevice.h"
 
+#include <glib.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
+#include <memory>
 
 #include "platform/base/Crypto.h"
 #include "platform/base/Text.h"
@@ -49,15 +51,14 @@ bool isDottedNumbers(std::string_view text) {
          text.find_first_not_of("0123456789.") == std::string_view::npos;
 }
 
-std::string versionFromOSRelease(const std::string& content) {
-  constexpr std::string_view kLine = "\nVERSION_ID=";
-  std::size_t place = content.starts_with(kLine.substr(1)) ? 0 : content.find(kLine);
-  if (place == std::string::npos) return "";
-  place = content.find('=', place) + 1;
-  std::string value = content.substr(place, content.find('\n', place) - place);
-  std::erase_if(value, [](char character) { return character == '"' || character == '\''; });
-  const bool isSystems = isDottedNumbers(value) && Value(value).integerValue() >= kLowestVersion;
-  return isSystems ? value : "";
+/// Empty when the system names none, or one that is not its own.
+std::string versionOfDistribution() {
+  const std::unique_ptr<char, decltype(&g_free)> text(g_get_os_info(G_OS_INFO_KEY_VERSION_ID),
+                                                      g_free);
+  const std::string version = text ? text.get() : "";
+  const bool isSystems =
+      isDottedNumbers(version) && Value(version).integerValue() >= kLowestVersion;
+  return isSystems ? version : "";
 }
 
 std::string leadingVersion(const std::string& release) {
@@ -69,16 +70,6 @@ utsname systemNames() {
   utsname names{};
   uname(&names);
   return names;
-}
-
-std::string hexadecimal(const std::array<std::uint8_t, 32>& digest) {
-  constexpr const char* kDigits = "0123456789abcdef";
-  std::string text;
-  for (const std::uint8_t byte : digest) {
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 15];
-  }
-  return text;
 }
 
 /// For machines without an id: a random one, made once and stored; for this process only if it
@@ -128,11 +119,8 @@ std::string LinuxDevice::model() const {
 }
 
 std::string LinuxDevice::systemVersion() const {
-  for (const char* path : {"/etc/os-release", "/usr/lib/os-release"}) {
-    std::string version = versionFromOSRelease(contentOf(root_ + path));
-    if (!version.empty()) return version;
-  }
-  return leadingVersion(systemNames().release);
+  const std::string version = versionOfDistribution();
+  return version.empty() ? leadingVersion(systemNames().release) : version;
 }
 
 std::string LinuxDevice::machineIdentifier() const {

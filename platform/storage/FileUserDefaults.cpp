@@ -9,6 +9,7 @@
 
 #include "platform/base/Json.h"
 #include "platform/base/Log.h"
+#include "platform/base/PercentEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/storage/Folders.h"
 #include "platform/storage/RegularFile.h"
@@ -72,18 +73,7 @@ Value decoded(const Value& value) {
 
 /// A key as a file name. Other characters than ASCII letters, digits, "_" and "-" become %XX.
 std::string fileName(std::string_view key) {
-  std::string name;
-  for (const char character : key) {
-    const auto code = static_cast<unsigned char>(character);
-    if (std::isalnum(code) || character == '_' || character == '-') {
-      name += character;
-    } else {
-      char escape[4];
-      std::snprintf(escape, sizeof escape, "%%%02X", code);
-      name += escape;
-    }
-  }
-  return name + ".json";
+  return percentEncoded(key, "_-") + ".json";
 }
 
 }  // namespace

@@ -2,9 +2,11 @@
 
 #include <cmath>
 #include <optional>
+#include <string>
 
-#include "platform/web/DetectorScript.h"
 #include "platform/web/PingFilter.h"
+
+extern "C" GResource* platform_scripts_get_resource(void);
 
 namespace valdren::platform {
 namespace {
@@ -13,25 +15,15 @@ constexpr const char* kWorld = "platform";
 constexpr const char* kChannel = "pageWidth";
 constexpr double kWidest = 20000;
 
-/// Reports when the document is parsed, when it is loaded, and when the viewport changes: the
-/// viewport's width, and the width that the page needs or states beyond it, or 0.
-constexpr const char* kMeasureScript = R"js(
-(() => {
-  const tell = () => {
-    const root = document.documentElement;
-    if (!root) return;
-    const meta = document.querySelector('meta[name="viewport" i]');
-    const stated = /(?:^|[\s,;])width\s*=\s*(\d{3,5})(?:\D|$)/.exec(meta ? meta.content : '');
-    const body = document.body ? document.body.scrollWidth : 0;
-    const taken = Math.max(root.scrollWidth, body);
-    const width = Math.max(taken > innerWidth ? taken : 0, stated ? Number(stated[1]) : 0);
-    webkit.messageHandlers.pageWidth.postMessage([innerWidth, width]);
-  };
-  tell();
-  addEventListener('load', () => setTimeout(tell, 0));
-  addEventListener('resize', tell);
-})();
-)js";
+/// A script of this folder's scripts/.
+std::string scriptNamed(const char* name) {
+  const auto path = std::string("/com/valdren/platform/scripts/") + name;
+  const GBytesPtr bytes(g_resource_lookup_data(platform_scripts_get_resource(), path.c_str(),
+                                               G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr));
+  gsize length = 0;
+  const auto* const text = static_cast<const char*>(g_bytes_get_data(bytes.get(), &length));
+  return {text, length};
+}
 
 std::optional<double> numberAt(JSCValue* array, guint index) {
   const GObjectPtr<JSCValue> value(jsc_value_object_get_property_at_index(array, index));
@@ -59,8 +51,8 @@ void PageScripts::select(unsigned detectors, bool measures) {
   detectors_ = detectors;
   measures_ = measures;
   webkit_user_content_manager_remove_all_scripts(manager_.get());
-  if (detectors != 0) add(kDetectorScript);
-  if (measures) add(kMeasureScript);
+  if (detectors != 0) add("detector.js");
+  if (measures) add("measure.js");
 }
 
 void PageScripts::setWidthHandler(std::function<void(double, double)> handler) {
@@ -75,10 +67,11 @@ void PageScripts::messageReceived(WebKitUserContentManager*, JSCValue* value, gp
   if (viewport && width) handler(*viewport, *width);
 }
 
-void PageScripts::add(const char* source) {
+void PageScripts::add(const char* name) {
+  const std::string source = scriptNamed(name);
   WebKitUserScript* const script = webkit_user_script_new_for_world(
-      source, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME, WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
-      kWorld, nullptr, nullptr);
+      source.c_str(), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+      WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END, kWorld, nullptr, nullptr);
   webkit_user_content_manager_add_script(manager_.get(), script);
   webkit_user_script_unref(script);
 }

@@ -27,7 +27,7 @@ class PageScripts {
 
  private:
   static void messageReceived(WebKitUserContentManager* manager, JSCValue* value, gpointer self);
-  void add(const char* source);
+  void add(const char* name);
 
   GObjectPtr<WebKitUserContentManager> manager_;
   std::function<void(double, double)> widthHandler_;

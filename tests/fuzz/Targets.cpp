@@ -11,12 +11,13 @@
 #include <stdexcept>
 
 #include "ads/loading/VADResponseHeaders.h"
-#include "ads/support/VADHTTPDate.h"
 #include "ads/support/VADNetworkUtilities.h"
 #include "ads/support/VADNotification.h"
 #include "ads/support/VAD_VTMStringEncoding.h"
 #include "ads/telemetry/VADStatistics.h"
+#include "platform/base/HTTPDate.h"
 #include "platform/base/Json.h"
+#include "platform/base/PercentEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/net/RedirectLocation.h"
 #include "platform/storage/FileUserDefaults.h"
@@ -170,9 +171,9 @@ void parseHeaders(std::string_view input) {
 }
 
 void parseDate(std::string_view input) {
-  const auto date = valdren::dateFromHTTPText(input);
+  const auto date = platform::dateFromHTTPText(std::string(input));
   if (!date) return;
-  const auto again = valdren::dateFromHTTPText(valdren::httpDateText(*date));
+  const auto again = platform::dateFromHTTPText(platform::httpDateText(*date));
   promise(again == date, "a date's text is that date");
 }
 
@@ -199,9 +200,8 @@ void askTheSandbox(std::string_view input) {
     request.headers.emplace_back(line.substr(0, colon),
                                  line.substr(std::min(colon + 1, line.size())));
   }
-  promise(sandbox::decoded(sandbox::encoded(request.query)) == request.query,
+  promise(platform::percentDecoded(platform::percentEncoded(request.query)) == request.query,
           "texts survive their encoding");
-  sandbox::secondsFromHttpDate(request.header("If-Modified-Since"));
   network.handle(request);
   promise(platform::parseJson(network.log(0)).has_value(), "the log is JSON");
 }

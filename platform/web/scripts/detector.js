@@ -1,9 +1,7 @@
-#include "platform/web/DetectorScript.h"
-
-namespace valdren::platform {
-
-// Each repetition is bounded, so that no text makes the search slow.
-const char* const kDetectorScript = R"js(
+// Makes links from telephone numbers, mail addresses and web addresses in a page's text. Runs once, when
+// the page has loaded completely. Checks at most 5000 pieces of text and makes at most 300 links; skips
+// links, controls, code and text that is being edited. Each repetition in a pattern is bounded, so that
+// no text makes the search slow.
 (() => {
   const kTexts = 5000, kLinks = 300, kLongest = 20000, kCharacters = 300000;
   const kSkipped = 'a,area,button,code,input,label,noscript,pre,script,select,style,svg,textarea,'
@@ -61,6 +59,3 @@ const char* const kDetectorScript = R"js(
   };
   addEventListener('load', () => setTimeout(() => { if (document.body) detect(); }, 0));
 })();
-)js";
-
-}  // namespace valdren::platform
