@@ -41,10 +41,9 @@ std::optional<std::string> decryptedText(const std::string& data) {
 
 std::optional<std::string> unpackedBase64(std::string_view text) {
   if (text.find_first_not_of(kLetters) != std::string_view::npos) return std::nullopt;
-  std::string padded(text);
-  std::replace(padded.begin(), padded.end(), '-', '+');
-  std::replace(padded.begin(), padded.end(), '_', '/');
-  padded.append((4 - padded.size() % 4) % 4, '=');
+  std::string padded;
+  for (const char letter : text) padded += letter == '-' ? '+' : letter == '_' ? '/' : letter;
+  while (padded.size() % 4 != 0) padded += '=';
   gsize length = 0;
   const std::unique_ptr<guchar, decltype(&g_free)> data(g_base64_decode(padded.c_str(), &length),
                                                         g_free);
