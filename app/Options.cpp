@@ -1,21 +1,11 @@
 #include "app/Options.h"
 
-#include <functional>
-#include <map>
-#include <string_view>
+#include "platform/base/CommandLine.h"
 
 namespace platform = valdren::platform;
 
 namespace quorbel {
 namespace {
-
-/// Sets an option's value; false when the value is not valid.
-using Setter = std::function<bool(Options&, const std::string&)>;
-
-struct Option {
-  const char* expected;  // what the value may be, for the error message
-  Setter set;
-};
 
 bool setIdiom(Options& options, const std::string& value) {
   if (value != "phone" && value != "tablet") return false;
@@ -38,76 +28,51 @@ bool setURL(std::optional<platform::URL>& target, const std::string& value) {
   return true;
 }
 
-const std::map<std::string, Option, std::less<>>& optionsWithValue() {
-  static const std::map<std::string, Option, std::less<>> all = {
-      {"--idiom", {"phone or tablet", setIdiom}},
-      {"--orientation", {"portrait or landscape", setOrientation}},
-      {"--ad-server",
-       {"an http or https URL",
-        [](Options& options, const std::string& value) {
-          return setURL(options.adServer, value);
-        }}},
-      {"--script-host",
-       {"an http or https URL",
-        [](Options& options, const std::string& value) {
-          return setURL(options.scriptHost, value);
-        }}},
+platform::CommandLine commandLine(Options& options) {
+  const auto command = [&options](Command command) {
+    return [&options, command](const std::string&) {
+      options.command = command;
+      return true;
+    };
   };
-  return all;
-}
-
-std::optional<Command> commandNamed(std::string_view argument) {
-  if (argument == "--help" || argument == "-h") return Command::Help;
-  if (argument == "--version") return Command::Version;
-  if (argument == "--print-request") return Command::PrintRequest;
-  return std::nullopt;
+  return {
+      "quorbel",
+      "A soundboard: fourteen buttons, fourteen sounds.",
+      {
+          {"idiom", "phone or tablet", "The screen to show; otherwise the monitor's size decides",
+           [&](const std::string& value) { return setIdiom(options, value); }},
+          {"orientation", "portrait or landscape", "The window's shape at first",
+           [&](const std::string& value) { return setOrientation(options, value); }},
+          {"ad-server", "an http or https URL",
+           "Fetch ads from there, not from the built-in ad network",
+           [&](const std::string& value) { return setURL(options.adServer, value); }},
+          {"script-host", "an http or https URL",
+           "Fetch the ad engine script from there; either of these two stands for both when the "
+           "other is missing",
+           [&](const std::string& value) { return setURL(options.scriptHost, value); }},
+          {"print-request", "", "Say what an ad request would tell now, as JSON, and end",
+           command(Command::PrintRequest)},
+          {"version", "", "Say the version and end", command(Command::Version)},
+          {"help", "", "Say this and end", command(Command::Help), 'h'},
+      },
+      "Keys: 1 to 9, 0, Q, W, E and R play; Escape stops.\n"
+      "Exit status: 0 after an ordinary end, 1 on failure, 2 when the command line is wrong."};
 }
 
 }  // namespace
 
 std::variant<Options, UsageError> parseOptions(int argc, const char* const* argv) {
   Options options;
-  for (int place = 1; place < argc; ++place) {
-    std::string argument = argv[place];
-    if (const auto command = commandNamed(argument)) {
-      options.command = *command;
-      // These two win over all other options.
-      if (*command == Command::Help || *command == Command::Version) return options;
-      continue;
-    }
-    std::optional<std::string> value;
-    if (const std::size_t equals = argument.find('=');
-        argument.starts_with("--") && equals != std::string::npos) {
-      value = argument.substr(equals + 1);
-      argument.resize(equals);
-    }
-    const auto option = optionsWithValue().find(argument);
-    if (option == optionsWithValue().end()) {
-      return UsageError{"unknown option \"" + argument + "\""};
-    }
-    if (!value && place + 1 < argc) value = argv[++place];
-    if (!value) return UsageError{argument + " needs " + option->second.expected};
-    if (!option->second.set(options, *value)) {
-      return UsageError{argument + " takes " + option->second.expected + ", not \"" + *value +
-                        "\""};
-    }
-  }
+  const auto parsed = commandLine(options).parse(argc, argv);
+  // These two win over whatever follows them.
+  const bool ends = options.command == Command::Help || options.command == Command::Version;
+  if (!parsed && !ends) return UsageError{parsed.error().message};
   return options;
 }
 
-const char* const kHelp =
-    "Usage: quorbel [OPTION]...\n"
-    "A soundboard: fourteen buttons, fourteen sounds.\n"
-    "\n"
-    "  --idiom phone|tablet              the screen to show; otherwise the monitor's size decides\n"
-    "  --orientation portrait|landscape  the window's shape at first\n"
-    "  --ad-server URL                   fetch ads from there, not from the built-in ad network\n"
-    "  --script-host URL                 fetch the ad engine script from there; either of these\n"
-    "                                    two stands for both when the other is missing\n"
-    "  --print-request                   say what an ad request would tell now, as JSON, and end\n"
-    "  --help, --version                 say this, or the version, and end\n"
-    "\n"
-    "Keys: 1 to 9, 0, Q, W, E and R play; Escape stops.\n"
-    "Exit status: 0 after an ordinary end, 1 on failure, 2 when the command line is wrong.\n";
+std::string helpText() {
+  Options options;
+  return commandLine(options).help();
+}
 
 }  // namespace quorbel

@@ -30,6 +30,6 @@ struct UsageError {
 std::variant<Options, UsageError> parseOptions(int argc, const char* const* argv);
 
 /// The text of `--help`.
-extern const char* const kHelp;
+std::string helpText();
 
 }  // namespace quorbel

@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   }
   const Options& options = std::get<Options>(parsed);
   switch (options.command) {
-    case Command::Help: std::fputs(kHelp, stdout); return 0;
+    case Command::Help: std::fputs(helpText().c_str(), stdout); return 0;
     case Command::Version: std::puts("quorbel " QUORBEL_VERSION); return 0;
     case Command::PrintRequest: return printRequest(describe(options));
     default: return runSoundboard(describe(options), options);

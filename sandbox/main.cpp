@@ -4,21 +4,13 @@
 #include <charconv>
 #include <cstdio>
 #include <optional>
+#include <string>
 #include <string_view>
 
+#include "platform/base/CommandLine.h"
 #include "sandbox/Sandbox.h"
 
 namespace {
-
-constexpr const char* kHelp =
-    "Usage: valdren-sandbox [--port N]\n"
-    "\n"
-    "Runs an ad network on this machine only, until it is interrupted. Open the inspector's\n"
-    "address in a browser to watch what clients send and to choose what they get.\n"
-    "\n"
-    "  --port N    listen on port N (1 to 65535); without it, on any free one\n"
-    "  --help      print this and end\n"
-    "  --version   print the version and end\n";
 
 std::optional<std::uint16_t> portFrom(std::string_view text) {
   unsigned number = 0;
@@ -26,12 +18,6 @@ std::optional<std::uint16_t> portFrom(std::string_view text) {
   const auto parsed = std::from_chars(text.data(), end, number);
   const bool good = parsed.ec == std::errc() && parsed.ptr == end && number >= 1 && number <= 65535;
   return good ? std::optional(static_cast<std::uint16_t>(number)) : std::nullopt;
-}
-
-int wrongUsage(const char* what, std::string_view which) {
-  std::fprintf(stderr, "valdren-sandbox: %s \"%.*s\"; see --help\n", what,
-               static_cast<int>(which.size()), which.data());
-  return 2;
 }
 
 gboolean quit(gpointer loop) {
@@ -60,22 +46,30 @@ int serve(std::uint16_t port) {
 
 int main(int argc, char** argv) {
   std::uint16_t port = 0;
-  for (int at = 1; at < argc; ++at) {
-    const std::string_view argument = argv[at];
-    if (argument == "--help") return std::fputs(kHelp, stdout) < 0;
-    if (argument == "--version") return std::printf("valdren-sandbox %s\n", QUORBEL_VERSION) < 0;
-    std::string_view value;
-    if (argument == "--port" && at + 1 < argc) {
-      value = argv[++at];
-    } else if (argument.starts_with("--port=")) {
-      value = argument.substr(7);
-    } else {
-      return wrongUsage(argument == "--port" ? "a number is missing after" : "unknown argument",
-                        argument);
-    }
+  bool help = false;
+  bool version = false;
+  const auto setPort = [&](const std::string& value) {
     const auto parsed = portFrom(value);
-    if (!parsed) return wrongUsage("not a port number:", value);
-    port = *parsed;
+    port = parsed.value_or(0);
+    return parsed.has_value();
+  };
+  const auto flag = [](bool& target) {
+    return [&target](const std::string&) { return target = true; };
+  };
+  const valdren::platform::CommandLine commandLine(
+      "valdren-sandbox",
+      "Runs an ad network on this machine only, until it is interrupted. Open the inspector's\n"
+      "address in a browser to watch what clients send and to choose what they get.",
+      {{"port", "a port number", "Listen there; without it, on any free one", setPort},
+       {"version", "", "Print the version and end", flag(version)},
+       {"help", "", "Print this and end", flag(help), 'h'}});
+  const auto parsed = commandLine.parse(argc, argv);
+  if (help) return std::fputs(commandLine.help().c_str(), stdout) < 0;
+  if (version) return std::printf("valdren-sandbox %s\n", QUORBEL_VERSION) < 0;
+  if (!parsed) {
+    std::fprintf(stderr, "valdren-sandbox: %s. Try \"valdren-sandbox --help\".\n",
+                 parsed.error().message.c_str());
+    return 2;
   }
   return serve(port);
 }

@@ -52,10 +52,10 @@ TEST(Options, MistakesAreNamed) {
     const char* named;
   };
   const Case cases[] = {
-      {{"--frobnicate"}, "unknown option \"--frobnicate\""},
-      {{"sound"}, "unknown option \"sound\""},
-      {{""}, "unknown option \"\""},
-      {{"--idiom"}, "--idiom needs phone or tablet"},
+      {{"--frobnicate"}, "Unknown option --frobnicate"},
+      {{"sound"}, "Unknown argument \"sound\""},
+      {{""}, "Unknown argument \"\""},
+      {{"--idiom"}, "Missing argument for --idiom"},
       {{"--idiom", "watch"}, "not \"watch\""},
       {{"--idiom="}, "not \"\""},
       {{"--orientation", "sideways"}, "portrait or landscape"},
@@ -63,7 +63,6 @@ TEST(Options, MistakesAreNamed) {
       {{"--ad-server", "nonsense"}, "http or https"},
       {{"--ad-server", "http://"}, "http or https"},
       {{"--script-host", "file:///etc/passwd"}, "http or https"},
-      {{"--help=yes"}, "unknown option \"--help\""},
   };
   for (const Case& each : cases) {
     const auto parsed = parse(each.arguments);

@@ -61,7 +61,7 @@ TEST_F(CommandLine, MistakesAreOneSentenceAndAStatusOfTheirOwn) {
     const char* sentence;
   };
   const Case cases[] = {
-      {program("--loud", kWithoutDisplay), 2, "unknown option \"--loud\""},
+      {program("--loud", kWithoutDisplay), 2, "Unknown option --loud"},
       {program("--idiom watch", kWithoutDisplay), 2, "phone or tablet"},
       {program("--ad-server gopher://x", kWithoutDisplay), 2, "http or https"},
       {program("", kWithoutDisplay), 1, "there is no display"},
