@@ -81,3 +81,4 @@ Libs: -L\${prefix}/@CMAKE_INSTALL_LIBDIR@ -lvaldren-ads
 ")
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/valdren-ads.pc DESTINATION ${pkgconfig_folder}
   COMPONENT development)
+include(gobject/install.cmake)

@@ -1,5 +1,10 @@
 #include "ads/request/VADConfiguration.h"
 
+#include <string>
+
+#include "ads/telemetry/VADStatistics.h"
+#include "platform/base/Log.h"
+
 namespace valdren {
 namespace {
 
@@ -13,7 +18,26 @@ platform::URL& scriptHost() {
   return url;
 }
 
+bool adNetworkIsSet = false;
+
 }  // namespace
+
+bool VADConfiguration::setAdNetwork(std::string_view text) {
+  const auto url = platform::URL::parse(text);
+  if (!url || !url->origin() || url->host().empty()) {
+    platform::log("<Valdren> \"" + std::string(text) +
+                  "\" is no address of an ad network, like \"https://ads.your.example\".");
+    return false;
+  }
+  setAdServerBaseURL(*url);
+  setScriptHostBaseURL(*url);
+  VADStatistics::setAdNetworkDomain(url->host());
+  return true;
+}
+
+bool VADConfiguration::isAdNetworkSet() {
+  return adNetworkIsSet;
+}
 
 const platform::URL& VADConfiguration::adServerBaseURL() {
   return adServer();
@@ -21,6 +45,7 @@ const platform::URL& VADConfiguration::adServerBaseURL() {
 
 void VADConfiguration::setAdServerBaseURL(const platform::URL& url) {
   adServer() = url;
+  adNetworkIsSet = true;
 }
 
 const platform::URL& VADConfiguration::scriptHostBaseURL() {

@@ -59,10 +59,7 @@ void activate(GtkApplication* application) {
 int main(int argc, char** argv) {
   if (argc > 1) adNetwork = argv[1];
   if (argc > 2) adUnit = argv[2];
-  if (const auto url = valdren::platform::URL::parse(adNetwork ? adNetwork : "")) {
-    valdren::VADConfiguration::setAdServerBaseURL(*url);
-    valdren::VADConfiguration::setScriptHostBaseURL(*url);
-  }
+  if (adNetwork) valdren::VADConfiguration::setAdNetwork(adNetwork);
   GtkApplication* const application =
       gtk_application_new("com.valdren.example.banner", G_APPLICATION_DEFAULT_FLAGS);
   g_signal_connect(application, "activate", G_CALLBACK(activate), nullptr);
