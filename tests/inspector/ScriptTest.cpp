@@ -67,49 +67,4 @@ TEST_F(Script, BuildsAnAddressThatCarriesTheParametersWhole) {
   EXPECT_EQ(get(url).status, 200);
 }
 
-TEST_F(Script, ActsItsScenariosByTheUnitsName) {
-  struct Row {
-    const char* scenario;
-    std::vector<std::string> names;
-  };
-  for (const Row& row : std::vector<Row>{{"fill", {"loadAdURL"}},
-                                         {"status-500", {"loadAdURL"}},
-                                         {"script-invalid-request", {"invalidRequest"}},
-                                         {"script-unable-to-serve", {"unableToServe"}},
-                                         {"script-errors", {"loadAdURL"}},
-                                         {"script-no-url", {"loadAdURL"}},
-                                         {"script-tovask", {"loadAdURL"}},
-                                         {"script-twice", {"loadAdURL", "invalidRequest"}},
-                                         {"script-throws", {}},
-                                         {"script-silent", {}}}) {
-    std::vector<std::string> found;
-    const auto messages =
-        answers({{"slotname", std::string("scenario-") + row.scenario}}, row.names.size());
-    found.reserve(messages.size());
-    for (const std::string& message : messages) found.push_back(name(message));
-    EXPECT_EQ(found, row.names) << row.scenario;
-    const std::string first = messages.empty() ? "" : messages[0];
-    EXPECT_EQ(field(first, "errors").empty(), std::string(row.scenario) != "script-errors");
-    EXPECT_EQ(field(first, "type") == "tovask", std::string(row.scenario) == "script-tovask");
-    EXPECT_EQ(field(first, "url").empty(), row.names.empty() || row.names[0] != "loadAdURL" ||
-                                               std::string(row.scenario) == "script-no-url");
-  }
-  EXPECT_EQ(sandbox_->log().find("choice.json"), std::string::npos) << "it asked though it knew";
-}
-
-TEST_F(Script, AsksTheServerWhenTheUnitNamesNothing) {
-  ASSERT_TRUE(sandbox_->setScenario("script-unable-to-serve"));
-  const auto messages = answers({{"slotname", "plain"}});
-  ASSERT_FALSE(messages.empty());
-  EXPECT_EQ(name(messages[0]), "unableToServe");
-}
-
-TEST_F(Script, TakesTheScenarioFromItsBase) {
-  const auto messages = answers({{"slotname", "plain"}}, 1, "/as/status-400");
-  ASSERT_FALSE(messages.empty());
-  const std::string url = field(messages[0], "url");
-  EXPECT_TRUE(url.starts_with(sandbox_->baseURL() + "/as/status-400/ad?")) << url;
-  EXPECT_EQ(get(url).status, 400);
-}
-
 }  // namespace

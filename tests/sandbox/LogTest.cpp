@@ -55,14 +55,6 @@ TEST(Log, ShowsARequestWithItsParametersAndWhatWasSealed) {
   EXPECT_EQ(text(*entry.find("signals"), "viewed"), "1234");
 }
 
-TEST(Log, OpensADescribedLocation) {
-  const auto location = valdren::VADLocation::initWithDescription("by the \"lake\", Z\xC3\xBCrich");
-  ASSERT_TRUE(location);
-  const auto opened = sandbox::decodedLocation(*location->oolongRepresentation());
-  ASSERT_TRUE(opened);
-  EXPECT_TRUE(opened->ends_with("loc: \"by the 'lake', Z\xC3\xBCrich\"")) << *opened;
-}
-
 TEST(Log, DoesNotOpenWhatClientsDidNotSeal) {
   const auto signals = valdren::encryptSignals({{"viewed", 1}});
   std::string changed = *signals;

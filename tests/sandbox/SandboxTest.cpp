@@ -61,20 +61,6 @@ TEST(Switch, IsShutToOtherSites) {
   EXPECT_EQ(ask({.url = log, .headers = {{"Host", "localhost:1"}}}).status, 200);
 }
 
-TEST(Switch, SetsTheRefreshRate) {
-  const auto sandbox = Sandbox::start(0);
-  ASSERT_TRUE(sandbox);
-  const auto rate = [&] {
-    return get(sandbox->baseURL() + "/ad?slotname=unit").header("X-Urvo-Refresh-Rate");
-  };
-  post(*sandbox, "refresh=0.5");
-  EXPECT_EQ(rate(), "0.5");
-  for (const char* none : {"refresh=0", "refresh=-3", "refresh=nan", "refresh=soon"}) {
-    post(*sandbox, none);
-    EXPECT_EQ(rate(), "") << none;
-  }
-}
-
 TEST(Sandbox, SaysWhenThePortIsTaken) {
   const auto first = Sandbox::start(0);
   ASSERT_TRUE(first);
@@ -99,24 +85,6 @@ TEST(Sandbox, EndsAtOnceWhileAnswersAreUnderWay) {
     // The size at which the endless body would have ended.
     EXPECT_LT(received, std::size_t{1} << 30) << unit << " had to be waited for";
   }
-}
-
-TEST(Sandbox, ManyBeginAndEnd) {
-  for (int round = 0; round < 20; ++round) {
-    const auto one = Sandbox::start(0);
-    const auto other = Sandbox::start(0);
-    ASSERT_TRUE(one && other);
-    EXPECT_NE(one->baseURL(), other->baseURL());
-    if (round % 2 == 0) continue;
-    EXPECT_EQ(get(one->baseURL() + "/favicon.ico").status, 200);
-  }
-}
-
-TEST(Pages, GapsAreFilledOnce) {
-  using sandbox::filled;
-  EXPECT_EQ(filled("a {{x}} b {{y}}{{x}}", {{"x", "{{y}}"}, {"y", "2"}}), "a {{y}} b 2{{y}}");
-  EXPECT_EQ(filled("{{ {{x}} {{unknown}} {{", {{"x", "1"}}), "{{ 1 {{unknown}} {{");
-  EXPECT_EQ(sandbox::page("no such page"), "");
 }
 
 TEST(Program, AnswersItsOptionsAndRefusesOthers) {

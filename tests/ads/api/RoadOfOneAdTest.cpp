@@ -148,29 +148,6 @@ TEST_F(RoadOfOneAdTest, CarriesMessagesBothWays) {
       << "the page is still there";
 }
 
-TEST_F(RoadOfOneAdTest, EndsEachFailureWithItsOwnError) {
-  const auto expectError = [&](int code) {
-    publisher.errors.clear();
-    banner->loadRequest(nullptr);
-    EXPECT_TRUE(runUntil([&] { return !publisher.errors.empty(); })) << code;
-    quorbel_tests::runFor(0.1);
-    EXPECT_EQ(publisher.errors, std::vector<int>{code});
-  };
-  network.answer("/ad", 400);
-  expectError(0);
-  network.answer("/ad", 500);
-  expectError(3);
-  network.answer("/ad", 200, {}, " \n");
-  expectError(1);
-  network.answer("/ad", {.body = "half", .ending = LoopbackResponse::Ending::Cut});
-  expectError(2);
-  network.redirect("/ad", "/ad");
-  expectError(2);
-  network.redirect("/ad", "itms://store.test/1");
-  expectError(2);
-  EXPECT_EQ(publisher.received, 0);
-}
-
 TEST_F(RoadOfOneAdTest, EndsWhereverTheBannerIsRemoved) {
   network.answer("/ad", 200, {{"X-Urvo-Tracking-Urls", network.address("/ping")}}, "<p>An ad</p>");
   for (const double seconds : {0.0, 0.01, 0.05, 0.1, 0.2, 0.4}) {

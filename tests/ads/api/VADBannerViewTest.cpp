@@ -54,13 +54,6 @@ TEST_F(VADBannerViewTest, FillsABannerThatIsFramedLater) {
   EXPECT_THAT(record.take(), ElementsAre("received"));
 }
 
-TEST_F(VADBannerViewTest, KeepsItsSettings) {
-  EXPECT_EQ(banner->adUnitID(), "unit");
-  EXPECT_EQ(banner->rootViewController(), screen.get());
-  EXPECT_EQ(banner->delegate(), &record);
-  EXPECT_FALSE(banner->hasAutoRefreshed());
-}
-
 TEST_F(VADBannerViewTest, AsksTheConfiguredNetwork) {
   const platform::URL adServer = VADConfiguration::adServerBaseURL();
   const platform::URL scriptHost = VADConfiguration::scriptHostBaseURL();

@@ -193,10 +193,4 @@ TEST_F(RefreshTest, OutlivesWhateverEndsARequest) {
   }
 }
 
-TEST_F(RefreshTest, IsDroppedWithThePendingActions) {
-  showAd("30");
-  loader()->cancelPendingActions();
-  expectNoRefresh();
-}
-
 }  // namespace

@@ -53,21 +53,6 @@ class Request : public testing::Test {
       std::dynamic_pointer_cast<VADRequestPrivate>(VADRequest::request());
 };
 
-TEST_F(Request, WithNothingSetCarriesEveryKeyThatIsAlwaysThere) {
-  const Dictionary all = parameters();
-  for (const char* key : {"ios_metadata", "app_name", "isu", "platform", "submodel", "u_audio",
-                          "u_so", "u_sd", "u_w", "u_h", "session_id", "preqs", "js"}) {
-    EXPECT_TRUE(all.contains(key)) << key;
-  }
-  EXPECT_EQ(*all.text("js"), "urvo-sdk-i-v4.1.1");
-  EXPECT_EQ(*all.find("preqs"), Value(0));
-  for (const char* key :
-       {"testing", "adtest", "extras", "cust_gender", "cust_age", "kw", "uule", "pcc"}) {
-    EXPECT_FALSE(all.contains(key)) << key;
-  }
-  EXPECT_TRUE(platform::writeJson(all));
-}
-
 TEST_F(Request, CarriesWhatThePublisherSaid) {
   request_->setGender(valdren::kVADGenderFemale);
   request_->setBirthdayWithMonth(2, 29, 1984);
@@ -180,24 +165,6 @@ TEST_F(Request, ACopyIsEqualAndIndependent) {
   EXPECT_EQ(copy->location()->description(), "Bern");
 }
 
-TEST_F(Request, DescribesWhatIsSet) {
-  char address[32];
-  std::snprintf(address, sizeof address, "%p", static_cast<const void*>(request_.get()));
-  const std::string head = std::string("VADRequest<") + address + ">: ";
-  EXPECT_EQ(request_->description(), head);
-  request_->setGender(3);
-  EXPECT_EQ(request_->description(), head);
-  request_->setGender(1);
-  request_->setBirthday(platform::Date(0));
-  request_->setLocationWithLatitude(1, 2, 3);
-  request_->addKeyword("k");
-  request_->setAdditionalParameters(Dictionary{{"a", 1}});
-  EXPECT_EQ(request_->description(),
-            head +
-                "\ngender:Male\nbirthday:1970-01-01 00:00:00 +0000\nlocation:1.000000,2.000000"
-                "\nkeywords:[\"k\"]\nadditionalParameters:{\"a\":1}");
-}
-
 TEST_F(Request, KnowsItsTypesAndTheSystem) {
   const struct {
     const char* text;
@@ -211,14 +178,6 @@ TEST_F(Request, KnowsItsTypesAndTheSystem) {
   EXPECT_TRUE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(2, 9));
   EXPECT_FALSE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(3, 2));
   EXPECT_FALSE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(4, 0));
-}
-
-TEST_F(Request, SignalsAreOnePair) {
-  valdren::vad_gig(4, VADRequest::sdkVersion());
-  const Dictionary signals = request_->spamSignals();
-  ASSERT_EQ(signals.size(), 1u);
-  EXPECT_EQ(signals.begin()->key, "ms");
-  EXPECT_FALSE(signals.begin()->value.text()->empty());
 }
 
 TEST(Birthday, IsADayInThisTimeZone) {

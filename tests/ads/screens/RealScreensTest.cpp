@@ -125,37 +125,6 @@ class RealScreensTest : public ::testing::Test {
   std::shared_ptr<platform::Window> window;
 };
 
-TEST_F(RealScreensTest, TheBrowserShowsAPageInEachIdiomAndOrientation) {
-  using platform::InterfaceIdiom;
-  const struct {
-    const char* name;
-    InterfaceIdiom idiom;
-    platform::Size size;
-    double bar;
-  } kCases[] = {{"browser-phone-portrait", InterfaceIdiom::Phone, {320, 480}, 44},
-                {"browser-phone-landscape", InterfaceIdiom::Phone, {480, 320}, 30},
-                {"browser-tablet-portrait", InterfaceIdiom::Tablet, {768, 900}, 44},
-                {"browser-tablet-landscape", InterfaceIdiom::Tablet, {1024, 768}, 44}};
-  for (const auto& each : kCases) {
-    show(each.idiom, each.size);
-    VADBrowserController& browser = openBrowser(server.url("/page"));
-    ASSERT_TRUE(isUp(browser)) << each.name;
-    ASSERT_TRUE(isLoaded(browser)) << each.name;
-    EXPECT_EQ(browser.toolbar()->frame().height, each.bar) << each.name;
-    const platform::Rect area = window->contentBounds();
-    EXPECT_EQ(browser.webView()->frame().height, area.height - each.bar) << each.name;
-    EXPECT_TRUE(window->isStatusBarHidden());
-    EXPECT_TRUE(runUntil([&] { return browser.webView()->title() == "Summer sale"; }, kPatience));
-    EXPECT_EQ(server.requests("/page").back().headers["Referer"], server.address("/banner"));
-    EXPECT_TRUE(browser.webView()->isFirstResponder()) << each.name;
-    picture(each.name);
-    browser.relinquishScreen();
-    EXPECT_TRUE(runUntil([&] { return window->topViewController() == host.get(); }, kPatience));
-    EXPECT_FALSE(window->isStatusBarHidden());
-    window->finishTransition();
-  }
-}
-
 TEST_F(RealScreensTest, BackAndForwardFollowThePages) {
   show(platform::InterfaceIdiom::Phone, {320, 480});
   VADBrowserController& browser = openBrowser(server.url("/page"));

@@ -100,19 +100,5 @@ TEST_F(ScreenDelegatesTest, BothTimeTheLoadAndTheVisitOfTheLandingPage) {
   }
 }
 
-TEST_F(ScreenDelegatesTest, APageThatFailsLeavesTheBrowserUsable) {
-  auto& browser = open<VADBrowserController>();
-  quorbel_tests::FakeWebEngine& engine = engines.last();
-  engine.start();
-  const auto middle = [&] { return browser.toolbar()->items().at(4)->accessibilityLabel(); };
-  const auto done = [&] { return browser.toolbar()->items().at(8); };
-  EXPECT_EQ(middle(), "Spinner");
-  EXPECT_TRUE(done()->isEnabled());
-  engine.fail();
-  EXPECT_EQ(middle(), "Reload");
-  EXPECT_TRUE(quorbel_tests::press(*done()->button()));
-  EXPECT_EQ(window->topViewController(), host.get());
-}
-
 }  // namespace
 }  // namespace valdren

@@ -249,22 +249,5 @@ TEST_F(VADBrowserControllerTest, EndsItsPageWithItself) {
   FakeWebEngines::of(*webView).finish();
 }
 
-TEST(VADIntrinsicImages, AreMadeOnceInTheirSizes) {
-  const struct {
-    const std::shared_ptr<platform::Image>& (*image)();
-    double side;
-  } kImages[] = {{VADIntrinsicImages::closeButton, 50},
-                 {VADIntrinsicImages::browserBackButton, 54},
-                 {VADIntrinsicImages::browserForwardButton, 54}};
-  for (const auto& each : kImages) {
-    ASSERT_NE(each.image(), nullptr);
-    EXPECT_EQ(each.image(), each.image());
-    EXPECT_EQ(each.image()->pixelSize(), (platform::Size{each.side, each.side}));
-  }
-  EXPECT_NE(VADIntrinsicImages::browserBackButton(), VADIntrinsicImages::browserForwardButton());
-  EXPECT_EQ(VADIntrinsicImages::createImageFromEncoding("no base64!"), nullptr);
-  EXPECT_EQ(VADIntrinsicImages::createImageFromEncoding(""), nullptr);
-}
-
 }  // namespace
 }  // namespace valdren

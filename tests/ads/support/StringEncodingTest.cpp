@@ -148,23 +148,4 @@ TEST(StringEncoding, TextsDecodeOnlyToUTF8) {
   EXPECT_FALSE(hex->stringByDecoding("0g"));
 }
 
-TEST(StringEncoding, DescribesItsAlphabet) {
-  EXPECT_EQ(VAD_VTMStringEncoding::hexStringEncoding()->description(),
-            "<Base16 StringEncoder: <30313233 34353637 38394142 43444546>>");
-}
-
-TEST(StringEncoding, TakesLongTextsOfAnyShape) {
-  const auto webSafe = VAD_VTMStringEncoding::rfc4648Base64WebsafeStringEncoding();
-  webSafe->ignoreCharacters("\n");
-  const std::string data = bytes(3'000'000);
-  std::string text = webSafe->encode(data);
-  EXPECT_EQ(webSafe->decode(text), data);
-  std::string broken;
-  for (std::size_t place = 0; place < text.size(); place += 7) {
-    broken += text.substr(place, 7) + "\n";
-  }
-  EXPECT_EQ(webSafe->decode(broken), data);
-  EXPECT_EQ(webSafe->decode(std::string(3'000'000, '\n')), "");
-}
-
 }  // namespace

@@ -83,18 +83,6 @@ class Statistics : public testing::Test {
   URL click(const char* url) { return statistics_.urlForClick(*URL::parse(url)); }
 };
 
-TEST_F(Statistics, TheSessionNumberFollowsItsFormula) {
-  const struct {
-    long random;
-    std::uint32_t session;
-  } cases[] = {{0, 0}, {1, 0}, {2, 2}, {3, 4}, {1073741824, 2147483646}, {2147483647, 4294967293}};
-  for (const auto& each : cases) {
-    EXPECT_EQ(VADStatistics::sessionIdFromRandom(each.random), each.session) << each.random;
-  }
-  srandom(static_cast<unsigned>(clock_.now().secondsSince2001()));
-  EXPECT_EQ(statistics_.sessionId(), VADStatistics::sessionIdFromRandom(random()));
-}
-
 TEST_F(Statistics, WithoutActivityOnlyTheSessionTravels) {
   EXPECT_TRUE(parametersWithoutSession().empty());
   EXPECT_EQ(statistics_.incrementAdRequestCount(), 1);
@@ -144,24 +132,6 @@ TEST_F(Statistics, WhatChangesIsKeptAtOnceAndWhatTravelledWithTheNextChange) {
   EXPECT_EQ(kept("pcc") + kept("pcbo"), "11") << "the request may never leave";
   application_.post(platform::kApplicationWillTerminate);
   EXPECT_EQ(kept("preqs") + kept("pcc") + kept("pcbo"), "10(none)");
-}
-
-TEST_F(Statistics, ResetFlagsAndCountersDoNotTravel) {
-  statistics_.incrementClickCount();
-  statistics_.resetClickCount();
-  statistics_.incrementPageNavigationCount();
-  statistics_.resetPageNavigationCount();
-  statistics_.incrementSSLPageNavigationCount();
-  statistics_.resetSSLPageNavigationCount();
-  statistics_.setBreakOutToSafari();
-  statistics_.resetBreakOutToSafari();
-  statistics_.setClickBackgroundedApp();
-  statistics_.resetClickBackgroundedApp();
-  statistics_.setAppOpenInterstitialTimeOut();
-  statistics_.resetAppOpenInterstitialTimeOut();
-  statistics_.setAppOpenInterstitialNoFill();
-  statistics_.resetAppOpenInterstitialNoFill();
-  EXPECT_TRUE(parametersWithoutSession().empty());
 }
 
 TEST_F(Statistics, AClickIsTimedAndTravelsWithWhatItLedTo) {

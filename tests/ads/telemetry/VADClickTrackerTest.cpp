@@ -203,20 +203,5 @@ TEST_F(VADClickTrackerTest, WithoutBackgroundTasksItIsActiveFromStartToOutcome) 
   EXPECT_FALSE(VADClickTracker::activeTrackings());
 }
 
-TEST(VADClickTrackerOverHTTPTest, FollowsARealChainToAStore) {
-  LoopbackServer server;
-  server.redirect("/ping", "/hop");
-  server.redirect("/hop", "itms://store.example/app id");
-  FakeApplication application;
-  Owner owner;
-  const auto tracker = std::make_shared<VADClickTracker>();
-  tracker->setDelegate(&owner);
-  tracker->trackURL(server.url("/ping"));
-  ASSERT_TRUE(runUntil([&] { return tracker->hasTracked(); }));
-  EXPECT_THAT(owner.outcomes, ElementsAre("ended at itms://store.example/app%20id"));
-  EXPECT_EQ(server.requests().size(), 2u);
-  EXPECT_EQ(application.runningTasks(), 0u);
-}
-
 }  // namespace
 }  // namespace valdren

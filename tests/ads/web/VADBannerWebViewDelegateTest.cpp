@@ -145,28 +145,6 @@ TEST_F(VADBannerWebViewDelegateTest, LeavesClicksThatAreActedOnAndOpensNoPageles
   EXPECT_EQ(events.size(), 1u);
 }
 
-TEST_F(VADBannerWebViewDelegateTest, ShowsTheAdOnceItsPageHasFinished) {
-  loader->webView()->setHidden(true);
-  loader->present = kVADStateLoadingAd;
-  page().finish();
-  EXPECT_THAT(events, IsEmpty());
-  EXPECT_TRUE(loader->webView()->isHidden());
-  loader->present = kVADStateRenderingAd;
-  page().finish();
-  EXPECT_THAT(events, ElementsAre("state 6", "received", "track http://p.test/"));
-  EXPECT_FALSE(loader->webView()->isHidden());
-  page().finish();
-  EXPECT_EQ(events.size(), 3u);
-}
-
-TEST_F(VADBannerWebViewDelegateTest, FailsEveryLoadButThatOfAShownAd) {
-  page().fail();
-  EXPECT_THAT(events, IsEmpty());
-  loader->present = kVADStateRenderingAd;
-  page().fail();
-  EXPECT_THAT(events, ElementsAre("state 7", "failed 2"));
-}
-
 TEST_F(VADBannerWebViewDelegateTest, LetsGoOfTheWebViewAtItsEnd) {
   EXPECT_EQ(loader->webView()->delegate(), delegate.get());
   const std::shared_ptr<VADWebView> view = loader->webView();

@@ -11,21 +11,6 @@ namespace {
 using quorbel_tests::FakeWebEngines;
 using valdren::VADWebView;
 
-TEST(VADWebView, IsSetUpForAds) {
-  FakeWebEngines engines;
-  const auto view = std::make_shared<VADWebView>(platform::Rect{0, 0, 320, 50});
-  const auto& settings = engines.last().settings;
-  EXPECT_TRUE(settings.scalesPageToFit);
-  EXPECT_TRUE(settings.allowsInlineMediaPlayback);
-  EXPECT_FALSE(settings.mediaPlaybackRequiresUserAction);
-  EXPECT_TRUE(settings.allowsAirPlay);
-  EXPECT_EQ(settings.dataDetectorTypes, 0u);
-  EXPECT_EQ(view->autoresizingMask(), 18u);
-  EXPECT_TRUE(view->clipsToBounds());
-  EXPECT_FALSE(view->isOpaque());
-  EXPECT_EQ(view->backgroundColor(), platform::Color::clear());
-}
-
 TEST(VADWebView, RemembersTouchesAndNothingElse) {
   FakeWebEngines engines;
   const auto view = std::make_shared<VADWebView>(platform::Rect{0, 0, 320, 50});

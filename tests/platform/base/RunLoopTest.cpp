@@ -58,24 +58,6 @@ TEST(RunLoop, ATimerFiresOnceUnlessItIsDestroyed) {
   EXPECT_TRUE(endless->isValid());
 }
 
-TEST(RunLoop, WaitsForTheMainThread) {
-  RunLoop& loop = RunLoop::shared();
-  bool done = false;
-  bool onMainThread = false;
-  bool sawResult = false;
-  std::thread other([&] {
-    loop.performOnMainThreadAndWait([&] {
-      onMainThread = loop.isMainThread();
-      done = true;
-    });
-    sawResult = done;
-  });
-  EXPECT_TRUE(runUntil([&] { return done; }));
-  other.join();
-  EXPECT_TRUE(onMainThread);
-  EXPECT_TRUE(sawResult);
-}
-
 TEST(RunLoop, WorkForTheMainThreadWaitsUntilItsLoopTurns) {
   RunLoop& loop = RunLoop::shared();
   std::atomic<bool> asked = false;

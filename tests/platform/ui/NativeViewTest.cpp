@@ -64,20 +64,6 @@ TEST_F(NativeViewTest, WidgetsStandWhereTheFramesSay) {
   EXPECT_TRUE(runUntil([&] { return drawn(*inner) == Rect{45, 36, 60, 40}; }));
 }
 
-TEST_F(NativeViewTest, ABannerStaysOnTheBottomEdgeHoweverTheWindowIsResized) {
-  const Rect bounds = screen->view()->bounds();
-  const auto banner = addView({0, bounds.height - 50, 320, 50});
-  banner->setAutoresizingMask(platform::kFlexibleTopMargin);
-  for (const platform::Size size : {platform::Size{600, 300}, {300, 600}, {280, 200}}) {
-    window->resize(size);
-    EXPECT_TRUE(runUntil([&] {
-      const double height = window->contentBounds().height;
-      return window->size() == size && drawn(*banner) == Rect{0, height - 50, 320, 50};
-    })) << size.width
-        << " x " << size.height;
-  }
-}
-
 TEST_F(NativeViewTest, ALaterSubviewLiesOnTopAndHiddenAndIdleOnesLetTouchesThrough) {
   const auto below = addView({0, 0, 100, 100});
   const auto above = addView({0, 0, 100, 100});

@@ -450,9 +450,4 @@ TEST_F(WindowTest, TellsWhichPartOfItIsBlank) {
   EXPECT_TRUE(isBlank(*window, {-500, 5000, 10, 10})) << "outside there is nothing";
 }
 
-TEST_F(WindowTest, SavesWhatItShowsOrSaysThatItCannot) {
-  EXPECT_FALSE(savePicture(*window, "/nonexistent/picture.png"));
-  EXPECT_FALSE(savePicture(Window(Size{300, 300}), "/dev/null"));
-}
-
 }  // namespace
