@@ -3,7 +3,6 @@
 #include "ads/protocol/Messages.h"
 #include "ads/screens/VADIntrinsicImages.h"
 #include "ads/screens/VADWebAppViewControllerPrivate.h"
-#include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADNotificationCenter.h"
 #include "ads/web/VADOpener.h"
 
@@ -125,9 +124,6 @@ void VADWebAppViewController::viewDidAppear(bool animated) {
 }
 
 void VADWebAppViewController::viewDidDisappear(bool animated) {
-  VADStatistics& statistics = VADStatistics::sharedStatistics();
-  statistics.endTimingNamed(kVADParameterPriorLandingPageDuration);
-  statistics.endTimingNamed(kVADParameterPriorClickLatency);
   VADNotificationCenter::defaultCenter().postJSNotification(kVADMessageOnHide, std::nullopt,
                                                             webView().get());
   VADViewController::viewDidDisappear(animated);

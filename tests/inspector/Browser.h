@@ -1,41 +1,46 @@
-// A real web view in a real window, for tests.
+// A page in a window of its own, for tests of the sandbox's pages.
 #pragma once
 
-#include <memory>
-#include <string>
-#include <vector>
+#include <gtk/gtk.h>
+
+#include "tests/support/Loop.h"
+#include "tests/support/WebPage.h"
 
 namespace inspector_tests {
 
 class Browser {
  public:
-  /// Whether there is a display.
-  static bool canBeShown();
+  explicit Browser(double width = 1200, double height = 900) : page_({0, 0, width, height}) {
+    page_.delegate.decide = [this](const platform::URLRequest& request, platform::NavigationType) {
+      const bool isMessage = request.url.lowercaseScheme() == "gmsg";
+      if (isMessage) messages_.push_back(request.url.absoluteString());
+      return !isMessage;
+    };
+    page_.show({width, height});
+  }
+  ~Browser() { setDark(false); }
 
-  explicit Browser(int width = 1200, int height = 900);
-  ~Browser();
-  Browser(const Browser&) = delete;
-  Browser& operator=(const Browser&) = delete;
-
-  /// Loads the page and waits; false when it takes too long.
-  bool load(const std::string& url);
-  bool loadHTML(const std::string& html, const std::string& base);
-  /// The expression's value as text; "ERROR ..." when it throws.
-  std::string evaluate(const std::string& expression);
+  /// Loads the page and waits; false when it fails.
+  bool load(const std::string& url) { return page_.go(url); }
+  bool loadHTML(const std::string& html, const std::string& base) {
+    messages_.clear();
+    return page_.load(html, base);
+  }
+  std::string evaluate(const std::string& expression) { return page_.evaluate(expression); }
   /// Waits until the expression is true.
-  bool waitFor(const std::string& expression, double seconds = 30);
-  void resize(int width, int height);
-  void setDark(bool dark);
-  /// Saves a picture of the visible part under this name, in the folder that QUORBEL_PICTURES
-  /// names, if it is set.
-  void picture(const std::string& name);
+  bool waitFor(const std::string& expression) {
+    return page_.becomes("String(!!(" + expression + "))", "true", 30);
+  }
+  static void setDark(bool dark) {
+    g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", dark, nullptr);
+  }
 
   /// The message addresses that the page navigated to. They are refused, as in a client.
-  const std::vector<std::string>& messages() const;
+  const std::vector<std::string>& messages() const { return messages_; }
 
  private:
-  struct Implementation;
-  std::unique_ptr<Implementation> implementation_;
+  quorbel_tests::Page page_;
+  std::vector<std::string> messages_;
 };
 
 }  // namespace inspector_tests

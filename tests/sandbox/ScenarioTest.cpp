@@ -21,10 +21,6 @@ std::string adURL(const Sandbox& sandbox, const std::string& unit) {
   return sandbox.baseURL() + "/ad?slotname=" + unit + "&params=%7B%7D";
 }
 
-std::string bodyStart(const Reply& reply) {
-  return reply.body.substr(0, 15);
-}
-
 TEST(Scenario, NothingComesWhenItHangs) {
   const auto sandbox = Sandbox::start(0);
   ASSERT_TRUE(sandbox);

@@ -13,14 +13,8 @@ void FakeApplication::setStatusBarHidden(bool hidden) {
   statusBarHidden_ = hidden;
 }
 
-void FakeApplication::setIdleTimerDisabled(bool disabled) {
-  idleTimerChanges.push_back(disabled);
-  idleTimerDisabled_ = disabled;
-}
-
 void FakeApplication::openURL(const platform::URL& url) {
   openedURLs.push_back(url.absoluteString());
-  if (onOpen) onOpen(url);
 }
 
 bool FakeApplication::canOpenURL(const platform::URL& url) const {

@@ -28,10 +28,7 @@ class FakeApplication final : public platform::Application {
   std::vector<std::string> openedURLs;
   /// Whether background tasks are granted.
   bool grantsBackgroundTasks = true;
-  /// Called from `openURL`, after it is recorded.
-  std::function<void(const platform::URL&)> onOpen;
-  /// Every change of the idle timer and of the status bar, in order.
-  std::vector<bool> idleTimerChanges;
+  /// Every change of the status bar, in order.
   std::vector<bool> statusBarChanges;
 
   platform::ApplicationState applicationState() const override { return state; }
@@ -42,7 +39,7 @@ class FakeApplication final : public platform::Application {
   platform::InterfaceOrientation statusBarOrientation() const override { return orientation; }
 
   bool isIdleTimerDisabled() const override { return idleTimerDisabled_; }
-  void setIdleTimerDisabled(bool disabled) override;
+  void setIdleTimerDisabled(bool disabled) override { idleTimerDisabled_ = disabled; }
 
   void openURL(const platform::URL& url) override;
   bool canOpenURL(const platform::URL& url) const override;

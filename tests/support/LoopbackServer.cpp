@@ -11,7 +11,7 @@
 
 #include "platform/base/GObjectPtr.h"
 #include "platform/base/Text.h"
-#include "tests/support/SelfSignedCertificate.h"
+#include "sandbox/Certificate.h"
 
 namespace platform = valdren::platform;
 
@@ -151,7 +151,7 @@ bool send(Stream& stream, const LoopbackResponse& response) {
 class LoopbackServer::Listener {
  public:
   explicit Listener(Security security) {
-    if (security == Security::SelfSigned) certificate_ = selfSignedCertificate();
+    if (security == Security::SelfSigned) certificate_ = sandbox::selfSignedCertificate();
     GObjectPtr<GInetAddress> loopback(g_inet_address_new_loopback(G_SOCKET_FAMILY_IPV4));
     GObjectPtr<GSocketAddress> any(g_inet_socket_address_new(loopback.get(), 0));
     GSocketAddress* bound = nullptr;

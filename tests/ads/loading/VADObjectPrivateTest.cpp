@@ -69,9 +69,11 @@ TEST_F(VADObjectPrivateTest, BringsAnAdFromTheScriptToThePings) {
   EXPECT_EQ(adPage().pages.at(0).baseURL, loader()->adHTMLBaseURL());
   EXPECT_THAT(record.take(), IsEmpty());
   const std::size_t before = fetches.count();
+  loader()->webView()->setTouched(true);
   adPage().finish();
 
   EXPECT_EQ(state(), kVADStateShowingAd);
+  EXPECT_FALSE(loader()->webView()->touched()) << "nobody has touched the new ad";
   EXPECT_FALSE(loader()->webView()->isHidden());
   EXPECT_THAT(record.take(), ElementsAre("received"));
   ASSERT_EQ(fetches.count(), before + 2);

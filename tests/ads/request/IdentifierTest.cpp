@@ -208,12 +208,4 @@ TEST_F(Identifier, StoreMetadataIsADictionaryWhateverTheFileHolds) {
   metadata();
 }
 
-TEST_F(Identifier, TheRawIdentifierIsNotSent) {
-  const std::string json = *platform::writeJson(VADIdentifierUtilities().parameters());
-  EXPECT_EQ(json.find(device_.identifier), std::string::npos) << json;
-  const std::string isu = value("isu");
-  EXPECT_EQ(isu.size(), 32u);
-  EXPECT_EQ(isu.find_first_not_of("0123456789ABCDEF"), std::string::npos) << isu;
-}
-
 }  // namespace

@@ -23,13 +23,7 @@ TEST(RequestError, SaysWhatItsCodeMeans) {
     std::string message;
   } cases[] = {
       {0, invalid},
-      {1, "Request Error: No ad to show."},
-      {2, "Request Error: A network error occurred."},
-      {3, "Request Error: Server error processing the request."},
       {4, "Request Error: This device's OS is 2.2.1.  It is below the minimum of 3.0."},
-      {5,
-       "Request Error: The Valdren Ad request was unable to be fulfilled before a timeout "
-       "occurred."},
       {7, invalid},
       {-1, invalid},
   };

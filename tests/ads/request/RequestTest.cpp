@@ -127,18 +127,6 @@ TEST_F(Request, BadExtrasDoNotCostTheRequest) {
   EXPECT_EQ(*extras.text("\xef\xbf\xbd"), "\xef\xbf\xbd");
 }
 
-TEST_F(Request, TakesThousandsOfExtrasAndKeywords) {
-  Dictionary extras;
-  for (int number = 0; number < 50'000; ++number) extras.set("k" + std::to_string(number), number);
-  request_->setAdditionalParameters(extras);
-  for (int number = 0; number < 50'000; ++number) request_->addKeyword(std::string(20, 'k'));
-  request_->addKeyword(std::string(5'000'000, 'k'));
-  const auto sent = valdren::VADMacros::readJson(valdren::VADMacros::jsonify(parameters()));
-  ASSERT_TRUE(sent);
-  EXPECT_EQ(sent->find("extras")->dictionary()->size(), 50'000u);
-  EXPECT_EQ(sent->find("kw")->array()->size(), 50'001u);
-}
-
 TEST_F(Request, ACopyIsEqualAndIndependent) {
   request_->setTestDevices(std::vector<std::string>{"d"});
   request_->setTesting(true);

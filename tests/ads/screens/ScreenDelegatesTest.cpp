@@ -93,8 +93,12 @@ TEST_F(ScreenDelegatesTest, BothTimeTheLoadAndTheVisitOfTheLandingPage) {
     EXPECT_EQ(seconds(kVADParameterPriorLandingPageLoad), 2) << "only the landing page counts";
     EXPECT_FALSE(isRunning(kVADParameterPriorLandingPageLoad));
     loop.advance(1);
+    statistics().urlForClick(url("http://b.example/"));
+    loop.advance(2);
     screen.relinquishScreen();
-    EXPECT_EQ(seconds(kVADParameterPriorLandingPageDuration), 6);
+    EXPECT_EQ(seconds(kVADParameterPriorClickLatency), 2);
+    EXPECT_FALSE(isRunning(kVADParameterPriorClickLatency));
+    EXPECT_EQ(seconds(kVADParameterPriorLandingPageDuration), 8);
     EXPECT_FALSE(isRunning(kVADParameterPriorLandingPageDuration));
     loop.advance(3);
   }

@@ -106,26 +106,6 @@ TEST(NetworkUtilities, TakeAQueryApart) {
   EXPECT_TRUE(VADNetworkUtilities::dictionaryFromQueryString(std::nullopt).empty());
 }
 
-TEST(NetworkUtilities, TakeThousandsOfPairsApart) {
-  std::string query;
-  for (int number = 0; number < 100'000; ++number) {
-    query += "key" + std::to_string(number % 50'000) + "=" + std::to_string(number) + "&";
-  }
-  const Dictionary fields = VADNetworkUtilities::dictionaryFromQueryString(query);
-  EXPECT_EQ(fields.size(), 50'000u);
-  EXPECT_EQ(*fields.text("key1"), "50001");
-  EXPECT_TRUE(VADNetworkUtilities::dictionaryFromQueryString(std::string(1'000'000, '=')).empty());
-  EXPECT_TRUE(VADNetworkUtilities::dictionaryFromQueryString(std::string(1'000'000, '%')).empty());
-}
-
-TEST(NetworkUtilities, AnEmptyUserAgentKeepsTheOldOne) {
-  VADNetworkUtilities::setUserAgentString("one");
-  VADNetworkUtilities::setUserAgentString("");
-  EXPECT_EQ(VADNetworkUtilities::userAgentString(), "one");
-  VADNetworkUtilities::setUserAgentString("two");
-  EXPECT_EQ(VADNetworkUtilities::userAgentString(), "two");
-}
-
 TEST(NumberUtilities, CutTrailingZeros) {
   const struct {
     float number;

@@ -54,13 +54,6 @@ class VADClickTrackerTest : public ::testing::Test {
   std::shared_ptr<VADClickTracker> tracker = std::make_shared<VADClickTracker>();
 };
 
-TEST_F(VADClickTrackerTest, NoURLIsNoPing) {
-  tracker->trackURL(kPing);
-  tracker->trackURL(std::nullopt);
-  EXPECT_EQ(network.count(), 1u);
-  EXPECT_TRUE(network.last().isUnderWay());
-}
-
 TEST_F(VADClickTrackerTest, APingIsHeldByABackgroundTaskUntilItsOutcome) {
   EXPECT_FALSE(tracker->trackingURL());
   tracker->trackURL(kPing);
@@ -100,13 +93,6 @@ TEST_F(VADClickTrackerTest, ANonWebRedirectIsASuccessAndTheFailureAfterItIsNone)
   EXPECT_THAT(owner.outcomes, ElementsAre("ended at itms://store.example/app"));
   EXPECT_TRUE(network.last().isCancelled());
   EXPECT_EQ(application.runningTasks(), 0u);
-}
-
-TEST_F(VADClickTrackerTest, UpperCaseWebSchemesAreFollowed) {
-  tracker->trackURL(kPing);
-  network.last().redirect("HTTPS://b.example/");
-  EXPECT_THAT(owner.outcomes, IsEmpty());
-  EXPECT_TRUE(network.last().isUnderWay());
 }
 
 TEST_F(VADClickTrackerTest, ANewURLSilencesTheOneBefore) {

@@ -439,15 +439,4 @@ TEST_F(WindowTest, IgnoresPresentationsThatMakeNoSense) {
   EXPECT_EQ(window->topViewController(), root.get());
 }
 
-TEST_F(WindowTest, TellsWhichPartOfItIsBlank) {
-  const auto box = std::make_shared<View>(platform::Rect{100, 100, 50, 50});
-  box->setBackgroundColor({1, 0, 0, 1});
-  root->view()->addSubview(box);
-  ASSERT_TRUE(runUntil([&] { return !isBlank(*window, {90, 90, 70, 70}); }));
-  EXPECT_TRUE(isBlank(*window, {100, 100, 50, 50}));
-  EXPECT_FALSE(isBlank(*window, {99, 99, 51, 51})) << "nor is what lies beside it";
-  EXPECT_TRUE(isBlank(*window, {200, 200, 50, 50}));
-  EXPECT_TRUE(isBlank(*window, {-500, 5000, 10, 10})) << "outside there is nothing";
-}
-
 }  // namespace
