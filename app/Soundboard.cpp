@@ -6,6 +6,7 @@
 #include "app/quorbelAppDelegate.h"
 #include "app/quorbelViewController.h"
 #include "app/quorbeliPad.h"
+#include "platform/base/Translation.h"
 #include "platform/storage/Bundle.h"
 
 namespace platform = valdren::platform;
@@ -29,10 +30,18 @@ void prepareSounds() {
 }  // namespace
 
 platform::ApplicationDescription describe(const Options& options) {
+  using platform::translated;
   platform::ApplicationDescription description;
   description.identifier = kIdentifier;
   description.name = "Quorbel";
   description.version = QUORBEL_VERSION;
+  description.about =
+      translated("Fourteen buttons, fourteen sounds, and an ad.") + "\n\n" +
+      translated(
+          "The ad's request tells the ad server what kind of device and window this is, the "
+          "language, how earlier ads did, and a number that stands for this application on this "
+          "machine. It tells no name and no place. \"quorbel --print-request\" prints all of it.");
+  description.storedLabel = translated("What is stored on this device");
   description.resourceBase = "/com/valdren/quorbel";
   description.makeDelegate = [] { return std::make_unique<quorbelAppDelegate>(); };
   description.screens = {

@@ -4,9 +4,11 @@
 #include "app/Options.h"
 #include "app/PrintRequest.h"
 #include "app/Soundboard.h"
+#include "platform/base/Translation.h"
 
 int main(int argc, char** argv) {
   using namespace quorbel;
+  platform::setTranslations("quorbel");
   const auto parsed = parseOptions(argc, argv);
   if (const auto* const error = std::get_if<UsageError>(&parsed)) {
     std::fprintf(stderr, "quorbel: %s. Try \"quorbel --help\".\n", error->message.c_str());

@@ -38,6 +38,10 @@ struct ApplicationDescription {
   std::string identifier;
   std::string name;
   std::string version;
+  /// What people should know of it, for the window that tells about it.
+  std::string about;
+  /// The text of the link to the folder where it keeps what it stores.
+  std::string storedLabel;
   /// The resource path of "phone.ui", "tablet.ui", "style.css" and the icons.
   std::string resourceBase;
   /// Called first, in the instance that will show a window; may be empty.

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string>
 
+#include "platform/application/WindowMemory.h"
 #include "platform/device/Monitor.h"
 
 namespace valdren::platform {
@@ -26,6 +27,7 @@ Size firstSizeOf(const ApplicationDescription& description) {
   if (description.landscape && *description.landscape != (size.width > size.height)) {
     size = {size.height, size.width};
   }
+  if (!description.landscape) size = rememberedSize(idiomOf(description)).value_or(size);
   if (const auto monitor = primaryMonitor()) {
     size.width = std::min(size.width, monitor->room.width);
     size.height = std::min(size.height, monitor->room.height);

@@ -9,7 +9,8 @@ namespace valdren::platform {
 
 InterfaceIdiom idiomOf(const ApplicationDescription& description);
 
-/// The initial size of the window in points, including the status bar. It fits the monitor.
+/// The initial size of the window in points, including the status bar: what the person gave it
+/// last, else the usual one. It fits the monitor.
 Size firstSizeOf(const ApplicationDescription& description);
 
 /// A screen of the class that the idiom's main interface file names as the id of its outermost

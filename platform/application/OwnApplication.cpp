@@ -4,6 +4,8 @@
 
 #include "platform/application/Appearance.h"
 #include "platform/application/MainInterface.h"
+#include "platform/application/MainMenu.h"
+#include "platform/application/WindowMemory.h"
 #include "platform/application/WindowState.h"
 #include "platform/base/Log.h"
 #include "platform/base/NotificationCenter.h"
@@ -65,11 +67,20 @@ void OwnApplication::terminate(int status) {
   giveUpName();
   // A hidden window no longer keeps the application running.
   application_->hold();
-  if (window_) window_->native().window().set_visible(false);
+  if (window_) hideWindow();
   tellOfTheEnd();
   // Background tasks get their granted time.
   system_.beginToEnd();
   if (system_.backgroundTaskCount() == 0) application_->quit();
+}
+
+void OwnApplication::hideWindow() {
+  Gtk::Window& window = window_->native().window();
+  // A page may have turned it.
+  if (window_->topViewController() == window_->rootViewController().get()) {
+    rememberSize(idiomOf(description_), window.gobj(), window_->size());
+  }
+  window.set_visible(false);
 }
 
 void OwnApplication::setHeld(bool held) {
@@ -159,6 +170,7 @@ void OwnApplication::openWindow() {
   application_->add_window(window);
   window.set_icon_name(description_.identifier);
   markHighContrast(window);
+  addMainMenu(*application_.get(), window, description_);
   window.signal_close_request().connect(
       [this] {
         terminate(0);

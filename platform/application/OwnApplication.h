@@ -39,6 +39,7 @@ class OwnApplication final : public ApplicationAdapter, public WeakTarget {
   void startAnother();
   void relayNotices();
   void relay(const char* notice, void (ApplicationDelegate::*hook)());
+  void hideWindow();
   void tellOfTheEnd();
 
   const ApplicationDescription& description_;

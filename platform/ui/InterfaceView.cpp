@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "platform/base/Log.h"
+#include "platform/base/Translation.h"
 #include "platform/ui/NativeView.h"
 #include "platform/ui/ScreenKeys.h"
 #include "platform/ui/TileLayout.h"
@@ -131,7 +132,7 @@ void InterfaceView::setSelected(std::string_view control, bool selected) {
       selected ? GTK_ACCESSIBLE_TRISTATE_TRUE : GTK_ACCESSIBLE_TRISTATE_FALSE, -1);
   // Some screen readers announce a button's new name but not its new state.
   updateText(*button, Gtk::Accessible::Property::LABEL,
-             titleOfControl(control) + (selected ? ", playing" : ""));
+             titleOfControl(control) + (selected ? translated(", playing") : ""));
 }
 
 bool InterfaceView::isSelected(std::string_view control) const {

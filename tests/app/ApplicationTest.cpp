@@ -9,6 +9,7 @@
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/RunLoop.h"
 #include "platform/ui/NativeWindow.h"
+#include "tests/support/FakeUserDefaults.h"
 
 namespace platform = valdren::platform;
 
@@ -167,6 +168,29 @@ TEST_F(ApplicationTest, OpensTheWindowInTheShapeThatWasAskedFor) {
       platform::terminateApplication(0);
     };
     EXPECT_EQ(platform::applicationMain(description), 0);
+  }
+}
+
+TEST_F(ApplicationTest, OpensTheWindowInTheShapeThatItHadLast) {
+  quorbel_tests::FakeUserDefaults kept;
+  const platform::UserDefaults::Replacement replacement(kept);
+  const auto sides = [](double width, double height) {
+    return platform::Value(platform::Dictionary{{"width", width}, {"height", height}});
+  };
+  const std::pair<platform::Value, platform::Size> cases[] = {
+      {sides(400, 500), {400, 500}},
+      {sides(1e300, 500), {360, 640}},
+      {sides(-1, 0), {360, 640}},
+      {"large", {360, 640}},
+  };
+  for (const auto& [value, size] : cases) {
+    kept.setObject("window_size_phone", value);
+    description.started = [size = size] {
+      EXPECT_EQ(Window::keyWindow()->size(), size);
+      platform::terminateApplication(0);
+    };
+    EXPECT_EQ(platform::applicationMain(description), 0);
+    EXPECT_EQ(kept.objectForKey("window_size_phone"), sides(size.width, size.height));
   }
 }
 
