@@ -1,8 +1,5 @@
-// Screens in a visible window, with real pages from a real server. With QUORBEL_PICTURES set to a
-// folder, pictures are written there.
+// Screens in a visible window, with real pages from a real server.
 #include <gtest/gtest.h>
-
-#include <cstdlib>
 
 #include "ads/request/VADIdentifierUtilities.h"
 #include "ads/screens/VADBrowserController.h"
@@ -16,10 +13,7 @@
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
-#include "tests/support/Pictures.h"
 #include "tests/support/Taps.h"
-
-namespace platform = valdren::platform;
 
 namespace valdren {
 namespace {
@@ -109,12 +103,6 @@ class RealScreensTest : public ::testing::Test {
     runUntil([&] { return done; }, kPatience);
     return result;
   }
-  void picture(const std::string& name) {
-    const char* const folder = std::getenv("QUORBEL_PICTURES");
-    if (!folder) return;
-    quorbel_tests::runFor(1);
-    EXPECT_TRUE(quorbel_tests::savePicture(*window, std::string(folder) + "/" + name + ".png"));
-  }
 
   quorbel_tests::FakeUserDefaults defaults;
   quorbel_tests::FakeDevice device;
@@ -146,7 +134,6 @@ TEST_F(RealScreensTest, ABrowserWhosePageNeverAnswersCanBeClosed) {
   VADBrowserController& browser = openBrowser(server.url("/slow"));
   ASSERT_TRUE(isUp(browser));
   ASSERT_TRUE(runUntil([&] { return !server.requests("/slow").empty(); }, kPatience));
-  picture("browser-loading");
   EXPECT_TRUE(quorbel_tests::press(*browser.toolbar()->items().back()->button()));
   EXPECT_EQ(window->topViewController(), host.get());
 }
@@ -157,7 +144,6 @@ TEST_F(RealScreensTest, AWebAppIsToldThatItIsShownAndHidden) {
   ASSERT_TRUE(isTold("onshow/urvo-sdk-i-v4.1.1"));
   ASSERT_TRUE(isUp(webApp));
   EXPECT_TRUE(server.requests("/told/onhide").empty());
-  picture("webapp-phone-portrait");
   evaluate(*webApp.webView(), "location = 'gmsg://x/close'");
   EXPECT_TRUE(isTold("onhide"));
   EXPECT_EQ(window->topViewController(), host.get());
@@ -168,7 +154,6 @@ TEST_F(RealScreensTest, APageOpensAnotherOverItAndItsMessagesReachTheOpener) {
   VADWebAppViewController& webApp = openWebApp();
   ASSERT_TRUE(isTold("onshow/urvo-sdk-i-v4.1.1"));
   ASSERT_TRUE(isUp(webApp));
-  picture("webapp-tablet-portrait");
   evaluate(*webApp.webView(),
            "location = 'gmsg://x/open?a=browser&u=" + std::string("http%3A%2F%2F127.0.0.1%3A") +
                std::to_string(server.port()) + "%2Fnext'");

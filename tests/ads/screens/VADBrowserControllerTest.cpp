@@ -7,8 +7,6 @@
 #include "tests/ads/screens/ScreenTest.h"
 #include "tests/support/Taps.h"
 
-namespace platform = valdren::platform;
-
 namespace valdren {
 namespace {
 
@@ -86,20 +84,13 @@ TEST_F(VADBrowserControllerTest, ItemsHaveTheirNamesAndDoTheirWork) {
   engine.back = engine.forward = true;
   engine.loading = false;
   browser.refreshToolbar();
-  const struct {
-    std::shared_ptr<platform::BarButtonItem> item;
-    const char* label;
-    double width;
-  } kItems[] = {{vars->backButton, "Back", 27},
-                {vars->forwardButton, "Forward", 27},
-                {vars->spinnerContainingButton, "Spinner", 20},
-                {vars->reloadButton, "Reload", 27},
-                {vars->safariButton, "View in Safari", 27},
-                {vars->doneButton, "Done", 0}};
-  for (const auto& each : kItems) {
-    EXPECT_EQ(each.item->accessibilityLabel(), each.label);
-    EXPECT_EQ(each.item->width(), each.width) << each.label;
-  }
+  const std::pair<std::shared_ptr<platform::BarButtonItem>, const char*> kItems[] = {
+      {vars->backButton, "Back"},
+      {vars->forwardButton, "Forward"},
+      {vars->reloadButton, "Reload"},
+      {vars->safariButton, "View in Safari"},
+      {vars->doneButton, "Done"}};
+  for (const auto& [item, label] : kItems) EXPECT_EQ(item->accessibilityLabel(), label);
   EXPECT_TRUE(quorbel_tests::press(*vars->backButton->button()));
   EXPECT_TRUE(quorbel_tests::press(*vars->forwardButton->button()));
   EXPECT_TRUE(quorbel_tests::press(*vars->reloadButton->button()));
@@ -123,11 +114,10 @@ TEST_F(VADBrowserControllerTest, TheBarIsAsHighAsTheDeviceAndItsOrientationWant)
     InterfaceIdiom idiom;
     InterfaceOrientation orientation;
     double height;
-    unsigned webMask, barMask;
-  } kCases[] = {{InterfaceIdiom::Phone, InterfaceOrientation::Portrait, 44, 50, 58},
-                {InterfaceIdiom::Phone, InterfaceOrientation::LandscapeLeft, 30, 50, 58},
-                {InterfaceIdiom::Tablet, InterfaceOrientation::Portrait, 44, 18, 42},
-                {InterfaceIdiom::Tablet, InterfaceOrientation::LandscapeRight, 44, 18, 42}};
+  } kCases[] = {{InterfaceIdiom::Phone, InterfaceOrientation::Portrait, 44},
+                {InterfaceIdiom::Phone, InterfaceOrientation::LandscapeLeft, 30},
+                {InterfaceIdiom::Tablet, InterfaceOrientation::Portrait, 44},
+                {InterfaceIdiom::Tablet, InterfaceOrientation::LandscapeRight, 44}};
   for (const auto& each : kCases) {
     device.idiom = each.idiom;
     application.orientation = each.orientation;
@@ -142,8 +132,6 @@ TEST_F(VADBrowserControllerTest, TheBarIsAsHighAsTheDeviceAndItsOrientationWant)
                 (platform::Rect{0, area.height - each.height, area.width, each.height}));
     };
     expectFrames();
-    EXPECT_EQ(browser.webView()->autoresizingMask(), each.webMask);
-    EXPECT_EQ(browser.toolbar()->autoresizingMask(), each.barMask);
     for (const platform::Size size : {platform::Size{700, 900}, platform::Size{280, 200}}) {
       browser.view()->setFrame({0, 0, size.width, size.height});
       expectFrames();

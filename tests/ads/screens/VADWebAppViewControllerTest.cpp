@@ -9,8 +9,6 @@
 #include "tests/ads/screens/ScreenTest.h"
 #include "tests/support/Taps.h"
 
-namespace platform = valdren::platform;
-
 namespace valdren {
 namespace {
 
@@ -73,13 +71,9 @@ TEST_F(VADWebAppViewControllerTest, ShowsAPageACloseButtonAndASpinnerUntilTheFir
   VADWebAppViewController& webApp = open();
   VADWebAppViewControllerPrivate& vars = varsOf(webApp);
   EXPECT_EQ(webApp.webView()->frame(), webApp.view()->bounds());
-  EXPECT_EQ(vars.closeButton->frame(), (platform::Rect{0, 0, 32, 32}));
   EXPECT_EQ(webApp.view()->subviews().back(), vars.closeButton) << "under the page";
   ASSERT_NE(vars.loadingSpinner, nullptr);
   const auto spinner = vars.loadingSpinner;
-  const platform::Rect area = webApp.view()->bounds();
-  EXPECT_EQ(spinner->frame(),
-            (platform::Rect{(area.width - 20) / 2, (area.height - 20) / 2, 20, 20}));
   EXPECT_TRUE(spinner->isAnimating());
 
   engines.last().fail();

@@ -17,8 +17,6 @@
 #include "tests/support/Fakes.h"
 #include "tests/support/LogLines.h"
 
-namespace platform = valdren::platform;
-
 namespace valdren {
 namespace {
 
@@ -137,14 +135,6 @@ TEST_F(VADCachedFileTest, OtherStatusesFailWithoutErrorAndKeepTheCopy) {
     EXPECT_EQ(file->httpStatusCode(), status);
     EXPECT_EQ(file->content(), "old");
   }
-}
-
-TEST_F(VADCachedFileTest, AResponseThatIsNotHTTPLeavesNoStatusAndNoHeaders) {
-  file->validate();
-  network.last().answer(0, {{"X-Odd", "1"}}, "body");
-  EXPECT_EQ(file->httpStatusCode(), 0);
-  EXPECT_TRUE(file->httpHeaders().empty());
-  EXPECT_EQ(file->content(), "body");
 }
 
 TEST_F(VADCachedFileTest, OneFetchAtATime) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <thread>
 
 #include "tests/support/Loop.h"
@@ -71,7 +70,6 @@ TEST(RunLoop, WorkForTheMainThreadWaitsUntilItsLoopTurns) {
     });
   });
   while (!asked) std::this_thread::yield();
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
   EXPECT_FALSE(done) << "it ran on the thread that waits";
   EXPECT_TRUE(runUntil([&] { return done.load(); }));
   other.join();

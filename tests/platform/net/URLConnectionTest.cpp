@@ -80,13 +80,6 @@ TEST_F(URLConnectionTest, AWebURLWithoutHostFailsLater) {
   }
 }
 
-TEST_F(URLConnectionTest, UpperCaseSchemeAndHostAreFetched) {
-  server.answer("/x", 200, {}, "x");
-  const std::string text = "HTTP://LOCALHOST:" + std::to_string(server.port()) + "/x";
-  ASSERT_TRUE(fetch.fetch(*URL::parse(text)));
-  EXPECT_EQ(fetch.body, "x");
-}
-
 TEST_F(URLConnectionTest, ManyHeadersOfOneNameAreJoined) {
   server.answer("/", 200, {{"X-Urls", "http://a/"}, {"x-urls", "http://b/ http://c/"}});
   ASSERT_TRUE(fetch.fetch(server.url("/")));
@@ -194,17 +187,6 @@ TEST_F(URLConnectionTest, LettingGoInAnyCallbackEndsTheCallbacks) {
     EXPECT_EQ(recorder.events.back(), last);
     EXPECT_EQ(recorder.bodySize, received);
   }
-}
-
-TEST_F(URLConnectionTest, ADelegateThatIsGoneIsNotCalled) {
-  server.answer("/", 200, {}, "x");
-  std::unique_ptr<URLConnection> connection;
-  {
-    FetchRecorder gone;
-    connection = URLLoading::shared().makeConnection(URLRequest{server.url("/")}, &gone);
-    connection->start();
-  }
-  runFor(0.1);
 }
 
 TEST_F(URLConnectionTest, CookiesAreKeptForThoseWhoHandleThem) {
