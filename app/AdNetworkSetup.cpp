@@ -1,7 +1,6 @@
 #include "app/AdNetworkSetup.h"
 
 #include "ads/request/VADConfiguration.h"
-#include "ads/telemetry/VADStatistics.h"
 #include "sandbox/Sandbox.h"
 
 namespace platform = valdren::platform;
@@ -25,7 +24,6 @@ AdNetworkSetup::AdNetworkSetup(const Options& options) {
   if (!scriptHost) scriptHost = adServer;
   valdren::VADConfiguration::setAdServerBaseURL(*adServer);
   valdren::VADConfiguration::setScriptHostBaseURL(*scriptHost);
-  valdren::VADStatistics::setAdNetworkDomain(adServer->host());
 }
 
 AdNetworkSetup::~AdNetworkSetup() = default;

@@ -2,6 +2,7 @@
 
 #include "ads/api/VADDelegateManager.h"
 #include "ads/loading/VADObjectPrivate.h"
+#include "ads/request/VADConfiguration.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/web/VADWebView.h"
 #include "platform/base/Log.h"
@@ -81,7 +82,13 @@ bool VADBannerView::hasAutoRefreshed() const {
 }
 
 void VADBannerView::loadRequest(const std::shared_ptr<VADRequest>& request) {
-  platform::assertMainThread();
+  if (!platform::isMainThread()) {
+    platform::log("<Valdren> loadRequest belongs on the main thread; nothing is asked.");
+    return;
+  }
+  if (!VADConfiguration::isAdNetworkSet()) {
+    platform::log("<Valdren> No ad network is set, so there will be no ad: setAdNetwork names it.");
+  }
   if (rootViewController()) {
     loader()->loadRequest(request);
     return;

@@ -51,7 +51,8 @@ class VALDREN_EXPORT VADBannerView : public platform::View {
 
   /// Asks for an ad; null stands for a request with default values. The banner keeps a copy.
   /// Without a root view controller, logs so and reports error code 0. While a request is under
-  /// way, and in the background, this does nothing; a launch need not be over.
+  /// way, and in the background, this does nothing; a launch need not be over. On another thread
+  /// than the main one, and without a named ad network, one log line says so.
   void loadRequest(const std::shared_ptr<VADRequest>& request);
 
   /// A touch of the ad often opens a page, which is made ready for.

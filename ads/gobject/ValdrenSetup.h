@@ -24,8 +24,8 @@ VALDREN_API gboolean valdren_set_ad_network(const char* url);
  * @name: (nullable): as people read it
  * @version: (nullable): as people read it
  *
- * Says which application this is. State and identity are kept apart by the identifier; that of the
- * `GApplication` takes its place once a request is made there. Call it before the first banner.
+ * Says which application this is. State and identity are kept apart by the identifier; without this
+ * call it is that of the `GApplication`. Call it before the first banner.
  */
 VALDREN_API void valdren_set_application(const char* identifier, const char* name,
                                          const char* version);

@@ -31,7 +31,6 @@ bool VADConfiguration::setAdNetwork(std::string_view text) {
   }
   setAdServerBaseURL(*url);
   setScriptHostBaseURL(*url);
-  VADStatistics::setAdNetworkDomain(url->host());
   return true;
 }
 
@@ -46,6 +45,7 @@ const platform::URL& VADConfiguration::adServerBaseURL() {
 void VADConfiguration::setAdServerBaseURL(const platform::URL& url) {
   adServer() = url;
   adNetworkIsSet = true;
+  VADStatistics::setAdNetworkDomain(url.host());
 }
 
 const platform::URL& VADConfiguration::scriptHostBaseURL() {

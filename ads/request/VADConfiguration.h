@@ -20,6 +20,7 @@ class VALDREN_EXPORT VADConfiguration {
   /// The base of the pages in which the ad engine script runs. A host under the reserved domain
   /// "example" unless set.
   static const platform::URL& adServerBaseURL();
+  /// Pings to this host, and to those under it, are the ad network's own.
   static void setAdServerBaseURL(const platform::URL& url);
 
   /// Where the ad engine script is fetched from.

@@ -123,6 +123,8 @@ void VADViewController::presentFromViewController(platform::ViewController* host
   }
   if (private_->retained) return;
   private_->first = !isVADViewController(host);
+  // Of several windows, it is the ad's own that counts from here on.
+  if (platform::Window* const own = private_->first ? host->window() : nullptr) own->makeKey();
   private_->refused = !canPresentOver(*host);
   if (private_->refused) {
     platform::logDebug("A full-screen ad could not be shown over the present screen.");

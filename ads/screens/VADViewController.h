@@ -23,10 +23,11 @@ class VADViewController : public platform::ViewController, public VADScreen {
   static std::shared_ptr<VADViewController> create();
   ~VADViewController() override;
 
-  /// Shows this screen over the host's: over the root of the key window, or over `host` when that
-  /// is a screen of this kind. Without a host, logs so. Nothing is shown or announced when the
-  /// screen is up already, when the other one cannot present (it presents something, or is in no
-  /// window) and beyond 16 screens of this kind on top of each other.
+  /// Shows this screen over the host's: over the root of its window, which becomes the key one, or
+  /// of the key window when it has none, or over `host` when that is a screen of this kind. Without
+  /// a host, logs so. Nothing is shown or announced when the screen is up already, when the other
+  /// one cannot present (it presents something, or is in no window) and beyond 16 screens of this
+  /// kind on top of each other.
   void presentFromViewController(platform::ViewController* host) override;
   /// Takes this screen, and those presented over it, off the display; nothing unless it is up.
   void relinquishScreen() override;

@@ -6,7 +6,6 @@
 #include <cstdlib>
 
 #include "ads/request/VADConfiguration.h"
-#include "ads/telemetry/VADStatistics.h"
 #include "platform/base/GObjectPtr.h"
 #include "platform/storage/Bundle.h"
 #include "tests/support/HttpClient.h"
@@ -58,7 +57,6 @@ void useServer(const std::string& base) {
   if (!url) return;
   valdren::VADConfiguration::setAdServerBaseURL(*url);
   valdren::VADConfiguration::setScriptHostBaseURL(*url);
-  valdren::VADStatistics::setAdNetworkDomain(url->host());
 }
 
 }  // namespace benchmarks

@@ -17,6 +17,7 @@ namespace valdren::platform {
 namespace {
 
 constexpr const char* kScreenKey = "valdren-host-screen";
+constexpr Size kStandardSize{320, 50};
 constexpr const char* kViewKey = "valdren-host-view";
 
 /// Accepts every orientation, as the application's own window does.
@@ -73,7 +74,11 @@ GtkWidget* hostWidget(std::shared_ptr<View> view) {
   }
   GtkWidget* const widget = GTK_WIDGET(view->native().widget().gobj());
   watchTouches(view->native().widget(), *view);
-  const Rect frame = view->frame();
+  Rect frame = view->frame();
+  if (frame.width <= 0 || frame.height <= 0) {
+    frame.width = kStandardSize.width;
+    frame.height = kStandardSize.height;
+  }
   GtkWidget* const place = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
   gtk_widget_set_halign(place, GTK_ALIGN_CENTER);
   gtk_widget_set_valign(place, GTK_ALIGN_CENTER);

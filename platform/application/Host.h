@@ -13,9 +13,9 @@ typedef struct _GtkWindow GtkWindow;
 
 namespace valdren::platform {
 
-/// A widget for the application's own layout. It requests the view's present size and keeps the
-/// view until the widget is destroyed. Null, with one log line, for a null view and for one that
-/// has a superview.
+/// A widget for the application's own layout. It requests the view's present size, 320 x 50 when
+/// that is empty, and keeps the view until the widget is destroyed. Null, with one log line, for a
+/// null view and for one that has a superview.
 VALDREN_EXPORT GtkWidget* hostWidget(std::shared_ptr<View> view);
 
 /// The screen for the application's window. Full-screen pages open over it, in a window of their

@@ -8,6 +8,23 @@
 #include "platform/storage/Bundle.h"
 
 namespace valdren::platform {
+namespace {
+
+/// Each application has state of its own: one without an identifier has it by its program's name.
+void nameApplication(GApplication* application) {
+  Bundle& bundle = Bundle::main();
+  if (bundle.isIdentifierSet()) return;
+  const char* const identifier =
+      application ? g_application_get_application_id(application) : nullptr;
+  const char* const program = g_get_prgname();
+  if (identifier) {
+    bundle.setIdentifier(identifier);
+  } else if (program && *program) {
+    bundle.setIdentifier(bundle.identifier() + "." + program);
+  }
+}
+
+}  // namespace
 
 void HostApplication::follow() {
   static bool followed = false;
@@ -15,10 +32,8 @@ void HostApplication::follow() {
   RunLoop::shared().performAfterDelay(kNextTurn,
                                       [] { LinuxApplication::instance().finishLaunching(); });
   GApplication* const application = g_application_get_default();
+  nameApplication(application);
   if (!application) return;
-  if (const char* identifier = g_application_get_application_id(application)) {
-    Bundle::main().setIdentifier(identifier);
-  }
   // Never destroyed: it is needed until the process ends.
   static auto* const host = new HostApplication(application);
   LinuxApplication::instance().setAdapter(host);

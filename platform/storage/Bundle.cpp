@@ -8,6 +8,8 @@
 namespace valdren::platform {
 namespace {
 
+constexpr const char* kNobody = "com.valdren.host";
+
 std::vector<std::filesystem::path> resourceFolders(const std::string& preferred) {
   std::vector<std::filesystem::path> folders;
   if (!preferred.empty()) folders.emplace_back(preferred);
@@ -28,7 +30,7 @@ bool isPlainName(std::string_view name) {
 }  // namespace
 
 struct Bundle::Members {
-  std::string identifier = "com.valdren.host";
+  std::string identifier = kNobody;
   std::optional<std::string> version;
   std::string folder;
 };
@@ -57,6 +59,10 @@ std::optional<std::string> Bundle::pathForResource(std::string_view name,
 
 const std::string& Bundle::identifier() const {
   return members_->identifier;
+}
+
+bool Bundle::isIdentifierSet() const {
+  return members_->identifier != kNobody;
 }
 
 void Bundle::setIdentifier(std::string identifier) {

@@ -25,6 +25,7 @@ class VALDREN_EXPORT Bundle {
 
   /// The application's identifier in reverse-domain form; never empty.
   const std::string& identifier() const;
+  bool isIdentifierSet() const;
   void setIdentifier(std::string identifier);
   /// The application's version; none when it has none.
   const std::optional<std::string>& version() const;

@@ -10,9 +10,21 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/base/Log.h"
 #include "platform/ui/View.h"
 
 namespace valdren::platform {
+
+namespace {
+
+/// Without it the first widget would crash.
+void startToolkit() {
+  if (gtk_is_initialized()) return;
+  logWarning("<Valdren> A view is made before gtk_init, which is called now.");
+  if (!gtk_init_check()) logWarning("<Valdren> There is no display to show a view on.");
+}
+
+}  // namespace
 
 /// The widget. It requests no size, because the view's frame or the window decides.
 class NativeView::Container final : public Gtk::Widget {
@@ -120,7 +132,7 @@ class NativeView::FocusMemory final {
 
 NativeView::NativeView(View& view) : view_(view) {
   // An application that uses the toolkit's C interface has not done this.
-  static const bool ready = (Gtk::init_gtkmm_internals(), true);
+  static const bool ready = (startToolkit(), Gtk::init_gtkmm_internals(), true);
   static_cast<void>(ready);
   container_ = std::make_unique<Container>(view);
   appearanceChanged();

@@ -67,6 +67,19 @@ TEST_F(VADBannerViewTest, AsksTheConfiguredNetwork) {
     answerScript();
     EXPECT_EQ(builderPage().pages.at(0).baseURL->absoluteString(), "http://ads.test/base/");
   }
+  {
+    const quorbel_tests::LogLines log;
+    for (const char* const wrong : {"", "ads your.example", "ads.example", "file:///ads"}) {
+      EXPECT_FALSE(VADConfiguration::setAdNetwork(wrong)) << wrong;
+    }
+    ASSERT_EQ(log.lines().size(), 4U);
+    EXPECT_TRUE(log.lines().at(1).starts_with("<Valdren> \"ads your.example\" is no address"));
+  }
+  EXPECT_EQ(VADConfiguration::adServerBaseURL().host(), "ads.test")
+      << "a wrong one changes nothing";
+  EXPECT_TRUE(VADConfiguration::setAdNetwork("https://one.test"));
+  EXPECT_EQ(VADConfiguration::adServerBaseURL().host(), "one.test");
+  EXPECT_EQ(VADConfiguration::scriptHostBaseURL().host(), "one.test");
   VADConfiguration::setAdServerBaseURL(adServer);
   VADConfiguration::setScriptHostBaseURL(scriptHost);
 }

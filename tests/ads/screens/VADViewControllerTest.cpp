@@ -238,6 +238,15 @@ TEST_F(VADViewControllerTest, ClosedWhileItRisesItGoesAway) {
                                    "posted relinquish", "did dismiss"}));
 }
 
+TEST_F(VADViewControllerTest, ComesUpOverTheWindowOfItsHostAmongSeveral) {
+  const auto other = std::make_shared<platform::Window>(platform::Size{360, 640});
+  other->setRootViewController(std::make_shared<platform::ViewController>());
+  other->makeKeyAndVisible();
+  const VADViewController& screen = present(*host);
+  EXPECT_EQ(window->topViewController(), &screen);
+  EXPECT_EQ(platform::Window::keyWindow(), window.get());
+}
+
 TEST_F(VADViewControllerTest, EscapeAndTheWayBackCloseIt) {
   for (bool (VADViewController::*pressed)() :
        {&VADViewController::cancelPressed, &VADViewController::backPressed}) {

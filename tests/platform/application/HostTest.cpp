@@ -41,6 +41,15 @@ TEST_F(HostTest, AWidgetKeepsItsViewUntilItIsDestroyed) {
   EXPECT_TRUE(weak.expired());
 }
 
+TEST_F(HostTest, AViewWithoutASizeIsGivenTheStandardOne) {
+  GtkWidget* const widget = hostWidget(std::make_shared<View>());
+  gtk_window_set_child(window_, widget);
+  GtkRequisition natural;
+  gtk_widget_get_preferred_size(widget, nullptr, &natural);
+  EXPECT_EQ(natural.width, 320);
+  EXPECT_EQ(natural.height, 50);
+}
+
 TEST_F(HostTest, AViewThatHasNoPlaceOfItsOwnGivesNoWidget) {
   const auto inner = std::make_shared<View>();
   const auto outer = std::make_shared<View>();
