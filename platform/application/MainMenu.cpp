@@ -13,8 +13,11 @@
 namespace valdren::platform {
 namespace {
 
-void showAbout(Gtk::Window& window, const ApplicationDescription& description) {
+void showAbout(Gtk::Application& application, Gtk::Window& window,
+               const ApplicationDescription& description) {
   auto* const about = new Gtk::AboutDialog;
+  // So that its keys are the application's, too.
+  application.add_window(*about);
   about->set_transient_for(window);
   about->set_modal(true);
   about->set_program_name(description.name);
@@ -34,9 +37,11 @@ void showAbout(Gtk::Window& window, const ApplicationDescription& description) {
 
 void addMainMenu(Gtk::Application& application, Gtk::Window& window,
                  const ApplicationDescription& description) {
-  application.add_action("about", [&] { showAbout(window, description); });
+  application.add_action("about", [&] { showAbout(application, window, description); });
   application.add_action("quit", [&] { window.close(); });
-  application.set_accels_for_action("app.quit", {"<Control>q", "<Control>w"});
+  application.set_accels_for_action("app.quit", {"<Control>q"});
+  // Of whichever window has the keyboard.
+  application.set_accels_for_action("window.close", {"<Control>w"});
   application.set_accels_for_action("app.about", {"F1"});
 
   const auto menu = Gio::Menu::create();

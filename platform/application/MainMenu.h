@@ -11,8 +11,8 @@ class Window;
 namespace valdren::platform {
 
 /// Puts a menu into the window's status bar: a window that tells what the application is, and its
-/// end, which Control with Q or W asks for as well. The end is a close request to the window. The
-/// description must outlive the application.
+/// end, which Control with Q asks for as well. The end is a close request to the window. Control
+/// with W closes whichever window has the keyboard. The description must outlive the application.
 void addMainMenu(Gtk::Application& application, Gtk::Window& window,
                  const ApplicationDescription& description);
 

@@ -12,6 +12,7 @@
 #include "ads/api/VADBannerView.h"
 #include "ads/loading/VADLaunchObserver.h"
 #include "ads/loading/VADObjectPrivate.h"
+#include "ads/request/VADConfiguration.h"
 #include "ads/request/VADRequestError.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
@@ -60,6 +61,8 @@ class LoaderTest : public ::testing::Test {
   static constexpr const char* kAdURL = "http://ads.test/ad?id=1";
 
   LoaderTest() {
+    // Named, so that nothing is said of its lack.
+    VADConfiguration::setAdServerBaseURL(VADConfiguration::adServerBaseURL());
     valdren::VADStatistics::releaseSharedStatistics();
     valdren::VADLaunchObserver::shared().reset();
     clearCaches();
