@@ -62,6 +62,7 @@ class LoaderTest : public ::testing::Test {
 
   LoaderTest() {
     // Named, so that nothing is said of its lack.
+    using valdren::VADConfiguration;
     VADConfiguration::setAdServerBaseURL(VADConfiguration::adServerBaseURL());
     valdren::VADStatistics::releaseSharedStatistics();
     valdren::VADLaunchObserver::shared().reset();
