@@ -4,6 +4,8 @@
 #include <glibmm/optionentry.h>
 #include <glibmm/optiongroup.h>
 
+#include <algorithm>
+
 namespace valdren::platform {
 namespace {
 
@@ -53,9 +55,9 @@ CommandLine::CommandLine(std::string program, std::string summary,
 
 Result<void> CommandLine::parse(int argc, const char* const* argv) const {
   // The parser takes away what it knows.
-  std::vector<char*> words;
-  for (int place = 0; place < argc; ++place) words.push_back(const_cast<char*>(argv[place]));
-  words.push_back(nullptr);
+  std::vector<char*> words(static_cast<std::size_t>(argc) + 1);
+  std::transform(argv, argv + argc, words.begin(),
+                 [](const char* word) { return const_cast<char*>(word); });
   char** rest = words.data();
   try {
     (*Context(summary_, options_, remarks_)).parse(argc, rest);
