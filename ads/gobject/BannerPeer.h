@@ -1,4 +1,4 @@
-// The banner behind a `ValdrenBanner`, and the ear that turns its callbacks into signals.
+// The banner behind a `ValdrenBanner`, and the delegate that turns its callbacks into signals.
 #pragma once
 
 #include <memory>
@@ -21,8 +21,8 @@ class BannerPeer final : public valdren::VADBannerViewDelegate {
   /// Null after `release`.
   valdren::VADBannerView* banner() const { return banner_.get(); }
   bool hasAd() const { return hasAd_; }
-  /// The window in which the widget stands becomes that of the banner's pages. Gives whether the
-  /// widget stands in one.
+  /// Has the banner's pages open over the window in which the widget stands; over none while it
+  /// stands in no window, and then `loadRequest` fails with code 0.
   void findWindow();
 
  private:
