@@ -65,20 +65,46 @@ TEST_F(InstallPackages, InstallsJustWhatIsMissingAndNamesItFirst) {
       << finished.output;
 }
 
-TEST_F(InstallPackages, AsksForRootsRightsOnlyFromOthersAndSaysWhatToDoWithoutThem) {
+TEST_F(InstallPackages, TakesOfSeveralThatWillDoTheOneThatTheListsKnow) {
+  installAllBut("libboost-json");
+  command("apt-cache", "[[ $2 != *1.81* ]] && echo known");
+  const Finished finished = install();
+  EXPECT_NE(finished.output.find("--no-install-recommends libboost-json1.83-dev\n"),
+            std::string::npos)
+      << finished.output;
+}
+
+TEST_F(InstallPackages, AsksOthersThanRootForRights) {
   installAllBut("libxml2-dev");
   command("id", "echo 1000");
-  const Finished refused = install();
-  EXPECT_EQ(refused.status, 1);
-  EXPECT_NE(refused.output.find("apt-get install libxml2-dev\n"), std::string::npos);
-  EXPECT_EQ(refused.output.find("apt-get -y"), std::string::npos) << "nothing may be tried";
-
   command("sudo", "echo sudo \"$@\"; exec \"$@\"");
+  command("true", "");
   const Finished helped = install();
-  EXPECT_EQ(helped.status, 0);
+  EXPECT_EQ(helped.status, 0) << helped.output;
   EXPECT_NE(helped.output.find("sudo may ask for your password"), std::string::npos);
   EXPECT_NE(helped.output.find("sudo env DEBIAN_FRONTEND=noninteractive apt-get"),
             std::string::npos);
+}
+
+TEST_F(InstallPackages, EndsWithTheCommandToTypeWhateverFails) {
+  installAllBut("libxml2-dev");
+  const auto fails = [&](const std::string& why) {
+    const Finished finished = install();
+    const std::string end =
+        why + " As root, run:\n  apt-get update && apt-get install libxml2-dev\n";
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_TRUE(finished.output.ends_with(end)) << finished.output;
+    return finished.output;
+  };
+  command("apt-get", "echo apt-get \"$@\"; exit 100");
+  fails("The packages could not be fetched or installed; what apt-get says of it is above.");
+
+  command("id", "echo 1000");
+  for (const char* why : {"Installing them takes root's rights, and there is no sudo here.",
+                          "sudo gave no rights, so nothing was installed."}) {
+    EXPECT_EQ(fails(why).find("apt-get -y"), std::string::npos) << "nothing may be tried";
+    command("sudo", "exit 1");
+  }
 }
 
 }  // namespace
