@@ -19,11 +19,12 @@ struct Kept {
 }  // namespace
 
 std::string percentEncoded(std::string_view text, std::string_view kept) {
-  return urls::encode(urls::string_view(text.data(), text.size()), Kept{kept});
+  return urls::encode(boost::core::string_view(text.data(), text.size()), Kept{kept});
 }
 
 std::optional<std::string> percentDecoded(std::string_view text) {
-  const auto encoded = urls::make_pct_string_view(urls::string_view(text.data(), text.size()));
+  const auto encoded =
+      urls::make_pct_string_view(boost::core::string_view(text.data(), text.size()));
   if (!encoded) return std::nullopt;
   return encoded->decode();
 }

@@ -103,10 +103,10 @@ std::string escaped(std::string_view text) {
 
 std::optional<URL> URL::parse(std::string_view text) {
   if (text.empty() || text.size() > kLongestURL) return std::nullopt;
-  const auto view = urls::parse_uri_reference(urls::string_view(text.data(), text.size()));
+  const auto view = urls::parse_uri_reference(boost::core::string_view(text.data(), text.size()));
   if (!view) return std::nullopt;
   // The parser treats non-digits in a port as the start of the path.
-  const urls::string_view path = view->encoded_path();
+  const boost::core::string_view path = view->encoded_path();
   if (view->has_authority() && !path.empty() && path.front() != '/') return std::nullopt;
   return URL(std::string(text));
 }
