@@ -102,6 +102,7 @@ char* valdren_banner_get_ad_unit_id(ValdrenBanner* self) {
 }
 
 void valdren_banner_set_ad_unit_id(ValdrenBanner* self, const char* ad_unit_id) {
+  if (isRefused("valdren_banner_set_ad_unit_id")) return;
   g_return_if_fail(VALDREN_IS_BANNER(self));
   auto* const banner = self->peer->banner();
   const std::string wanted = ad_unit_id ? ad_unit_id : "";
@@ -116,6 +117,7 @@ ValdrenRequest* valdren_banner_get_request(ValdrenBanner* self) {
 }
 
 void valdren_banner_set_request(ValdrenBanner* self, ValdrenRequest* request) {
+  if (isRefused("valdren_banner_set_request")) return;
   g_return_if_fail(VALDREN_IS_BANNER(self) && (!request || VALDREN_IS_REQUEST(request)));
   if (g_set_object(&self->request, request)) g_object_notify(G_OBJECT(self), "request");
 }

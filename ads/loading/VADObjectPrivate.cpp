@@ -11,6 +11,7 @@
 #include "platform/base/Log.h"
 #include "platform/base/MainThread.h"
 #include "platform/device/Device.h"
+#include "platform/ui/KeyWindow.h"
 
 namespace valdren {
 namespace {
@@ -170,8 +171,14 @@ void VADObjectPrivate::buildAdUrl() {
 
 void VADObjectPrivate::gatherParameters(
     std::function<void(const platform::Dictionary& parameters)> use) {
-  state_.waitFor(platform::Screen::shared().whenSettled([this, use = std::move(use)] {
+  const auto ownWindow = [this] {
+    return rootViewController_ ? rootViewController_->window() : nullptr;
+  };
+  // Of several windows, a request tells the size and the orientation of its banner's.
+  const platform::KeyWindow key(ownWindow());
+  state_.waitFor(platform::Screen::shared().whenSettled([this, ownWindow, use = std::move(use)] {
     const platform::KeptUntilReturn kept(*this);
+    const platform::KeyWindow key(ownWindow());
     use(VADRequestParameters::of(*request_, slot()));
   }));
 }

@@ -102,13 +102,13 @@ ViewController* hostScreen(GtkWindow* window) {
     logWarning("<Valdren> There is no window to make a screen from.");
     return nullptr;
   }
+  HostApplication::follow();
   if (auto* const known = static_cast<Host*>(g_object_get_data(G_OBJECT(window), kScreenKey))) {
     return known->screen.get();
   }
   auto* const host = new Host(window);
   followSize(window, *host);
   followWindowState(window);
-  HostApplication::follow();
   g_signal_connect(window, "destroy", G_CALLBACK(+[](GtkWindow* gone, gpointer) {
                      g_object_set_data(G_OBJECT(gone), kScreenKey, nullptr);
                    }),

@@ -1,7 +1,9 @@
 #include "platform/application/HostApplication.h"
 
+#include <errno.h>
 #include <gtk/gtk.h>
 
+#include <string>
 #include <utility>
 
 #include "platform/base/RunLoop.h"
@@ -16,10 +18,12 @@ void nameApplication(GApplication* application) {
   if (bundle.isIdentifierSet()) return;
   const char* const identifier =
       application ? g_application_get_application_id(application) : nullptr;
-  const char* const program = g_get_prgname();
+  // The toolkit knows a name only if the program told it one.
+  const char* const told = g_get_prgname();
+  const std::string program = told ? told : program_invocation_short_name;
   if (identifier) {
     bundle.setIdentifier(identifier);
-  } else if (program && *program) {
+  } else if (!program.empty()) {
     bundle.setIdentifier(bundle.identifier() + "." + program);
   }
 }
@@ -27,15 +31,17 @@ void nameApplication(GApplication* application) {
 }  // namespace
 
 void HostApplication::follow() {
-  static bool followed = false;
-  if (std::exchange(followed, true)) return;
-  RunLoop::shared().performAfterDelay(kNextTurn,
-                                      [] { LinuxApplication::instance().finishLaunching(); });
+  static bool started = false;
   GApplication* const application = g_application_get_default();
-  nameApplication(application);
-  if (!application) return;
+  if (!std::exchange(started, true)) {
+    RunLoop::shared().performAfterDelay(kNextTurn,
+                                        [] { LinuxApplication::instance().finishLaunching(); });
+    nameApplication(application);
+  }
   // Never destroyed: it is needed until the process ends.
-  static auto* const host = new HostApplication(application);
+  static HostApplication* host = nullptr;
+  if (host || !application) return;
+  host = new HostApplication(application);
   LinuxApplication::instance().setAdapter(host);
 }
 

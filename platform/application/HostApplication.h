@@ -9,8 +9,8 @@ namespace valdren::platform {
 
 class HostApplication final : public ApplicationAdapter {
  public:
-  /// Follows the process's default application from its next turn on, once for all of its windows.
-  /// Without one, tells only of the start.
+  /// Tells of the start in the next turn, and follows the process's default application as soon as
+  /// there is one. Called for each window, does so once.
   static void follow();
 
   void setHeld(bool held) override;

@@ -54,8 +54,7 @@ void countAnew(GtkWidget* window, Frames* frames) {
 }
 
 /// The key window; or, if it is only shown for pages, the window below it.
-GtkWindow* shownWindow() {
-  const Window* const key = Window::keyWindow();
+GtkWindow* shownWindow(const Window* key) {
   if (!key) return nullptr;
   GtkWindow* const window = key->native().window().gobj();
   if (gtk_widget_get_visible(GTK_WIDGET(window))) return window;
@@ -65,7 +64,8 @@ GtkWindow* shownWindow() {
 
 class Settling final : public Timer, private WeakTarget {
  public:
-  explicit Settling(std::function<void()> task) : task_(std::move(task)) {
+  explicit Settling(std::function<void()> task)
+      : task_(std::move(task)), key_(Window::keyWindow()) {
     // A launch opens its window after making the screens, which may already ask.
     next_ = RunLoop::shared().scheduleTimer(kNextTurn, [this] { begin(); });
   }
@@ -73,7 +73,7 @@ class Settling final : public Timer, private WeakTarget {
 
  private:
   void begin() {
-    GtkWindow* const window = shownWindow();
+    GtkWindow* const window = shownWindow(key_ ? key_.get() : Window::keyWindow());
     if (!window || hasSettled(window)) return end();
     next_ = RunLoop::shared().scheduleTimer(kMostSeconds, [this] { end(); });
     NotificationCenter::defaultCenter().addObserver(
@@ -93,6 +93,8 @@ class Settling final : public Timer, private WeakTarget {
   }
 
   std::function<void()> task_;
+  /// The key window when it was asked.
+  WeakPtr<Window> key_;
   std::unique_ptr<Timer> next_;
 };
 
@@ -114,7 +116,7 @@ bool hasSettled(GtkWindow* window) {
 }
 
 std::unique_ptr<Timer> whenKeyWindowHasSettled(std::function<void()> task) {
-  GtkWindow* const window = shownWindow();
+  GtkWindow* const window = shownWindow(Window::keyWindow());
   if (!window || !hasSettled(window)) return std::make_unique<Settling>(std::move(task));
   task();
   return nullptr;

@@ -124,6 +124,7 @@ WebKitEngine::~WebKitEngine() {
       std::shared_ptr<WebKitWebView>(view_.release(), [](WebKitWebView* view) {
         g_object_run_dispose(G_OBJECT(view));
         g_object_unref(view);
+        endKeptProcesses();
       }));
 }
 

@@ -1,7 +1,9 @@
 #include "platform/web/WebSession.h"
 
 #include <memory>
+#include <utility>
 
+#include "platform/base/RunLoop.h"
 #include "platform/web/MemoryGuard.h"
 
 namespace valdren::platform {
@@ -36,10 +38,6 @@ void refuseDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
 }
 
 WebKitWebContext* makeContext() {
-  // Other models keep the web processes of closed views. The model is global, and a context reads
-  // it when it is created, so it is set on another context first.
-  webkit_web_context_set_cache_model(webkit_web_context_get_default(),
-                                     WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
   return WEBKIT_WEB_CONTEXT(g_object_new(WEBKIT_TYPE_WEB_CONTEXT, "memory-pressure-settings",
                                          limitsOf(kWebMegabytes).get(), nullptr));
 }
@@ -56,6 +54,8 @@ WebKitNetworkSession* makeSession() {
   return session;
 }
 
+bool endIsDue = false;
+
 }  // namespace
 
 WebKitWebContext* webContext() {
@@ -66,6 +66,18 @@ WebKitWebContext* webContext() {
 WebKitNetworkSession* webSession() {
   static WebKitNetworkSession* const session = makeSession();
   return session;
+}
+
+void endKeptProcesses() {
+  if (std::exchange(endIsDue, true)) return;
+  RunLoop::shared().performAfterDelay(kNextTurn, [] {
+    endIsDue = false;
+    // The processes end with the cache that keeps them. A cache model without such would do as well,
+    // but the model belongs to the whole process, and so to a host.
+    webkit_website_data_manager_clear(webkit_network_session_get_website_data_manager(webSession()),
+                                      WEBKIT_WEBSITE_DATA_MEMORY_CACHE, 0, nullptr, nullptr,
+                                      nullptr);
+  });
 }
 
 }  // namespace valdren::platform

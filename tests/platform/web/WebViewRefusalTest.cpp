@@ -121,6 +121,18 @@ TEST(WebViewRefusal, RunsPagesInASandbox) {
       << "it sees every process of the machine: " << line;
 }
 
+TEST(WebViewRefusal, KeepsNoProcessOfTheSitesThatItLeft) {
+  LoopbackServer server;
+  server.answer("/", 200, kHTML, "<body>");
+  const std::string port = std::to_string(server.port());
+  Page page;
+  ASSERT_TRUE(page.go(server.address("/")));
+  const int ends = page.ends();
+  page.evaluate("location = 'http://localhost:" + port + "/'");
+  ASSERT_TRUE(page.waitForEnd(ends));
+  EXPECT_TRUE(runUntil([] { return webProcesses().size() == 1; }));
+}
+
 TEST(WebViewRefusal, LeavesOutWhatNoAdNeeds) {
   LoopbackServer server;
   server.answer("/", 200, kHTML, "<body>");
