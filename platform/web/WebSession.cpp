@@ -72,8 +72,8 @@ void endKeptProcesses() {
   if (std::exchange(endIsDue, true)) return;
   RunLoop::shared().performAfterDelay(kNextTurn, [] {
     endIsDue = false;
-    // The processes end with the cache that keeps them. A cache model without such would do as well,
-    // but the model belongs to the whole process, and so to a host.
+    // The processes end with the cache that keeps them. A cache model without such would do as
+    // well, but the model belongs to the whole process, and so to a host.
     webkit_website_data_manager_clear(webkit_network_session_get_website_data_manager(webSession()),
                                       WEBKIT_WEBSITE_DATA_MEMORY_CACHE, 0, nullptr, nullptr,
                                       nullptr);

@@ -1,4 +1,5 @@
-/* An application that is clumsy or demanding in one way, and lives on: manners CASE [AD_NETWORK_URL].
+/* An application that is clumsy or demanding in one way, and lives on: manners CASE
+ * [AD_NETWORK_URL].
  *
  * It ends with 0 when the case has come to its end. */
 #include <string.h>
@@ -120,7 +121,8 @@ static void own_pages(void) {
   run(500);
   if (g_strcmp0(webkit_web_view_get_title(page), "own")) g_error("the host's page is gone");
   if (webkit_web_context_get_cache_model(context) != model) g_error("the cache model has changed");
-  if (!webkit_web_view_get_settings(page) || webkit_web_view_get_is_web_process_responsive(page) != TRUE)
+  if (!webkit_web_view_get_settings(page) ||
+      webkit_web_view_get_is_web_process_responsive(page) != TRUE)
     g_error("the host's page has ended");
 }
 
