@@ -183,11 +183,16 @@ void Window::dismiss(ViewController& presenter, bool animated) {
     for (const auto& screen : leaving) {
       if (isInStack(*screen)) top = screen;
     }
+    bool isCovered = top != nullptr;
     for (const auto& screen : leaving) {
-      if (screen == top) continue;
+      if (screen == top) {
+        isCovered = false;
+        continue;
+      }
       if (isInStack(*screen)) screen->view()->removeFromSuperview();
-      screen->members_->presenting = nullptr;
       screen->members_->window = nullptr;
+      // The topmost one may tell those below that they are gone.
+      if (!isCovered) screen->members_->presenting = nullptr;
     }
     if (top) hide(top, over, animated);
   });
@@ -254,8 +259,11 @@ void Window::endTransition() {
   turnBack();
   done->underneath->view()->native().focus();
   done->moving->viewDidDisappear(done->animated);
-  done->moving->members_->presenting = nullptr;
   done->moving->members_->window = nullptr;
+  for (ViewController* gone = done->moving.get();
+       gone && gone != done->underneath.get() && !gone->members_->window;) {
+    gone = std::exchange(gone->members_->presenting, nullptr).get();
+  }
   done->underneath->viewDidAppear(done->animated);
   if (shownForModalsOnly_ && root_ && !root_->members_->modal) hide();
 }
