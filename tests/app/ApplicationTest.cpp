@@ -5,13 +5,9 @@
 #include <gtkmm/window.h>
 
 #include "app/quorbelAppDelegate.h"
-#include "platform/application/ApplicationMain.h"
 #include "platform/base/NotificationCenter.h"
-#include "platform/base/RunLoop.h"
 #include "platform/ui/NativeWindow.h"
-#include "tests/support/FakeUserDefaults.h"
-
-namespace platform = valdren::platform;
+#include "tests/support/Fakes.h"
 
 namespace {
 
@@ -67,14 +63,28 @@ class ApplicationTest : public ::testing::Test {
     description.screens = {{"quorbelViewController", plain}, {"quorbeliPad", plain}};
   }
 
+  /// What the program ends with.
+  int run(std::function<void()> started) {
+    description.started = std::move(started);
+    lines.clear();
+    return platform::applicationMain(description);
+  }
+
   ApplicationDescription description;
   bool launches = true;
   Lines lines;
 };
 
 TEST_F(ApplicationTest, TellsItsDelegateOfItsLifeAndGivesTheStatusItWasEndedWith) {
-  description.started = [] { platform::terminateApplication(3); };
-  EXPECT_EQ(platform::applicationMain(description), 3);
+  // Seen by now, or a little later.
+  std::function<void()> endWhenSeen = [&] {
+    using platform::Application, platform::ApplicationState;
+    if (Application::shared().applicationState() == ApplicationState::Active) {
+      return platform::terminateApplication(3);
+    }
+    platform::RunLoop::shared().performAfterDelay(platform::Seconds(0.02), endWhenSeen);
+  };
+  EXPECT_EQ(run(endWhenSeen), 3);
   EXPECT_EQ(lines, (Lines{"starting", "launched", "resigns", "background", "terminates", "gone"}));
   EXPECT_EQ(Window::keyWindow(), nullptr);
 }
@@ -85,36 +95,32 @@ TEST_F(ApplicationTest, EndsInOrderHoweverItIsEndedUnderAFullScreenPage) {
       [] { g_application_quit(g_application_get_default()); },  // as the session's end does
   };
   for (const auto& end : ends) {
-    description.started = [&] {
+    const int status = run([&] {
       // As a full-screen page does; this may really keep the session awake.
       platform::Application::shared().setIdleTimerDisabled(true);
       end();
-    };
-    EXPECT_EQ(platform::applicationMain(description), 0);
+    });
+    EXPECT_EQ(status, 0);
     platform::Application::shared().setIdleTimerDisabled(false);
     EXPECT_EQ(lines.back(), "gone");
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "terminates"), 1);
-    lines.clear();
   }
 }
 
-TEST_F(ApplicationTest, ADelegateThatRefusesToLaunchEndsItAsAFailure) {
+TEST_F(ApplicationTest, WithoutAScreenOrADelegateThatLaunchesItEndsAsAFailure) {
+  const auto started = [] { FAIL() << "it did not start"; };
   launches = false;
-  description.started = [] { FAIL() << "it did not start"; };
-  EXPECT_EQ(platform::applicationMain(description), 1);
+  EXPECT_EQ(run(started), 1);
   EXPECT_EQ(lines.back(), "gone");
-}
-
-TEST_F(ApplicationTest, AnInterfaceFileWithoutAKnownScreenEndsItAsAFailure) {
   description.screens.clear();
-  EXPECT_EQ(platform::applicationMain(description), 1);
+  EXPECT_EQ(run(started), 1);
   EXPECT_EQ(lines, Lines{"starting"});
 }
 
 TEST_F(ApplicationTest, WhatRunsInTheBackgroundIsWaitedForUnlessAskedTwice) {
   for (const bool twice : {false, true}) {
     bool finished = false;
-    description.started = [&] {
+    const int status = run([&] {
       auto& application = platform::Application::shared();
       const auto task = application.beginBackgroundTask({});
       platform::terminateApplication(0);
@@ -128,69 +134,57 @@ TEST_F(ApplicationTest, WhatRunsInTheBackgroundIsWaitedForUnlessAskedTwice) {
         finished = true;
         application.endBackgroundTask(task);
       });
-    };
-    EXPECT_EQ(platform::applicationMain(description), 0);
+    });
+    EXPECT_EQ(status, 0);
     EXPECT_EQ(finished, !twice);
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "terminates"), 1);
-    lines.clear();
   }
 }
 
 TEST_F(ApplicationTest, HandsOnThatMemoryRunsLow) {
-  description.started = [&] {
+  run([&] {
     GMemoryMonitor* const monitor = g_memory_monitor_dup_default();
     g_signal_emit_by_name(monitor, "low-memory-warning", G_MEMORY_MONITOR_WARNING_LEVEL_MEDIUM);
     g_object_unref(monitor);
     EXPECT_EQ(lines.back(), "memory");
     platform::terminateApplication(0);
-  };
-  EXPECT_EQ(platform::applicationMain(description), 0);
+  });
 }
 
-TEST_F(ApplicationTest, OpensTheWindowInTheShapeThatWasAskedFor) {
+TEST_F(ApplicationTest, OpensTheWindowInTheShapeThatWasAskedForOrThatItHadLast) {
   struct Case {
     platform::InterfaceIdiom idiom;
     std::optional<bool> landscape;
+    std::optional<platform::Value> last;
     platform::Size size;
   };
-  using platform::InterfaceIdiom;
-  const Case cases[] = {
-      {InterfaceIdiom::Phone, std::nullopt, {360, 640}},
-      {InterfaceIdiom::Phone, true, {640, 360}},
-      {InterfaceIdiom::Tablet, std::nullopt, {1024, 768}},
-      {InterfaceIdiom::Tablet, false, {768, 1024}},
-  };
-  for (const Case& each : cases) {
-    description.idiom = each.idiom;
-    description.landscape = each.landscape;
-    description.started = [&] {
-      EXPECT_EQ(Window::keyWindow()->size(), each.size);
-      platform::terminateApplication(0);
-    };
-    EXPECT_EQ(platform::applicationMain(description), 0);
-  }
-}
-
-TEST_F(ApplicationTest, OpensTheWindowInTheShapeThatItHadLast) {
-  quorbel_tests::FakeUserDefaults kept;
-  const platform::UserDefaults::Replacement replacement(kept);
+  using enum platform::InterfaceIdiom;
   const auto sides = [](double width, double height) {
     return platform::Value(platform::Dictionary{{"width", width}, {"height", height}});
   };
-  const std::pair<platform::Value, platform::Size> cases[] = {
-      {sides(400, 500), {400, 500}},
-      {sides(1e300, 500), {360, 640}},
-      {sides(-1, 0), {360, 640}},
-      {"large", {360, 640}},
+  const Case cases[] = {
+      {Phone, {}, {}, {360, 640}},
+      {Phone, true, {}, {640, 360}},
+      {Tablet, {}, {}, {1024, 768}},
+      {Tablet, false, {}, {768, 1024}},
+      {Phone, {}, sides(400, 500), {400, 500}},
+      {Phone, {}, sides(1e300, 500), {360, 640}},
+      {Phone, {}, sides(-1, 0), {360, 640}},
+      {Phone, {}, "large", {360, 640}},
   };
-  for (const auto& [value, size] : cases) {
-    kept.setObject("window_size_phone", value);
-    description.started = [size = size] {
-      EXPECT_EQ(Window::keyWindow()->size(), size);
+  for (const Case& each : cases) {
+    quorbel_tests::FakeUserDefaults kept;
+    const char* const key = each.idiom == Phone ? "window_size_phone" : "window_size_tablet";
+    if (each.last) kept.setObject(key, *each.last);
+    description.idiom = each.idiom;
+    description.landscape = each.landscape;
+    run([&] {
+      EXPECT_EQ(Window::keyWindow()->size(), each.size);
       platform::terminateApplication(0);
-    };
-    EXPECT_EQ(platform::applicationMain(description), 0);
-    EXPECT_EQ(kept.objectForKey("window_size_phone"), sides(size.width, size.height));
+    });
+    if (!each.landscape) {
+      EXPECT_EQ(kept.objectForKey(key), sides(each.size.width, each.size.height));
+    }
   }
 }
 

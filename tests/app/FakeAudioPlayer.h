@@ -13,25 +13,35 @@ namespace quorbel_tests {
 
 class FakeAudioPlayer final : public platform::AudioPlayer {
  public:
-  /// The calls of all players since the last `forget`, as "new wikipedia.m4a", "play", "stop",
-  /// "gone".
-  static std::vector<std::string>& events();
+  /// The calls of all players, as "new wikipedia.m4a", "play", "stop", "gone".
+  static inline std::vector<std::string> events;
   /// The player that was made last; null when it is destroyed.
-  static FakeAudioPlayer* latest();
+  static inline FakeAudioPlayer* latest = nullptr;
   /// While true, no file can be played.
-  static bool& broken();
-
+  static inline bool broken = false;
   /// The callback that waits for sound; empty when there is none.
-  static std::function<void()>& soundAwaited();
+  static inline std::function<void()> soundAwaited;
 
-  explicit FakeAudioPlayer(const std::string& path);
-  ~FakeAudioPlayer() override;
+  explicit FakeAudioPlayer(const std::string& name) {
+    events.push_back("new " + name);
+    latest = this;
+  }
+  ~FakeAudioPlayer() override {
+    events.emplace_back("gone");
+    if (latest == this) latest = nullptr;
+  }
 
   void setDelegate(platform::WeakPtr<platform::AudioPlayerDelegate> wanted) override {
     delegate = wanted;
   }
-  bool play() override;
-  void stop() override;
+  bool play() override {
+    events.emplace_back("play");
+    return playing = true;
+  }
+  void stop() override {
+    events.emplace_back("stop");
+    playing = false;
+  }
   bool isPlaying() const override { return playing; }
 
   platform::WeakPtr<platform::AudioPlayerDelegate> delegate;

@@ -9,18 +9,14 @@
 #include "platform/storage/Bundle.h"
 #include "platform/ui/NativeView.h"
 #include "platform/ui/NativeWindow.h"
-#include "platform/ui/Window.h"
 #include "tests/app/FakeAudioPlayer.h"
-#include "tests/support/FakeApplication.h"
 #include "tests/support/FakeURLLoading.h"
-#include "tests/support/FakeUserDefaults.h"
 #include "tests/support/FakeWebEngine.h"
+#include "tests/support/Fakes.h"
 #include "tests/support/Loop.h"
 #include "tests/support/Pointer.h"
 #include "tests/support/Process.h"
 #include "tests/support/Taps.h"
-
-namespace platform = valdren::platform;
 
 namespace {
 
@@ -38,24 +34,8 @@ using Events = std::vector<std::string>;
 
 constexpr const char* kResources = "/com/valdren/quorbel";
 
-struct Idiom {
-  const char* name;
-  std::shared_ptr<SoundScreen> (*make)();
-  const char* file;
-  const char* object;
-};
-
-const Idiom kPhone{"phone",
-                   [] { return std::shared_ptr<SoundScreen>(new quorbel::quorbelViewController); },
-                   "phone", "quorbelViewController"};
-const Idiom kTablet{"tablet", [] { return std::shared_ptr<SoundScreen>(new quorbel::quorbeliPad); },
-                    "tablet", "quorbeliPad"};
-
-void PrintTo(const Idiom& idiom, std::ostream* out) {
-  *out << idiom.name;
-}
-
-class SoundScreenTest : public ::testing::TestWithParam<Idiom> {
+/// The idiom is the parameter.
+class SoundScreenTest : public ::testing::TestWithParam<std::string> {
  protected:
   void SetUp() override {
     if (!gtk_is_initialized()) GTEST_SKIP() << "needs a display";
@@ -63,9 +43,9 @@ class SoundScreenTest : public ::testing::TestWithParam<Idiom> {
     platform::InterfaceView::setResourceBase(kResources);
     static const bool styled = (platform::followAppearance(kResources), true);
     static_cast<void>(styled);
-    FakeAudioPlayer::events().clear();
-    FakeAudioPlayer::broken() = false;
-    FakeAudioPlayer::soundAwaited() = nullptr;
+    FakeAudioPlayer::events.clear();
+    FakeAudioPlayer::broken = false;
+    FakeAudioPlayer::soundAwaited = nullptr;
     show({360, 640});
   }
 
@@ -77,8 +57,9 @@ class SoundScreenTest : public ::testing::TestWithParam<Idiom> {
   }
 
   void show(Size size) {
-    screen = GetParam().make();
-    screen->setInterface(GetParam().file, GetParam().object);
+    if (isTablet()) screen = std::shared_ptr<SoundScreen>(new quorbel::quorbeliPad);
+    if (!isTablet()) screen = std::shared_ptr<SoundScreen>(new quorbel::quorbelViewController);
+    screen->setInterface(GetParam(), isTablet() ? "quorbeliPad" : "quorbelViewController");
     window = std::make_shared<platform::Window>(size);
     window->setRootViewController(screen);
     window->makeKeyAndVisible();
@@ -86,7 +67,22 @@ class SoundScreenTest : public ::testing::TestWithParam<Idiom> {
     ASSERT_TRUE(runUntil([&] { return frameOf(*screen->controls(), "stop").width > 0; }));
   }
 
-  Events takeEvents() { return std::exchange(FakeAudioPlayer::events(), {}); }
+  static bool isTablet() { return GetParam() == "tablet"; }
+
+  void expectNoTileUnderTheBanner() {
+    Gtk::Widget& widget = screen->view()->native().widget();
+    const double bottom = screen->view()->bounds().height;
+    for (double x = 2; x < 320; x += 20) {
+      for (double y = bottom - 48; y < bottom; y += 15) {
+        for (Gtk::Widget* hit = widget.pick(x, y, Gtk::PickFlags::DEFAULT); hit && hit != &widget;
+             hit = hit->get_parent()) {
+          ASSERT_FALSE(dynamic_cast<Gtk::Button*>(hit)) << "a tile at " << x << ", " << y;
+        }
+      }
+    }
+  }
+
+  Events takeEvents() { return std::exchange(FakeAudioPlayer::events, {}); }
 
   std::string playingTile() {
     std::string found;
@@ -104,36 +100,34 @@ class SoundScreenTest : public ::testing::TestWithParam<Idiom> {
   std::shared_ptr<platform::Window> window;
 };
 
-INSTANTIATE_TEST_SUITE_P(Idioms, SoundScreenTest, ::testing::Values(kPhone, kTablet),
-                         [](const auto& idiom) { return idiom.param.name; });
+INSTANTIATE_TEST_SUITE_P(Idioms, SoundScreenTest, ::testing::Values("phone", "tablet"),
+                         [](const auto& idiom) { return idiom.param; });
 
 TEST_P(SoundScreenTest, EveryTilePlaysItsOwnClipFromAPlayerMadeAnew) {
-  const std::map<std::string, std::string> clips = {
-      {"wikipedia", "wikipedia"},
-      {"family", "gresh-family"},
-      {"shoot", "shoot-gresh"},
-      {"retards", "retards"},
-      {"proudest", "proudest-moment"},
-      {"presents", "presents"},
-      {"dorvan", "i-am-dorvan"},
-      {"happy", "happy-bday-ardo"},
-      {"friends", "friends-with-everybody"},
-      {"fear", "fear-or-love"},
-      {"collar", "collar-blind"},
-      {"candy", "candy"},
-      {"babies", "babies"},
-      {"arabs", "arabs"},
-  };
+  const std::map<std::string, std::string> clips = {{"wikipedia", "wikipedia"},
+                                                    {"family", "gresh-family"},
+                                                    {"shoot", "shoot-gresh"},
+                                                    {"retards", "retards"},
+                                                    {"proudest", "proudest-moment"},
+                                                    {"presents", "presents"},
+                                                    {"dorvan", "i-am-dorvan"},
+                                                    {"happy", "happy-bday-ardo"},
+                                                    {"friends", "friends-with-everybody"},
+                                                    {"fear", "fear-or-love"},
+                                                    {"collar", "collar-blind"},
+                                                    {"candy", "candy"},
+                                                    {"babies", "babies"},
+                                                    {"arabs", "arabs"}};
   ASSERT_EQ(screen->controls()->controls().size(), clips.size() + 1);
   bool first = true;
   for (const auto& [action, clip] : clips) {
     ASSERT_TRUE(press(*screen->controls(), action)) << action;
-    ASSERT_TRUE(runUntil([&] { return FakeAudioPlayer::events().size() >= (first ? 2u : 3u); }));
+    ASSERT_TRUE(runUntil([&] { return FakeAudioPlayer::events.size() >= (first ? 2u : 3u); }));
     Events expected{"new " + clip + ".m4a", "play"};
     // The previous player is destroyed before the new one is made.
     if (!first) expected.insert(expected.begin(), "gone");
     EXPECT_EQ(takeEvents(), expected) << action;
-    EXPECT_EQ(FakeAudioPlayer::latest()->delegate.get(), screen.get());
+    EXPECT_EQ(FakeAudioPlayer::latest->delegate.get(), screen.get());
     EXPECT_EQ(playingTile(), action);
     first = false;
   }
@@ -145,46 +139,42 @@ TEST_P(SoundScreenTest, StopSilencesThePlayerAndKeepsIt) {
   screen->play("candy");
   takeEvents();
   ASSERT_TRUE(press(*screen->controls(), "stop"));
-  ASSERT_TRUE(runUntil([&] { return !FakeAudioPlayer::events().empty(); }));
+  ASSERT_TRUE(runUntil([&] { return !FakeAudioPlayer::events.empty(); }));
   EXPECT_EQ(takeEvents(), Events{"stop"});
   EXPECT_TRUE(screen->player());
   EXPECT_EQ(playingTile(), "");
 }
 
-TEST_P(SoundScreenTest, AClipThatEndsByItselfLeavesItsPlayerButNotItsMark) {
+TEST_P(SoundScreenTest, AClipThatEndsOrIsBrokenLeavesNoMark) {
   screen->play("candy");
   EXPECT_EQ(playingTile(), "candy");
-  FakeAudioPlayer::latest()->playing = false;
+  FakeAudioPlayer::latest->playing = false;
   EXPECT_TRUE(runUntil([&] { return playingTile().empty(); }));
   EXPECT_TRUE(screen->player());
+  takeEvents();
+  FakeAudioPlayer::broken = true;
+  screen->play("babies");
+  EXPECT_EQ(takeEvents(), Events{"gone"}) << "the one before goes on";
+  EXPECT_EQ(screen->player(), nullptr);
+  EXPECT_EQ(playingTile(), "");
+  FakeAudioPlayer::broken = false;
+  screen->stop();
+  screen->play("babies");
+  EXPECT_EQ(playingTile(), "babies");
 }
 
 TEST_P(SoundScreenTest, ALineSaysThatThereIsNoSoundUntilItIsBack) {
   // the second failure finds the notice already shown
   for (const bool heard : {true, false, false}) {
     screen->play("candy");
-    FakeAudioPlayer& player = *FakeAudioPlayer::latest();
+    FakeAudioPlayer& player = *FakeAudioPlayer::latest;
     player.playing = false;
     player.delegate->audioPlayerDidFinishPlaying(player, heard);
     EXPECT_EQ(screen->controls()->isHidden("silence"), heard);
-    EXPECT_EQ(!FakeAudioPlayer::soundAwaited(), heard);
+    EXPECT_EQ(!FakeAudioPlayer::soundAwaited, heard);
   }
-  FakeAudioPlayer::soundAwaited()();
+  FakeAudioPlayer::soundAwaited();
   EXPECT_TRUE(screen->controls()->isHidden("silence"));
-}
-
-TEST_P(SoundScreenTest, AMissingOrBrokenClipSilencesTheOneBeforeAndMarksNothing) {
-  screen->play("candy");
-  takeEvents();
-  FakeAudioPlayer::broken() = true;
-  screen->play("babies");
-  EXPECT_EQ(takeEvents(), Events{"gone"});
-  EXPECT_EQ(screen->player(), nullptr);
-  EXPECT_EQ(playingTile(), "");
-  FakeAudioPlayer::broken() = false;
-  screen->stop();
-  screen->play("babies");
-  EXPECT_EQ(playingTile(), "babies");
 }
 
 TEST_P(SoundScreenTest, EveryTileSaysWhatItIsAndWhichKeyPressesIt) {
@@ -204,32 +194,28 @@ TEST_P(SoundScreenTest, EveryTileSaysWhatItIsAndWhichKeyPressesIt) {
 }
 
 TEST_P(SoundScreenTest, KeysPlayByWhatTheyPrintAndByTheirPlaceOnEveryKeyboard) {
-  struct Key {
-    const char* keyboard;
-    unsigned place;
-    const char* with;
-    const char* plays;
-  };
-  const std::vector<Key> keys{{"us", 10, nullptr, "wikipedia"},
-                              {"us", 19, nullptr, "fear"},
-                              {"us", 87, "Num_Lock", "wikipedia"},
-                              {"us", 24, "Shift_L", "collar"},
-                              {"us", 27, nullptr, "arabs"},
-                              {"us", 27, "Control_L", ""},
-                              {"us", 38, nullptr, ""},
-                              {"fr", 11, nullptr, "family"},
-                              {"fr", 11, "Shift_L", "family"},
-                              {"fr", 38, nullptr, "collar"},
-                              {"fr", 24, nullptr, "collar"},
-                              {"ru", 25, nullptr, "candy"},
-                              {"ru", 26, nullptr, "babies"}};
+  // The keyboard, the key's code, a key held with it, and what plays.
+  const std::tuple<const char*, unsigned, const char*, const char*> keys[] = {
+      {"us", 10, nullptr, "wikipedia"},
+      {"us", 19, nullptr, "fear"},
+      {"us", 87, "Num_Lock", "wikipedia"},
+      {"us", 24, "Shift_L", "collar"},
+      {"us", 27, nullptr, "arabs"},
+      {"us", 27, "Control_L", ""},
+      {"us", 38, nullptr, ""},
+      {"fr", 11, nullptr, "family"},
+      {"fr", 11, "Shift_L", "family"},
+      {"fr", 38, nullptr, "collar"},
+      {"fr", 24, nullptr, "collar"},
+      {"ru", 25, nullptr, "candy"},
+      {"ru", 26, nullptr, "babies"}};
   GtkWidget* const native = GTK_WIDGET(window->native().window().gobj());
-  for (const Key& key : keys) {
-    ASSERT_EQ(quorbel_tests::run(std::string("setxkbmap ") + key.keyboard).status, 0);
+  for (const auto& [keyboard, key, with, plays] : keys) {
+    ASSERT_EQ(quorbel_tests::run(std::string("setxkbmap ") + keyboard).status, 0);
     screen->stop();
-    quorbel_tests::typeKey(native, key.place, key.with);
-    EXPECT_TRUE(runUntil([&] { return playingTile() == key.plays; }))
-        << key.keyboard << " " << key.place << " plays " << playingTile();
+    quorbel_tests::typeKey(native, key, with);
+    EXPECT_TRUE(runUntil([&, expected = plays] { return playingTile() == expected; }))
+        << keyboard << " " << key << " plays " << playingTile();
   }
   EXPECT_EQ(quorbel_tests::run("setxkbmap us").status, 0);
 
@@ -250,35 +236,12 @@ TEST_P(SoundScreenTest, KeysPlayByWhatTheyPrintAndByTheirPlaceOnEveryKeyboard) {
   EXPECT_EQ(playingTile(), "") << "a page covers the tiles";
 }
 
-TEST_P(SoundScreenTest, TheBannerLiesOnTheBottomEdgeAndNoTileUnderIt) {
+TEST_P(SoundScreenTest, TilesLieSideBySideAndStopAndBannerInSightInEveryWindowAndTextSize) {
   EXPECT_EQ(screen->banner().adUnitID(), "a19d27c3b40e6f5");
   EXPECT_EQ(screen->banner().rootViewController(), screen.get());
   EXPECT_EQ(screen->banner().delegate(), nullptr);
   EXPECT_EQ(screen->banner().superview(), screen->view().get());
-  for (const Size size :
-       {Size{360, 640}, {640, 360}, {320, 200}, {1024, 768}, {768, 1024}, {1400, 900}}) {
-    window->resize(size);
-    const auto bounds = [&] { return screen->view()->bounds(); };
-    ASSERT_TRUE(runUntil([&] {
-      return window->size() == size && bounds() == window->contentBounds() &&
-             screen->banner().frame() == Rect{0, bounds().height - 50, 320, 50};
-    })) << size.width
-        << " x " << size.height;
-    quorbel_tests::runFor(0.05);
-    Gtk::Widget& widget = screen->view()->native().widget();
-    for (double x = 2; x < 320; x += 20) {
-      for (double y = bounds().height - 48; y < bounds().height; y += 15) {
-        for (Gtk::Widget* hit = widget.pick(x, y, Gtk::PickFlags::DEFAULT); hit && hit != &widget;
-             hit = hit->get_parent()) {
-          ASSERT_FALSE(dynamic_cast<Gtk::Button*>(hit)) << "a tile at " << x << ", " << y;
-        }
-      }
-    }
-  }
-}
-
-TEST_P(SoundScreenTest, TilesLieSideBySideAndStopInSightInEveryWindowAndTextSize) {
-  const double lowest = GetParam().name == kPhone.name ? 300 : 700;  // of what need not be scrolled
+  const double lowest = isTablet() ? 700 : 300;  // of what need not be scrolled
   for (const int textPercent : {100, 150, 200, -200}) {
     // Below 0: with the notice that there is no sound.
     screen->controls()->setHidden("silence", textPercent > 0);
@@ -287,8 +250,13 @@ TEST_P(SoundScreenTest, TilesLieSideBySideAndStopInSightInEveryWindowAndTextSize
     for (const Size size : {Size{360, 640}, {720, 360}, {320, 200}, {1024, 768}, {768, 1024}}) {
       SCOPED_TRACE(testing::Message() << size.width << " x " << size.height << ", " << textPercent);
       window->resize(size);
-      ASSERT_TRUE(runUntil([&] { return window->size() == size; }));
+      const auto bounds = [&] { return screen->view()->bounds(); };
+      ASSERT_TRUE(runUntil([&] {
+        return window->size() == size && bounds() == window->contentBounds() &&
+               screen->banner().frame() == Rect{0, bounds().height - 50, 320, 50};
+      }));
       quorbel_tests::runFor(0.05);
+      if (textPercent == 100) expectNoTileUnderTheBanner();
       std::vector<Rect> tiles;
       for (const std::string& control : screen->controls()->controls()) {
         tiles.push_back(frameOf(*screen->controls(), control));
@@ -305,14 +273,14 @@ TEST_P(SoundScreenTest, TilesLieSideBySideAndStopInSightInEveryWindowAndTextSize
       const Rect stop = tiles.back();
       tiles.pop_back();  // the others may be scrolled out of sight
       EXPECT_GE(stop.y, 0);
-      EXPECT_LE(stop.y + stop.height, screen->view()->bounds().height);
+      EXPECT_LE(stop.y + stop.height, bounds().height);
       EXPECT_FALSE(overlap(stop, screen->banner().frame()));
       for (std::size_t one = 0; one < tiles.size(); ++one) {
         for (std::size_t other = one + 1; other < tiles.size(); ++other) {
           EXPECT_FALSE(overlap(tiles[one], tiles[other])) << one << " over " << other;
         }
         EXPECT_TRUE(textPercent != 100 || size.height < lowest ||
-                    tiles[one].y + tiles[one].height <= screen->view()->bounds().height - 50)
+                    tiles[one].y + tiles[one].height <= bounds().height - 50)
             << one << " is not in sight";
       }
     }
@@ -320,24 +288,23 @@ TEST_P(SoundScreenTest, TilesLieSideBySideAndStopInSightInEveryWindowAndTextSize
   gtk_settings_reset_property(gtk_settings_get_default(), "gtk-xft-dpi");
 }
 
-TEST_P(SoundScreenTest, AsksForAnAdOnceItsViewIsLoaded) {
+TEST_P(SoundScreenTest, AsksForAnAdOnceItsViewIsLoadedAndTurnsOnATablet) {
   ASSERT_TRUE(runUntil([&] { return loading.count() > 0; }));
   EXPECT_TRUE(loading.fetch(0).url().starts_with(
       valdren::VADConfiguration::scriptHostBaseURL().absoluteString()))
       << loading.fetch(0).url();
-}
-
-TEST_P(SoundScreenTest, OnlyTheTabletsScreenTurnsWithItsWindow) {
-  const bool tablet = std::string(GetParam().name) == "tablet";
-  for (const auto orientation :
-       {InterfaceOrientation::PortraitUpsideDown, InterfaceOrientation::LandscapeLeft,
-        InterfaceOrientation::LandscapeRight}) {
-    EXPECT_EQ(screen->shouldAutorotateToInterfaceOrientation(orientation), tablet);
+  using enum InterfaceOrientation;
+  for (const auto orientation : {PortraitUpsideDown, LandscapeLeft, LandscapeRight}) {
+    EXPECT_EQ(screen->shouldAutorotateToInterfaceOrientation(orientation), isTablet());
   }
-  EXPECT_TRUE(screen->shouldAutorotateToInterfaceOrientation(InterfaceOrientation::Portrait));
+  EXPECT_TRUE(screen->shouldAutorotateToInterfaceOrientation(Portrait));
 }
 
 TEST_P(SoundScreenTest, ATileThatOutlivesItsScreenDoesNothing) {
+  EXPECT_FALSE(platform::InterfaceView::load("nothing", "quorbeliPad", {}, {}));
+  EXPECT_FALSE(platform::InterfaceView::load(GetParam(), "somebodyElse", {}, {}));
+  EXPECT_FALSE(press(*screen->controls(), "nothing"));
+
   const std::shared_ptr<platform::View> view = screen->view();
   window->setRootViewController(nullptr);
   screen.reset();
@@ -347,14 +314,6 @@ TEST_P(SoundScreenTest, ATileThatOutlivesItsScreenDoesNothing) {
   press(*tiles, "candy");
   quorbel_tests::runFor(0.4);
   EXPECT_EQ(takeEvents(), Events{});
-}
-
-TEST_P(SoundScreenTest, AnInterfaceFileThatIsMissingOrNamesNoSuchObjectGivesNoView) {
-  EXPECT_FALSE(platform::InterfaceView::load("nothing", "quorbeliPad", {}, {}));
-  EXPECT_FALSE(platform::InterfaceView::load(GetParam().file, "somebodyElse", {}, {}));
-  EXPECT_FALSE(press(*screen->controls(), "nothing"));
-  EXPECT_EQ(screen->controls()->titleOfControl("nothing"), "");
-  EXPECT_EQ(frameOf(*screen->controls(), "nothing"), Rect{});
 }
 
 }  // namespace

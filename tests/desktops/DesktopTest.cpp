@@ -7,16 +7,12 @@
 #include <cstdlib>
 
 #include "platform/base/Json.h"
-#include "platform/base/Value.h"
 #include "platform/ui/Button.h"
-#include "platform/ui/ViewController.h"
 #include "sandbox/Sandbox.h"
 #include "tests/support/Loop.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Process.h"
 #include "tests/support/WebPage.h"
-
-namespace platform = valdren::platform;
 
 namespace {
 
@@ -108,9 +104,9 @@ class DesktopTest : public ::testing::Test {
   }
 
   /// The number of ad requests.
-  std::int64_t ads() const { return static_cast<std::int64_t>(requests().size()); }
+  std::size_t ads() const { return requests().size(); }
 
-  bool waitForAds(std::int64_t wanted, double seconds, const std::string& meanwhile = "") {
+  bool waitForAds(std::size_t wanted, double seconds, const std::string& meanwhile = "") {
     double next = 0;
     return runUntil(
         [&] {
@@ -135,13 +131,11 @@ TEST_F(DesktopTest, AsksForNoAdWhileNobodyCanSeeItAndEndsInOrder) {
   ASSERT_TRUE(waitForAds(2, 90, desktop->awake)) << "seen, it goes on asking";
   hide();
   // The last request may be under way, and hiding may take the desktop a while.
-  const bool wentOn = waitForAds(ads() + 3, 6 * kRefreshSeconds);
-  EXPECT_FALSE(wentOn);
-  const std::int64_t unseen = ads();
+  EXPECT_FALSE(waitForAds(ads() + 3, 6 * kRefreshSeconds));
+  const std::size_t unseen = ads();
   EXPECT_FALSE(waitForAds(unseen + 1, 3 * kRefreshSeconds));
   show();
   EXPECT_TRUE(waitForAds(unseen + 1, 60, desktop->awake)) << "seen again, it goes on";
-
   endInOrder();
 }
 
@@ -157,7 +151,7 @@ std::string placeIn(const platform::Dictionary& request) {
 TEST_F(DesktopTest, TheFirstRequestTellsTheWindowThatThePersonSees) {
   ASSERT_TRUE(waitForAds(1, 90, desktop->awake));
   endInOrder();
-  const auto before = static_cast<std::size_t>(ads());
+  const std::size_t before = ads();
   launch();  // the script is cached and does not delay the request
   ASSERT_TRUE(waitForAds(ads() + 2, 90, desktop->awake));
   endInOrder();

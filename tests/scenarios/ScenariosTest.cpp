@@ -1,4 +1,5 @@
-// All scenarios of the sandbox's ad server and script, with a real banner.
+// A visible banner in the real web engine, with the sandbox: all scenarios of its ad server and
+// script, and the whole road of one ad.
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -6,18 +7,16 @@
 #include "ads/api/VADBannerView.h"
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/request/VADConfiguration.h"
-#include "ads/request/VADRequestError.h"
-#include "ads/support/VADPrivateUtilities.h"
 #include "ads/telemetry/VADStatistics.h"
+#include "ads/web/VADWebView.h"
+#include "platform/base/Json.h"
 #include "platform/storage/Folders.h"
 #include "platform/ui/Window.h"
 #include "sandbox/Sandbox.h"
-#include "tests/support/FakeApplication.h"
-#include "tests/support/FakeUserDefaults.h"
+#include "tests/support/Fakes.h"
 #include "tests/support/LogLines.h"
 #include "tests/support/Loop.h"
-
-namespace platform = valdren::platform;
+#include "tests/support/PublisherRecord.h"
 
 namespace {
 
@@ -27,19 +26,10 @@ using quorbel_tests::runUntil;
 
 constexpr double kPatience = 30;  // seconds; every scenario takes less than a third of it
 
-class Publisher final : public VADBannerViewDelegate {
- public:
-  ~Publisher() { invalidateWeakReferences(); }
-  void adViewDidReceiveAd(VADBannerView&) override { outcome += "ad "; }
-  void adViewDidFailToReceiveAdWithError(VADBannerView&, const VADRequestError& error) override {
-    outcome += std::to_string(error.code()) + " ";
-  }
-  std::string outcome;
-};
-
+/// Its name; "ad", an error's code, or empty when the request stays under way; the state at the
+/// end.
 struct Scenario {
   const char* name;
-  /// "ad", an error's code, or empty when the request stays under way.
   std::string outcome;
   VADState state;
 };
@@ -48,6 +38,11 @@ class ScenariosTest : public ::testing::Test {
  protected:
   ScenariosTest() {
     VADStatistics::releaseSharedStatistics();
+    forgetCopies();
+    publisher.onEvent = [this](const std::string& event) {
+      if (event == "received") outcome += "ad ";
+      if (event.starts_with("failed ")) outcome += event.substr(sizeof "failed") + " ";
+    };
     network->setRefreshRate(platform::Seconds(0));
     const platform::URL base = *platform::URL::parse(network->baseURL());
     VADConfiguration::setAdServerBaseURL(base);
@@ -64,13 +59,31 @@ class ScenariosTest : public ::testing::Test {
   void makeBanner() {
     if (banner) banner->removeFromSuperview();
     banner = std::make_shared<VADBannerView>(platform::Rect{0, 430, 320, 50});
-    banner->setAdUnitID("tested");
+    banner->setAdUnitID("real </script><b>unit</b>");
     banner->setRootViewController(screen.get());
     banner->setDelegate(&publisher);
     screen->view()->addSubview(banner);
   }
   VADState state() const {
     return VADPrivateUtilities::privateObjectForKey<VADObjectPrivate>(banner.get())->state();
+  }
+  bool waitFor(const std::string& end) {
+    return runUntil([&] { return outcome.ends_with(end); }, kPatience);
+  }
+  std::string evaluate(const std::string& script) {
+    std::optional<std::string> result;
+    banner->webView()->stringByEvaluatingJavaScriptFromString(
+        script, [&](std::string text) { result = std::move(text); });
+    return runUntil([&] { return result.has_value(); }) ? *result : "nothing";
+  }
+  /// The requests of this kind that the network got.
+  std::vector<platform::Dictionary> requests(const std::string& kind) const {
+    std::vector<platform::Dictionary> found;
+    const auto log = platform::parseJson(network->log());
+    for (const auto& request : *log->dictionary()->find("requests")->array()) {
+      if (*request.dictionary()->text("kind") == kind) found.push_back(*request.dictionary());
+    }
+    return found;
   }
   static void forgetCopies() {
     std::error_code ignored;
@@ -83,29 +96,31 @@ class ScenariosTest : public ::testing::Test {
     SCOPED_TRACE(scenario.name);
     forgetCopies();
     makeBanner();
-    publisher.outcome.clear();
+    outcome.clear();
     ASSERT_TRUE(network->setScenario(scenario.name));
     banner->loadRequest(nullptr);
     const std::string expected = scenario.outcome.empty() ? "" : scenario.outcome + " ";
-    if (!expected.empty()) runUntil([&] { return !publisher.outcome.empty(); }, kPatience);
+    if (!expected.empty()) runUntil([&] { return !outcome.empty(); }, kPatience);
     runUntil([&] { return state() == scenario.state; }, kPatience);
     runFor(0.3);
-    EXPECT_EQ(publisher.outcome, expected);
+    EXPECT_EQ(outcome, expected);
     EXPECT_EQ(state(), scenario.state);
 
-    publisher.outcome.clear();
+    outcome.clear();
     network->setScenario("fill");
     banner->loadRequest(nullptr);
     const bool accepts = scenario.state != kVADStateBuildingURL;
-    if (accepts) runUntil([&] { return !publisher.outcome.empty(); }, kPatience);
-    EXPECT_EQ(publisher.outcome, accepts ? "ad " : "");
+    if (accepts) runUntil([&] { return !outcome.empty(); }, kPatience);
+    EXPECT_EQ(outcome, accepts ? "ad " : "");
   }
 
   quorbel_tests::FakeUserDefaults defaults;
   quorbel_tests::FakeApplication application;
   quorbel_tests::LogLines log;
   std::unique_ptr<sandbox::Sandbox> network = sandbox::Sandbox::start(0);
-  Publisher publisher;
+  /// "ad " or the error's code, each time.
+  std::string outcome;
+  quorbel_tests::PublisherRecord publisher;
   std::shared_ptr<platform::ViewController> screen = std::make_shared<platform::ViewController>();
   std::shared_ptr<platform::Window> window =
       std::make_shared<platform::Window>(platform::Size{320, 480});
@@ -163,15 +178,78 @@ TEST_F(ScenariosTest, PlaysTheScriptsErrors) {
 }
 
 TEST_F(ScenariosTest, RefreshesUntilToldOtherwise) {
-  forgetCopies();
   makeBanner();
   network->setScenario("refresh-fast");
   banner->loadRequest(nullptr);
-  EXPECT_TRUE(runUntil([&] { return publisher.outcome == "ad ad ad "; }, kPatience));
+  EXPECT_TRUE(waitFor("ad ad ad "));
   network->setScenario("status-500");
-  EXPECT_TRUE(runUntil([&] { return publisher.outcome.ends_with("3 3 "); }, kPatience));
+  EXPECT_TRUE(waitFor("3 3 "));
   network->setScenario("fill");
-  EXPECT_TRUE(runUntil([&] { return publisher.outcome.ends_with("3 ad "); }, kPatience));
+  EXPECT_TRUE(waitFor("3 ad "));
+}
+
+TEST_F(ScenariosTest, TheRoadLeadsFromTheScriptToThePingsAndTheNextAd) {
+  makeBanner();
+  network->setScenario("redirect-chain");
+  banner->loadRequest(nullptr);
+  ASSERT_TRUE(waitFor("ad "));
+  EXPECT_FALSE(banner->webView()->isHidden());
+  EXPECT_TRUE(runUntil([&] { return requests("impression").size() == 4; }));
+  const auto hops = requests("hop");
+  ASSERT_FALSE(hops.empty());
+  EXPECT_THAT(evaluate("document.baseURI"),
+              testing::StartsWith(network->baseURL() + *hops.back().text("path")));
+
+  network->setScenario("fill");
+  banner->loadRequest(nullptr);
+  ASSERT_TRUE(waitFor("ad ad "));
+  EXPECT_EQ(requests("script").size(), 1u);
+  std::int64_t number = 0;
+  for (const auto& asked : requests("ad")) {
+    const platform::Dictionary& parameters = *asked.find("parameters")->dictionary();
+    EXPECT_EQ(*parameters.text("slotname"), "real </script><b>unit</b>");
+    EXPECT_EQ(parameters.find("preqs")->integerValue(), ++number);
+    EXPECT_EQ(parameters.contains("prl"), number == 2);
+  }
+  EXPECT_EQ(number, 2);
+  EXPECT_THAT(log.lines(), testing::IsEmpty());
+}
+
+TEST_F(ScenariosTest, MessagesGoBothWays) {
+  makeBanner();
+  network->setScenario("fill");
+  banner->loadRequest(nullptr);
+  ASSERT_TRUE(waitFor("ad "));
+  const std::string page = evaluate("document.baseURI");
+  evaluate(
+      "URVO_ReceiveMessage = (name, info) => { heard = name + JSON.stringify(info); };"
+      "send = message => { location.href = 'gmsg://sdk/' + message; };"
+      "send('canOpenURLs?urls=nonsense:1')");
+  EXPECT_TRUE(runUntil([&] { return evaluate("heard") == R"(openableURLs{"nonsense:1":false})"; }));
+  evaluate("send('httpTrack?u=' + encodeURIComponent('" + network->baseURL() + "/clk/t'))");
+  EXPECT_TRUE(runUntil([&] { return requests("click").size() == 1; }));
+  evaluate("send('log?string=from%20the%20page')");
+  EXPECT_TRUE(runUntil([&] { return !log.lines().empty(); }));
+  EXPECT_EQ(log.take(), std::vector<std::string>{"from the page"});
+  evaluate("location.href = 'vantic://nonsense'");
+  EXPECT_TRUE(runUntil([&] { return !log.lines().empty(); }));
+  EXPECT_EQ(evaluate("document.baseURI"), page) << "the page is gone";
+}
+
+TEST_F(ScenariosTest, TheRoadEndsWhereverTheBannerIsRemoved) {
+  network->setScenario("fill");
+  for (const double seconds : {0.0, 0.01, 0.05, 0.1, 0.2, 0.4}) {
+    makeBanner();
+    banner->loadRequest(nullptr);
+    if (seconds > 0) runFor(seconds);
+    banner->removeFromSuperview();
+    banner.reset();
+    runFor(0.02);
+  }
+  outcome.clear();
+  makeBanner();
+  banner->loadRequest(nullptr);
+  EXPECT_TRUE(waitFor("ad "));
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "tests/support/FakeURLLoading.h"
 
-namespace platform = valdren::platform;
-
 namespace quorbel_tests {
 
 class FakeURLLoading::Fetch::Connection final : public platform::URLConnection {
@@ -74,13 +72,6 @@ void FakeURLLoading::Fetch::fail(const platform::Error& error) {
     connection_ = nullptr;
     delegate.connectionDidFail(connection, error);
   });
-}
-
-void FakeURLLoading::Fetch::answer(int status, const platform::Headers& headers,
-                                   std::string_view body) {
-  respond(status, headers);
-  if (!body.empty()) data(body);
-  finish();
 }
 
 std::unique_ptr<platform::URLConnection> FakeURLLoading::makeConnection(

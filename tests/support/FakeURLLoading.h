@@ -33,7 +33,11 @@ class FakeURLLoading final : public platform::URLLoading {
     void finish();
     void fail(const platform::Error& error);
     /// `respond`, `data` and `finish` in one.
-    void answer(int status, const platform::Headers& headers = {}, std::string_view body = "");
+    void answer(int status, const platform::Headers& headers = {}, std::string_view body = "") {
+      respond(status, headers);
+      if (!body.empty()) data(body);
+      finish();
+    }
 
    private:
     friend class FakeURLLoading;

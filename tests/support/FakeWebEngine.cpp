@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <stdexcept>
 
-namespace platform = valdren::platform;
-
 namespace quorbel_tests {
 
 using platform::URL;
@@ -22,22 +20,6 @@ bool FakeWebEngine::navigate(const std::string& text, platform::NavigationType t
   return client.engineShouldStartLoad(request, type);
 }
 
-void FakeWebEngine::start() {
-  loading = true;
-  client.engineDidStartLoad();
-}
-
-void FakeWebEngine::finish() {
-  loading = false;
-  shown = url;
-  client.engineDidFinishLoad();
-}
-
-void FakeWebEngine::fail(const std::string& message) {
-  loading = false;
-  client.engineDidFailLoad({"fake", 1, message});
-}
-
 void FakeWebEngine::loadRequest(const URLRequest& request) {
   requests.push_back(request);
   url = request.url;
@@ -48,17 +30,6 @@ void FakeWebEngine::loadHTML(const std::string& html, const std::optional<URL>& 
   pages.push_back({html, baseURL});
   url = baseURL ? baseURL : URL::parse("about:blank");
   loading = true;
-}
-
-void FakeWebEngine::evaluate(const std::string& script, std::function<void(std::string)> result) {
-  scripts.push_back(script);
-  const auto found = results.find(script);
-  if (result) result(found == results.end() ? std::string() : found->second);
-}
-
-void FakeWebEngine::stopLoading() {
-  ++stops;
-  loading = false;
 }
 
 std::unique_ptr<platform::WebEngine> FakeWebEngines::makeEngine(platform::View& host,

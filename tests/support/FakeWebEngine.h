@@ -1,7 +1,6 @@
 // Web engines without a browser. They record requests, and a test simulates the page.
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -50,25 +49,39 @@ class FakeWebEngine final : public platform::WebEngine {
   std::optional<platform::URL> shown;
   std::string pageTitle;
   std::string agent = "Mozilla/5.0 (Test)";
-  /// The results of scripts, by their text; "" for any other.
-  std::map<std::string, std::string> results;
 
   /// Asks the client whether the page may go to `text`, with the user agent among the headers like
   /// the real engine. Changes nothing else.
   bool navigate(const std::string& text,
                 platform::NavigationType type = platform::NavigationType::Other);
-  void start();
+  void start() {
+    loading = true;
+    client.engineDidStartLoad();
+  }
   /// Finishes the load; the loaded page is the present one from now on.
-  void finish();
-  void fail(const std::string& message = "The server cannot be reached.");
+  void finish() {
+    loading = false;
+    shown = url;
+    client.engineDidFinishLoad();
+  }
+  void fail() {
+    loading = false;
+    client.engineDidFailLoad({"fake", 1, "The server cannot be reached."});
+  }
 
   void apply(const Settings& wanted) override { settings = wanted; }
   void loadRequest(const platform::URLRequest& request) override;
   void loadHTML(const std::string& html, const std::optional<platform::URL>& baseURL) override;
-  /// Gives the result at once.
-  void evaluate(const std::string& script, std::function<void(std::string)> result) override;
+  /// Gives "" at once.
+  void evaluate(const std::string& script, std::function<void(std::string)> result) override {
+    scripts.push_back(script);
+    if (result) result("");
+  }
   void reload() override { ++reloads; }
-  void stopLoading() override;
+  void stopLoading() override {
+    ++stops;
+    loading = false;
+  }
   void goBack() override { ++backs; }
   void goForward() override { ++forwards; }
   bool canGoBack() const override { return back; }

@@ -1,8 +1,9 @@
 #include "tests/support/Fakes.h"
 
 #include <algorithm>
+#include <utility>
 
-namespace platform = valdren::platform;
+#include "platform/base/NotificationCenter.h"
 
 namespace quorbel_tests {
 
@@ -34,8 +35,62 @@ platform::RunLoop::SourceID FakeRunLoop::addSource(platform::Seconds delay, Task
   return source;
 }
 
-void FakeRunLoop::removeSource(SourceID source) {
-  sources_.erase(source);
+std::optional<platform::Value> FakeUserDefaults::objectForKey(std::string_view key) const {
+  const auto found = values_.find(key);
+  return found == values_.end() ? std::nullopt : std::optional(found->second);
+}
+
+void FakeUserDefaults::synchronize() {
+  ++synchronizeCount_;
+  written_ = values_;
+}
+
+std::unique_ptr<platform::Timer> FakeScreen::whenSettled(std::function<void()> task) {
+  if (settlesIn >= 0) {
+    return platform::RunLoop::shared().scheduleTimer(platform::Seconds(settlesIn), std::move(task));
+  }
+  task();
+  return nullptr;
+}
+
+void FakeApplication::setStatusBarHidden(bool hidden) {
+  statusBarChanges.push_back(hidden);
+  statusBarHidden_ = hidden;
+}
+
+bool FakeApplication::canOpenURL(const platform::URL& url) const {
+  return openableURLs.contains(url.absoluteString()) ||
+         openableSchemes.contains(url.lowercaseScheme());
+}
+
+platform::BackgroundTaskID FakeApplication::beginBackgroundTask(std::function<void()> expired) {
+  if (!grantsBackgroundTasks) return 0;
+  tasks_[++lastTask_] = std::move(expired);
+  return lastTask_;
+}
+
+void FakeApplication::expireBackgroundTasks() {
+  for (auto& [task, expired] : std::exchange(tasks_, {})) {
+    if (expired) expired();
+  }
+}
+
+void FakeApplication::post(const char* notice) {
+  platform::NotificationCenter::defaultCenter().postNotificationName(notice, this);
+}
+
+void FakeApplication::enterBackground() {
+  state = platform::ApplicationState::Inactive;
+  post(platform::kApplicationWillResignActive);
+  state = platform::ApplicationState::Background;
+  post(platform::kApplicationDidEnterBackground);
+}
+
+void FakeApplication::enterForeground() {
+  state = platform::ApplicationState::Inactive;
+  post(platform::kApplicationWillEnterForeground);
+  state = platform::ApplicationState::Active;
+  post(platform::kApplicationDidBecomeActive);
 }
 
 }  // namespace quorbel_tests

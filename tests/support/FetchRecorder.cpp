@@ -2,9 +2,13 @@
 
 #include "tests/support/Loop.h"
 
-namespace platform = valdren::platform;
-
 namespace quorbel_tests {
+
+bool FetchRecorder::start(const platform::URLRequest& request) {
+  connection = platform::URLLoading::shared().makeConnection(request, this);
+  if (connection) connection->start();
+  return connection != nullptr;
+}
 
 bool FetchRecorder::fetch(const platform::URLRequest& request) {
   return start(request) && runUntil([this] { return isOver(); }, 30);
@@ -23,26 +27,10 @@ void FetchRecorder::connectionWillSendRequest(platform::URLConnection&,
   note(redirectResponse ? "redirect" : "send");
 }
 
-void FetchRecorder::connectionDidReceiveResponse(platform::URLConnection&,
-                                                 const platform::URLResponse& received) {
-  response = received;
-  note("response");
-}
-
 void FetchRecorder::connectionDidReceiveData(platform::URLConnection&, std::string_view data) {
   bodySize += data.size();
   if (keepsBody) body += data;
   note("data");
-}
-
-void FetchRecorder::connectionDidFinishLoading(platform::URLConnection&) {
-  finished = true;
-  note("finish");
-}
-
-void FetchRecorder::connectionDidFail(platform::URLConnection&, const platform::Error& failure) {
-  error = failure;
-  note("fail");
 }
 
 }  // namespace quorbel_tests

@@ -16,11 +16,7 @@ namespace quorbel_tests {
 class FetchRecorder final : public platform::URLConnectionDelegate {
  public:
   /// Starts a fetch; false when it cannot be made.
-  bool start(const platform::URLRequest& request) {
-    connection = platform::URLLoading::shared().makeConnection(request, this);
-    if (connection) connection->start();
-    return connection != nullptr;
-  }
+  bool start(const platform::URLRequest& request);
   bool start(const platform::URL& url) { return start(platform::URLRequest{url}); }
   /// Starts a fetch and runs the main loop to its end; false when it takes too long.
   bool fetch(const platform::URLRequest& request);
@@ -38,19 +34,28 @@ class FetchRecorder final : public platform::URLConnectionDelegate {
   /// Whether `body` is stored; its size is always counted.
   bool keepsBody = true;
   std::size_t bodySize = 0;
+  bool finished = false;
   std::optional<platform::Error> error;
   bool isOver() const { return finished || error; }
-  bool finished = false;
   /// 0 without an error.
   int errorCode() const { return error ? error->code : 0; }
 
   void connectionWillSendRequest(platform::URLConnection&, const platform::URLRequest& request,
                                  const platform::URLResponse* redirectResponse) override;
   void connectionDidReceiveResponse(platform::URLConnection&,
-                                    const platform::URLResponse& response) override;
+                                    const platform::URLResponse& received) override {
+    response = received;
+    note("response");
+  }
   void connectionDidReceiveData(platform::URLConnection&, std::string_view data) override;
-  void connectionDidFinishLoading(platform::URLConnection&) override;
-  void connectionDidFail(platform::URLConnection&, const platform::Error& error) override;
+  void connectionDidFinishLoading(platform::URLConnection&) override {
+    finished = true;
+    note("finish");
+  }
+  void connectionDidFail(platform::URLConnection&, const platform::Error& failure) override {
+    error = failure;
+    note("fail");
+  }
 
  private:
   void note(const std::string& event);

@@ -13,47 +13,17 @@
 #include "ads/loading/VADLaunchObserver.h"
 #include "ads/loading/VADObjectPrivate.h"
 #include "ads/request/VADConfiguration.h"
-#include "ads/request/VADRequestError.h"
 #include "ads/support/VADPrivateUtilities.h"
-#include "ads/telemetry/VADStatistics.h"
 #include "ads/web/VADWebView.h"
 #include "platform/storage/Folders.h"
-#include "tests/support/FakeApplication.h"
-#include "tests/support/FakeDevice.h"
-#include "tests/support/FakeURLLoading.h"
-#include "tests/support/FakeUserDefaults.h"
-#include "tests/support/FakeWebEngine.h"
-#include "tests/support/Fakes.h"
+#include "tests/support/FakeMachine.h"
 #include "tests/support/LogLines.h"
-
-namespace platform = valdren::platform;
+#include "tests/support/PublisherRecord.h"
 
 namespace quorbel_tests {
 
-/// Records the publisher's callbacks: "received", "failed 2" and so on.
-class BannerRecord final : public valdren::VADBannerViewDelegate {
- public:
-  ~BannerRecord() { invalidateWeakReferences(); }
-  void adViewDidReceiveAd(valdren::VADBannerView&) override { add("received"); }
-  void adViewDidFailToReceiveAdWithError(valdren::VADBannerView&,
-                                         const valdren::VADRequestError& error) override {
-    add("failed " + std::to_string(error.code()));
-  }
-
-  std::vector<std::string> take() { return std::exchange(events_, {}); }
-  /// Called after each recorded event.
-  std::function<void()> onEvent;
-
- private:
-  void add(std::string event) {
-    events_.push_back(std::move(event));
-    if (const auto kept = onEvent) kept();
-  }
-  std::vector<std::string> events_;
-};
-
 /// Needs a display.
-class LoaderTest : public ::testing::Test {
+class LoaderTest : public ::testing::Test, protected FakeMachine {
  protected:
   using Events = std::vector<std::string>;
   static constexpr const char* kScript = "function URVO_buildAdURL(p) { p.done = true; }";
@@ -64,14 +34,9 @@ class LoaderTest : public ::testing::Test {
     // Named, so that nothing is said of its lack.
     using valdren::VADConfiguration;
     VADConfiguration::setAdServerBaseURL(VADConfiguration::adServerBaseURL());
-    valdren::VADStatistics::releaseSharedStatistics();
     valdren::VADLaunchObserver::shared().reset();
     clearCaches();
     makeBanner();
-  }
-  ~LoaderTest() override {
-    banner.reset();
-    valdren::VADStatistics::releaseSharedStatistics();
   }
 
   static void clearCaches() {
@@ -108,6 +73,13 @@ class LoaderTest : public ::testing::Test {
     fetches.last().answer(200, headers, body);
   }
 
+  /// From the script's page to the ad's.
+  void showNextAd(const platform::Headers& headers = {}) {
+    scriptGivesURL();
+    answerAd(headers);
+    adPage().finish();
+  }
+
   /// Brings a banner without cached script from `load` to one of the states 1, 3, 4, 5 and 6.
   void bringTo(valdren::VADState wanted, const platform::Headers& headers = {}) {
     load();
@@ -120,18 +92,9 @@ class LoaderTest : public ::testing::Test {
     ASSERT_EQ(state(), wanted);
   }
 
-  FakeWebEngines engines;  // outlives the views that wait in the loop
-  FakeClock clock;
-  FakeRunLoop loop{&clock};
-  FakeUserDefaults defaults;
-  FakeApplication application;
-  FakeDevice device;
-  FakeScreen display;
-  FakeAudioSession audio;
-  FakeURLLoading fetches;
   LogLines log;
   std::shared_ptr<platform::ViewController> screen = std::make_shared<platform::ViewController>();
-  BannerRecord record;
+  PublisherRecord record;
   std::shared_ptr<valdren::VADBannerView> banner;
 };
 

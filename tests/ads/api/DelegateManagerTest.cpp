@@ -6,69 +6,17 @@
 #include <thread>
 
 #include "ads/api/VADBannerView.h"
-#include "platform/application/ApplicationMain.h"
 #include "platform/base/RunLoop.h"
 #include "tests/support/Loop.h"
+#include "tests/support/PublisherRecord.h"
 
 namespace platform = valdren::platform;
 
 namespace {
 
 using namespace valdren;
+using quorbel_tests::PublisherRecord;
 using quorbel_tests::runUntil;
-
-/// Records the calls and runs `meanwhile` in one of them.
-class Publisher final : public VADBannerViewDelegate, public VADInterstitialDelegate {
- public:
-  explicit Publisher(std::string* heard, std::string name = "")
-      : heard_(heard), name_(std::move(name)) {}
-
-  std::function<void()> meanwhile;
-  /// The only selector that it responds to; empty for all.
-  std::string only;
-  VADInterstitial* interstitial = nullptr;
-
-  void adViewDidReceiveAd(VADBannerView&) override { note("didReceiveAd"); }
-  void adViewDidFailToReceiveAdWithError(VADBannerView&, const VADRequestError& error) override {
-    note("didFail" + std::to_string(error.code()));
-  }
-  void adViewWillPresentScreen(VADBannerView&) override { note("willPresent"); }
-  void adViewWillDismissScreen(VADBannerView&) override { note("willDismiss"); }
-  void adViewDidDismissScreen(VADBannerView&) override { note("didDismiss"); }
-  void adViewWillLeaveApplication(VADBannerView&) override { note("willLeave"); }
-
-  void interstitialDidReceiveAd(VADInterstitial* sender) override { note("didReceiveAd", sender); }
-  void interstitialDidFailToReceiveAdWithError(VADInterstitial* sender,
-                                               const VADRequestError& error) override {
-    note("didFail" + std::to_string(error.code()), sender);
-  }
-  void interstitialWillPresentScreen(VADInterstitial* sender) override {
-    note("willPresent", sender);
-  }
-  void interstitialWillDismissScreen(VADInterstitial* sender) override {
-    note("willDismiss", sender);
-  }
-  void interstitialDidDismissScreen(VADInterstitial* sender) override {
-    note("didDismiss", sender);
-  }
-  void interstitialWillLeaveApplication(VADInterstitial* sender) override {
-    note("willLeave", sender);
-  }
-
-  bool respondsToSelector(std::string_view selector) const override {
-    return only.empty() || selector == only;
-  }
-
- private:
-  void note(const std::string& what, VADInterstitial* sender = nullptr) {
-    interstitial = sender;
-    *heard_ += name_ + what + (platform::RunLoop::shared().isMainThread() ? ";" : " elsewhere;");
-    if (meanwhile) std::exchange(meanwhile, nullptr)();
-  }
-
-  std::string* heard_;
-  std::string name_;
-};
 
 /// Acts like the main thread's loop for another thread, with work that runs before the task.
 class BusyRunLoop final : public platform::RunLoop {
@@ -98,107 +46,94 @@ void raiseEverything(VADDelegateManager& manager) {
 }
 
 constexpr const char* kEverything =
-    "didReceiveAd;didFail2;willPresent;willDismiss;didDismiss;willLeave;";
+    "received;failed 2;will present;will dismiss;did dismiss;will leave;";
 
 class DelegateManager : public testing::Test {
  protected:
   void SetUp() override {
-    if (!platform::hasDisplay()) GTEST_SKIP() << "views need a display";
     banner_ = std::make_shared<VADBannerView>();
+    manager_ = std::make_shared<VADDelegateManager>();
     manager_->setAdView(banner_.get());
+  }
+
+  /// A delegate that writes what it hears after its name.
+  std::unique_ptr<PublisherRecord> publisher(const std::string& name = "") {
+    auto made = std::make_unique<PublisherRecord>();
+    made->onEvent = [this, name](const std::string& event) {
+      heard_ += name + event + (platform::RunLoop::shared().isMainThread() ? ";" : " elsewhere;");
+    };
+    return made;
   }
 
   std::string heard_;
   std::shared_ptr<VADBannerView> banner_;
-  std::shared_ptr<VADDelegateManager> manager_ = std::make_shared<VADDelegateManager>();
+  std::shared_ptr<VADDelegateManager> manager_;
 };
 
-TEST_F(DelegateManager, ABannersDelegateHearsEverything) {
-  Publisher publisher(&heard_);
-  manager_->setBannerDelegate(&publisher);
+TEST_F(DelegateManager, ABannersDelegateHearsEverythingThatItWants) {
+  const auto banner = publisher();
+  manager_->setBannerDelegate(banner.get());
   raiseEverything(*manager_);
   EXPECT_EQ(heard_, kEverything);
-}
-
-TEST_F(DelegateManager, ADelegateHearsOnlyWhatItWants) {
-  Publisher publisher(&heard_);
-  publisher.only = "adViewDidReceiveAd:";
-  manager_->setBannerDelegate(&publisher);
-  raiseEverything(*manager_);
-  EXPECT_EQ(heard_, "didReceiveAd;");
+  std::string oneByOne;
   for (const char* selector :
        {"adViewDidReceiveAd:", "adView:didFailToReceiveAdWithError:", "adViewWillPresentScreen:",
         "adViewWillDismissScreen:", "adViewDidDismissScreen:", "adViewWillLeaveApplication:"}) {
     heard_.clear();
-    publisher.only = selector;
+    banner->only = selector;
     raiseEverything(*manager_);
-    EXPECT_EQ(std::count(heard_.begin(), heard_.end(), ';'), 1) << selector;
+    oneByOne += heard_;
   }
+  EXPECT_EQ(oneByOne, kEverything);
 }
 
 TEST_F(DelegateManager, TellsTheBannersThenTheInternalThenThePublishersDelegate) {
-  Publisher banner(&heard_, "banner ");
-  Publisher internal(&heard_, "internal ");
-  Publisher interstitial(&heard_, "interstitial ");
-  manager_->setBannerDelegate(&banner);
-  manager_->setInterstitialDelegate(&interstitial);
-  manager_->setSdkInterstitialDelegate(&internal);
+  const auto banner = publisher("banner ");
+  const auto internal = publisher("internal ");
+  const auto interstitial = publisher("interstitial ");
+  manager_->setBannerDelegate(banner.get());
+  manager_->setInterstitialDelegate(interstitial.get());
+  manager_->setSdkInterstitialDelegate(internal.get());
   int object = 0;
   auto* const sender = reinterpret_cast<VADInterstitial*>(&object);
   manager_->setInterstitial(sender);
   manager_->didReceiveAd();
-  EXPECT_EQ(heard_, "banner didReceiveAd;internal didReceiveAd;interstitial didReceiveAd;");
-  EXPECT_EQ(interstitial.interstitial, sender);
+  EXPECT_EQ(heard_, "banner received;internal received;interstitial received;");
+  EXPECT_EQ(interstitial->sender, sender);
   manager_->setBannerDelegate(nullptr);
   manager_->setSdkInterstitialDelegate(nullptr);
   heard_.clear();
   raiseEverything(*manager_);
   EXPECT_EQ(heard_,
-            "interstitial didReceiveAd;interstitial didFail2;interstitial willPresent;"
-            "interstitial willDismiss;interstitial didDismiss;interstitial willLeave;");
+            "interstitial received;interstitial failed 2;interstitial will present;"
+            "interstitial will dismiss;interstitial did dismiss;interstitial will leave;");
 }
 
-TEST_F(DelegateManager, ADeadDelegateIsNotCalled) {
-  auto publisher = std::make_unique<Publisher>(&heard_);
-  manager_->setBannerDelegate(publisher.get());
-  manager_->setInterstitialDelegate(publisher.get());
-  publisher.reset();
-  raiseEverything(*manager_);
-  EXPECT_EQ(heard_, "");
-  EXPECT_FALSE(manager_->bannerDelegate());
-}
-
-TEST_F(DelegateManager, ADelegateMayDestroyTheNextOneOrItself) {
-  auto banner = std::make_unique<Publisher>(&heard_, "banner ");
-  auto interstitial = std::make_unique<Publisher>(&heard_, "interstitial ");
-  manager_->setBannerDelegate(banner.get());
-  manager_->setInterstitialDelegate(interstitial.get());
-  banner->meanwhile = [&] {
-    interstitial.reset();
-    banner.reset();
-  };
-  raiseEverything(*manager_);
-  EXPECT_EQ(heard_, "banner didReceiveAd;");
-}
-
-TEST_F(DelegateManager, ADelegateMayDestroyTheBannerAndTheManager) {
-  Publisher banner(&heard_, "banner ");
-  Publisher interstitial(&heard_, "interstitial ");
-  manager_->setBannerDelegate(&banner);
-  manager_->setInterstitialDelegate(&interstitial);
-  banner.meanwhile = [&] {
-    banner_.reset();
-    manager_.reset();
-  };
-  manager_->didReceiveAd();
-  EXPECT_FALSE(manager_);
-  EXPECT_EQ(heard_, "banner didReceiveAd;interstitial didReceiveAd;")
-      << "the dispatch that was under way comes to its end";
+TEST_F(DelegateManager, ADelegateMayDestroyTheOthersItselfTheBannerAndTheManager) {
+  for (const bool othersToo : {false, true}) {
+    SetUp();
+    heard_.clear();
+    auto banner = publisher("banner ");
+    auto interstitial = publisher("interstitial ");
+    manager_->setBannerDelegate(banner.get());
+    manager_->setInterstitialDelegate(interstitial.get());
+    banner->onEvent = [&, hear = banner->onEvent](const std::string& event) {
+      hear(event);
+      if (othersToo) interstitial.reset();
+      banner.reset();
+      if (!othersToo) banner_.reset(), manager_.reset();
+    };
+    manager_->didReceiveAd();
+    EXPECT_EQ(heard_, othersToo ? "banner received;" : "banner received;interstitial received;")
+        << "the dispatch that was under way comes to its end";
+    if (othersToo) raiseEverything(*manager_);
+    EXPECT_EQ(heard_.find("will leave"), std::string::npos) << "a dead delegate was called";
+  }
 }
 
 TEST_F(DelegateManager, AnErrorFromAnotherThreadIsDeliveredHereBeforeItsCallReturns) {
-  Publisher publisher(&heard_);
-  manager_->setBannerDelegate(&publisher);
+  const auto banner = publisher();
+  manager_->setBannerDelegate(banner.get());
   std::atomic<bool> raising = false;
   std::atomic<bool> returned = false;
   std::string heardWhenItReturned;
@@ -213,13 +148,13 @@ TEST_F(DelegateManager, AnErrorFromAnotherThreadIsDeliveredHereBeforeItsCallRetu
   EXPECT_FALSE(returned) << "the main thread has not had its turn yet";
   EXPECT_TRUE(runUntil([&] { return returned.load(); }));
   other.join();
-  EXPECT_EQ(heardWhenItReturned, "didFail3;");
+  EXPECT_EQ(heardWhenItReturned, "failed 3;");
 }
 
 TEST_F(DelegateManager, OutlivesTheWaitOfAnotherThreadButADeadDelegateIsNotCalled) {
-  Publisher publisher(&heard_, "banner ");
-  auto interstitial = std::make_unique<Publisher>(&heard_, "interstitial ");
-  manager_->setBannerDelegate(&publisher);
+  const auto banner = publisher("banner ");
+  auto interstitial = publisher("interstitial ");
+  manager_->setBannerDelegate(banner.get());
   manager_->setInterstitialDelegate(interstitial.get());
   const std::weak_ptr<VADDelegateManager> manager = manager_;
   const BusyRunLoop loop([&] {
@@ -228,7 +163,7 @@ TEST_F(DelegateManager, OutlivesTheWaitOfAnotherThreadButADeadDelegateIsNotCalle
     ASSERT_FALSE(manager.expired()) << "gone before its event was delivered";
   });
   manager_->didReceiveAd();
-  EXPECT_EQ(heard_, "banner didReceiveAd;");
+  EXPECT_EQ(heard_, "banner received;");
   EXPECT_TRUE(manager.expired());
 }
 

@@ -2,10 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "ads/web/VADWebViewDelegate.h"
-#include "platform/base/NotificationCenter.h"
 #include "tests/support/LoaderTest.h"
-
-namespace platform = valdren::platform;
 
 namespace {
 
@@ -15,9 +12,29 @@ using testing::IsEmpty;
 
 class LifetimeTest : public quorbel_tests::LoaderTest {
  protected:
+  struct Case {
+    const char* name;
+    VADState state;  // in which it happens
+    std::function<void()> happens;
+  };
+  const platform::Error kCut{"test", 1, "cut"};
+
+  std::weak_ptr<VADObjectPrivate> bringTo(const Case& wanted) {
+    SCOPED_TRACE(wanted.name);
+    device.version = "12";
+    clearCaches();
+    makeBanner();
+    if (wanted.state != kVADStateIdle) {
+      LoaderTest::bringTo(wanted.state,
+                          {{"X-Urvo-Refresh-Rate", "30"},
+                           {"X-Urvo-Tracking-Urls", "http://p.test/1 http://p.test/2"}});
+    }
+    return loader();
+  }
+
   /// Destroys the banner in the publisher's next callback.
   void removeBannerWhenTold() {
-    record.onEvent = [this] {
+    record.onEvent = [this](const std::string&) {
       record.onEvent = nullptr;
       banner.reset();
     };
@@ -43,59 +60,57 @@ class LifetimeTest : public quorbel_tests::LoaderTest {
 };
 
 TEST_F(LifetimeTest, EndsInEveryState) {
-  for (const VADState last : {kVADStateIdle, kVADStateLoadingScript, kVADStateBuildingURL,
-                              kVADStateLoadingAd, kVADStateRenderingAd, kVADStateShowingAd}) {
-    SCOPED_TRACE(last);
-    clearCaches();
-    makeBanner();
-    if (last != kVADStateIdle) {
-      bringTo(last, {{"X-Urvo-Refresh-Rate", "30"},
-                     {"X-Urvo-Tracking-Urls", "http://p.test/1 http://p.test/2"}});
-    }
-    const std::weak_ptr<VADObjectPrivate> watched = loader();
-    banner.reset();
-    expectGone(watched);
-  }
-}
-
-TEST_F(LifetimeTest, EndsAfterEveryFailure) {
-  using Call = std::function<void()>;
-  const Call failures[] = {
-      [&] { fetches.last().answer(404); },
-      [&] {
-        answerScript();
-        scriptGivesURL();
-        fetches.last().fail({"test", 1, "cut"});
-      },
+  const Case cases[] = {
+      {"idle", kVADStateIdle, [] {}},
+      {"script", kVADStateLoadingScript, [] {}},
+      {"script failed", kVADStateLoadingScript, [&] { fetches.last().answer(404); }},
+      {"address", kVADStateBuildingURL, [] {}},
+      {"ad", kVADStateLoadingAd, [] {}},
+      {"ad failed", kVADStateLoadingAd, [&] { fetches.last().fail(kCut); }},
+      {"between the hops", kVADStateLoadingAd,
+       [&] { fetches.last().redirect("http://ads.test/2"); }},
+      {"rendering", kVADStateRenderingAd, [] {}},
+      {"shown", kVADStateShowingAd, [] {}},
+      {"pinged", kVADStateShowingAd, [&] { fetches.last().answer(200); }},
   };
-  for (const Call& fail : failures) {
-    clearCaches();
-    makeBanner();
-    load();
-    fail();
-    const std::weak_ptr<VADObjectPrivate> watched = loader();
+  for (const Case& each : cases) {
+    const auto watched = bringTo(each);
+    each.happens();
+    const std::size_t last = fetches.count();
+    std::shared_ptr<VADWebView> view = loader()->webView();
     banner.reset();
+    EXPECT_EQ(quorbel_tests::FakeWebEngines::of(*view).pages.back().text, "");
+    EXPECT_EQ(view->delegate(), nullptr);
+    EXPECT_EQ(view->superview(), nullptr);
+    view.reset();
+    if (last > 0) {
+      fetches.last().redirect("http://ads.test/3");
+      fetches.last().answer(200, {}, kAd);
+    }
     expectGone(watched);
   }
 }
 
 TEST_F(LifetimeTest, EndsInsideEveryCallback) {
-  struct Case {
-    const char* name;
-    VADState state;  // in which the callback happens
-    std::function<void()> happens;
-  };
   const Case cases[] = {
       {"no root view controller", kVADStateIdle,
        [&] {
          banner->setRootViewController(nullptr);
          load();
        }},
-      {"script status", kVADStateLoadingScript, [&] { fetches.last().answer(404); }},
-      {"script connection", kVADStateLoadingScript,
+      {"system too old", kVADStateIdle,
        [&] {
-         fetches.last().fail({"t", 1, "cut"});
+         device.version = "2.0";
+         load();
        }},
+      {"refresh of a system too old", kVADStateShowingAd,
+       [&] {
+         record.take();
+         device.version = "2.0";
+         loop.advance(30);
+       }},
+      {"script status", kVADStateLoadingScript, [&] { fetches.last().answer(404); }},
+      {"script connection", kVADStateLoadingScript, [&] { fetches.last().fail(kCut); }},
       {"script empty", kVADStateLoadingScript, [&] { fetches.last().answer(200); }},
       {"script errors", kVADStateBuildingURL, [&] { scriptSays("loadAdURL?errors=x"); }},
       {"script invalid", kVADStateBuildingURL, [&] { scriptSays("invalidRequest"); }},
@@ -108,14 +123,8 @@ TEST_F(LifetimeTest, EndsInsideEveryCallback) {
          fetch.redirect("http://ads.test/2", {{"X-Urvo-Refresh-Rate", "5"}});
          fetch.answer(400, {{"X-Urvo-Refresh-Rate", "5"}});
        }},
-      {"ad connection", kVADStateLoadingAd,
-       [&] {
-         fetches.last().fail({"t", 1, "cut"});
-       }},
-      {"ad empty", kVADStateLoadingAd,
-       [&] {
-         answerAd({{"X-Urvo-Refresh-Rate", "5"}}, " ");
-       }},
+      {"ad connection", kVADStateLoadingAd, [&] { fetches.last().fail(kCut); }},
+      {"ad empty", kVADStateLoadingAd, [&] { answerAd({}, " "); }},
       {"ad cannot be rendered", kVADStateRenderingAd, [&] { adPage().fail(); }},
       {"ad received", kVADStateRenderingAd, [&] { adPage().finish(); }},
       {"no answer", kVADStateBuildingURL,
@@ -128,54 +137,11 @@ TEST_F(LifetimeTest, EndsInsideEveryCallback) {
        }},
   };
   for (const Case& each : cases) {
-    SCOPED_TRACE(each.name);
-    clearCaches();
-    makeBanner();
-    if (each.state != kVADStateIdle) {
-      bringTo(each.state, {{"X-Urvo-Tracking-Urls", "http://p.test/1"}});
-    }
-    const std::weak_ptr<VADObjectPrivate> watched = loader();
+    const auto watched = bringTo(each);
     removeBannerWhenTold();
     each.happens();
     expectGone(watched);
   }
-}
-
-TEST_F(LifetimeTest, EndsWhenTheSystemIsTooOld) {
-  device.version = "2.0";
-  const std::weak_ptr<VADObjectPrivate> watched = loader();
-  removeBannerWhenTold();
-  load();
-  expectGone(watched);
-}
-
-TEST_F(LifetimeTest, EndsInTheRefresh) {
-  bringTo(kVADStateShowingAd, {{"X-Urvo-Refresh-Rate", "30"}});
-  device.version = "2.0";
-  const std::weak_ptr<VADObjectPrivate> watched = loader();
-  removeBannerWhenTold();
-  loop.advance(30);
-  expectGone(watched);
-}
-
-TEST_F(LifetimeTest, EndsBetweenTheHopsOfARedirect) {
-  bringTo(kVADStateLoadingAd);
-  auto& fetch = fetches.last();
-  fetch.redirect("http://ads.test/2");
-  const std::weak_ptr<VADObjectPrivate> watched = loader();
-  banner.reset();
-  EXPECT_TRUE(fetch.isCancelled());
-  fetch.redirect("http://ads.test/3");
-  fetch.answer(200, {}, kAd);
-  expectGone(watched);
-}
-
-TEST_F(LifetimeTest, EndsWhilePingsAndTheirCleaningUpAreUnderWay) {
-  bringTo(kVADStateShowingAd, {{"X-Urvo-Tracking-Urls", "http://p.test/1 http://p.test/2"}});
-  fetches.fetch(fetches.count() - 2).answer(200);
-  const std::weak_ptr<VADObjectPrivate> watched = loader();
-  banner.reset();
-  expectGone(watched);
 }
 
 TEST_F(LifetimeTest, EndsInTheDecisionOnANavigation) {
@@ -184,7 +150,7 @@ TEST_F(LifetimeTest, EndsInTheDecisionOnANavigation) {
                                     "mailto:a@b.test", "http://a.test/page", "tel:1"}) {
     SCOPED_TRACE(address);
     makeBanner();
-    bringTo(kVADStateShowingAd);
+    LoaderTest::bringTo(kVADStateShowingAd);
     adPage().host.hitTest({1, 1}, platform::EventType::Touches);
     clock.advance(1);
     const std::weak_ptr<VADObjectPrivate> watched = loader();
@@ -197,21 +163,9 @@ TEST_F(LifetimeTest, EndsInTheDecisionOnANavigation) {
   }
 }
 
-TEST_F(LifetimeTest, ThePageIsEmptiedWhenTheBannerEnds) {
-  bringTo(kVADStateShowingAd);
-  const std::shared_ptr<VADWebView> view = loader()->webView();
-  banner.reset();
-  EXPECT_EQ(quorbel_tests::FakeWebEngines::of(*view).pages.back().text, "");
-  EXPECT_EQ(view->delegate(), nullptr);
-  EXPECT_EQ(view->superview(), nullptr);
-}
-
 TEST_F(LifetimeTest, DoesNotCallDestroyedDelegatesAndScreens) {
-  bringTo(kVADStateRenderingAd);
-  {
-    quorbel_tests::BannerRecord shortLived;
-    banner->setDelegate(&shortLived);
-  }
+  LoaderTest::bringTo(kVADStateRenderingAd);
+  banner->setDelegate(std::make_unique<quorbel_tests::PublisherRecord>().get());
   adPage().finish();
   EXPECT_EQ(state(), kVADStateShowingAd);
   EXPECT_EQ(banner->delegate(), nullptr);
@@ -222,13 +176,11 @@ TEST_F(LifetimeTest, DoesNotCallDestroyedDelegatesAndScreens) {
 }
 
 TEST_F(LifetimeTest, TwoBannersAreIndependent) {
-  bringTo(kVADStateBuildingURL);
+  LoaderTest::bringTo(kVADStateBuildingURL);
   const auto first = banner;
   makeBanner();
   load();
-  scriptGivesURL();
-  answerAd();
-  adPage().finish();
+  showNextAd();
   EXPECT_EQ(state(), kVADStateShowingAd);
   banner = first;
   EXPECT_EQ(state(), kVADStateBuildingURL);

@@ -1,13 +1,7 @@
 // When a banner requests its next ad.
 #include <gmock/gmock.h>
 
-#include "ads/loading/VADAdURLBuilder.h"
-#include "ads/loading/VADReloadTimer.h"
-#include "ads/web/VADScreen.h"
-#include "platform/base/NotificationCenter.h"
 #include "tests/support/LoaderTest.h"
-
-namespace platform = valdren::platform;
 
 namespace {
 
@@ -45,42 +39,29 @@ TEST(VADReloadTimer, ReadsTheHeadersLeadingNumber) {
   }
 }
 
-TEST_F(RefreshTest, FollowsTheHeader) {
+TEST_F(RefreshTest, FollowsTheHeaderAndKeepsItForAnswersWithoutOne) {
+  showAd("");
+  expectNoRefresh();
+  makeBanner();
   showAd("30");
   expectRefreshAfter(30);
   EXPECT_FALSE(banner->hasAutoRefreshed());
-  EXPECT_EQ(loader()->request()->counter(), 2);
-}
-
-TEST_F(RefreshTest, NeverComesWithoutAHeader) {
-  showAd("");
-  expectNoRefresh();
-}
-
-TEST_F(RefreshTest, KeepsTheLastIntervalForAnswersWithoutOne) {
-  showAd("30");
-  loop.advance(30);
-  scriptGivesURL();
-  answerAd();
-  adPage().finish();
+  EXPECT_EQ(loader()->request()->counter(), 3);
+  showNextAd();
   expectRefreshAfter(30);
+  makeBanner();
+  showAd("-1");
+  loop.advance(0);
+  EXPECT_EQ(state(), kVADStateBuildingURL);
 }
 
 TEST_F(RefreshTest, IsStoppedByZeroUntilTheApplicationReturns) {
   showAd("30");
   loop.advance(30);
-  scriptGivesURL();
-  answerAd({{"X-Urvo-Refresh-Rate", "none"}});
-  adPage().finish();
+  showNextAd({{"X-Urvo-Refresh-Rate", "none"}});
   expectNoRefresh();
   application.enterForeground();
   expectRefreshAfter(30);
-}
-
-TEST_F(RefreshTest, ComesAtOnceForANegativeInterval) {
-  showAd("-1");
-  loop.advance(0);
-  EXPECT_EQ(state(), kVADStateBuildingURL);
 }
 
 TEST_F(RefreshTest, IsSetByFailedAndEmptyAnswersToo) {
@@ -95,8 +76,7 @@ TEST_F(RefreshTest, IsSetByFailedAndEmptyAnswersToo) {
 }
 
 TEST_F(RefreshTest, StartsAnewAfterTheBackgroundAndAfterFullScreens) {
-  using Call = std::function<void()>;
-  const std::pair<Call, Call> interruptions[] = {
+  const std::pair<std::function<void()>, std::function<void()>> interruptions[] = {
       {[this] { application.enterBackground(); }, [this] { application.enterForeground(); }},
       {[] { post(kVADViewControllerWillPresentFullScreen); },
        [] { post(kVADViewControllerDidRelinquishFullScreen); }},
@@ -119,11 +99,8 @@ TEST_F(RefreshTest, WatchesTheActiveStateOnSystemsWithoutBackground) {
   showAd("30");
   application.post(platform::kApplicationDidEnterBackground);
   application.post(platform::kApplicationWillResignActive);
-  loop.advance(1000);
-  EXPECT_EQ(state(), kVADStateShowingAd);
   application.post(platform::kApplicationWillEnterForeground);
-  loop.advance(1000);
-  EXPECT_EQ(state(), kVADStateShowingAd);
+  expectNoRefresh();
   application.post(platform::kApplicationDidBecomeActive);
   expectRefreshAfter(30);
 }
@@ -134,9 +111,7 @@ TEST_F(RefreshTest, IsPutOffByItsIntervalAtABadTime) {
   EXPECT_EQ(state(), kVADStateRenderingAd);
   adPage().finish();
   expectRefreshAfter(5);
-  scriptGivesURL();
-  answerAd();
-  adPage().finish();
+  showNextAd();
   application.post(platform::kApplicationDidFinishLaunching);
   application.state = platform::ApplicationState::Inactive;
   loop.advance(15);
@@ -186,9 +161,7 @@ TEST_F(RefreshTest, OutlivesWhateverEndsARequest) {
     for (int second = 0; second < 100 && !loader()->isMakingRequest(); ++second) loop.advance(1);
     EXPECT_EQ(state(), each.next);
     if (state() == kVADStateLoadingScript) answerScript();
-    scriptGivesURL();
-    answerAd();
-    adPage().finish();
+    showNextAd();
     EXPECT_THAT(record.take(), testing::ElementsAre("received"));
   }
 }

@@ -2,10 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "ads/web/VADScreen.h"
 #include "tests/support/LoaderTest.h"
-
-namespace platform = valdren::platform;
 
 namespace {
 
@@ -26,19 +23,16 @@ std::vector<std::string> urlsIn(const std::string& value) {
   return texts(urls);
 }
 
-TEST(VADResponseHeaders, SplitsLists) {
+TEST(VADResponseHeaders, SplitsAndBoundsLists) {
   EXPECT_THAT(urlsIn("http://a/  http://b/\t   http://c/ "),
               ElementsAre("http://a/", "http://b/", "http://c/"));
   EXPECT_THAT(urlsIn("http://a/ ht\x01tp http://[ %zz http://b/"),
               ElementsAre("http://a/", "http://b/"));
   EXPECT_THAT(urlsIn("   "), IsEmpty());
   EXPECT_THAT(urlsIn(""), IsEmpty());
-}
-
-TEST(VADResponseHeaders, BoundsLists) {
-  std::string value;
-  for (std::size_t number = 0; number < 3 * kVADMostTrackingURLs; ++number) value += "http://a/ ";
-  EXPECT_EQ(urlsIn(value).size(), kVADMostTrackingURLs);
+  std::string many;
+  for (std::size_t number = 0; number < 3 * kVADMostTrackingURLs; ++number) many += "http://a/ ";
+  EXPECT_EQ(urlsIn(many).size(), kVADMostTrackingURLs);
 }
 
 class VADResponseHeadersTest : public quorbel_tests::LoaderTest {};

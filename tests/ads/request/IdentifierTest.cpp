@@ -6,12 +6,9 @@
 #include "ads/request/VADIdentifierUtilities.h"
 #include "platform/base/Json.h"
 #include "platform/storage/Bundle.h"
-#include "tests/support/FakeApplication.h"
-#include "tests/support/FakeDevice.h"
+#include "tests/support/FakeMachine.h"
 #include "tests/support/Printing.h"
 #include "tests/support/Process.h"
-
-namespace platform = valdren::platform;
 
 namespace {
 
@@ -23,7 +20,7 @@ using quorbel_tests::TemporaryFolder;
 using quorbel_tests::writeFile;
 using valdren::VADIdentifierUtilities;
 
-class Identifier : public testing::Test {
+class Identifier : public testing::Test, protected quorbel_tests::FakeMachine {
  protected:
   Identifier() { platform::Bundle::main().setIdentifier("com.example.app"); }
   ~Identifier() override {
@@ -39,16 +36,12 @@ class Identifier : public testing::Test {
 
   TemporaryFolder home_;
   ScopedVariable documents_{"XDG_DOCUMENTS_DIR", home_.file("Documents").c_str()};
-  quorbel_tests::FakeDevice device_;
-  quorbel_tests::FakeScreen screen_;
-  quorbel_tests::FakeAudioSession audio_;
-  quorbel_tests::FakeApplication application_;
 };
 
 TEST_F(Identifier, TellsEverythingInTheRightForm) {
   platform::Bundle::main().setVersion("1.0");
   const std::string digest =
-      quorbel_tests::run("md5sum | tr a-f A-F", device_.identifier).output.substr(0, 32);
+      quorbel_tests::run("md5sum | tr a-f A-F", device.identifier).output.substr(0, 32);
   EXPECT_EQ(VADIdentifierUtilities().parameters(),
             (Dictionary{{"ios_metadata", Dictionary{}},
                         {"app_name", "1.0.iphone.com.example.app"},
@@ -63,49 +56,40 @@ TEST_F(Identifier, TellsEverythingInTheRightForm) {
                         {"u_h", "480"}}));
 }
 
-TEST_F(Identifier, LeavesOutWhatHasNoValue) {
-  device_.languages.clear();
-  screen_.scaleFactor.reset();
+TEST_F(Identifier, LeavesOutWhatHasNoValueAndSaysWhenAPhoneApplicationRunsOnATablet) {
+  device.languages.clear();
+  display.scaleFactor.reset();
   EXPECT_EQ(value("hl"), "(none)");
   EXPECT_EQ(value("u_sd"), "1");
   EXPECT_EQ(value("app_name"), "iphone.com.example.app");
-  EXPECT_EQ(value("ios_ipadc"), "(none)");
-  EXPECT_EQ(value("ios_jb"), "(none)");
-  EXPECT_EQ(value("cap_bs"), "(none)");
-}
-
-TEST_F(Identifier, APhoneApplicationOnATabletSaysSo) {
-  const struct {
-    const char* model;
-    std::optional<InterfaceIdiom> idiom;
-    const char* sent;
-  } cases[] = {{"iPad", InterfaceIdiom::Phone, "1"},
-               {"iPad", std::nullopt, "1"},
-               {"iPad", InterfaceIdiom::Tablet, "(none)"},
-               {"iPad2", InterfaceIdiom::Phone, "(none)"}};
-  for (const auto& each : cases) {
-    device_.modelName = each.model;
-    device_.idiom = each.idiom;
-    EXPECT_EQ(value("ios_ipadc"), each.sent) << each.model;
+  const std::tuple<const char*, std::optional<InterfaceIdiom>, const char*> cases[] = {
+      {"iPad", InterfaceIdiom::Phone, "1"},
+      {"iPad", std::nullopt, "1"},
+      {"iPad", InterfaceIdiom::Tablet, "(none)"},
+      {"iPad2", InterfaceIdiom::Phone, "(none)"}};
+  for (const auto& [model, idiom, sent] : cases) {
+    device.modelName = model;
+    device.idiom = idiom;
+    EXPECT_EQ(value("ios_ipadc"), sent) << model;
   }
 }
 
 TEST_F(Identifier, ReadsWhatMayChangeAfreshAndKeepsTheRest) {
   VADIdentifierUtilities utilities;
   Dictionary former = utilities.parameters();
-  device_.identifier = "another";
-  device_.machineName = "riscv64";
-  device_.languages = {"de"};
-  device_.superuser = true;
+  device.identifier = "another";
+  device.machineName = "riscv64";
+  device.languages = {"de"};
+  device.superuser = true;
   writeFile(home_.file("iTunesMetadata.plist"), "<plist><dict><key>k</key><true/></dict></plist>");
   EXPECT_EQ(utilities.parameters(), former) << "what was kept was read again";
 
-  screen_.scaleFactor = 1.5;
-  screen_.frame = {0, 0, 1024.5, 700};
-  application_.orientation = InterfaceOrientation::LandscapeLeft;
-  application_.setStatusBarHidden(true);
-  audio_.currentRoute = std::optional<std::string>("Headphone");
-  application_.openableSchemes = {"kindle"};
+  display.scaleFactor = 1.5;
+  display.frame = {0, 0, 1024.5, 700};
+  application.orientation = InterfaceOrientation::LandscapeLeft;
+  application.setStatusBarHidden(true);
+  audio.currentRoute = std::optional<std::string>("Headphone");
+  application.openableSchemes = {"kindle"};
   former.set("u_sd", "1.5");
   former.set("u_w", "1024.5");
   former.set("u_h", "700");
@@ -117,17 +101,18 @@ TEST_F(Identifier, ReadsWhatMayChangeAfreshAndKeepsTheRest) {
 }
 
 TEST_F(Identifier, KnowsWhichBookReadersAreThere) {
-  application_.openableSchemes = {"itms-books"};
+  application.openableSchemes = {"itms-books"};
   EXPECT_EQ(value("cap_bs"), "1");
-  application_.openableURLs = {"kindle://home"};
+  application.openableURLs = {"kindle://home"};
   EXPECT_EQ(value("cap_bs"), "3");
-  const std::vector<std::string> asked = {"kindle://home", "kindle://x", "not a url",
-                                          "itms-books:", std::string("kindle://home\0", 14)};
-  EXPECT_EQ(VADIdentifierUtilities().canOpenURLs(asked), (Dictionary{{asked[0], true},
-                                                                     {asked[1], false},
-                                                                     {asked[2], false},
-                                                                     {asked[3], true},
-                                                                     {asked[4], false}}));
+  const Dictionary answers{{"kindle://home", true},
+                           {"kindle://x", false},
+                           {"not a url", false},
+                           {"itms-books:", true},
+                           {std::string("kindle://home\0", 14), false}};
+  std::vector<std::string> asked;
+  for (const auto& [url, opens] : answers) asked.push_back(url);
+  EXPECT_EQ(VADIdentifierUtilities().canOpenURLs(asked), answers);
 }
 
 TEST_F(Identifier, TellsWhereSoundGoes) {
@@ -137,54 +122,48 @@ TEST_F(Identifier, TellsWhereSoundGoes) {
   const platform::Result<> done;
   const Error already{AudioSession::kErrorDomain, AudioSession::kAlreadyInitialized, ""};
   const Error noServer{AudioSession::kErrorDomain, AudioSession::kNoServer, ""};
-  const struct {
-    const char* what;
-    platform::Result<> initialized;
-    platform::Result<Name> route;
-    int code;
-  } cases[] = {
-      {"speaker", done, Name("Speaker"), 1},
-      {"headphone", done, Name("Headphone"), 2},
-      {"headset", done, Name("Headset"), 2},
-      {"small letters", done, Name("headset"), 5},
-      {"longer", done, Name("HeadphonesAndMicrophone"), 5},
-      {"line", done, Name("LineOut"), 5},
-      {"empty", done, Name(""), 3},
-      {"none", done, Name(), 1},
-      {"no route", done, noServer, 1},
-      {"initialized before", already, Name("Headset"), 2},
-      {"no server", noServer, Name("Headset"), 1},
+  const std::tuple<platform::Result<>, platform::Result<Name>, int> cases[] = {
+      {done, Name("Speaker"), 1},
+      {done, Name("Headphone"), 2},
+      {done, Name("Headset"), 2},
+      {done, Name("HeadphonesAndMicrophone"), 5},
+      {done, Name("headset"), 5},
+      {done, Name(""), 3},
+      {done, Name(), 1},
+      {done, noServer, 1},
+      {already, Name("Headset"), 2},
+      {noServer, Name("Headset"), 1},
   };
-  for (const auto& each : cases) {
-    audio_.initialized = each.initialized;
-    audio_.currentRoute = each.route;
-    EXPECT_EQ(VADIdentifierUtilities().audioRoute(), each.code) << each.what;
+  for (const auto& [initialized, route, code] : cases) {
+    audio.initialized = initialized;
+    audio.currentRoute = route;
+    EXPECT_EQ(VADIdentifierUtilities().audioRoute(), code)
+        << (route ? route->value_or("none") : "no server");
   }
 }
 
 TEST_F(Identifier, TakesTheSystemsVersionApart) {
-  const struct {
-    const char* version;
-    int major, minor, bugFix;
-  } cases[] = {
-      {"4.3", 4, 3, 0},     {"12", 12, 0, 0},
-      {"2.2.1", 2, 2, 1},   {"", 0, 0, 0},
-      {"6.1.2.9", 6, 1, 2}, {"x.5b.", 0, 5, 0},
-      {"..7", 0, 0, 7},     {"99999999999.1", INT_MAX, 1, 0},
-  };
-  for (const auto& each : cases) {
-    device_.version = each.version;
-    int major = -1, minor = -1, bugFix = -1;
-    VADIdentifierUtilities::getOSMajor(&major, &minor, &bugFix);
-    EXPECT_EQ(std::tie(major, minor, bugFix), std::tie(each.major, each.minor, each.bugFix))
-        << each.version;
-    EXPECT_TRUE(VADIdentifierUtilities::isOSAtLeastMajor(each.major, each.minor, each.bugFix));
-    EXPECT_FALSE(VADIdentifierUtilities::isOSAtLeastMajor(each.major, each.minor, each.bugFix + 1));
-    EXPECT_FALSE(VADIdentifierUtilities::isOSAtLeastMajor(each.major, each.minor + 1, 0));
-    EXPECT_TRUE(VADIdentifierUtilities::isOSAtLeastMajor(each.major - 1, 99, 99));
+  const std::tuple<const char*, int, int, int> cases[] = {{"12", 12, 0, 0},
+                                                          {"2.2.1", 2, 2, 1},
+                                                          {"", 0, 0, 0},
+                                                          {"6.1.2.9", 6, 1, 2},
+                                                          {"x.5b.", 0, 5, 0},
+                                                          {"..7", 0, 0, 7},
+                                                          {"99999999999.1", INT_MAX, 1, 0}};
+  for (const auto& [version, wantedMajor, wantedMinor, wantedBug] : cases) {
+    device.version = version;
+    int major = -1, minor = -1, bug = -1;
+    VADIdentifierUtilities::getOSMajor(&major, &minor, &bug);
+    EXPECT_EQ(std::tie(major, minor, bug), std::tie(wantedMajor, wantedMinor, wantedBug))
+        << version;
+    const auto isAtLeast = VADIdentifierUtilities::isOSAtLeastMajor;
+    EXPECT_TRUE(isAtLeast(major, minor, bug));
+    EXPECT_FALSE(isAtLeast(major, minor, bug + 1));
+    EXPECT_FALSE(isAtLeast(major, minor + 1, 0));
+    EXPECT_TRUE(isAtLeast(major - 1, 99, 99));
   }
   int minor = -1;
-  device_.version = "4.3";
+  device.version = "4.3";
   VADIdentifierUtilities::getOSMajor(nullptr, &minor, nullptr);
   EXPECT_EQ(minor, 3);
 }
@@ -193,10 +172,10 @@ TEST_F(Identifier, StoreMetadataIsADictionaryWhateverTheFileHolds) {
   const std::string file = home_.file("iTunesMetadata.plist");
   const auto metadata = [] { return VADIdentifierUtilities().iTunesMetadata(); };
   EXPECT_TRUE(metadata().empty()) << "there is no file";
-  writeFile(file, "<plist><array><true/></array></plist>");
-  EXPECT_TRUE(metadata().empty()) << "an array";
-  writeFile(file, "damaged");
-  EXPECT_TRUE(metadata().empty());
+  for (const char* content : {"<plist><array><true/></array></plist>", "damaged"}) {
+    writeFile(file, content);
+    EXPECT_TRUE(metadata().empty()) << content;
+  }
   writeFile(file,
             "<plist><dict><key>itemId</key><integer>7</integer><key>x</key><real>nan</real>"
             "<key>bad</key><string>\xff</string></dict></plist>");

@@ -2,45 +2,35 @@
 
 #include <gtest/gtest.h>
 
-namespace platform = valdren::platform;
-
 namespace {
 
+namespace platform = valdren::platform;
 using platform::kReachabilityFlagsIsWWAN;
 using platform::kReachabilityFlagsReachable;
 using valdren::VADNetworkChecker;
 
-/// A reachability service that records its calls.
+/// Watches no host, or makes `targets` targets that report what a test gives to `callback`.
 class FakeReachability final : public platform::Reachability {
  public:
   std::unique_ptr<platform::ReachabilityTarget> createWithName(const std::string& host) override {
-    calls += "create;";
-    this->host = host;
+    EXPECT_FALSE(host.empty());
     if (fails) return nullptr;
+    ++targets;
     return std::make_unique<Target>(*this);
   }
 
   bool fails = false;
-  std::string host;
-  std::string calls;
+  int targets = 0;
+  bool isScheduled = false;
   platform::ReachabilityTarget::Callback callback;
 
  private:
-  class Target final : public platform::ReachabilityTarget {
-   public:
-    explicit Target(FakeReachability& owner) : owner_(owner) {}
-    ~Target() override {
-      owner_.calls += "release;";
-      owner_.callback = nullptr;
-    }
-    void scheduleOnMainRunLoop() override { owner_.calls += "schedule;"; }
-    void setCallback(Callback callback) override {
-      owner_.calls += "callback;";
-      owner_.callback = std::move(callback);
-    }
-
-   private:
-    FakeReachability& owner_;
+  struct Target final : platform::ReachabilityTarget {
+    explicit Target(FakeReachability& owner) : owner(owner) {}
+    ~Target() override { owner.callback = nullptr; }
+    void scheduleOnMainRunLoop() override { owner.isScheduled = true; }
+    void setCallback(Callback callback) override { owner.callback = std::move(callback); }
+    FakeReachability& owner;
   };
 
   Replacement replacement_{*this};
@@ -50,16 +40,11 @@ TEST(NetworkChecker, TellsTheTypeFromTheFlagsLastReported) {
   FakeReachability service;
   VADNetworkChecker checker;
   checker.setEnabled(true);
-  EXPECT_EQ(service.calls, "create;schedule;callback;");
-  EXPECT_FALSE(service.host.empty());
+  ASSERT_TRUE(service.isScheduled);
   EXPECT_EQ(checker.networkType(), 0u);
   EXPECT_FALSE(checker.networkTypeString());
 
-  const struct {
-    std::uint32_t flags;
-    std::uint32_t type;
-    std::optional<std::string> text;
-  } cases[] = {
+  const std::tuple<std::uint32_t, std::uint32_t, std::optional<std::string>> cases[] = {
       {kReachabilityFlagsReachable, 2, "wi"},
       {kReachabilityFlagsReachable | kReachabilityFlagsIsWWAN, 3, "ed"},
       {kReachabilityFlagsIsWWAN, 1, std::nullopt},
@@ -67,49 +52,39 @@ TEST(NetworkChecker, TellsTheTypeFromTheFlagsLastReported) {
       {0, 1, std::nullopt},
   };
   std::uint32_t changes = 0;
-  for (const auto& each : cases) {
-    service.callback(each.flags);
-    EXPECT_EQ(checker.networkType(), each.type);
-    EXPECT_EQ(checker.networkTypeString(), each.text);
+  for (const auto& [flags, type, text] : cases) {
+    service.callback(flags);
+    EXPECT_EQ(checker.networkType(), type);
+    EXPECT_EQ(checker.networkTypeString(), text);
     EXPECT_EQ(checker.changeCount(), ++changes);
   }
 }
 
-TEST(NetworkChecker, StartsAndStopsOnce) {
-  FakeReachability service;
-  VADNetworkChecker checker;
-  checker.stopNetworkChecking();
-  checker.setEnabled(false);
-  EXPECT_EQ(service.calls, "");
-
-  checker.setEnabled(true);
-  service.callback(kReachabilityFlagsReachable);
-  checker.setEnabled(true);
-  EXPECT_EQ(checker.networkType(), 2u) << "enabling an enabled checker forgot the type";
-  checker.startNetworkChecking();
-  EXPECT_EQ(checker.networkType(), 0u);
-  EXPECT_EQ(service.calls, "create;schedule;callback;") << "a second target was made";
-
-  service.callback(kReachabilityFlagsReachable);
-  checker.setEnabled(false);
-  EXPECT_FALSE(checker.isEnabled());
-  EXPECT_EQ(checker.networkType(), 0u);
-  EXPECT_EQ(checker.changeCount(), 2u);
-  EXPECT_EQ(service.calls, "create;schedule;callback;release;");
-  { VADNetworkChecker().setEnabled(true); }
-  EXPECT_TRUE(service.calls.ends_with("release;")) << "it goes on watching without a checker";
-}
-
-TEST(NetworkChecker, StaysDisabledWhenTheHostCannotBeWatched) {
+TEST(NetworkChecker, WatchesOnceFromItsStartToItsEnd) {
   FakeReachability service;
   service.fails = true;
   VADNetworkChecker checker;
   checker.setEnabled(true);
   EXPECT_FALSE(checker.isEnabled());
-  EXPECT_FALSE(checker.networkTypeString());
+  checker.setEnabled(false);
   service.fails = false;
   checker.setEnabled(true);
   EXPECT_TRUE(checker.isEnabled());
+  service.callback(kReachabilityFlagsReachable);
+  checker.setEnabled(true);
+  EXPECT_EQ(checker.networkType(), 2u) << "enabling an enabled checker forgot the type";
+  checker.startNetworkChecking();
+  EXPECT_EQ(checker.networkType(), 0u);
+  EXPECT_EQ(service.targets, 1);
+
+  service.callback(kReachabilityFlagsReachable);
+  checker.setEnabled(false);
+  EXPECT_FALSE(checker.isEnabled());
+  EXPECT_EQ(checker.networkType(), 0u);
+  EXPECT_FALSE(service.callback);
+  { VADNetworkChecker().setEnabled(true); }
+  EXPECT_EQ(service.targets, 2);
+  EXPECT_FALSE(service.callback) << "it goes on watching without a checker";
 }
 
 }  // namespace

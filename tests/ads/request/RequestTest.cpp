@@ -6,19 +6,16 @@
 #include "ads/request/VADBirthday.h"
 #include "ads/request/VADIdentifierUtilities.h"
 #include "ads/request/VADNetworkChecker.h"
+#include "ads/request/VADRequestError.h"
 #include "ads/request/VADRequestPrivate.h"
 #include "ads/signals/Signals.h"
 #include "ads/support/VADMacros.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/base/Json.h"
-#include "tests/support/FakeApplication.h"
-#include "tests/support/FakeDevice.h"
-#include "tests/support/FakeUserDefaults.h"
-#include "tests/support/Fakes.h"
+#include "tests/support/FakeMachine.h"
+#include "tests/support/LogLines.h"
 #include "tests/support/Printing.h"
 #include "tests/support/Process.h"
-
-namespace platform = valdren::platform;
 
 namespace {
 
@@ -26,14 +23,12 @@ using platform::Array;
 using platform::Dictionary;
 using platform::Value;
 using valdren::VADRequest;
+using valdren::VADRequestError;
 using valdren::VADRequestPrivate;
 using valdren::VADStatistics;
 
-class Request : public testing::Test {
+class Request : public testing::Test, protected quorbel_tests::FakeMachine {
  protected:
-  Request() { VADStatistics::releaseSharedStatistics(); }
-  ~Request() override { VADStatistics::releaseSharedStatistics(); }
-
   Dictionary parameters() { return request_->parameters(); }
   std::string textOf(const char* key) {
     const Dictionary all = parameters();
@@ -41,12 +36,6 @@ class Request : public testing::Test {
     return value ? value->description() : "(none)";
   }
 
-  quorbel_tests::FakeClock clock_;
-  quorbel_tests::FakeUserDefaults defaults_;
-  quorbel_tests::FakeDevice device_;
-  quorbel_tests::FakeScreen screen_;
-  quorbel_tests::FakeAudioSession audio_;
-  quorbel_tests::FakeApplication application_;
   valdren::VADIdentifierUtilities identity_;
   valdren::VADIdentifierUtilities::Replacement identityInForce_{identity_};
   std::shared_ptr<VADRequestPrivate> request_ =
@@ -91,21 +80,20 @@ TEST_F(Request, TellsTheNetworkOnceItIsKnown) {
 
 TEST_F(Request, TestModeIsSentWithItsWarning) {
   request_->setTesting(true);
-  testing::internal::CaptureStderr();
+  quorbel_tests::LogLines log;
   EXPECT_EQ(textOf("testing"), "1");
-  EXPECT_NE(
-      testing::internal::GetCapturedStderr().find(
-          "<Valdren> \"testing\" property has been deprecated.  Use \"testDevices\" instead."),
-      std::string::npos);
+  EXPECT_EQ(log.take(),
+            std::vector<std::string>{"<Valdren> \"testing\" property has been deprecated.  Use "
+                                     "\"testDevices\" instead."});
 }
 
 TEST_F(Request, OnlyTheRawIdentifierNamesATestDevice) {
   request_->setTestDevices(std::vector<std::string>{identity_.deviceIdentifier(), "", "other"});
   EXPECT_EQ(textOf("adtest"), "(none)");
-  request_->setTestDevices(std::vector<std::string>{"other", device_.identifier});
+  request_->setTestDevices(std::vector<std::string>{"other", device.identifier});
   const Dictionary all = parameters();
   EXPECT_EQ(*all.text("adtest"), "on");
-  EXPECT_EQ(platform::writeJson(all)->find(device_.identifier), std::string::npos)
+  EXPECT_EQ(platform::writeJson(all)->find(device.identifier), std::string::npos)
       << "the raw identifier leaves the process";
 }
 
@@ -128,7 +116,7 @@ TEST_F(Request, BadExtrasDoNotCostTheRequest) {
 }
 
 TEST_F(Request, ACopyIsEqualAndIndependent) {
-  request_->setTestDevices(std::vector<std::string>{"d"});
+  request_->setTestDevices(std::vector<std::string>{device.identifier});
   request_->setTesting(true);
   request_->setAdditionalParameters(Dictionary{{"a", 1}});
   request_->setGender(2);
@@ -136,46 +124,64 @@ TEST_F(Request, ACopyIsEqualAndIndependent) {
   request_->addKeyword("k");
   request_->setLocationWithDescription("Bern");
   request_->setInterstitialAd(true);
+  const Dictionary sent = parameters();
   request_->setCounter(9);
   const auto copy = request_->copy();
-  EXPECT_EQ(copy->testDevices(), request_->testDevices());
-  EXPECT_TRUE(copy->isTesting());
-  EXPECT_EQ(copy->additionalParameters(), request_->additionalParameters());
-  EXPECT_EQ(copy->gender(), 2);
-  EXPECT_EQ(copy->birthday(), request_->birthday());
-  EXPECT_EQ(copy->keywords(), request_->keywords());
-  EXPECT_TRUE(copy->location()->isEqual(*request_->location()));
+  EXPECT_EQ(copy->parameters(), sent);
   EXPECT_TRUE(copy->isInterstitialAd());
   EXPECT_EQ(copy->counter(), 0) << "the loader counts for each request";
   request_->addKeyword("later");
   request_->setLocationWithDescription("Basel");
-  EXPECT_EQ(copy->keywords()->size(), 1u);
-  EXPECT_EQ(copy->location()->description(), "Bern");
+  EXPECT_EQ(copy->parameters(), sent);
 }
 
 TEST_F(Request, KnowsItsTypesAndTheSystem) {
-  const struct {
-    const char* text;
-    int type;
-  } cases[] = {{"vantic", 4}, {"qorm", 5}, {"strevel", 1}, {"Vantic", 0}, {"", 0}, {"tovask", 0}};
-  for (const auto& each : cases) {
-    EXPECT_EQ(VADRequestPrivate::requestTypeFromString(each.text), each.type) << each.text;
+  const std::pair<const char*, int> cases[] = {{"vantic", 4}, {"qorm", 5}, {"strevel", 1},
+                                               {"Vantic", 0}, {"", 0},     {"tovask", 0}};
+  for (const auto& [text, type] : cases) {
+    EXPECT_EQ(VADRequestPrivate::requestTypeFromString(text), type) << text;
   }
-  device_.version = "3.1.2";
+  device.version = "3.1.2";
   EXPECT_TRUE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(3, 1));
   EXPECT_TRUE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(2, 9));
   EXPECT_FALSE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(3, 2));
   EXPECT_FALSE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(4, 0));
 }
 
+TEST_F(Request, AnErrorSaysWhatItsCodeMeansAndWhatWasSentIfThatWasInvalid) {
+  device.version = "2.2.1";
+  const std::string invalid =
+      "Request Error: Invalid ad request parameter(s).  Check the Xcode console for details.";
+  const std::pair<std::int32_t, std::string> cases[] = {
+      {0, invalid},
+      {4, "Request Error: This device's OS is 2.2.1.  It is below the minimum of 3.0."},
+      {7, invalid},
+      {-1, invalid},
+  };
+  for (const auto& [code, message] : cases) {
+    const auto error = VADRequestError::errorWithCode(code, nullptr);
+    EXPECT_EQ(error.domain(), "com.valdren.ads");
+    EXPECT_EQ(error.code(), code);
+    EXPECT_EQ(error.localizedDescription(), message);
+    const Dictionary expected{{valdren::kVADLocalizedDescriptionKey, message},
+                              {valdren::kVADLocalizedFailureReasonErrorKey, message}};
+    EXPECT_EQ(error.userInfo(), expected);
+    if (code != 0) {
+      EXPECT_EQ(VADRequestError::errorWithCode(code, request_.get()).userInfo(), expected);
+    }
+  }
+  request_->addKeyword("k");
+  const auto error = VADRequestError::errorWithCode(0, request_.get());
+  EXPECT_TRUE(error.userInfo().contains("kw"));
+  EXPECT_TRUE(error.userInfo().contains("isu"));
+  EXPECT_EQ(error.localizedDescription(), invalid);
+}
+
 TEST(Birthday, IsADayInThisTimeZone) {
   for (const char* zone : {"UTC", "America/Sao_Paulo", "Pacific/Kiritimati", "Africa/Cairo"}) {
     const quorbel_tests::ScopedVariable variable("TZ", zone);
     tzset();
-    const struct {
-      int month, day, year;
-      std::optional<std::string> text;
-    } cases[] = {
+    const std::tuple<int, int, int, std::optional<std::string>> cases[] = {
         {2, 29, 1984, "19840229"},
         {10, 21, 2018, "20181021"},
         {1, 1, 1, "00010101"},
@@ -189,11 +195,9 @@ TEST(Birthday, IsADayInThisTimeZone) {
         {1, 2147483647, 2147483647, std::nullopt},
         {-2147483647, -2147483647, -2147483647, std::nullopt},
     };
-    for (const auto& each : cases) {
-      const auto date = valdren::startOfDay(each.month, each.day, each.year);
-      EXPECT_EQ(date.has_value(), each.text.has_value()) << zone;
-      if (!date) continue;
-      EXPECT_EQ(valdren::dayString(*date), each.text) << zone;
+    for (const auto& [month, day, year, text] : cases) {
+      const auto date = valdren::startOfDay(month, day, year);
+      EXPECT_EQ(date ? valdren::dayString(*date) : std::nullopt, text) << zone;
     }
     for (const double outside : {std::nan(""), HUGE_VAL, -1e18, 1e18}) {
       EXPECT_FALSE(valdren::dayString(platform::Date(outside)));

@@ -3,7 +3,6 @@
 
 #include "ads/screens/VADBrowserControllerPrivate.h"
 #include "ads/screens/VADIntrinsicImages.h"
-#include "ads/support/VADPrivateUtilities.h"
 #include "tests/ads/screens/ScreenTest.h"
 #include "tests/support/Taps.h"
 
@@ -53,8 +52,7 @@ TEST_F(VADBrowserControllerTest, LoadsWhatWaitsOnceItAppearsWithTheReferrer) {
 TEST_F(VADBrowserControllerTest, TheToolbarFollowsThePage) {
   const struct {
     bool back, forward, loading;
-  } kStates[] = {{false, false, true}, {false, false, false}, {true, false, false},
-                 {true, true, true},   {false, true, false},  {true, true, false}};
+  } kStates[] = {{false, false, true}, {true, false, false}, {false, true, true}};
   VADBrowserController& browser = open();
   const auto vars = varsOf(browser);
   FakeWebEngine& engine = engines.last();
@@ -73,7 +71,6 @@ TEST_F(VADBrowserControllerTest, TheToolbarFollowsThePage) {
     EXPECT_EQ(browser.toolbar()->items(),
               (std::vector{vars->backButton, space, vars->forwardButton, space, middle, space,
                            vars->safariButton, space, vars->doneButton}));
-    engine.back = engine.forward = false;
   }
 }
 
@@ -84,13 +81,9 @@ TEST_F(VADBrowserControllerTest, ItemsHaveTheirNamesAndDoTheirWork) {
   engine.back = engine.forward = true;
   engine.loading = false;
   browser.refreshToolbar();
-  const std::pair<std::shared_ptr<platform::BarButtonItem>, const char*> kItems[] = {
-      {vars->backButton, "Back"},
-      {vars->forwardButton, "Forward"},
-      {vars->reloadButton, "Reload"},
-      {vars->safariButton, "View in Safari"},
-      {vars->doneButton, "Done"}};
-  for (const auto& [item, label] : kItems) EXPECT_EQ(item->accessibilityLabel(), label);
+  std::string labels;
+  for (const auto& item : browser.toolbar()->items()) labels += item->accessibilityLabel() + ";";
+  EXPECT_EQ(labels, "Back;;Forward;;Reload;;View in Safari;;Done;");
   EXPECT_TRUE(quorbel_tests::press(*vars->backButton->button()));
   EXPECT_TRUE(quorbel_tests::press(*vars->forwardButton->button()));
   EXPECT_TRUE(quorbel_tests::press(*vars->reloadButton->button()));
@@ -103,38 +96,37 @@ TEST_F(VADBrowserControllerTest, ItemsHaveTheirNamesAndDoTheirWork) {
   browser.back();
   browser.forward();
   EXPECT_EQ(engine.backs + engine.forwards, 2) << "beyond the page's history";
-  EXPECT_TRUE(quorbel_tests::press(*vars->doneButton->button()));
+  // The way back leads through the pages and then out.
+  engine.back = true;
+  EXPECT_TRUE(browser.backPressed());
+  EXPECT_EQ(engine.backs, 2);
+  engine.back = false;
+  EXPECT_EQ(window->topViewController(), &browser);
+  EXPECT_TRUE(browser.backPressed());
+  EXPECT_EQ(window->topViewController(), host.get());
+  EXPECT_TRUE(quorbel_tests::press(*varsOf(open())->doneButton->button()));
   EXPECT_EQ(window->topViewController(), host.get());
 }
 
 TEST_F(VADBrowserControllerTest, TheBarIsAsHighAsTheDeviceAndItsOrientationWant) {
   using platform::InterfaceIdiom;
   using platform::InterfaceOrientation;
-  const struct {
-    InterfaceIdiom idiom;
-    InterfaceOrientation orientation;
-    double height;
-  } kCases[] = {{InterfaceIdiom::Phone, InterfaceOrientation::Portrait, 44},
-                {InterfaceIdiom::Phone, InterfaceOrientation::LandscapeLeft, 30},
-                {InterfaceIdiom::Tablet, InterfaceOrientation::Portrait, 44},
-                {InterfaceIdiom::Tablet, InterfaceOrientation::LandscapeRight, 44}};
-  for (const auto& each : kCases) {
-    device.idiom = each.idiom;
-    application.orientation = each.orientation;
+  const std::tuple<InterfaceIdiom, InterfaceOrientation, double> kCases[] = {
+      {InterfaceIdiom::Phone, InterfaceOrientation::Portrait, 44},
+      {InterfaceIdiom::Phone, InterfaceOrientation::LandscapeLeft, 30},
+      {InterfaceIdiom::Tablet, InterfaceOrientation::Portrait, 44},
+      {InterfaceIdiom::Tablet, InterfaceOrientation::LandscapeRight, 44}};
+  for (const auto& [idiom, orientation, height] : kCases) {
+    device.idiom = idiom;
+    application.orientation = orientation;
     VADIdentifierUtilities fresh;
     VADIdentifierUtilities::Replacement replacement(fresh);
     VADBrowserController& browser = open();
-    const auto expectFrames = [&] {
-      const platform::Rect area = browser.view()->bounds();
-      EXPECT_EQ(browser.webView()->frame(),
-                (platform::Rect{0, 0, area.width, area.height - each.height}));
-      EXPECT_EQ(browser.toolbar()->frame(),
-                (platform::Rect{0, area.height - each.height, area.width, each.height}));
-    };
-    expectFrames();
-    for (const platform::Size size : {platform::Size{700, 900}, platform::Size{280, 200}}) {
+    for (const platform::Size size : {browser.view()->bounds().size(), {700, 900}, {280, 200}}) {
       browser.view()->setFrame({0, 0, size.width, size.height});
-      expectFrames();
+      const double top = size.height - height;
+      EXPECT_EQ(browser.webView()->frame(), (platform::Rect{0, 0, size.width, top}));
+      EXPECT_EQ(browser.toolbar()->frame(), (platform::Rect{0, top, size.width, height}));
     }
     browser.relinquishScreen();
     loop.advance(0);
@@ -152,27 +144,23 @@ TEST_F(VADBrowserControllerTest, SaysWhosePageItIsAndHowItCame) {
   engine.fail();
   EXPECT_EQ(vars->prompt->text(), "shop.example") << "whose page did not come";
   engine.finish();
-  const struct {
-    const char* address;
-    const char* title;
-    bool secure, loading;
-    const char* shown;
-    platform::Symbol symbol;
-  } kCases[] = {
-      {"https://shop.example/", "Sale", true, false, "shop.example", platform::Symbol::Secure},
-      {"http://shop.example/", "", false, false, "shop.example", platform::Symbol::NotSecure},
-      {"https://shop.example/", "Sale", true, true, "shop.example", platform::Symbol::None},
-      {"about:blank", "Trust me", false, false, "", platform::Symbol::None},
+  using enum platform::Symbol;
+  // The address, whether it came safely and is still coming, and what is said of it.
+  const std::tuple<const char*, bool, bool, const char*, const char*, platform::Symbol> cases[] = {
+      {"https://shop.example/", true, false, "shop.example", "Sale", Secure},
+      {"http://shop.example/", false, false, "shop.example", "Sale", NotSecure},
+      {"https://shop.example/", true, true, "shop.example", "", None},
+      {"about:blank", false, false, "", "", None},
   };
-  for (const auto& each : kCases) {
-    engine.url = url(each.address);
-    engine.pageTitle = each.title;
-    engine.secure = each.secure;
-    engine.loading = each.loading;
+  engine.pageTitle = "Sale";
+  for (const auto& [address, secure, loading, shown, detail, symbol] : cases) {
+    engine.url = url(address);
+    engine.secure = secure;
+    engine.loading = loading;
     browser.refreshToolbar();
-    EXPECT_EQ(vars->prompt->text(), each.shown);
-    EXPECT_EQ(vars->prompt->detail(), std::string(each.secure && !each.loading ? "Sale" : ""));
-    EXPECT_EQ(vars->prompt->symbol(), each.symbol) << each.address;
+    EXPECT_EQ(vars->prompt->text(), shown);
+    EXPECT_EQ(vars->prompt->detail(), detail) << address;
+    EXPECT_EQ(vars->prompt->symbol(), symbol) << address;
   }
   engine.loading = false;
   engine.url = url("https://shop.example/");
@@ -196,45 +184,53 @@ TEST_F(VADBrowserControllerTest, LeavesForTheSystemsBrowserWithThePresentPage) {
 }
 
 TEST_F(VADBrowserControllerTest, ComingBackToAnEmptyBrowserClosesIt) {
-  const struct {
-    bool loaded;
-    const char* version;
-    bool closes;
-  } kCases[] = {{false, "12", true}, {true, "12", false}, {false, "3.2", false}};
-  for (const auto& each : kCases) {
-    device.version = each.version;
+  for (const auto& [loaded, version, closes] :
+       {std::tuple(false, "12", true), {true, "12", false}, {false, "3.2", false}}) {
+    device.version = version;
     VADBrowserController& browser = open();
-    if (each.loaded) engines.last().finish();
+    if (loaded) engines.last().finish();
     application.enterForeground();
     EXPECT_EQ(window->topViewController(), &browser);
     loop.advance(0);
-    EXPECT_EQ(window->topViewController() == host.get(), each.closes) << each.version;
-    if (!each.closes) browser.relinquishScreen();
+    EXPECT_EQ(window->topViewController() == host.get(), closes) << version;
+    if (!closes) browser.relinquishScreen();
     loop.advance(1);
   }
 }
 
-TEST_F(VADBrowserControllerTest, TheWayBackLeadsThroughThePagesAndThenOut) {
-  VADBrowserController& browser = open();
-  engines.last().back = true;
-  EXPECT_TRUE(browser.backPressed());
-  EXPECT_EQ(engines.last().backs, 1);
-  EXPECT_EQ(window->topViewController(), &browser);
-  engines.last().back = false;
-  EXPECT_TRUE(browser.backPressed());
-  EXPECT_EQ(window->topViewController(), host.get());
+TEST_F(VADBrowserControllerTest, CountsLinksAndForms) {
+  using enum platform::NavigationType;
+  const char* const plain = kVADParameterPriorLandingPageNavCount;
+  const char* const secure = kVADParameterPriorLandingPageSSLNavCount;
+  const std::tuple<const char*, platform::NavigationType, const char*> cases[] = {
+      {"http://b/", LinkClicked, plain},
+      {"https://b/", LinkClicked, secure},
+      {"http://b/", FormSubmitted, plain},
+      {"HTTPS://b/", FormSubmitted, secure},
+      {"http://b/", BackForward, nullptr},
+      {"http://b/", Reload, nullptr},
+      {"http://b/", FormResubmitted, nullptr},
+      {"https://b/", Other, nullptr},
+      {"file:///etc/passwd", LinkClicked, nullptr},
+      {"tel:1", LinkClicked, nullptr},
+  };
+  open();
+  for (const auto& [address, type, counter] : cases) {
+    engines.last().navigate(address, type);
+    const platform::Dictionary parameters = statistics().parameters();
+    for (const char* const key : {plain, secure}) {
+      EXPECT_EQ(parameters.contains(key), counter == key) << address << int(type);
+    }
+  }
 }
 
 TEST_F(VADBrowserControllerTest, EndsItsPageWithItself) {
-  VADBrowserController& browser = open();
-  const std::shared_ptr<VADWebView> webView = browser.webView();
+  const std::shared_ptr<VADWebView> webView = open().webView();
   ASSERT_NE(webView->delegate(), nullptr);
-  browser.relinquishScreen();
+  dynamic_cast<VADBrowserController&>(*window->topViewController()).relinquishScreen();
   loop.advance(0);
   EXPECT_EQ(webView->delegate(), nullptr);
-  ASSERT_EQ(FakeWebEngines::of(*webView).pages.size(), 1u);
-  EXPECT_EQ(FakeWebEngines::of(*webView).pages[0].text, "");
-  FakeWebEngines::of(*webView).finish();
+  EXPECT_EQ(FakeWebEngines::of(*webView).pages.at(0).text, "");
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
 // How screens are presented and dismissed, by whomever and however often.
 #include "ads/screens/VADViewController.h"
 
-#include "platform/base/RunLoop.h"
+#include "ads/screens/VADViewControllerPrivate.h"
 #include "tests/ads/screens/ScreenTest.h"
-
-namespace platform = valdren::platform;
 
 namespace valdren {
 namespace {
@@ -18,6 +16,10 @@ class VADViewControllerTest : public quorbel_tests::ScreenTest {
     screen->setDelegateManager(manager);
     return screen;
   }
+  /// The callbacks of a screen that came and went.
+  const Events wholeLife{"posted present", "will present", "will dismiss", "posted relinquish",
+                         "did dismiss"};
+
   /// Presents a screen that nobody else holds.
   VADViewController& present(platform::ViewController& over) {
     const auto screen = makeScreen();
@@ -49,30 +51,26 @@ TEST_F(VADViewControllerTest, AnnouncesTheFullScreenPeriodFromItsBeginToItsEnd) 
 }
 
 TEST_F(VADViewControllerTest, PutsBackWhatItFound) {
-  const struct {
-    bool barHidden;
-    bool idleDisabled;
-    platform::ModalPresentationStyle style;
-    const char* version;
-    std::vector<bool> barChanges;
-  } kCases[] = {
-      {false, false, platform::ModalPresentationStyle::FullScreen, "12", {true, false}},
-      {true, true, platform::ModalPresentationStyle::FullScreen, "12", {}},
-      {false, true, platform::ModalPresentationStyle::PageSheet, "12", {}},
-      {false, false, platform::ModalPresentationStyle::PageSheet, "3.1.3", {true, false}},
+  using Style = platform::ModalPresentationStyle;
+  // Whether the bar is hidden and the timer disabled, and how the bar changes.
+  const std::tuple<bool, bool, Style, const char*, std::vector<bool>> cases[] = {
+      {false, false, Style::FullScreen, "12", {true, false}},
+      {true, true, Style::FullScreen, "12", {}},
+      {false, true, Style::PageSheet, "12", {}},
+      {false, false, Style::PageSheet, "3.1.3", {true, false}},
   };
-  for (const auto& each : kCases) {
-    device.version = each.version;
-    application.setStatusBarHidden(each.barHidden);
-    application.setIdleTimerDisabled(each.idleDisabled);
+  for (const auto& [barHidden, idleDisabled, style, version, barChanges] : cases) {
+    device.version = version;
+    application.setStatusBarHidden(barHidden);
+    application.setIdleTimerDisabled(idleDisabled);
     application.statusBarChanges.clear();
     const auto screen = makeScreen();
-    screen->setModalPresentationStyle(each.style);
+    screen->setModalPresentationStyle(style);
     screen->presentFromViewController(host.get());
     EXPECT_TRUE(application.isIdleTimerDisabled());
     screen->relinquishScreen();
-    EXPECT_EQ(application.statusBarChanges, each.barChanges) << each.version;
-    EXPECT_EQ(application.isIdleTimerDisabled(), each.idleDisabled);
+    EXPECT_EQ(application.statusBarChanges, barChanges) << version;
+    EXPECT_EQ(application.isIdleTimerDisabled(), idleDisabled);
   }
 }
 
@@ -105,75 +103,58 @@ TEST_F(VADViewControllerTest, ANestedScreenOnlyPostsWhateverStillRisesWhenItClos
   }
 }
 
-TEST_F(VADViewControllerTest, OnlyTheFirstOfManyScreensIsShown) {
+TEST_F(VADViewControllerTest, OnlyTheFirstOfManyScreensIsShownAndClosesOnce) {
+  const auto unpresented = makeScreen();
+  unpresented->relinquishScreen();
+  EXPECT_EQ(record.take(), Events{});
   VADViewController& shown = present(*host);
   record.take();
   for (int i = 0; i < 1000; ++i) present(*host);
+  shown.presentFromViewController(host.get());
   EXPECT_EQ(record.take(), Events{});
   EXPECT_EQ(window->topViewController(), &shown);
   EXPECT_EQ(application.statusBarChanges, std::vector<bool>{true});
 
-  shown.presentFromViewController(host.get());
-  EXPECT_EQ(record.take(), Events{}) << "presented twice";
-}
-
-TEST_F(VADViewControllerTest, RelinquishingASecondTimeOrUnpresentedDoesNothing) {
-  const auto unpresented = makeScreen();
-  unpresented->relinquishScreen();
-  EXPECT_EQ(record.take(), Events{});
-
-  VADViewController& screen = present(*host);
-  screen.relinquishScreen();
+  shown.relinquishScreen();
   record.take();
-  screen.relinquishScreen();
+  shown.relinquishScreen();
+  present(shown);
   loop.advance(1);
-  EXPECT_EQ(record.take(), (Events{"did dismiss"}));
+  EXPECT_EQ(record.take(), (Events{"did dismiss"})) << "nothing shows over a screen that goes";
+  EXPECT_EQ(window->topViewController(), host.get());
 }
 
 TEST_F(VADViewControllerTest, ReopenedAtOnceTheNextOneIsWhole) {
-  for (int i = 0; i < 20; ++i) {
-    VADViewController& screen = present(*host);
-    EXPECT_EQ(window->topViewController(), &screen);
-    screen.relinquishScreen();
-  }
-  VADViewController& last = present(*host);
+  present(*host).relinquishScreen();
+  VADViewController& next = present(*host);
   loop.advance(0);
-  EXPECT_EQ(window->topViewController(), &last);
-  EXPECT_TRUE(last.view()->isUserInteractionEnabled());
+  EXPECT_EQ(window->topViewController(), &next);
+  EXPECT_TRUE(next.view()->isUserInteractionEnabled());
   EXPECT_TRUE(application.isStatusBarHidden());
-  last.relinquishScreen();
-  EXPECT_FALSE(application.isStatusBarHidden());
 }
 
-TEST_F(VADViewControllerTest, ClosingTheFirstScreenEndsThoseOverIt) {
-  VADViewController& first = present(*host);
-  VADViewController& second = present(first);
-  VADViewController& third = present(second);
-  const std::vector<platform::WeakPtr<platform::ViewController>> all = {weak(first), weak(second),
-                                                                        weak(third)};
-  record.take();
-  first.relinquishScreen();
-  EXPECT_EQ(window->topViewController(), host.get());
-  loop.advance(0);
-  for (const auto& screen : all) EXPECT_FALSE(screen);
-  EXPECT_EQ(record.take(), (Events{"will dismiss", "posted relinquish", "posted relinquish",
-                                   "posted relinquish", "did dismiss"}));
-}
-
-TEST_F(VADViewControllerTest, ScreensThatTheApplicationTakesAwayEndAsIfClosed) {
-  VADViewController& first = present(*host);
-  VADViewController& second = present(first);
-  const auto weakFirst = weak(first);
-  const auto weakSecond = weak(second);
-  record.take();
-  host->dismissModalViewControllerAnimated(false);
-  loop.advance(0);
-  EXPECT_FALSE(weakFirst);
-  EXPECT_FALSE(weakSecond);
-  EXPECT_FALSE(application.isStatusBarHidden());
-  EXPECT_FALSE(application.isIdleTimerDisabled());
-  EXPECT_EQ(record.take(),
-            (Events{"posted relinquish", "will dismiss", "posted relinquish", "did dismiss"}));
+TEST_F(VADViewControllerTest, TheEndOfTheFirstScreenEndsThoseOverIt) {
+  const Events closed{"will dismiss", "posted relinquish", "posted relinquish", "posted relinquish",
+                      "did dismiss"};
+  const Events takenAway{"posted relinquish", "posted relinquish", "will dismiss",
+                         "posted relinquish", "did dismiss"};
+  for (const bool closes : {true, false}) {
+    VADViewController& first = present(*host);
+    VADViewController& second = present(first);
+    const std::vector all{weak(first), weak(second), weak(present(second))};
+    record.take();
+    if (closes) {
+      first.relinquishScreen();
+    } else {
+      host->dismissModalViewControllerAnimated(false);  // by the application
+    }
+    EXPECT_EQ(window->topViewController(), host.get());
+    loop.advance(0);
+    for (const auto& screen : all) EXPECT_FALSE(screen);
+    EXPECT_EQ(record.take(), closes ? closed : takenAway);
+    EXPECT_FALSE(application.isStatusBarHidden());
+    EXPECT_FALSE(application.isIdleTimerDisabled());
+  }
 }
 
 TEST_F(VADViewControllerTest, NestsTenDeepButNotWithoutEnd) {
@@ -191,15 +172,6 @@ TEST_F(VADViewControllerTest, NestsTenDeepButNotWithoutEnd) {
   EXPECT_EQ(window->topViewController(), host.get());
 }
 
-TEST_F(VADViewControllerTest, ShowsNothingOverAScreenOnItsWayOut) {
-  VADViewController& first = present(*host);
-  first.relinquishScreen();
-  record.take();
-  present(first);
-  EXPECT_EQ(record.take(), Events{});
-  EXPECT_EQ(window->topViewController(), host.get());
-}
-
 TEST_F(VADViewControllerTest, WithoutAHostOrAWindowNothingIsShown) {
   const auto screen = makeScreen();
   screen->presentFromViewController(nullptr);
@@ -211,31 +183,29 @@ TEST_F(VADViewControllerTest, WithoutAHostOrAWindowNothingIsShown) {
   EXPECT_EQ(window->topViewController(), screen.get());
 }
 
-TEST_F(VADViewControllerTest, APublisherMayTakeItsScreenAwayWhenToldOfTheAd) {
-  record.onWillPresent = [this] {
-    window->setRootViewController(nullptr);
-    host.reset();
-  };
-  const auto weakScreen = weak(present(*host));
-  loop.advance(1);
-  EXPECT_FALSE(weakScreen);
-  EXPECT_EQ(record.take(), (Events{"posted present", "will present", "will dismiss",
-                                   "posted relinquish", "did dismiss"}));
-  EXPECT_FALSE(application.isIdleTimerDisabled());
-}
-
-TEST_F(VADViewControllerTest, ClosedWhileItRisesItGoesAway) {
+TEST_F(VADViewControllerTest, EndedWhileItComesItGoesAway) {
   window->makeKeyAndVisible();
   VADViewController& screen = present(*host);
-  const auto weakScreen = weak(screen);
+  const auto closed = weak(screen);
   screen.relinquishScreen();
   window->finishTransition();
   EXPECT_EQ(window->topViewController(), host.get());
   EXPECT_FALSE(screen.view()->isUserInteractionEnabled());
   loop.advance(1);
-  EXPECT_FALSE(weakScreen);
-  EXPECT_EQ(record.take(), (Events{"posted present", "will present", "will dismiss",
-                                   "posted relinquish", "did dismiss"}));
+  EXPECT_FALSE(closed);
+  EXPECT_EQ(record.take(), wholeLife);
+
+  // By a publisher who is told of it.
+  record.onEvent = [this](const std::string& event) {
+    if (event != "will present") return;
+    window->setRootViewController(nullptr);
+    host.reset();
+  };
+  const auto withoutHost = weak(present(*host));
+  loop.advance(1);
+  EXPECT_FALSE(withoutHost);
+  EXPECT_EQ(record.take(), wholeLife);
+  EXPECT_FALSE(application.isIdleTimerDisabled());
 }
 
 TEST_F(VADViewControllerTest, ComesUpOverTheWindowOfItsHostAmongSeveral) {
@@ -256,29 +226,35 @@ TEST_F(VADViewControllerTest, EscapeAndTheWayBackCloseIt) {
   }
 }
 
+TEST_F(VADViewControllerTest, OneThatSendsThePersonAwaySaysSoWhenItGoesAndNotWhileCovered) {
+  VADViewController& first = present(*host);
+  VADPrivateUtilities::privateObjectForKey<VADViewControllerPrivate>(&first)->appClosing = true;
+  VADViewController& nested = present(first);
+  nested.relinquishScreen();
+  EXPECT_EQ(record.take(),
+            (Events{"posted present", "will present", "posted present", "posted relinquish"}));
+  first.relinquishScreen();
+  EXPECT_EQ(record.take(), (Events{"will dismiss", "will leave", "posted relinquish"}));
+}
+
 TEST_F(VADViewControllerTest, TurnsAsItsOrientationsAllow) {
-  const struct {
-    const char* text;
-    int code;
-    bool portrait;
-    bool landscape;
-  } kCases[] = {
-      {"any", 1, true, true}, {"portrait", 2, true, false}, {"landscape", 3, false, true},
-      {"", 0, true, true},    {"Portrait", 0, true, true},  {"both", 0, true, true},
-  };
+  const std::tuple<const char*, int, bool, bool> cases[] = {{"any", 1, true, true},
+                                                            {"portrait", 2, true, false},
+                                                            {"landscape", 3, false, true},
+                                                            {"Portrait", 0, true, true}};
   const auto screen = makeScreen();
   EXPECT_EQ(screen->supportedOrientations(), 1);
-  for (const auto& each : kCases) {
-    platform::Dictionary settings{{"supportedorientations", each.text}};
-    screen->settingsChanged({"settings", screen->view().get(), settings});
-    EXPECT_EQ(screen->supportedOrientations(), each.code) << each.text;
-    const auto turns = [&](InterfaceOrientation orientation) {
-      return screen->shouldAutorotateToInterfaceOrientation(orientation);
-    };
-    EXPECT_EQ(turns(InterfaceOrientation::Portrait), each.portrait) << each.text;
-    EXPECT_EQ(turns(InterfaceOrientation::PortraitUpsideDown), each.portrait) << each.text;
-    EXPECT_EQ(turns(InterfaceOrientation::LandscapeLeft), each.landscape) << each.text;
-    EXPECT_EQ(turns(InterfaceOrientation::LandscapeRight), each.landscape) << each.text;
+  for (const auto& [text, code, portrait, landscape] : cases) {
+    screen->settingsChanged(
+        {"settings", screen->view().get(), platform::Dictionary{{"supportedorientations", text}}});
+    EXPECT_EQ(screen->supportedOrientations(), code) << text;
+    using enum InterfaceOrientation;
+    for (const auto& [orientation, turns] : {std::pair(Portrait, portrait),
+                                             {PortraitUpsideDown, portrait},
+                                             {LandscapeLeft, landscape},
+                                             {LandscapeRight, landscape}}) {
+      EXPECT_EQ(screen->shouldAutorotateToInterfaceOrientation(orientation), turns) << text;
+    }
   }
   screen->settingsChanged({"settings", nullptr, std::nullopt});
   EXPECT_EQ(screen->supportedOrientations(), 0);

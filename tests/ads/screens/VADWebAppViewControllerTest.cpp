@@ -3,9 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include "ads/screens/VADBrowserController.h"
 #include "ads/screens/VADScreenOpener.h"
 #include "ads/screens/VADWebAppViewControllerPrivate.h"
-#include "ads/support/VADPrivateUtilities.h"
 #include "tests/ads/screens/ScreenTest.h"
 #include "tests/support/Taps.h"
 
@@ -31,40 +31,36 @@ class VADWebAppViewControllerTest : public quorbel_tests::ScreenTest {
             static_cast<VADViewController*>(&webApp)));
   }
   static int count(const FakeWebEngine& engine, const std::string& event) {
-    return static_cast<int>(
-        std::count_if(engine.scripts.begin(), engine.scripts.end(), [&](const std::string& script) {
-          return script.find("URVO_ReceiveMessage('" + event + "'") != std::string::npos;
-        }));
+    return static_cast<int>(std::ranges::count_if(engine.scripts, [&](const auto& script) {
+      return script.starts_with("URVO_ReceiveMessage('" + event + "'");
+    }));
   }
 };
 
 TEST_F(VADWebAppViewControllerTest, LoadsWhatWaitsAndTheURLBeforeTheText) {
-  const auto webApp = VADWebAppViewController::create();
-  webApp->loadHTML("<p>text</p>", url("http://base.example/"));
-  webApp->load(url("http://app.example/"));
-  webApp->load(std::nullopt);
-  webApp->loadHTML(std::nullopt, std::nullopt);
-  webApp->presentFromViewController(host.get());
-  FakeWebEngine& engine = engines.last();
-  ASSERT_EQ(engine.requests.size(), 1u);
-  EXPECT_EQ(engine.requests[0].url.absoluteString(), "http://app.example/");
-  EXPECT_TRUE(engine.pages.empty());
-
-  webApp->viewWillAppear(false);
-  EXPECT_EQ(engines.made(), 1);
-  EXPECT_EQ(engine.requests.size(), 1u);
-  webApp->loadHTML("<p>now</p>", std::nullopt);
-  ASSERT_EQ(engine.pages.size(), 1u);
-  EXPECT_EQ(engine.pages[0].text, "<p>now</p>");
-}
-
-TEST_F(VADWebAppViewControllerTest, LoadsAWaitingTextWithItsBase) {
-  const auto webApp = VADWebAppViewController::create();
-  webApp->loadHTML("<p>text</p>", url("http://base.example/"));
-  webApp->presentFromViewController(host.get());
-  ASSERT_EQ(engines.last().pages.size(), 1u);
-  EXPECT_EQ(engines.last().pages[0].text, "<p>text</p>");
-  EXPECT_EQ(engines.last().pages[0].baseURL, url("http://base.example/"));
+  for (const bool hasURL : {true, false}) {
+    const auto webApp = VADWebAppViewController::create();
+    webApp->loadHTML("<p>text</p>", url("http://base.example/"));
+    if (hasURL) webApp->load(url("http://app.example/"));
+    webApp->load(std::nullopt);
+    webApp->loadHTML(std::nullopt, std::nullopt);
+    webApp->presentFromViewController(host.get());
+    FakeWebEngine& engine = engines.last();
+    webApp->viewWillAppear(false);
+    ASSERT_EQ(engine.requests.size(), hasURL ? 1u : 0u);
+    ASSERT_EQ(engine.pages.size(), hasURL ? 0u : 1u);
+    if (hasURL) {
+      EXPECT_EQ(engine.requests[0].url.absoluteString(), "http://app.example/");
+    } else {
+      EXPECT_EQ(engine.pages[0].text, "<p>text</p>");
+      EXPECT_EQ(engine.pages[0].baseURL, url("http://base.example/"));
+    }
+    webApp->loadHTML("<p>now</p>", std::nullopt);
+    EXPECT_EQ(engine.pages.back().text, "<p>now</p>");
+    webApp->relinquishScreen();
+    loop.advance(3);
+  }
+  EXPECT_EQ(engines.made(), 2);
 }
 
 TEST_F(VADWebAppViewControllerTest, ShowsAPageACloseButtonAndASpinnerUntilTheFirstLoad) {
@@ -106,7 +102,7 @@ TEST_F(VADWebAppViewControllerTest, ThePageIsToldOnceThatItIsShown) {
   }
 }
 
-TEST_F(VADWebAppViewControllerTest, ThePageIsToldEachTimeThatItIsHiddenAndBeforeItGoes) {
+TEST_F(VADWebAppViewControllerTest, ThePageIsToldThatItIsHiddenOrTurnedUntilItGoes) {
   VADWebAppViewController& webApp = open();
   FakeWebEngine& engine = engines.last();
   engine.finish();
@@ -116,6 +112,9 @@ TEST_F(VADWebAppViewControllerTest, ThePageIsToldEachTimeThatItIsHiddenAndBefore
   nested->relinquishScreen();
   webApp.relinquishScreen();
   EXPECT_EQ(count(engine, "onhide"), 2);
+  engine.scripts.clear();
+  webApp.didRotateFromInterfaceOrientation(platform::InterfaceOrientation::LandscapeRight);
+  EXPECT_THAT(engine.scripts, ::testing::ElementsAre(HasSubstr("return 0;")));
   EXPECT_TRUE(engine.pages.empty()) << "emptied before it was told";
 }
 
@@ -137,38 +136,64 @@ TEST_F(VADWebAppViewControllerTest, ThePageOutlivesItsScreenByTwoSeconds) {
   EXPECT_EQ(engines.made(), 1);
   loop.advance(0.2);
   EXPECT_TRUE(engines.engines().empty());
-}
-
-TEST_F(VADWebAppViewControllerTest, HundredRoundsLeaveNothingBehind) {
-  for (int i = 0; i < 100; ++i) {
-    open();
-    engines.last().navigate("gmsg://x/close");
-  }
-  loop.advance(3);
-  EXPECT_TRUE(engines.engines().empty());
   EXPECT_EQ(loop.pendingCount(), 0u);
 }
 
-TEST_F(VADWebAppViewControllerTest, APageReachesTheOneThatOpenedItIfItIsItsOwn) {
-  struct Case {
-    const char* name;
-    const char* open;
-    std::function<void(FakeWebEngine& opener, FakeWebEngine& page)> meanwhile;
-    bool reaches;
+TEST_F(VADWebAppViewControllerTest, ItAndTheBrowserTimeTheLoadAndTheVisitOfTheLandingPage) {
+  const auto isRunning = [&](const char* name) {
+    return statistics().timingNamed(name)->isActive();
   };
+  const auto seconds = [&](const char* name) {
+    return statistics().timingNamed(name)->elapsedMilliseconds() / 1000.0;
+  };
+  const auto browser = VADBrowserController::create();
+  for (const bool inBrowser : {true, false}) {
+    statistics().removeTimingNamed(kVADParameterPriorLandingPageLoad);
+    statistics().removeTimingNamed(kVADParameterPriorLandingPageDuration);
+    if (inBrowser) browser->load(url("http://app.example/"));
+    if (inBrowser) browser->presentFromViewController(host.get());
+    VADViewController& screen = inBrowser ? static_cast<VADViewController&>(*browser) : open();
+    FakeWebEngine& engine = engines.last();
+    engine.start();
+    loop.advance(1);
+    engine.start();  // a frame, or the page after a redirect
+    loop.advance(1);
+    engine.finish();
+    EXPECT_EQ(seconds(kVADParameterPriorLandingPageLoad), 2);
+    EXPECT_FALSE(isRunning(kVADParameterPriorLandingPageLoad));
+    loop.advance(3);
+    engine.finish();
+    EXPECT_EQ(seconds(kVADParameterPriorLandingPageLoad), 2) << "the visit goes on";
+    EXPECT_TRUE(isRunning(kVADParameterPriorLandingPageDuration));
+    engine.start();  // a page that the landing page leads to
+    loop.advance(2);
+    engine.finish();
+    EXPECT_EQ(seconds(kVADParameterPriorLandingPageLoad), 2) << "only the landing page counts";
+    EXPECT_FALSE(isRunning(kVADParameterPriorLandingPageLoad));
+    loop.advance(1);
+    statistics().urlForClick(url("http://b.example/"));
+    loop.advance(2);
+    screen.relinquishScreen();
+    EXPECT_EQ(seconds(kVADParameterPriorClickLatency), 2);
+    EXPECT_FALSE(isRunning(kVADParameterPriorClickLatency));
+    EXPECT_EQ(seconds(kVADParameterPriorLandingPageDuration), 8);
+    EXPECT_FALSE(isRunning(kVADParameterPriorLandingPageDuration));
+    loop.advance(3);
+  }
+}
+
+TEST_F(VADWebAppViewControllerTest, APageReachesTheOneThatOpenedItIfItIsItsOwn) {
+  using Meanwhile = std::function<void(FakeWebEngine & opener, FakeWebEngine & page)>;
   const auto show = [](FakeWebEngine& engine, const char* address) {
     engine.start();
     engine.url = url(address);
     engine.finish();
   };
   const auto nothing = [](FakeWebEngine&, FakeWebEngine&) {};
-  const Case cases[] = {
+  const std::tuple<const char*, const char*, Meanwhile, bool> cases[] = {
       {"given", "webapp&html=x", nothing, true},
       {"of the same origin", "webapp&u=http%3A%2F%2Fads.test%2Fland", nothing, true},
-      {"in the browser", "browser&u=http%3A%2F%2Fads.test%2Fland", nothing, true},
       {"of another origin", "webapp&u=http%3A%2F%2Fother.test%2F", nothing, false},
-      {"that comes after the given one", "webapp&html=x",
-       [&](auto&, auto& page) { show(page, "http://other.test/"); }, false},
       {"that is blank and was not given", "webapp&html=x",
        [&](auto&, auto& page) {
          show(page, "http://other.test/");
@@ -183,28 +208,21 @@ TEST_F(VADWebAppViewControllerTest, APageReachesTheOneThatOpenedItIfItIsItsOwn) 
   opener->setDelegate(delegate.get());
   delegate->setViewController(host.get());
   FakeWebEngine& below = FakeWebEngines::of(*opener);
-  for (const Case& each : cases) {
-    SCOPED_TRACE(each.name);
+  for (const auto& [name, open, meanwhile, reaches] : cases) {
+    SCOPED_TRACE(name);
     show(below, "http://ads.test/ad");
-    below.navigate(std::string("gmsg://x/open?a=") + each.open);
+    below.navigate(std::string("gmsg://x/open?a=") + open);
     ASSERT_NE(window->topViewController(), host.get());
     FakeWebEngine& page = engines.last();
     page.finish();
-    each.meanwhile(below, page);
+    meanwhile(below, page);
     below.scripts.clear();
     page.navigate("gmsg://x/evalInOpener?js=f()");
     loop.advance(0);
-    EXPECT_EQ(below.scripts, each.reaches ? Events{"f()"} : Events{});
+    EXPECT_EQ(below.scripts, reaches ? Events{"f()"} : Events{});
     static_cast<VADViewController*>(window->topViewController())->relinquishScreen();
     loop.advance(3);
   }
-}
-
-TEST_F(VADWebAppViewControllerTest, ThePageIsToldWhenTheWindowTurns) {
-  VADWebAppViewController& webApp = open();
-  engines.last().scripts.clear();
-  webApp.didRotateFromInterfaceOrientation(platform::InterfaceOrientation::LandscapeRight);
-  EXPECT_THAT(engines.last().scripts, ::testing::ElementsAre(HasSubstr("return 0;")));
 }
 
 }  // namespace

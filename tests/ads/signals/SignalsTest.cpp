@@ -6,8 +6,6 @@
 #include "tests/support/Fakes.h"
 #include "tests/support/Printing.h"
 
-namespace platform = valdren::platform;
-
 namespace {
 
 using platform::Array;

@@ -6,6 +6,7 @@
 
 namespace {
 
+using namespace std::string_literals;
 using valdren::VAD_VTMStringEncoding;
 using Encoding = VAD_VTMStringEncoding::Pointer;
 
@@ -14,6 +15,12 @@ std::string bytes(std::size_t size) {
   std::string data;
   for (std::size_t place = 0; place < size; ++place) data += static_cast<char>(place * 73 + 199);
   return data;
+}
+
+std::string ascii() {
+  std::string all;
+  for (int code = 0; code < 128; ++code) all += static_cast<char>(code);
+  return all;
 }
 
 TEST(StringEncoding, WritesTheStandardsExamples) {
@@ -35,10 +42,8 @@ TEST(StringEncoding, WritesTheStandardsExamples) {
 }
 
 TEST(StringEncoding, AnyAlphabetRoundTripsOverAllSizes) {
-  std::string ascii;
-  for (int code = 0; code < 128; ++code) ascii += static_cast<char>(code);
   for (int bits = 1; bits <= 7; ++bits) {
-    const auto encoding = VAD_VTMStringEncoding::initWithString(ascii.substr(0, 1 << bits));
+    const auto encoding = VAD_VTMStringEncoding::initWithString(ascii().substr(0, 1 << bits));
     ASSERT_TRUE(encoding);
     for (std::size_t size = 0; size <= 64; ++size) {
       const std::string text = encoding->encode(bytes(size));
@@ -49,14 +54,10 @@ TEST(StringEncoding, AnyAlphabetRoundTripsOverAllSizes) {
 }
 
 TEST(StringEncoding, NeedsAnAlphabetOfDifferentASCIICharactersAndAPowerOfTwo) {
-  std::string ascii;
-  for (int code = 0; code < 128; ++code) ascii += static_cast<char>(code);
   for (const std::string& alphabet :
-       {std::string(), std::string("a"), std::string("abc"), std::string("abca"),
-        std::string("ab\xc3\xa9"), ascii + ascii}) {
+       {std::string(), "a"s, "abc"s, "abca"s, "ab\xc3\xa9"s, ascii() + ascii()}) {
     EXPECT_FALSE(VAD_VTMStringEncoding::stringEncodingWithString(alphabet)) << alphabet;
   }
-  EXPECT_TRUE(VAD_VTMStringEncoding::stringEncodingWithString(ascii));
 }
 
 TEST(StringEncoding, DecodesWhatIsCanonicalAndNothingElse) {
@@ -68,21 +69,11 @@ TEST(StringEncoding, DecodesWhatIsCanonicalAndNothingElse) {
   const struct {
     const char* text;
     std::optional<std::string> data;
-  } cases[] = {
-      {"-_8", data},
-      {"-_8=", data},
-      {"-_8==", data},
-      {"-=_8", std::nullopt},
-      {"-_9", std::nullopt},
-      {"+/8", std::nullopt},
-      {"", ""},
-      {"====", ""},
-      {"A", ""},
-      {"B", std::nullopt},
-      {"-_8 ", std::nullopt},
-      {"-_8\xc3\xa9", std::nullopt},
-  };
+  } cases[] = {{"-_8", data}, {"-_8=", data}, {"-_8==", data}, {"", ""}, {"====", ""}, {"A", ""}};
   for (const auto& each : cases) EXPECT_EQ(webSafe->decode(each.text), each.data) << each.text;
+  for (const char* text : {"-=_8", "-_9", "+/8", "B", "-_8 ", "-_8\xc3\xa9"}) {
+    EXPECT_FALSE(webSafe->decode(text)) << text;
+  }
   EXPECT_FALSE(webSafe->decode(std::nullopt));
   EXPECT_FALSE(webSafe->decode(std::string_view("-_8\0", 4)));
 }
@@ -101,7 +92,9 @@ TEST(StringEncoding, CrockfordAndHexForgiveLettersThatLookAlike) {
   EXPECT_EQ(hex->decode("fb"), "\xfb");
   EXPECT_EQ(hex->decode("FB"), "\xfb");
   EXPECT_FALSE(hex->decode("fg"));
-  EXPECT_EQ(VAD_VTMStringEncoding::binaryStringEncoding()->encode("\x05"), "00000101");
+  EXPECT_EQ(hex->stringByDecoding(hex->encodeString("\xc3\xa9")), "\xc3\xa9");
+  EXPECT_FALSE(hex->stringByDecoding("FF")) << "no UTF-8";
+  EXPECT_FALSE(hex->stringByDecoding("0g"));
 }
 
 TEST(StringEncoding, SynonymsIgnoredAndPaddingCharactersTakeTheirPlaces) {
@@ -120,13 +113,6 @@ TEST(StringEncoding, SynonymsIgnoredAndPaddingCharactersTakeTheirPlaces) {
   encoding->setPaddingChar('1');
   EXPECT_EQ(encoding->decode("000000001 -"), std::string(1, '\0'));
   EXPECT_FALSE(encoding->decode("10")) << "a digit after padding";
-}
-
-TEST(StringEncoding, TextsDecodeOnlyToUTF8) {
-  const auto hex = VAD_VTMStringEncoding::hexStringEncoding();
-  EXPECT_EQ(hex->stringByDecoding(hex->encodeString("\xc3\xa9")), "\xc3\xa9");
-  EXPECT_FALSE(hex->stringByDecoding("FF"));
-  EXPECT_FALSE(hex->stringByDecoding("0g"));
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "ads/request/VADRequestError.h"
+#include "ads/api/VADDelegateManager.h"
 #include "ads/request/VADRequestPrivate.h"
 #include "ads/telemetry/VADTiming.h"
 #include "ads/web/VADAdController.h"
@@ -14,23 +14,6 @@
 namespace platform = valdren::platform;
 
 namespace quorbel_tests {
-
-/// Records what a publisher is told of ads and errors in `events`, which outlives it.
-class AdEventRecord final : public valdren::VADAdEvents {
- public:
-  explicit AdEventRecord(std::vector<std::string>& events) : events_(events) {}
-  void didReceiveAd() override { events_.push_back("received"); }
-  void didFailToReceiveAdWithError(const valdren::VADRequestError& error) override {
-    events_.push_back("failed " + std::to_string(error.code()));
-  }
-  void willPresentScreen() override {}
-  void willDismissScreen() override {}
-  void didDismissScreen() override {}
-  void willLeaveApplication() override {}
-
- private:
-  std::vector<std::string>& events_;
-};
 
 /// Records its events, each "state NUMBER" and "track URL" in `events`, which outlives it.
 class FakeAdController final : public valdren::VADAdController {
@@ -66,7 +49,7 @@ class FakeAdController final : public valdren::VADAdController {
   std::vector<std::string>& events_;
   std::shared_ptr<valdren::VADRequestPrivate> request_ =
       std::make_shared<valdren::VADRequestPrivate>();
-  std::shared_ptr<valdren::VADAdEvents> manager_ = std::make_shared<AdEventRecord>(events_);
+  std::shared_ptr<valdren::VADAdEvents> manager_ = std::make_shared<valdren::VADDelegateManager>();
   std::shared_ptr<valdren::VADWebView> webView_ = std::make_shared<valdren::VADWebView>();
 };
 

@@ -2,18 +2,9 @@
 
 #include <gmock/gmock.h>
 
-#include "ads/telemetry/VADStatistics.h"
-#include "ads/telemetry/VADTiming.h"
-#include "ads/web/VADOpener.h"
-#include "ads/web/VADWebView.h"
 #include "tests/ads/web/FakeAdController.h"
 #include "tests/ads/web/RecordingOpener.h"
-#include "tests/support/FakeApplication.h"
-#include "tests/support/FakeUserDefaults.h"
-#include "tests/support/FakeWebEngine.h"
-#include "tests/support/Fakes.h"
-
-namespace platform = valdren::platform;
+#include "tests/support/FakeMachine.h"
 
 namespace {
 
@@ -23,16 +14,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Events = std::vector<std::string>;
 
-class VADBannerWebViewDelegateTest : public ::testing::Test {
+class VADBannerWebViewDelegateTest : public ::testing::Test, protected quorbel_tests::FakeMachine {
  protected:
   VADBannerWebViewDelegateTest() {
-    VADStatistics::releaseSharedStatistics();
     delegate = VADBannerWebViewDelegate::initWithObjectPrivate(
         *loader, std::make_unique<quorbel_tests::RecordingOpener>(events));
-  }
-  ~VADBannerWebViewDelegateTest() override {
-    delegate.reset();
-    VADStatistics::releaseSharedStatistics();
   }
   quorbel_tests::FakeWebEngine& page() {
     return quorbel_tests::FakeWebEngines::of(*loader->webView());
@@ -45,32 +31,30 @@ class VADBannerWebViewDelegateTest : public ::testing::Test {
   bool click(const std::string& address) {
     return page().navigate(address, NavigationType::LinkClicked);
   }
-  int clicks() const {
-    return int(VADStatistics::sharedStatistics().timingNamed(kVADParameterPriorClickLatency) !=
-               nullptr);
-  }
 
-  quorbel_tests::FakeWebEngines engines;  // outlives the views that wait in the loop
-  quorbel_tests::FakeClock clock;
-  quorbel_tests::FakeRunLoop loop{&clock};
-  quorbel_tests::FakeUserDefaults defaults;
-  quorbel_tests::FakeApplication application;
   Events events;
   std::shared_ptr<quorbel_tests::FakeAdController> loader =
       std::make_shared<quorbel_tests::FakeAdController>(events);
   std::shared_ptr<VADBannerWebViewDelegate> delegate;
 };
 
+TEST_F(VADBannerWebViewDelegateTest, ATouchOfThePageIsRememberedAndNothingElse) {
+  VADWebView& view = *loader->webView();
+  view.setFrame({0, 0, 320, 50});
+  for (const auto& [type, touches] : {std::pair(platform::EventType::Motion, false),
+                                      {platform::EventType::RemoteControl, false},
+                                      {platform::EventType::Touches, true},
+                                      {platform::EventType::Motion, true}}) {
+    EXPECT_EQ(view.hitTest({10, 10}, type), &view);
+    EXPECT_EQ(view.touched(), touches);
+  }
+  view.setTouched(false);
+  EXPECT_FALSE(view.touched());
+}
+
 TEST_F(VADBannerWebViewDelegateTest, TellsClicksFromThePagesOwnDoings) {
-  struct Case {
-    VADState state;
-    double secondsShown;
-    NavigationType type;
-    bool touched;
-    bool isClick;
-  };
   const auto link = NavigationType::LinkClicked;
-  const Case cases[] = {
+  const std::tuple<VADState, double, NavigationType, bool, bool> cases[] = {
       {kVADStateShowingAd, 1, link, true, true},
       {kVADStateShowingAd, 0.15, link, true, true},
       {kVADStateShowingAd, 0.1, link, true, false},
@@ -84,14 +68,14 @@ TEST_F(VADBannerWebViewDelegateTest, TellsClicksFromThePagesOwnDoings) {
       {kVADStateBuildingURL, 1, link, true, false},
       {kVADStateFailed, 1, link, true, false},
   };
-  for (const Case& each : cases) {
-    loader->present = each.state;
+  for (const auto& [state, secondsShown, type, touched, isClick] : cases) {
+    loader->present = state;
     // From 0, so that 0.15 seconds are represented exactly.
     loader->shownAt = 0;
-    clock.advance(each.secondsShown - VADTiming::counter());
-    loader->webView()->setTouched(each.touched);
-    EXPECT_EQ(delegate->isClick(each.type), each.isClick)
-        << each.state << " " << each.secondsShown << " " << int(each.type) << " " << each.touched;
+    clock.advance(secondsShown - VADTiming::counter());
+    loader->webView()->setTouched(touched);
+    EXPECT_EQ(delegate->isClick(type), isClick)
+        << state << " " << secondsShown << " " << int(type) << " " << touched;
   }
 }
 
@@ -102,7 +86,7 @@ TEST_F(VADBannerWebViewDelegateTest, LetsThePageNavigateUntilItIsTouched) {
   EXPECT_TRUE(click("http://land.test/"));
   EXPECT_FALSE(click("tel:1"));
   EXPECT_THAT(events, ElementsAre("app tel:1"));
-  EXPECT_EQ(clicks(), 0);
+  EXPECT_FALSE(VADStatistics::sharedStatistics().isTimingClick());
 }
 
 TEST_F(VADBannerWebViewDelegateTest, OpensClicksFullScreen) {
@@ -113,27 +97,15 @@ TEST_F(VADBannerWebViewDelegateTest, OpensClicksFullScreen) {
   EXPECT_EQ(delegate->opener()->viewController(), loader->root.get());
   EXPECT_EQ(delegate->opener()->delegateManager(), loader->delegateManager());
   EXPECT_EQ(delegate->opener()->adController(), loader.get());
-  EXPECT_EQ(clicks(), 1);
+  EXPECT_TRUE(VADStatistics::sharedStatistics().isTimingClick());
   loader->clickURLs = {*platform::URL::parse("http://c.test/")};
   EXPECT_FALSE(click("HTTPS://land.test/"));
-  EXPECT_THAT(events, ElementsAre("browser http://land.test/ 3", "webapp HTTPS://land.test/ 3"));
-}
-
-TEST_F(VADBannerWebViewDelegateTest, TellsNobodyOfTheAdBefore) {
-  page().url = platform::URL::parse("http://ads.test/ad");
-  touchAndWait();
-  EXPECT_FALSE(click("http://land.test/"));
-  EXPECT_TRUE(delegate->opener()->referringURL());
+  EXPECT_FALSE(click("http://land.test/?ai=abc"));
+  EXPECT_THAT(events, ElementsAre("browser http://land.test/ 3", "webapp HTTPS://land.test/ 3",
+                                  testing::StartsWith("webapp http://land.test/?ai=abc&")));
   loader->present = kVADStateRenderingAd;
   page().finish();
-  EXPECT_FALSE(delegate->opener()->referringURL());
-}
-
-TEST_F(VADBannerWebViewDelegateTest, OpensTheClickURLWithItsSignals) {
-  touchAndWait();
-  EXPECT_FALSE(click("http://land.test/?ai=abc"));
-  ASSERT_EQ(events.size(), 1u);
-  EXPECT_THAT(events[0], testing::StartsWith("browser http://land.test/?ai=abc&"));
+  EXPECT_FALSE(delegate->opener()->referringURL()) << "the next ad does not know the one before";
 }
 
 TEST_F(VADBannerWebViewDelegateTest, LeavesClicksThatAreActedOnAndOpensNoPagelessOnes) {
