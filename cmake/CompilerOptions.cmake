@@ -14,6 +14,8 @@ endif()
 
 add_library(quorbel_options INTERFACE)
 target_compile_options(quorbel_options INTERFACE -Wall -Wextra -Wpedantic)
+# What newer toolkits deprecate often has no successor in the oldest one that will do.
+target_compile_definitions(quorbel_options INTERFACE GDK_VERSION_MIN_REQUIRED=GDK_VERSION_4_8)
 target_include_directories(quorbel_options INTERFACE ${PROJECT_SOURCE_DIR})
 
 # What is left of a memory fault ends the program instead of serving an attacker. The sanitizers have

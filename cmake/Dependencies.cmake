@@ -1,7 +1,7 @@
 # Everything that comes from the distribution. The package names are in tools/packages.
 
 find_package(PkgConfig REQUIRED)
-find_package(Boost 1.81 REQUIRED COMPONENTS json url)
+find_package(Boost 1.81 CONFIG REQUIRED COMPONENTS json url)
 find_package(OpenSSL REQUIRED)
 find_package(Threads REQUIRED)
 
