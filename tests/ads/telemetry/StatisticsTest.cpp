@@ -96,6 +96,7 @@ TEST_F(Statistics, CountersAndFlagsTravelOnce) {
   EXPECT_EQ(*defaults_.written().find("valdren_stats_shared")->second.dictionary(),
             (Dictionary{{"preqs", 42}, {"pcc", 0}, {"plpnc", 0}, {"plpsnc", 0}}))
       << "flags are removed, counters set to 0";
+  EXPECT_TRUE(defaults_.written().contains("valdren_timing_shared"));
 }
 
 TEST_F(Statistics, WhatChangesIsKeptAtOnceAndWhatTravelledWithTheNextChange) {
