@@ -2,28 +2,31 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "platform/base/GObjectPtr.h"
 #include "platform/net/URLConnection.h"
+
+typedef struct _GCancellable GCancellable;
+typedef struct _SoupServer SoupServer;
+typedef struct _SoupServerMessage SoupServerMessage;
 
 namespace platform = valdren::platform;
 
 namespace quorbel_tests {
 
 struct LoopbackRequest {
-  std::string method;
   /// As in the request line, query included.
   std::string target;
   /// Without the query.
   std::string path;
   platform::Headers headers;
-  std::string body;
-  /// The number of the connection, from 1.
-  int connection = 0;
 };
 
 struct LoopbackResponse {
@@ -36,7 +39,7 @@ struct LoopbackResponse {
   std::string raw = {};
   /// What happens after the body (or `raw`).
   enum class Ending {
-    Complete,  ///< the connection stays open for the next request; after `raw` it is closed
+    Complete,  ///< the connection stays open for the next request, unless `raw` or `delay` is set
     Cut,       ///< the connection is closed, with half of the body sent (or all of `raw`)
     Hang,      ///< nothing more is sent; the connection stays open
     Endless,   ///< the body (or `tail`) over and over again, with no length announced
@@ -46,7 +49,7 @@ struct LoopbackResponse {
   std::string tail = {};
 };
 
-/// Serves each connection on its own thread while it exists. A path without an answer gets 404.
+/// Serves on the main loop while it exists. A path without an answer gets 404.
 class LoopbackServer {
  public:
   using Handler = std::function<LoopbackResponse(const LoopbackRequest&)>;
@@ -61,7 +64,7 @@ class LoopbackServer {
   LoopbackServer(const LoopbackServer&) = delete;
   LoopbackServer& operator=(const LoopbackServer&) = delete;
 
-  /// Sets the answer for a path (without query). Handlers run on the connection's thread.
+  /// Sets the answer for a path (without query).
   void answer(const std::string& path, LoopbackResponse response);
   void answer(const std::string& path, Handler handler);
   /// The same with status, headers and body.
@@ -70,21 +73,29 @@ class LoopbackServer {
   /// Answers with a redirect.
   void redirect(const std::string& path, const std::string& location, int status = 302);
 
-  int port() const;
+  int port() const { return port_; }
   /// The address of a path, "http://127.0.0.1:port/path".
   std::string address(std::string_view path) const;
   platform::URL url(std::string_view path) const;
 
   /// All requests in order; the requests for one path.
-  std::vector<LoopbackRequest> requests() const;
+  const std::vector<LoopbackRequest>& requests() const { return requests_; }
   std::vector<LoopbackRequest> requests(std::string_view path) const;
-  /// The number of connections ever opened, and of those open now.
-  int connectionCount() const;
-  int openConnectionCount() const;
+  /// The number of connections that have brought a request.
+  std::size_t connectionCount() const { return clients_.size(); }
+  /// The number of answers with a delay, raw bytes or an ending that are still under way.
+  long unfinishedCount() const { return stop_.use_count() - 1; }
 
  private:
-  class Listener;
-  std::unique_ptr<Listener> listener_;
+  void serve(SoupServerMessage* message);
+
+  bool isSecure_;
+  int port_ = 0;
+  std::map<std::string, Handler> handlers_;
+  std::vector<LoopbackRequest> requests_;
+  std::set<int> clients_;  // their ports
+  platform::GObjectPtr<SoupServer> server_;
+  std::shared_ptr<GCancellable> stop_;  // shared with the answers under way
 };
 
 }  // namespace quorbel_tests

@@ -6,10 +6,15 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <iterator>
+
+#include "tests/support/Loop.h"
 
 namespace quorbel_tests {
 namespace {
+
+constexpr double kLongestRun = 3600;  // in seconds
 
 void setOrRemove(const char* name, const char* value) {
   if (value) {
@@ -26,7 +31,11 @@ Finished run(const std::string& command, std::string_view input) {
   writeFile(folder.file("in"), input);
   const std::string whole = "( " + command + "\n) <'" + folder.file("in") + "' >'" +
                             folder.file("out") + "' 2>'" + folder.file("err") + "'";
-  const int status = std::system(whole.c_str());
+  auto running = std::async(std::launch::async, [&] { return std::system(whole.c_str()); });
+  // What the program asks of servers in this process is answered meanwhile.
+  runUntil([&] { return running.wait_for(std::chrono::seconds(0)) == std::future_status::ready; },
+           kLongestRun);
+  const int status = running.get();
   Finished finished;
   if (WIFEXITED(status)) finished.status = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) finished.status = 128 + WTERMSIG(status);
