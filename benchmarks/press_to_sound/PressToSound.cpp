@@ -16,16 +16,16 @@
 #endif
 
 #include "benchmarks/Figures.h"
+#include "benchmarks/press_to_sound/TimedRecording.h"
 #include "platform/audio/AudioOutput.h"
 #include "platform/audio/AudioPlayer.h"
 #include "platform/audio/ClipDecoder.h"
-#include "tests/support/PrivateSoundServer.h"
 
 namespace platform = valdren::platform;
 
 namespace {
 
-using quorbel_tests::MonitorRecording;
+using benchmarks::TimedRecording;
 
 /// Above an encoder's noise, below a clip's first millisecond.
 constexpr float kHeard = 0.01F;
@@ -43,7 +43,7 @@ struct Way {
   double pause = 0;  // before each press, in seconds
 };
 
-void measure(const Way& way, const MonitorRecording& recording, int presses) {
+void measure(const Way& way, const TimedRecording& recording, int presses) {
   benchmarks::Figures heard;
   benchmarks::Figures blocked;
   int unheard = 0;
@@ -53,11 +53,11 @@ void measure(const Way& way, const MonitorRecording& recording, int presses) {
     while (recording.peakOfLast(0.25) > kHeard / 2) wait(0.02);
     way.before();
     wait(way.pause);
-    const double before = MonitorRecording::now();
+    const double before = TimedRecording::now();
     way.press();
-    const double after = MonitorRecording::now();
+    const double after = TimedRecording::now();
     double first = -1;
-    while (first < 0 && MonitorRecording::now() < before + 3) {
+    while (first < 0 && TimedRecording::now() < before + 3) {
       wait(0.05);
       first = recording.firstSoundSince(before, kHeard);
     }
@@ -127,7 +127,7 @@ Way decodedAnew(const std::string& clip) {
 }
 
 /// A continuous tone, to detect gaps.
-void measureGaps(const MonitorRecording& recording) {
+void measureGaps(const TimedRecording& recording) {
   constexpr int kSeconds = 20;
   auto tone = std::make_shared<platform::DecodedClip>();
   for (std::uint32_t frame = 0; frame < kSeconds * platform::kSampleRate; ++frame) {
@@ -136,7 +136,7 @@ void measureGaps(const MonitorRecording& recording) {
   }
   const auto voice = platform::AudioOutput::shared().start(tone, 0);
   wait(0.5);
-  const double since = MonitorRecording::now();
+  const std::size_t since = recording.sampleCount();
   wait(kSeconds - 2);
   const double gap = recording.longestGapSince(since, 0.3F);
   platform::AudioOutput::shared().stop(*voice);
@@ -176,7 +176,7 @@ int main(int argc, char** argv) {
     std::puts("pulseaudio is not installed, or does not start: nothing to measure.");
     return 0;
   }
-  const MonitorRecording recording;
+  const TimedRecording recording;
   std::printf("%d presses each, milliseconds\n%-34s %8s %8s %8s %12s %8s\n", presses, "", "median",
               "p95", "worst", "main thread", "unheard");
   // First, while none of our players is connected.

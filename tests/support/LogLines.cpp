@@ -5,25 +5,29 @@
 #include <utility>
 
 namespace quorbel_tests {
-namespace {
 
 constexpr const char* kDomain = "Valdren";
 
-void keep(const char*, GLogLevelFlags, const char* line, gpointer lines) {
-  static_cast<std::vector<std::string>*>(lines)->emplace_back(line);
+LogLines::LogLines() {
+  const auto keep = [](const char*, GLogLevelFlags, const char* line, gpointer self) {
+    const std::lock_guard lock(static_cast<LogLines*>(self)->mutex_);
+    static_cast<LogLines*>(self)->lines_.emplace_back(line);
+  };
+  handler_ = g_log_set_handler(kDomain, GLogLevelFlags(G_LOG_LEVEL_MESSAGE | G_LOG_LEVEL_WARNING),
+                               keep, this);
 }
-
-}  // namespace
-
-LogLines::LogLines()
-    : handler_(g_log_set_handler(kDomain, GLogLevelFlags(G_LOG_LEVEL_MESSAGE | G_LOG_LEVEL_WARNING),
-                                 keep, &lines_)) {}
 
 LogLines::~LogLines() {
   g_log_remove_handler(kDomain, handler_);
 }
 
+std::vector<std::string> LogLines::lines() const {
+  const std::lock_guard lock(mutex_);
+  return lines_;
+}
+
 std::vector<std::string> LogLines::take() {
+  const std::lock_guard lock(mutex_);
   return std::exchange(lines_, {});
 }
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "platform/base/Text.h"
+#include "platform/base/GObjectPtr.h"
 #include "sandbox/Certificate.h"
 
 namespace platform = valdren::platform;
@@ -106,7 +106,8 @@ LoopbackRequest requestOf(SoupServerMessage* message) {
   const char* const query = g_uri_get_query(url);
   LoopbackRequest request;
   request.path = g_uri_get_path(url);
-  request.target = request.path + (query ? "?" + std::string(query) : "");
+  request.target = request.path;
+  if (query) request.target.append("?").append(query);
   soup_message_headers_foreach(
       soup_server_message_get_request_headers(message),
       [](const char* name, const char* value, gpointer headers) {
@@ -124,8 +125,8 @@ int portOf(GSocketAddress* address) {
 
 LoopbackServer::LoopbackServer(Security security)
     : isSecure_(security == Security::SelfSigned),
-      server_(soup_server_new(nullptr, nullptr)),
-      stop_(g_cancellable_new(), [](GCancellable* stop) { g_object_unref(stop); }) {
+      server_(soup_server_new(nullptr, nullptr), g_object_unref),
+      stop_(g_cancellable_new(), g_object_unref) {
   int options = SOUP_SERVER_LISTEN_IPV4_ONLY;
   if (isSecure_) {
     options |= SOUP_SERVER_LISTEN_HTTPS;

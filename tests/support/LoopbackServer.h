@@ -10,7 +10,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/base/GObjectPtr.h"
 #include "platform/net/URLConnection.h"
 
 typedef struct _GCancellable GCancellable;
@@ -94,7 +93,7 @@ class LoopbackServer {
   std::map<std::string, Handler> handlers_;
   std::vector<LoopbackRequest> requests_;
   std::set<int> clients_;  // their ports
-  platform::GObjectPtr<SoupServer> server_;
+  std::shared_ptr<SoupServer> server_;
   std::shared_ptr<GCancellable> stop_;  // shared with the answers under way
 };
 

@@ -1,13 +1,14 @@
 // A private sound server that plays into nothing, and a recording of its output.
 #pragma once
 
-#include <sys/types.h>
-
+#include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "tests/support/Process.h"
+
+typedef struct _GSubprocess GSubprocess;
 struct pa_context;
 struct pa_stream;
 struct pa_threaded_mainloop;
@@ -18,10 +19,7 @@ namespace quorbel_tests {
 /// while it exists. Its folder and socket stay the same across restarts.
 class PrivateSoundServer {
  public:
-  PrivateSoundServer();
   ~PrivateSoundServer();
-  PrivateSoundServer(const PrivateSoundServer&) = delete;
-  PrivateSoundServer& operator=(const PrivateSoundServer&) = delete;
 
   /// Whether the program is installed.
   static bool isInstalled();
@@ -36,15 +34,13 @@ class PrivateSoundServer {
  private:
   bool canBeReached() const;
 
-  std::string folder_;
-  std::string socket_;
-  std::string previous_;  // PULSE_SERVER as it was
-  bool hadPrevious_;
-  pid_t process_ = -1;
+  const TemporaryFolder folder_;
+  const std::string socket_ = folder_.file("native");
+  const ScopedVariable variable_{"PULSE_SERVER", ("unix:" + socket_).c_str()};
+  std::shared_ptr<GSubprocess> process_;
 };
 
-/// Records the monitor of the server's output. Times are seconds on the monotonic clock; levels are
-/// 0 to 1.
+/// Records the monitor of the server's output. Levels are 0 to 1.
 class MonitorRecording {
  public:
   MonitorRecording();
@@ -53,41 +49,33 @@ class MonitorRecording {
   MonitorRecording& operator=(const MonitorRecording&) = delete;
 
   static constexpr int kRate = 48000;
-  static double now();
 
-  /// When the first sample above `level` after `since` was played; below 0 when there is none yet.
-  double firstSoundSince(double since, float level = 0.01F) const;
-  /// When the last sample above `level` was played; below 0 when there is none.
-  double lastSound(float level = 0.01F) const;
   /// The loudest sample of the last `seconds`.
   float peakOfLast(double seconds) const;
   /// The amplitude of the tone in the last `seconds`.
   double toneInLast(double seconds, double frequency) const;
-  /// The longest time below `level` between two samples above it, in seconds, since `since`.
-  double longestGapSince(double since, float level = 0.01F) const;
+  /// How many samples there are, and the longest time below `level` between two samples above it,
+  /// in seconds, from this sample on.
+  std::size_t sampleCount() const;
+  double longestGapSince(std::size_t sample, float level = 0.01F) const;
 
   /// Suspends the server's output, as a user or power saving does, or resumes it.
   void suspendOutput(bool suspended);
+  /// Whether nothing is played because all streams have paused.
+  bool areStreamsPaused();
 
- private:
-  struct Mark {
-    double clock;     // when it was taken
-    double position;  // in seconds from the recording's beginning: what was being played
-  };
-
-  void connect();
-  void read();
-  void mark(bool answered);
-  double clockOf(std::size_t sample) const;
-  std::size_t sampleAt(double clock) const;
+ protected:
+  void locked(const std::function<void()>& work) const;
 
   pa_threaded_mainloop* loop_;
   pa_context* context_ = nullptr;
   pa_stream* stream_ = nullptr;
-  mutable std::mutex mutex_;
-  std::vector<float> samples_;  // guarded by mutex_
-  std::vector<Mark> marks_;     // guarded by mutex_
-  bool asking_ = false;         // of the library's thread
+  std::vector<float> samples_;  // of the library's thread, like all of these
+
+ private:
+  void connect();
+  void read();
+  std::size_t firstOfLast(double seconds) const;
 };
 
 }  // namespace quorbel_tests

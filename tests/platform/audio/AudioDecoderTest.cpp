@@ -3,12 +3,15 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <limits>
 
 #include "platform/audio/ClipCache.h"
 #include "platform/audio/ClipDecoder.h"
 #include "platform/audio/Voice.h"
 #include "tests/platform/audio/AudioFiles.h"
+#include "tests/support/Loop.h"
+#include "tests/support/Process.h"
 
 namespace platform = valdren::platform;
 
@@ -17,9 +20,10 @@ namespace {
 using platform::DecodedClip;
 using platform::Voice;
 using quorbel_tests::littleEndian;
-using quorbel_tests::TemporaryFolder;
+using quorbel_tests::readFile;
 using quorbel_tests::toneFile;
 using quorbel_tests::wave;
+using quorbel_tests::writeFile;
 
 std::shared_ptr<const DecodedClip> decode(const std::string& path) {
   auto clip = platform::decodeClip(path);
@@ -27,24 +31,21 @@ std::shared_ptr<const DecodedClip> decode(const std::string& path) {
   return std::move(clip).valueOr(nullptr);
 }
 
-std::string read(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::filesystem::path> packagedClips() {
-  std::vector<std::filesystem::path> paths;
-  for (const auto& entry : std::filesystem::directory_iterator(CLIP_FOLDER)) {
-    if (entry.path().extension() == ".m4a") paths.push_back(entry.path());
+/// A folder for the files of a test.
+struct Folder : quorbel_tests::TemporaryFolder {
+  std::string write(const std::string& name, const std::string& content) const {
+    writeFile(file(name), content);
+    return file(name);
   }
-  return paths;
-}
+};
 
 TEST(ClipDecoder, EveryPackagedClipSoundsFromItsFirstMillisecondsAndEndsInSilence) {
-  ASSERT_EQ(packagedClips().size(), 14U);
-  for (const auto& path : packagedClips()) {
-    SCOPED_TRACE(path.filename());
-    const auto clip = decode(path);
+  int clips = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(CLIP_FOLDER)) {
+    if (entry.path().extension() != ".m4a") continue;
+    SCOPED_TRACE(entry.path().filename());
+    ++clips;
+    const auto clip = decode(entry.path());
     ASSERT_TRUE(clip);
     const double seconds = double(clip->frameCount()) / platform::kSampleRate;
     EXPECT_GE(seconds, 1.0);
@@ -57,10 +58,11 @@ TEST(ClipDecoder, EveryPackagedClipSoundsFromItsFirstMillisecondsAndEndsInSilenc
     EXPECT_GT(*std::max_element(samples.begin(), samples.end()), 0.1F);
     EXPECT_LT(std::abs(samples.back()), 0.001F);
   }
+  EXPECT_EQ(clips, 14);
 }
 
 TEST(ClipDecoder, KeepsPitchLevelAndLengthOfAWave) {
-  const TemporaryFolder folder;
+  const Folder folder;
   const auto clip = decode(folder.write("tone.wav", toneFile(1000, 0.5)));
   ASSERT_TRUE(clip);
   EXPECT_EQ(clip->frameCount(), 24000U);
@@ -72,16 +74,19 @@ TEST(ClipDecoder, KeepsPitchLevelAndLengthOfAWave) {
 }
 
 TEST(ClipDecoder, RefusesWhatIsNoSound) {
-  const TemporaryFolder folder;
-  std::filesystem::create_directory(folder.path("folder.m4a"));
-  ASSERT_EQ(mkfifo(folder.path("pipe.m4a").c_str(), 0600), 0);
+  const Folder folder;
+  std::filesystem::create_directory(folder.file("folder.m4a"));
+  ASSERT_EQ(mkfifo(folder.file("pipe.m4a").c_str(), 0600), 0);
   const std::string playlist =
       "#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:9,\nfile://" CLIP_FOLDER "/candy.m4a\n";
   const std::string list = "ffconcat version 1.0\nfile " CLIP_FOLDER "/candy.m4a\n";
-  const std::string paths[] = {
-      folder.path("absent.m4a"),
-      folder.path("folder.m4a"),
-      folder.path("pipe.m4a"),
+  const std::string large = folder.write("large.wav", toneFile(440, 0.1));
+  std::filesystem::resize_file(large, 65 * 1024 * 1024);  // sparse
+  std::vector<std::string> paths{
+      large,
+      folder.file("absent.m4a"),
+      folder.file("folder.m4a"),
+      folder.file("pipe.m4a"),
       "",
       folder.write("empty.m4a", ""),
       folder.write("text.m4a", "This is no sound at all.\n"),
@@ -90,44 +95,32 @@ TEST(ClipDecoder, RefusesWhatIsNoSound) {
       folder.write("playlist.m3u8", playlist),
       folder.write("list.m4a", list),
       folder.write("nothing.wav", wave({})),
-      folder.write("header.m4a", read(CLIP_FOLDER "/candy.m4a").substr(0, 200)),
+      folder.write("header.m4a", readFile(CLIP_FOLDER "/candy.m4a").substr(0, 200)),
   };
+  const std::vector<float> samples(4800, 0.25F);
+  for (const std::uint32_t rate : {0U, 1U, 3999U, 400000U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
+    paths.push_back(folder.write("rate" + std::to_string(rate) + ".wav", wave(samples, rate)));
+  }
+  for (const std::uint32_t channels : {0U, 9U, 0xFFFFU}) {
+    paths.push_back(folder.write("channels" + std::to_string(channels) + ".wav",
+                                 wave(samples, 48000, channels)));
+  }
   for (const std::string& path : paths) {
     SCOPED_TRACE(path);
     EXPECT_FALSE(decode(path));
   }
 }
 
-TEST(ClipDecoder, RefusesAFileLargerThanItReads) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("large.wav", toneFile(440, 0.1));
-  std::filesystem::resize_file(path, 65 * 1024 * 1024);  // sparse
-  const auto clip = platform::decodeClip(path);
-  ASSERT_FALSE(clip);
-  EXPECT_EQ(clip.error().message, "it is larger than 64 MiB");
-}
-
 TEST(ClipDecoder, TakesTheFirstMinuteOfALongFile) {
-  const TemporaryFolder folder;
+  const Folder folder;
   const auto clip =
       decode(folder.write("long.wav", wave(std::vector<float>(4000 * 70, 0.25F), 4000)));
   ASSERT_TRUE(clip);
   EXPECT_EQ(clip->frameCount(), 60U * platform::kSampleRate);
 }
 
-TEST(ClipDecoder, RefusesExtremeRatesAndChannelCounts) {
-  const TemporaryFolder folder;
-  const std::vector<float> samples(4800, 0.25F);
-  for (const std::uint32_t rate : {0U, 1U, 100U, 3999U, 400000U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
-    EXPECT_FALSE(decode(folder.write("rate.wav", wave(samples, rate)))) << rate;
-  }
-  for (const std::uint32_t channels : {0U, 9U, 64U, 0xFFFFU}) {
-    EXPECT_FALSE(decode(folder.write("channels.wav", wave(samples, 48000, channels)))) << channels;
-  }
-}
-
 TEST(ClipDecoder, ClampsSamplesAndReplacesInvalidOnes) {
-  const TemporaryFolder folder;
+  const Folder folder;
   const float infinite = std::numeric_limits<float>::infinity();
   const auto clip = decode(folder.write(
       "wild.wav", wave({std::nanf(""), infinite, -infinite, 1e30F, -1e30F, 0.5F, -0.5F})));
@@ -138,8 +131,8 @@ TEST(ClipDecoder, ClampsSamplesAndReplacesInvalidOnes) {
 }
 
 TEST(ClipDecoder, ReadsWhatComesBeforeAFileBreaksOff) {
-  const TemporaryFolder folder;
-  const std::string whole = read(CLIP_FOLDER "/babies.m4a");
+  const Folder folder;
+  const std::string whole = readFile(CLIP_FOLDER "/babies.m4a");
   const auto all = decode(CLIP_FOLDER "/babies.m4a");
   const auto half = decode(folder.write("half.m4a", whole.substr(0, whole.size() / 2)));
   ASSERT_TRUE(all && half);
@@ -148,8 +141,8 @@ TEST(ClipDecoder, ReadsWhatComesBeforeAFileBreaksOff) {
 }
 
 TEST(ClipDecoder, SurvivesDamageAnywhere) {
-  const TemporaryFolder folder;
-  const std::string whole = read(CLIP_FOLDER "/candy.m4a");
+  const Folder folder;
+  const std::string whole = readFile(CLIP_FOLDER "/candy.m4a");
   std::uint32_t dice = 12345;
   const auto roll = [&dice] { return dice = dice * 1664525U + 1013904223U, dice >> 8; };
   int decoded = 0;
@@ -169,7 +162,7 @@ TEST(ClipDecoder, SurvivesDamageAnywhere) {
 }
 
 TEST(ClipCache, GivesTheSameClipUntilTheFileChanges) {
-  const TemporaryFolder folder;
+  const Folder folder;
   platform::ClipCache cache;
   const std::string path = folder.write("clip.wav", toneFile(440, 0.1));
   const auto first = cache.clip(path);
@@ -186,8 +179,26 @@ TEST(ClipCache, GivesTheSameClipUntilTheFileChanges) {
   EXPECT_EQ(gone.error().message, "No such file or directory");
 }
 
+TEST(ClipCache, DecodesAheadWhatIsWanted) {
+  const Folder folder;
+  platform::ClipCache cache;
+  const std::string sound = toneFile(440, 0.1);
+  const std::string path = folder.write("clip.wav", sound);
+  const auto changed = std::filesystem::last_write_time(path);
+  // A file that looks the same but holds no sound is only heard if it was decoded before.
+  EXPECT_TRUE(quorbel_tests::runUntil([&] {
+    folder.write("clip.wav", std::string(sound.size(), '\0'));
+    std::filesystem::last_write_time(path, changed);
+    if (cache.clip(path)) return true;
+    folder.write("clip.wav", sound);
+    std::filesystem::last_write_time(path, changed);
+    cache.prepare({folder.file("absent.wav"), path});
+    return false;
+  }));
+}
+
 TEST(ClipCache, ForgetsTheOldestOfMoreThanItHolds) {
-  const TemporaryFolder folder;
+  const Folder folder;
   platform::ClipCache cache;
   // A minute decoded is 22 MiB; the cache holds 64.
   std::weak_ptr<const DecodedClip> oldest;
@@ -199,7 +210,7 @@ TEST(ClipCache, ForgetsTheOldestOfMoreThanItHolds) {
     ASSERT_TRUE(clip);
     if (number == 0) used = *clip;
     if (number == 1) oldest = *clip;
-    EXPECT_TRUE(cache.clip(folder.path("clip0.wav")));
+    EXPECT_TRUE(cache.clip(folder.file("clip0.wav")));
   }
   EXPECT_TRUE(oldest.expired());
   EXPECT_FALSE(used.expired());

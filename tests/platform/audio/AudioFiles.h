@@ -4,38 +4,11 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <numbers>
 #include <string>
 #include <vector>
 
 namespace quorbel_tests {
-
-/// A temporary folder for one test.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    path_ = (std::filesystem::temp_directory_path() / "quorbel-audio-XXXXXX").string();
-    if (!mkdtemp(path_.data())) std::abort();
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::string path(const std::string& name) const { return path_ + "/" + name; }
-
-  std::string write(const std::string& name, const std::string& content) const {
-    std::ofstream(path(name), std::ios::binary) << content;
-    return path(name);
-  }
-
- private:
-  std::string path_;
-};
 
 inline std::string littleEndian(std::uint32_t value, int bytes) {
   std::string text;
