@@ -22,9 +22,9 @@
 #include "benchmarks/request_to_ad/ProgramStart.h"
 #include "benchmarks/support/BareView.h"
 #include "benchmarks/support/Environment.h"
+#include "benchmarks/support/HttpClient.h"
 #include "benchmarks/support/LoopWork.h"
 #include "benchmarks/support/Pixels.h"
-#include "tests/support/HttpClient.h"
 
 namespace platform = valdren::platform;
 
@@ -175,7 +175,7 @@ class BareRoad {
   BareRoad(BareView& shown, const std::string& base)
       : shown_(shown),
         base_(base),
-        script_(quorbel_tests::get(base + std::string(valdren::kVADScriptPath)).body) {}
+        script_(get(base + std::string(valdren::kVADScriptPath))) {}
   ~BareRoad() { drop(); }
   BareRoad(const BareRoad&) = delete;
   BareRoad& operator=(const BareRoad&) = delete;

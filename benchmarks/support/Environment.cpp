@@ -6,9 +6,9 @@
 #include <cstdlib>
 
 #include "ads/request/VADConfiguration.h"
+#include "benchmarks/support/HttpClient.h"
 #include "platform/base/GObjectPtr.h"
 #include "platform/storage/Bundle.h"
-#include "tests/support/HttpClient.h"
 
 namespace platform = valdren::platform;
 
@@ -45,7 +45,7 @@ SandboxProcess::~SandboxProcess() {
 }
 
 void SandboxProcess::control(const std::string& query) const {
-  quorbel_tests::ask({.url = base_ + "/control?" + query, .method = "POST"});
+  post(base_ + "/control?" + query);
 }
 
 int SandboxProcess::identifier() const {

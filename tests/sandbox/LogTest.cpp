@@ -3,35 +3,17 @@
 
 #include "ads/request/VADLocation.h"
 #include "ads/signals/EncryptedSignals.h"
-#include "platform/base/Json.h"
 #include "platform/base/PercentEncoding.h"
 #include "sandbox/Decryption.h"
-#include "sandbox/Http.h"
-#include "sandbox/RequestLog.h"
-#include "sandbox/Sandbox.h"
-#include "tests/support/HttpClient.h"
-
-namespace platform = valdren::platform;
+#include "tests/sandbox/Network.h"
 
 namespace {
 
-using namespace quorbel_tests;
-using sandbox::Sandbox;
-
-platform::Array requests(const Sandbox& sandbox, const std::string& since = "0") {
-  const platform::Dictionary log = object(get(sandbox.baseURL() + "/log.json?since=" + since));
-  const platform::Value* list = log.find("requests");
-  return list && list->array() ? *list->array() : platform::Array();
-}
-
-std::string text(const platform::Value& entry, std::string_view key) {
-  const platform::Value* value = entry.dictionary() ? entry.dictionary()->find(key) : nullptr;
-  return value ? value->description() : "";
-}
+using sandbox_tests::Network;
+using sandbox_tests::text;
 
 TEST(Log, ShowsARequestWithItsParametersAndWhatWasSealed) {
-  const auto sandbox = Sandbox::start(0);
-  ASSERT_TRUE(sandbox);
+  Network network;
   const auto location = valdren::VADLocation::initWithLatitude(47.37F, 8.54F, 65.0F);
   ASSERT_TRUE(location && location->oolongRepresentation());
   const std::string parameters =
@@ -40,10 +22,10 @@ TEST(Log, ShowsARequestWithItsParametersAndWhatWasSealed) {
                                                 {"uule", *location->oolongRepresentation()}});
   const auto signals = valdren::encryptSignals({{"viewed", 1234}, {"sdk", "x"}});
   ASSERT_TRUE(signals);
-  get(sandbox->baseURL() + "/ad?slotname=unit%201&params=" + platform::percentEncoded(parameters) +
-      "&ms=" + *signals);
+  network.ask("/ad?slotname=unit%201&params=" + platform::percentEncoded(parameters) +
+              "&ms=" + *signals);
 
-  const platform::Array seen = requests(*sandbox);
+  const platform::Array seen = network.requests();
   ASSERT_EQ(seen.size(), 1U);
   const platform::Dictionary& entry = *seen.front().dictionary();
   EXPECT_EQ(text(seen.front(), "kind"), "ad");
@@ -70,39 +52,36 @@ TEST(Log, DoesNotOpenWhatClientsDidNotSeal) {
 }
 
 TEST(Log, TellsOnlyWhatIsNewSince) {
-  const auto sandbox = Sandbox::start(0);
-  ASSERT_TRUE(sandbox);
-  get(sandbox->baseURL() + "/imp/t1");
-  get(sandbox->baseURL() + "/clk/t1?ai=x");
-  const platform::Array first = requests(*sandbox);
+  Network network;
+  network.ask("/imp/t1");
+  network.ask("/clk/t1?ai=x");
+  const platform::Array first = network.requests();
   ASSERT_EQ(first.size(), 2U);
   EXPECT_EQ(text(first[1], "kind"), "click");
   EXPECT_EQ(text(first[1], "ticket"), "t1");
-  get(sandbox->baseURL() + "/land/plain?t=t1");
-  const platform::Array next = requests(*sandbox, text(first[1], "number"));
+  network.ask("/land/plain?t=t1");
+  const platform::Array next = network.requests(text(first[1], "number"));
   ASSERT_EQ(next.size(), 1U);
   EXPECT_EQ(text(next[0], "kind"), "landing");
   EXPECT_EQ(text(next[0], "ticket"), "t1");
-  const platform::Dictionary log = object(get(sandbox->baseURL() + "/log.json?since=3"));
-  EXPECT_EQ(text(*log.find("counts"), "impression"), "1");
-  EXPECT_EQ(text(*log.find("counts"), "landing"), "1");
+  const auto log = platform::parseJson(network.log(3));
+  ASSERT_TRUE(log);
+  EXPECT_EQ(text(*log->dictionary()->find("counts"), "impression"), "1");
+  EXPECT_EQ(text(*log->dictionary()->find("counts"), "landing"), "1");
 }
 
 TEST(Log, StaysJSONWhateverIsAsked) {
-  const auto sandbox = Sandbox::start(0);
-  ASSERT_TRUE(sandbox);
+  Network network;
   for (const char* odd :
        {"/ad?slotname=%FF%FE%00&params=%FF", "/ad?params=%7B%22a%22%3A", "/ad?&&=&=x",
         "/clk/%22%3E%3Cscript%3E", "/as/%00%FF/ad", "/as/", "/as", "//", "/log.json/x", "/hop?n=-5",
         "/hop?n=99999999999999", "/preview/nobody", "/imp/"}) {
-    get(sandbox->baseURL() + odd);
+    network.ask(odd);
   }
   std::string deep = "/ad?params=";
   for (int each = 0; each < 600; ++each) deep += "%5B";
-  get(sandbox->baseURL() + deep);
-  const Reply reply = get(sandbox->baseURL() + "/log.json");
-  EXPECT_TRUE(platform::parseJson(reply.body)) << reply.body.substr(0, 400);
-  EXPECT_GE(requests(*sandbox).size(), 10U);
+  network.ask(deep);
+  EXPECT_GE(network.requests().size(), 10U);
 }
 
 TEST(Log, ForgetsTheOldestAndCutsWhatIsLong) {

@@ -1,90 +1,86 @@
-// The whole server: settings, ports, end.
+// The switch of what clients get, and the server and its program.
 #include "sandbox/Sandbox.h"
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
-#include "sandbox/Pages.h"
-#include "tests/support/HttpClient.h"
+#include "tests/sandbox/Network.h"
+#include "tests/support/FetchRecorder.h"
+#include "tests/support/Loop.h"
 #include "tests/support/Process.h"
 
 namespace {
 
-using namespace quorbel_tests;
+using quorbel_tests::FetchRecorder;
 using quorbel_tests::run;
+using quorbel_tests::runUntil;
 using sandbox::Sandbox;
+using sandbox_tests::Network;
 
-Reply post(const Sandbox& sandbox, const std::string& query, const Headers& headers = {}) {
-  return ask(
-      {.url = sandbox.baseURL() + "/control?" + query, .method = "POST", .headers = headers});
-}
-
-int adStatus(const Sandbox& sandbox, const std::string& path = "/ad?slotname=unit") {
-  return get(sandbox.baseURL() + path).status;
+int control(Network& network, const std::string& query, const sandbox::Fields& headers = {}) {
+  return network.ask("/control?" + query, headers, "POST").status;
 }
 
 TEST(Switch, PutsUnitsThatNameNoneInTheScenario) {
-  const auto sandbox = Sandbox::start(0);
-  ASSERT_TRUE(sandbox);
-  EXPECT_EQ(post(*sandbox, "scenario=status-401").status, 200);
-  EXPECT_EQ(adStatus(*sandbox), 401);
-  EXPECT_EQ(adStatus(*sandbox, "/ad?slotname=scenario-status-400"), 400);
-  EXPECT_EQ(adStatus(*sandbox, "/as/status-500/ad?slotname=unit"), 500);
-  EXPECT_EQ(adStatus(*sandbox, "/ad?slotname=ad-harbour"), 200);
-  EXPECT_EQ(object(get(sandbox->baseURL() + "/choice.json")).find("scenario")->description(),
-            "status-401");
+  Network network;
+  EXPECT_EQ(control(network, "scenario=status-401"), 200);
+  const std::pair<const char*, int> cases[] = {
+      {"/ad?slotname=unit", 401},
+      {"/ad?slotname=scenario-status-400", 400},
+      {"/as/status-500/ad?slotname=unit", 500},
+      {"/ad?slotname=ad-harbour", 200},
+  };
+  for (const auto& [address, status] : cases) {
+    EXPECT_EQ(network.ask(address).status, status) << address;
+  }
+  EXPECT_EQ(network.ask("/choice.json").body, R"({"scenario":"status-401"})");
   // A scenario of the script does not affect the ad server.
-  EXPECT_TRUE(sandbox->setScenario("script-errors"));
-  EXPECT_EQ(adStatus(*sandbox), 200);
+  EXPECT_TRUE(network.setScenario("script-errors"));
+  EXPECT_EQ(network.ask("/ad?slotname=unit").status, 200);
 }
 
-TEST(Switch, RefusesWhatItDoesNotKnowAndKeepsWhatWasSet) {
-  const auto sandbox = Sandbox::start(0);
-  ASSERT_TRUE(sandbox);
-  ASSERT_TRUE(sandbox->setScenario("status-400"));
-  EXPECT_FALSE(sandbox->setScenario("unheard-of"));
-  EXPECT_EQ(post(*sandbox, "scenario=unheard-of").status, 400);
-  EXPECT_EQ(post(*sandbox, "ad=unheard-of").status, 400);
-  EXPECT_EQ(get(sandbox->baseURL() + "/control?scenario=fill").status, 405);
-  EXPECT_EQ(adStatus(*sandbox), 400);
-}
-
-TEST(Switch, IsShutToOtherSites) {
-  const auto sandbox = Sandbox::start(0);
-  ASSERT_TRUE(sandbox);
-  EXPECT_EQ(post(*sandbox, "scenario=status-400", {{"Origin", "http://elsewhere.example"}}).status,
-            403);
-  EXPECT_EQ(post(*sandbox, "refresh=7", {{"Origin", sandbox->baseURL()}}).status, 200);
-  const std::string log = sandbox->baseURL() + "/log.json";
-  EXPECT_EQ(ask({.url = log, .headers = {{"Host", "elsewhere.example:80"}}}).status, 403);
-  EXPECT_EQ(ask({.url = log, .headers = {{"Host", "localhost:1"}}}).status, 200);
+TEST(Switch, RefusesStrangersAndWhatItDoesNotKnow) {
+  Network network;
+  ASSERT_TRUE(network.setScenario("status-400"));
+  EXPECT_FALSE(network.setScenario("unheard-of"));
+  EXPECT_EQ(control(network, "scenario=unheard-of"), 400);
+  EXPECT_EQ(control(network, "ad=unheard-of"), 400);
+  EXPECT_EQ(network.ask("/control?scenario=fill").status, 405);
+  EXPECT_EQ(control(network, "scenario=fill", {{"Origin", "http://elsewhere.example"}}), 403);
+  EXPECT_EQ(network.ask("/ad?slotname=unit").status, 400) << "what was set is kept";
+  EXPECT_EQ(control(network, "refresh=7", {{"Origin", "http://127.0.0.1:80"}}), 200);
+  EXPECT_EQ(network.ask("/log.json", {{"Host", "elsewhere.example:80"}}).status, 403);
+  EXPECT_EQ(network.ask("/log.json", {{"Host", "localhost:1"}}).status, 200);
 }
 
 TEST(Sandbox, SaysWhenThePortIsTaken) {
   const auto first = Sandbox::start(0);
   ASSERT_TRUE(first);
   const std::string base = first->baseURL();
-  const auto port = static_cast<std::uint16_t>(std::stoi(base.substr(base.rfind(':') + 1)));
-  EXPECT_FALSE(Sandbox::start(port));
-  EXPECT_EQ(get(base + "/").status, 200);
+  EXPECT_FALSE(
+      Sandbox::start(static_cast<std::uint16_t>(std::stoi(base.substr(base.rfind(':') + 1)))));
+  FetchRecorder fetch;
+  EXPECT_TRUE(fetch.fetch(*platform::URL::parse(base + "/")));
+  EXPECT_EQ(fetch.errorCode(), 0);
 }
 
-TEST(Sandbox, EndsAtOnceWhileAnswersAreUnderWay) {
-  for (const char* unit :
-       {"scenario-hang", "scenario-endless", "scenario-dribble", "scenario-slow"}) {
-    auto sandbox = Sandbox::start(0);
-    ASSERT_TRUE(sandbox);
-    std::size_t received = 0;
-    std::thread client([&received, url = sandbox->baseURL() + "/ad?slotname=" + unit] {
-      received = ask({.url = url, .mostBytes = std::size_t{1} << 31}).body.size();
-    });
-    while (sandbox->log().find("\"kind\":\"ad\"") == std::string::npos) std::this_thread::yield();
-    sandbox.reset();
-    client.join();
-    // The size at which the endless body would have ended.
-    EXPECT_LT(received, std::size_t{1} << 30) << unit << " had to be waited for";
+TEST(Sandbox, ServesOthersAndEndsAtOnceWhileAnswersAreUnderWay) {
+  auto sandbox = Sandbox::start(0);
+  ASSERT_TRUE(sandbox);
+  const auto unit = [&](const char* name) {
+    return *platform::URL::parse(sandbox->baseURL() + "/ad?slotname=scenario-" + name);
+  };
+  FetchRecorder unfinished[4];
+  int count = 0;
+  for (const char* name : {"hang", "endless", "dribble", "slow"}) {
+    unfinished[count].keepsBody = false;
+    ASSERT_TRUE(unfinished[count++].start(unit(name)));
   }
+  FetchRecorder whole;
+  ASSERT_TRUE(whole.fetch(unit("fill")));
+  EXPECT_EQ(whole.response->statusCode, 200);
+  EXPECT_TRUE(runUntil([&] { return unfinished[1].bodySize > 0; }));
+  sandbox.reset();
+  for (const FetchRecorder& each : unfinished) EXPECT_FALSE(each.finished);
 }
 
 TEST(Program, AnswersItsOptionsAndRefusesOthers) {

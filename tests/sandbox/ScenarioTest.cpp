@@ -6,36 +6,15 @@
 #include <sstream>
 
 #include "platform/base/Text.h"
-#include "sandbox/Sandbox.h"
-#include "sandbox/Scenarios.h"
-#include "tests/support/HttpClient.h"
-
-namespace platform = valdren::platform;
+#include "tests/sandbox/Network.h"
 
 namespace {
 
-using namespace quorbel_tests;
-using sandbox::Sandbox;
-
-std::string adURL(const Sandbox& sandbox, const std::string& unit) {
-  return sandbox.baseURL() + "/ad?slotname=" + unit + "&params=%7B%7D";
-}
-
-TEST(Scenario, NothingComesWhenItHangs) {
-  const auto sandbox = Sandbox::start(0);
-  ASSERT_TRUE(sandbox);
-  const Reply reply = ask({.url = adURL(*sandbox, "scenario-hang"), .patienceSeconds = 1});
-  EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.body, "");
-  EXPECT_EQ(get(adURL(*sandbox, "scenario-fill")).status, 200) << "one that hangs blocks others";
-}
-
 TEST(Scenario, SpoiltEncodingsAreNoUTF8) {
-  const auto sandbox = Sandbox::start(0);
-  ASSERT_TRUE(sandbox);
+  sandbox_tests::Network network;
   for (const char* name : {"latin-1", "invalid-utf8"}) {
-    const Reply reply = get(adURL(*sandbox, std::string("scenario-") + name));
-    EXPECT_FALSE(platform::isUTF8(reply.body)) << name;
+    const auto answer = network.ask("/ad?slotname=scenario-" + std::string(name));
+    EXPECT_FALSE(platform::isUTF8(answer.body)) << name;
   }
 }
 
