@@ -1,16 +1,20 @@
-// Ads and landing pages as shown in a real engine.
+// Ads, landing pages and the ad engine script in a real engine.
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 
 #include <algorithm>
 
+#include "platform/base/Json.h"
 #include "sandbox/Ads.h"
+#include "sandbox/Http.h"
 #include "sandbox/Sandbox.h"
-#include "tests/inspector/Browser.h"
 #include "tests/support/Loop.h"
+#include "tests/support/WebPage.h"
+
+namespace platform = valdren::platform;
 
 namespace {
 
-using namespace inspector_tests;
 using sandbox::Sandbox;
 
 /// Finds faults of the page's texts: too small, cut off, or too little contrast.
@@ -31,90 +35,125 @@ constexpr const char* kFaults = R"((function () {
   return faults.join('; ');
 })())";
 
-class Page : public ::testing::Test {
+class SandboxPage : public ::testing::Test {
  protected:
   void SetUp() override {
     sandbox_ = Sandbox::start(0);
     ASSERT_TRUE(sandbox_);
   }
-  bool waitForMessage(const Browser& browser, const std::string& name) {
+  static void setDark(bool dark) {
+    g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", dark, nullptr);
+  }
+  /// Opens a page of the sandbox.
+  void open(platform::Size size, const std::string& path) {
+    if (!page_) {
+      page_ = std::make_unique<quorbel_tests::Page>(platform::Rect{0, 0, size.width, size.height});
+      page_->show(size);
+    }
+    ASSERT_TRUE(page_->go(sandbox_->baseURL() + path));
+  }
+  std::string evaluate(const std::string& script) { return page_->evaluate(script); }
+  std::string textOf(const std::string& id) {
+    return evaluate("document.getElementById('" + id + "').textContent");
+  }
+  std::vector<std::string> messages() { return page_->delegate.addressesOf("gmsg"); }
+  bool sends(const std::string& begin) {
     return quorbel_tests::runUntil([&] {
-      return std::any_of(browser.messages().begin(), browser.messages().end(),
-                         [&](const std::string& each) { return each.starts_with(name); });
+      const auto sent = messages();
+      return std::any_of(sent.begin(), sent.end(),
+                         [&](const std::string& each) { return each.starts_with(begin); });
     });
   }
 
   std::unique_ptr<Sandbox> sandbox_;
+  std::unique_ptr<quorbel_tests::Page> page_;
 };
 
-TEST_F(Page, EveryAdFitsItsFiftyPointsInLightAndDark) {
-  Browser browser(320, 50);
+TEST_F(SandboxPage, EveryAdFitsItsFiftyPointsAndLandingPagesANarrowScreen) {
   for (const bool dark : {false, true}) {
-    browser.setDark(dark);
+    setDark(dark);
     for (const sandbox::Ad& ad : sandbox::ads()) {
-      ASSERT_TRUE(browser.load(sandbox_->baseURL() + "/preview/" + std::string(ad.name)));
-      EXPECT_EQ(browser.evaluate(kFaults), "") << ad.name;
-      EXPECT_EQ(browser.evaluate("document.documentElement.scrollHeight <= 50"), "true") << ad.name;
+      open({320, 50}, "/preview/" + std::string(ad.name));
+      EXPECT_EQ(evaluate(kFaults), "") << ad.name;
+      EXPECT_EQ(evaluate("document.documentElement.scrollHeight <= 50"), "true") << ad.name;
     }
   }
-}
-
-TEST_F(Page, LandingPagesFitANarrowScreen) {
-  Browser browser(320, 480);
+  setDark(false);
+  page_.reset();
   for (const char* name : {"plain", "webapp", "video", "failing"}) {
-    ASSERT_TRUE(browser.load(sandbox_->baseURL() + "/land/" + name));
-    EXPECT_EQ(browser.evaluate(kFaults), "") << name;
+    open({320, 480}, "/land/" + std::string(name));
+    EXPECT_EQ(evaluate(kFaults), "") << name;
   }
 }
 
-TEST_F(Page, AnAdOpensThenHasTheClickPinged) {
-  Browser browser(320, 50);
-  ASSERT_TRUE(browser.load(sandbox_->baseURL() + "/preview/webapp"));
-  browser.evaluate("document.querySelector('a').click()");
-  ASSERT_TRUE(waitForMessage(browser, "gmsg://urvo/click?u="));
-  ASSERT_EQ(browser.messages().size(), 2U);
-  EXPECT_TRUE(browser.messages()[0].starts_with("gmsg://urvo/open?a=webapp"))
-      << "a ping that comes first belongs to no click: " << browser.messages()[0];
+TEST_F(SandboxPage, AnAdOpensThenHasTheClickPinged) {
+  open({320, 50}, "/preview/webapp");
+  evaluate("document.querySelector('a').click()");
+  ASSERT_TRUE(sends("gmsg://urvo/click?u="));
+  ASSERT_EQ(messages().size(), 2U);
+  EXPECT_TRUE(messages()[0].starts_with("gmsg://urvo/open?a=webapp"))
+      << "a ping that comes first belongs to no click: " << messages()[0];
 }
 
-TEST_F(Page, TheConsoleSendsEveryMessageAndShowsReplies) {
-  Browser browser(320, 50);
-  ASSERT_TRUE(browser.load(sandbox_->baseURL() + "/preview/console"));
-  const int count = std::stoi(browser.evaluate("messages.length"));
+TEST_F(SandboxPage, TheConsoleSendsEveryMessageAndShowsReplies) {
+  open({320, 50}, "/preview/console");
+  const int count = std::stoi(evaluate("messages.length"));
   for (int each = 0; each < count; ++each) {
-    browser.evaluate("button.click(); document.getElementById('after').click()");
+    evaluate("button.click(); document.getElementById('after').click()");
   }
-  quorbel_tests::runUntil([&] { return browser.messages().size() >= std::size_t(count); });
   for (const char* name : {"log", "vibrate", "touch", "click", "httpTrack", "canOpenURLs",
                            "evalInOpener", "settings", "close", "open", "hello"}) {
-    EXPECT_TRUE(waitForMessage(browser, std::string("gmsg://urvo/") + name)) << name;
+    EXPECT_TRUE(sends(std::string("gmsg://urvo/") + name)) << name;
   }
-  browser.evaluate("URVO_ReceiveMessage('openableURLs', {\"tel:1\": true})");
-  EXPECT_EQ(browser.evaluate("document.querySelector('output').textContent"),
+  evaluate("URVO_ReceiveMessage('openableURLs', {\"tel:1\": true})");
+  EXPECT_EQ(evaluate("document.querySelector('output').textContent"),
             "openableURLs {\"tel:1\":true}");
 }
 
-TEST_F(Page, TheWebAppShowsWhatItIsTold) {
-  Browser browser(360, 640);
-  ASSERT_TRUE(browser.load(sandbox_->baseURL() + "/land/webapp?t=t1&depth=3"));
-  browser.evaluate(
+TEST_F(SandboxPage, TheWebAppShowsWhatItIsTold) {
+  open({360, 640}, "/land/webapp?t=t1&depth=3");
+  evaluate(
       "URVO_ReceiveMessage('onshow', {\"version\": \"v1\"}); URVO_ReceiveMessage('onhide');"
       "URVO_ReceiveMessage('openableURLs', {\"tel:1\": true, \"x:\": false});"
       "window.__defineGetter__('orientation', function () { return 90; }); "
       "window.onorientationchange();");
-  EXPECT_EQ(browser.evaluate("document.getElementById('onshow').textContent"),
-            "{\"version\":\"v1\"}");
-  EXPECT_EQ(browser.evaluate("document.getElementById('onhide').textContent"), "yes");
-  EXPECT_EQ(browser.evaluate("document.getElementById('openable').textContent"),
-            "tel:1 yes, x: no");
-  EXPECT_EQ(browser.evaluate("document.getElementById('orientation').textContent"), "90\xC2\xB0");
-  browser.evaluate("document.getElementById('nest').click()");
-  ASSERT_TRUE(waitForMessage(browser, "gmsg://urvo/open?a=webapp"));
-  EXPECT_NE(browser.messages().back().find("depth%3D4"), std::string::npos);
-  browser.evaluate("document.querySelector('[data-orientations=landscape]').click()");
-  EXPECT_TRUE(waitForMessage(browser, "gmsg://urvo/settings?supportedOrientations=landscape"));
-  browser.evaluate("document.getElementById('close').click()");
-  EXPECT_TRUE(waitForMessage(browser, "gmsg://urvo/close"));
+  EXPECT_EQ(textOf("onshow"), "{\"version\":\"v1\"}");
+  EXPECT_EQ(textOf("onhide"), "yes");
+  EXPECT_EQ(textOf("openable"), "tel:1 yes, x: no");
+  EXPECT_EQ(textOf("orientation"), "90\xC2\xB0");
+  evaluate("document.getElementById('nest').click()");
+  ASSERT_TRUE(sends("gmsg://urvo/open?a=webapp"));
+  EXPECT_NE(messages().back().find("depth%3D4"), std::string::npos);
+  evaluate("document.querySelector('[data-orientations=landscape]').click()");
+  EXPECT_TRUE(sends("gmsg://urvo/settings?supportedOrientations=landscape"));
+  evaluate("document.getElementById('close').click()");
+  EXPECT_TRUE(sends("gmsg://urvo/close"));
+}
+
+/// The decoded field of an address's query.
+std::string field(const std::string& address, const std::string& key) {
+  sandbox::Request request;
+  request.query = address.substr(address.find('?') + 1);
+  return request.parameter(key).value_or("");
+}
+
+TEST_F(SandboxPage, TheScriptBuildsAnAddressThatCarriesTheParametersWhole) {
+  const platform::Dictionary parameters{
+      {"slotname", "my unit & more"},
+      {"preqs", 3},
+      {"kw", platform::Array{"\"quoted\"", "</b>", "Z\xC3\xBCrich;a=b"}}};
+  page_ = std::make_unique<quorbel_tests::Page>();
+  page_->load("<script src=/urvo/sdk-core-v40.js></script><script>URVO_buildAdURL(" +
+                  *platform::writeJson(parameters) + ")</script>",
+              sandbox_->baseURL() + "/");
+  ASSERT_TRUE(sends("gmsg://"));
+  const std::string message = messages().front();
+  EXPECT_NE(message.find("/loadAdURL?"), std::string::npos) << message;
+  EXPECT_EQ(field(message, "type"), "qorm");
+  const std::string url = field(message, "url");
+  ASSERT_TRUE(url.starts_with(sandbox_->baseURL() + "/ad?")) << url;
+  EXPECT_EQ(field(url, "slotname"), "my unit & more");
+  EXPECT_EQ(platform::parseJson(field(url, "params")), platform::Value(parameters));
 }
 
 }  // namespace

@@ -59,6 +59,14 @@ bool RecordingDelegate::asked(const std::string& address) const {
   });
 }
 
+std::vector<std::string> RecordingDelegate::addressesOf(const std::string& scheme) const {
+  std::vector<std::string> addresses;
+  for (const platform::URLRequest& request : requests) {
+    if (request.url.lowercaseScheme() == scheme) addresses.push_back(request.url.absoluteString());
+  }
+  return addresses;
+}
+
 std::string RecordingDelegate::text() const {
   std::string all;
   for (const std::string& line : lines) all += line + "\n";

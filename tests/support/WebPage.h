@@ -28,6 +28,8 @@ class RecordingDelegate final : public platform::WebViewDelegate {
   /// Whether the page was asked to go to this address, whatever the type.
   bool asked(const std::string& address) const;
   int fails() const { return count("fail"); }
+  /// The addresses of this scheme that the page went to; they were refused unless `decide` is set.
+  std::vector<std::string> addressesOf(const std::string& scheme) const;
   std::string text() const;
 
   std::vector<std::string> lines;
@@ -61,6 +63,10 @@ class Page {
   std::string evaluate(const std::string& script);
   /// Runs the loop until the script's result is `text`.
   bool becomes(const std::string& script, const std::string& text, double seconds = 10);
+  /// Runs the loop until the condition is true.
+  bool holds(const std::string& condition) {
+    return becomes("String(!!(" + condition + "))", "true", 30);
+  }
   /// Presses and releases the pointer's first button over this point of the view.
   void click(platform::Point point);
   /// The colour of one pixel of the window, as 0xRRGGBB.
