@@ -5,8 +5,6 @@
 #include <gtkmm/gestureclick.h>
 #include <gtkmm/window.h>
 
-#include <utility>
-
 namespace valdren::platform {
 namespace {
 
@@ -27,7 +25,7 @@ void watchLeavingKeys(Gtk::Window& window, std::function<bool(LeavingKey)> handl
   auto keys = Gtk::EventControllerKey::create();
   keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
   keys->signal_key_pressed().connect(
-      [handler = std::move(handler)](guint key, guint, Gdk::ModifierType state) {
+      [handler](guint key, guint, Gdk::ModifierType state) {
         state = state & kModifiers;
         if (key == GDK_KEY_Escape && state == Gdk::ModifierType(0)) {
           return handler(LeavingKey::Cancel);

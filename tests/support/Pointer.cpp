@@ -12,27 +12,27 @@ namespace platform = valdren::platform;
 namespace quorbel_tests {
 namespace {
 
-/// The X extension for simulated input, loaded only when it is used.
-struct XTest {
-  using Motion = int (*)(Display*, int screen, int x, int y, unsigned long delay);
-  using Button = int (*)(Display*, unsigned button, int pressed, unsigned long delay);
+/// Calls a function of the X extension for simulated input, which is loaded only when it is used;
+/// false when there is none.
+template <typename... Arguments>
+bool simulate(const char* name, Arguments... arguments) {
+  static void* const library = dlopen("libXtst.so.6", RTLD_NOW);
+  if (!library) return false;
+  reinterpret_cast<int (*)(Arguments..., unsigned long delay)>(dlsym(library, name))(arguments...,
+                                                                                     0);
+  return true;
+}
 
-  XTest() {
-    void* const library = dlopen("libXtst.so.6", RTLD_NOW);
-    if (!library) return;
-    move = reinterpret_cast<Motion>(dlsym(library, "XTestFakeMotionEvent"));
-    button = reinterpret_cast<Button>(dlsym(library, "XTestFakeButtonEvent"));
-    key = reinterpret_cast<Button>(dlsym(library, "XTestFakeKeyEvent"));
-  }
+bool press(Display* display, unsigned button, bool pressed) {
+  return simulate("XTestFakeButtonEvent", display, button, int(pressed));
+}
 
-  Motion move = nullptr;
-  Button button = nullptr;
-  Button key = nullptr;
-};
+bool type(Display* display, unsigned key, bool pressed) {
+  return simulate("XTestFakeKeyEvent", display, key, int(pressed));
+}
 
-XTest& xTest() {
-  static XTest loaded;
-  return loaded;
+bool move(Display* display, int x, int y) {
+  return simulate("XTestFakeMotionEvent", display, -1, x, y);
 }
 
 Display* displayOf(GtkWidget* widget) {
@@ -44,10 +44,10 @@ Display* displayOf(GtkWidget* widget) {
 }  // namespace
 
 bool hasPointer() {
-  return GDK_IS_X11_DISPLAY(gdk_display_get_default()) && xTest().move;
+  return GDK_IS_X11_DISPLAY(gdk_display_get_default()) && dlopen("libXtst.so.6", RTLD_NOW);
 }
 
-void clickWidget(GtkWidget* widget, platform::Point point) {
+void clickWidget(GtkWidget* widget, platform::Point point, unsigned button) {
   GtkNative* const native = gtk_widget_get_native(widget);
   double x = 0;
   double y = 0;
@@ -63,14 +63,14 @@ void clickWidget(GtkWidget* widget, platform::Point point) {
   XTranslateCoordinates(display, surface, DefaultRootWindow(display), int(std::lround(x + shadowX)),
                         int(std::lround(y + shadowY)), &rootX, &rootY, &child);
   // Two moves, so that one is a real move even if the pointer was already there.
-  xTest().move(display, -1, rootX + 1, rootY, 0);
-  xTest().move(display, -1, rootX, rootY, 0);
+  move(display, rootX + 1, rootY);
+  move(display, rootX, rootY);
   XFlush(display);
   runFor(0.1);
-  xTest().button(display, 1, 1, 0);
+  press(display, button, true);
   XFlush(display);
   runFor(0.05);
-  xTest().button(display, 1, 0, 0);
+  press(display, button, false);
   XFlush(display);
   runFor(0.1);
 }
@@ -82,10 +82,10 @@ void typeKey(GtkWidget* widget, const char* name, const char* with) {
 void typeKey(GtkWidget* widget, unsigned code, const char* with) {
   Display* const display = displayOf(widget);
   const unsigned held = with ? XKeysymToKeycode(display, XStringToKeysym(with)) : 0;
-  if (held) xTest().key(display, held, 1, 0);
-  xTest().key(display, code, 1, 0);
-  xTest().key(display, code, 0, 0);
-  if (held) xTest().key(display, held, 0, 0);
+  if (held) type(display, held, true);
+  type(display, code, true);
+  type(display, code, false);
+  if (held) type(display, held, false);
   XFlush(display);
   runFor(0.1);
 }

@@ -11,8 +11,8 @@ namespace quorbel_tests {
 
 /// Whether the display has a pointer that a test can move.
 bool hasPointer();
-/// Moves the pointer to this point of the widget, presses the first button and releases it.
-void clickWidget(GtkWidget* widget, platform::Point point);
+/// Moves the pointer to this point of the widget, presses a button of it and releases it.
+void clickWidget(GtkWidget* widget, platform::Point point, unsigned button = 1);
 /// Presses and releases a key, by its X name such as "Return" or by its key code; `with` names a
 /// key that is held meanwhile.
 void typeKey(GtkWidget* widget, const char* name, const char* with = nullptr);

@@ -11,23 +11,22 @@
 #include "platform/device/Device.h"
 #include "platform/ui/NativeView.h"
 #include "platform/ui/NativeWindow.h"
+#include "platform/ui/Settling.h"
 #include "platform/ui/WindowPlace.h"
+#include "tests/support/Fakes.h"
 #include "tests/support/Loop.h"
-#include "tests/support/Pictures.h"
+#include "tests/support/Pointer.h"
 
 namespace platform = valdren::platform;
 
 namespace {
 
 using platform::InterfaceOrientation;
-using platform::Point;
 using platform::Size;
 using platform::View;
 using platform::ViewController;
 using platform::Window;
-using quorbel_tests::isBlank;
 using quorbel_tests::runUntil;
-using quorbel_tests::savePicture;
 using Lines = std::vector<std::string>;
 
 /// Records its hooks and runs a test's function in one of them.
@@ -45,6 +44,8 @@ class Screen final : public ViewController {
   void viewWillDisappear(bool animated) override { note(animated ? "will go~" : "will go"); }
   void viewDidDisappear(bool animated) override { note(animated ? "did go~" : "did go"); }
   void didReceiveMemoryWarning() override { note("memory"); }
+  bool cancelPressed() override { return note("cancel"), true; }
+  bool backPressed() override { return note("back"), true; }
   bool shouldAutorotateToInterfaceOrientation(InterfaceOrientation orientation) override {
     return wideOnly ? isLandscape(orientation)
                     : anyOrientation || orientation == InterfaceOrientation::Portrait;
@@ -107,42 +108,35 @@ class WindowTest : public ::testing::Test {
 };
 
 TEST_F(WindowTest, TellsOnceWhenItHasTheSizeThatItKeeps) {
-  struct Case {
-    const char* name;
-    std::function<void()> whileAsked;  // the desktop's change in the meantime
-    Size told;
-  };
-  const Case cases[] = {
-      {"shown", [&] { window->makeKeyAndVisible(); }, {360, 640}},
-      {"given another size",
-       [&] {
-         window->makeKeyAndVisible();
-         EXPECT_TRUE(runUntil([&] { return window->native().window().get_width() > 0; }));
-         window->resize({500, 400});
-       },
-       {500, 400}},
-      {"not drawn in time",
-       [&] {
-         window->makeKeyAndVisible();
-         gtk_widget_unmap(GTK_WIDGET(window->native().window().gobj()));
-       },
-       {360, 640}},
-  };
-  for (const Case& each : cases) {
-    SCOPED_TRACE(each.name);
+  enum class Meanwhile { Nothing, AnotherSize, NotDrawn };
+  for (const Meanwhile change : {Meanwhile::Nothing, Meanwhile::AnotherSize, Meanwhile::NotDrawn}) {
+    SCOPED_TRACE(int(change));
+    quorbel_tests::FakeRunLoop loop;  // a busy machine must not end the wait for a slow desktop
     window = std::make_shared<Window>(Size{360, 640});
+    GtkWindow* const native = window->native().window().gobj();
+    const Size size = change == Meanwhile::AnotherSize ? Size{500, 400} : Size{360, 640};
     int told = 0;
     // Screens ask while they are made, before there is a window.
     const auto waiting = platform::Screen::standard().whenSettled([&] {
       ++told;
       EXPECT_EQ(platform::Screen::standard().applicationFrame().size(),
-                (Size{each.told.width, each.told.height - window->statusBarHeight()}));
+                (Size{size.width, size.height - window->statusBarHeight()}));
     });
-    each.whileAsked();
-    EXPECT_EQ(told, 0);
-    ASSERT_TRUE(runUntil([&] { return told > 0; }, 5));
-    gtk_widget_map(GTK_WIDGET(window->native().window().gobj()));
-    quorbel_tests::runFor(0.2);
+    window->makeKeyAndVisible();
+    loop.advance(0);
+    if (change == Meanwhile::NotDrawn) {
+      gtk_widget_unmap(GTK_WIDGET(native));
+      loop.advance(0.9);
+      EXPECT_EQ(told, 0);
+      loop.advance(0.2);
+      EXPECT_EQ(told, 1);
+      gtk_widget_map(GTK_WIDGET(native));
+    } else if (change == Meanwhile::AnotherSize) {
+      EXPECT_TRUE(runUntil([&] { return gtk_widget_get_width(GTK_WIDGET(native)) > 0; }));
+      window->resize(size);
+    }
+    ASSERT_TRUE(runUntil([&] { return platform::hasSettled(native) && window->size() == size; }));
+    loop.advance(0);
     EXPECT_EQ(told, 1);
     EXPECT_FALSE(platform::Screen::standard().whenSettled([&] { ++told; }));
     EXPECT_EQ(told, 2) << "it is told later";
@@ -174,20 +168,47 @@ TEST_F(WindowTest, EachScreenGetsItsHooksOnceAndInOrder) {
   }
 }
 
-TEST_F(WindowTest, WithoutAnimationsASlideIsOverAtOnce) {
+TEST_F(WindowTest, ASlideEndsAlsoWithoutAnimationsAndWithoutBeingDrawn) {
   setAnimations(false);
-  const auto shown = screen("a");
+  auto shown = screen("a");
   root->presentModalViewController(shown, true);
   EXPECT_EQ(lines.back(), "a did appear~");
   root->dismissModalViewControllerAnimated(true);
   EXPECT_EQ(lines.back(), "root did appear~");
-}
-
-TEST_F(WindowTest, AWindowThatIsNotDrawnFinishesItsSlidesAllTheSame) {
-  const auto shown = screen("a");
+  setAnimations(true);
+  shown = screen("b");
   root->presentModalViewController(shown, true);
   window->native().window().set_visible(false);
-  EXPECT_TRUE(waitFor("a did appear~"));
+  EXPECT_TRUE(waitFor("b did appear~"));
+}
+
+TEST_F(WindowTest, KeysAndButtonsThatLeaveReachTheTopScreenAlone) {
+  if (!quorbel_tests::hasPointer()) GTEST_SKIP() << "needs a pointer";
+  root->presentModalViewController(screen("a"), false);
+  GtkWidget* const native = GTK_WIDGET(window->native().window().gobj());
+  const struct {
+    const char* key;
+    const char* with;
+    const char* line;  // empty when it means nothing
+  } rows[] = {{"Escape", nullptr, "a cancel"},
+              {"Left", "Alt_L", "a back"},
+              {"KP_Left", "Alt_L", "a back"},
+              {"Escape", "Alt_L", ""},
+              {"Left", nullptr, ""},
+              {"Left", "Control_L", ""},
+              {"a", "Alt_L", ""}};
+  for (const auto& row : rows) {
+    lines.clear();
+    quorbel_tests::typeKey(native, row.key, row.with);
+    // What follows is only seen after the key.
+    quorbel_tests::typeKey(native, "Escape");
+    ASSERT_TRUE(waitFor("a cancel")) << row.key;
+    runUntil([&] { return lines.size() > 1 || !*row.line; });
+    EXPECT_EQ(lines, *row.line ? (Lines{row.line, "a cancel"}) : Lines{"a cancel"}) << row.key;
+  }
+  lines.clear();
+  quorbel_tests::clickWidget(native, {100, 200}, 8);
+  EXPECT_TRUE(waitFor("a back"));
 }
 
 TEST_F(WindowTest, WhatHooksAskForWaitsUntilTheOthersHaveHadTheirHooks) {
@@ -228,8 +249,6 @@ TEST_F(WindowTest, AScreenDismissedBeforeItsTurnIsNeverShown) {
   EXPECT_EQ(window->topViewController(), first.get());
   EXPECT_FALSE(second->isViewLoaded());
   EXPECT_EQ(second->window(), nullptr);
-  root->presentModalViewController(second, false);  // ignored, because the root presents "a"
-  EXPECT_EQ(window->topViewController(), first.get());
 }
 
 TEST_F(WindowTest, DismissingTakesAwayAllThatLiesAboveAndFreesIt) {
@@ -241,6 +260,9 @@ TEST_F(WindowTest, DismissingTakesAwayAllThatLiesAboveAndFreesIt) {
   first->presentModalViewController(second, false);
   first.reset();
   second.reset();
+  lines.clear();
+  window->didReceiveMemoryWarning();
+  EXPECT_EQ(lines, (Lines{"root memory", "a memory", "b memory"}));
   lines.clear();
   root->dismissModalViewControllerAnimated(false);
   EXPECT_EQ(lines, (Lines{"b will go", "root will appear", "b did go", "root did appear"}));
@@ -326,24 +348,20 @@ TEST_F(WindowTest, KeepsItsShapeWhereNotAllOfItWouldStayInSight) {
   EXPECT_FALSE(runUntil([&] { return window->size() != before; }, 0.2));
 }
 
-TEST_F(WindowTest, TurnsBackAlsoWhenTheWideScreenGoesWithTheOneBelowIt) {
+TEST_F(WindowTest, TurnsBackWithWhatIsBelowUnlessSomebodyDidSoBefore) {
   const auto below = screen("a");
   const auto wide = screen("b");
   wide->wideOnly = true;
   root->presentModalViewController(below, false);
   below->presentModalViewController(wide, false);
   ASSERT_TRUE(waitFor("b rotated wide"));
-  const auto above = screen("c");
-  wide->presentModalViewController(above, false);
+  wide->presentModalViewController(screen("c"), false);
   root->dismissModalViewControllerAnimated(false);
   EXPECT_TRUE(waitFor("root rotated upright"));
-}
 
-TEST_F(WindowTest, AWindowThatSomebodyTurnedBackStaysAsItIs) {
-  const auto wide = screen("a");
-  wide->wideOnly = true;
+  lines.clear();
   root->presentModalViewController(wide, false);
-  ASSERT_TRUE(waitFor("a rotated wide"));
+  ASSERT_TRUE(waitFor("b rotated wide"));
   window->resize({400, 700});
   ASSERT_TRUE(runUntil([&] { return !isLandscape(window->orientation()); }));
   root->dismissModalViewControllerAnimated(false);
@@ -374,14 +392,6 @@ TEST_F(WindowTest, OnlyAScreenThatAllowsItAndIsStillThereHearsOfARotation) {
   }));
   quorbel_tests::runFor(0.05);
   EXPECT_EQ(std::count(lines.begin(), lines.end(), "a rotated wide"), 0);
-}
-
-TEST_F(WindowTest, MemoryWarningsReachEveryScreen) {
-  const auto shown = screen("a");
-  root->presentModalViewController(shown, false);
-  lines.clear();
-  window->didReceiveMemoryWarning();
-  EXPECT_EQ(lines, (Lines{"root memory", "a memory"}));
 }
 
 TEST_F(WindowTest, TheStatusBarGivesItsHeightToTheScreensWhileItIsHidden) {
@@ -428,9 +438,10 @@ TEST_F(WindowTest, IgnoresPresentationsThatMakeNoSense) {
   root->presentModalViewController(nullptr, false);
   root->presentModalViewController(root, false);
   loose->presentModalViewController(shown, false);
-  EXPECT_EQ(root->modalViewController(), nullptr);
+  EXPECT_EQ(window->topViewController(), root.get());
   EXPECT_EQ(loose->modalViewController(), nullptr);
   root->presentModalViewController(shown, false);
+  root->presentModalViewController(loose, false);
   shown->presentModalViewController(shown, false);
   shown->presentModalViewController(root, false);
   EXPECT_EQ(window->topViewController(), shown.get());
