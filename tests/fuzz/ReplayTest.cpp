@@ -2,10 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "tests/fuzz/Targets.h"
+#include "tests/support/Process.h"
 
 namespace quorbel_tests {
 namespace {
@@ -17,8 +16,7 @@ TEST_P(Replay, KeepsItsPromises) {
   ASSERT_FALSE(std::filesystem::is_empty(corpus));
   for (const auto& entry : std::filesystem::directory_iterator(corpus)) {
     SCOPED_TRACE(entry.path());
-    std::ifstream file(entry.path(), std::ios::binary);
-    const std::string input{std::istreambuf_iterator<char>(file), {}};
+    const std::string input = readFile(entry.path());
     // Also truncated at many lengths.
     for (std::size_t length = 0; length <= input.size(); length += 1 + input.size() / 64) {
       GetParam().run(std::string_view(input).substr(0, length));

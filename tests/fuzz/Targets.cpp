@@ -1,13 +1,9 @@
 #include "tests/fuzz/Targets.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 #include "ads/loading/VADResponseHeaders.h"
@@ -23,6 +19,7 @@
 #include "platform/storage/FileUserDefaults.h"
 #include "platform/storage/PropertyList.h"
 #include "sandbox/AdNetwork.h"
+#include "tests/support/Process.h"
 
 namespace platform = valdren::platform;
 
@@ -47,28 +44,9 @@ std::string_view takeLine(std::string_view& input) {
   return line;
 }
 
-/// A folder of this process, removed at the end.
-class Folder {
- public:
-  Folder() { std::filesystem::create_directories(path_); }
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-
-  std::string write(const std::string& name, std::string_view content) const {
-    std::ofstream(path_ / name, std::ios::binary | std::ios::trunc) << content;
-    return path_ / name;
-  }
-  std::string path() const { return path_; }
-
- private:
-  const std::filesystem::path path_ =
-      std::filesystem::temp_directory_path() / ("quorbel-fuzz-" + std::to_string(getpid()));
-};
-
-const Folder& folder() {
-  static const Folder shared;
+/// A folder of this process.
+const TemporaryFolder& folder() {
+  static const TemporaryFolder shared;
   return shared;
 }
 
@@ -180,7 +158,7 @@ void parseDate(std::string_view input) {
 
 void readState(std::string_view input) {
   for (const char* key : {"valdren_timing_shared", "valdren_stats_shared"}) {
-    folder().write(std::string(key) + ".json", input);
+    writeFile(folder().file(std::string(key) + ".json"), input);
   }
   platform::FileUserDefaults kept(folder().path(), platform::FileUserDefaults::Access::ReadOnly);
   const platform::UserDefaults::Replacement replacement(kept);

@@ -45,6 +45,25 @@ Picture pictureOf(GtkWidget* widget, float scale) {
   return texture;
 }
 
+struct Pixels {
+  std::uint32_t at(int x, int y) const { return all[std::size_t(y) * width + x]; }
+
+  int width = 0;
+  int height = 0;
+  std::vector<std::uint32_t> all = {};
+};
+
+/// One for each point; none when nothing is shown.
+Pixels pixelsOf(const platform::Window& window) {
+  const Picture texture = pictureOf(widgetOf(window), 1);
+  if (!texture) return {};
+  Pixels pixels{gdk_texture_get_width(texture.get()), gdk_texture_get_height(texture.get())};
+  pixels.all.resize(std::size_t(pixels.width) * pixels.height);
+  gdk_texture_download(texture.get(), reinterpret_cast<guchar*>(pixels.all.data()),
+                       std::size_t(pixels.width) * sizeof(std::uint32_t));
+  return pixels;
+}
+
 }  // namespace
 
 bool savePicture(const platform::Window& window, const std::string& path) {
@@ -55,26 +74,24 @@ bool savePicture(const platform::Window& window, const std::string& path) {
 }
 
 bool isBlank(const platform::Window& window, const platform::Rect& area) {
-  const Picture texture = pictureOf(widgetOf(window), 1);
-  if (!texture) return true;
-  const int width = gdk_texture_get_width(texture.get());
-  const int height = gdk_texture_get_height(texture.get());
-  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * height);
-  gdk_texture_download(texture.get(), reinterpret_cast<guchar*>(pixels.data()),
-                       static_cast<std::size_t>(width) * sizeof(std::uint32_t));
-  const int left = std::clamp(static_cast<int>(area.x), 0, width);
+  const Pixels pixels = pixelsOf(window);
+  const int left = std::clamp(int(area.x), 0, pixels.width);
+  const int right = std::clamp(int(area.x + area.width), left, pixels.width);
   const double start = area.y + window.statusBarHeight();
-  const int top = std::clamp(static_cast<int>(start), 0, height);
-  const int right = std::clamp(static_cast<int>(area.x + area.width), left, width);
-  const int bottom = std::clamp(static_cast<int>(start + area.height), top, height);
+  const int top = std::clamp(int(start), 0, pixels.height);
+  const int bottom = std::clamp(int(start + area.height), top, pixels.height);
   for (int y = top; y < bottom; ++y) {
-    const auto* const row = &pixels[static_cast<std::size_t>(y) * width];
-    const std::uint32_t first = pixels[static_cast<std::size_t>(top) * width + left];
-    if (std::any_of(row + left, row + right, [first](auto pixel) { return pixel != first; })) {
-      return false;
+    for (int x = left; x < right; ++x) {
+      if (pixels.at(x, y) != pixels.at(left, top)) return false;
     }
   }
   return true;
+}
+
+unsigned colorAt(const platform::Window& window, platform::Point point) {
+  const Pixels pixels = pixelsOf(window);
+  const bool isInside = point.x < pixels.width && point.y < pixels.height;
+  return isInside ? pixels.at(int(point.x), int(point.y)) & 0xFFFFFF : ~0u;
 }
 
 }  // namespace quorbel_tests

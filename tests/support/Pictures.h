@@ -17,4 +17,8 @@ bool savePicture(const platform::Window& window, const std::string& path);
 /// alone.
 bool isBlank(const platform::Window& window, const platform::Rect& area);
 
+/// The colour at a point of the window (its status bar included), as 0xRRGGBB; more than that when
+/// the point is not shown.
+unsigned colorAt(const platform::Window& window, platform::Point point);
+
 }  // namespace quorbel_tests

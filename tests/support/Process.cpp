@@ -8,6 +8,7 @@
 #include <fstream>
 #include <future>
 #include <iterator>
+#include <sstream>
 
 #include "tests/support/Loop.h"
 
@@ -77,7 +78,7 @@ std::vector<int> processFamily() {
 }
 
 std::string nameOfProcess(int process) {
-  std::ifstream status("/proc/" + std::to_string(process) + "/status");
+  std::istringstream status(readFile("/proc/" + std::to_string(process) + "/status"));
   std::string name;
   for (std::string line; std::getline(status, line);) {
     if (line.starts_with("Name:\t")) name = line.substr(6);

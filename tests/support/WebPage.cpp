@@ -2,16 +2,12 @@
 
 #include <gtk/gtk.h>
 #include <gtkmm/window.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <filesystem>
 #include <set>
 
 #include "platform/ui/NativeView.h"
 #include "platform/ui/NativeWindow.h"
 #include "tests/support/Loop.h"
-#include "tests/support/Pictures.h"
 #include "tests/support/Pointer.h"
 #include "tests/support/Process.h"
 
@@ -127,24 +123,6 @@ bool Page::becomes(const std::string& script, const std::string& text, double se
 
 void Page::click(platform::Point point) {
   clickWidget(GTK_WIDGET(view->native().widget().gobj()), point);
-}
-
-bool Page::savePicture(const std::string& path) {
-  return quorbel_tests::savePicture(*window, path);
-}
-
-unsigned Page::pixel(platform::Point point) {
-  const std::string path =
-      std::filesystem::temp_directory_path() / ("pixel-" + std::to_string(getpid()) + ".png");
-  if (!savePicture(path)) return ~0u;
-  GdkTexture* const texture = gdk_texture_new_from_filename(path.c_str(), nullptr);
-  std::filesystem::remove(path);
-  if (!texture) return ~0u;
-  const std::size_t width = std::size_t(gdk_texture_get_width(texture));
-  std::vector<guint32> pixels(width * std::size_t(gdk_texture_get_height(texture)));
-  gdk_texture_download(texture, reinterpret_cast<guchar*>(pixels.data()), width * 4);
-  g_object_unref(texture);
-  return pixels.at(std::size_t(point.y) * width + std::size_t(point.x)) & 0xFFFFFF;
 }
 
 std::vector<int> webProcesses() {

@@ -69,9 +69,6 @@ class Page {
   }
   /// Presses and releases the pointer's first button over this point of the view.
   void click(platform::Point point);
-  /// The colour of one pixel of the window, as 0xRRGGBB.
-  unsigned pixel(platform::Point point);
-  bool savePicture(const std::string& path);
 
   RecordingDelegate delegate;
   std::shared_ptr<platform::WebView> view;

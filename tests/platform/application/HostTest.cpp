@@ -3,16 +3,46 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
+#include <map>
+
 #include "platform/application/Application.h"
+#include "platform/base/NotificationCenter.h"
 #include "platform/device/Device.h"
 #include "platform/ui/Window.h"
 #include "tests/support/Loop.h"
+
+namespace {
+
+/// What the desktop was asked to hold back, by the cookies given for it.
+std::map<guint, GtkApplicationInhibitFlags> inhibitions;
+
+}  // namespace
+
+// They replace the toolkit's functions, which do nothing without a session manager.
+extern "C" guint gtk_application_inhibit(GtkApplication*, GtkWindow*,
+                                         GtkApplicationInhibitFlags flags, const char*) {
+  static guint cookie = 0;
+  inhibitions[++cookie] = flags;
+  return cookie;
+}
+extern "C" void gtk_application_uninhibit(GtkApplication*, guint cookie) {
+  inhibitions.erase(cookie);
+}
 
 namespace valdren::platform {
 namespace {
 
 class HostTest : public ::testing::Test {
  protected:
+  /// The application that embeds, which is followed from the first screen on.
+  static void SetUpTestSuite() {
+    if (!gtk_is_initialized() || g_application_get_default()) return;
+    GtkApplication* const host =
+        gtk_application_new("com.valdren.test.host", G_APPLICATION_NON_UNIQUE);
+    g_application_register(G_APPLICATION(host), nullptr, nullptr);
+    g_application_set_default(G_APPLICATION(host));
+  }
+
   void SetUp() override {
     if (!gtk_is_initialized()) GTEST_SKIP() << "needs a display";
     window_ = GTK_WINDOW(gtk_window_new());
@@ -41,22 +71,19 @@ TEST_F(HostTest, AWidgetKeepsItsViewUntilItIsDestroyed) {
   EXPECT_TRUE(weak.expired());
 }
 
-TEST_F(HostTest, AViewWithoutASizeIsGivenTheStandardOne) {
-  GtkWidget* const widget = hostWidget(std::make_shared<View>());
-  gtk_window_set_child(window_, widget);
-  GtkRequisition natural;
-  gtk_widget_get_preferred_size(widget, nullptr, &natural);
-  EXPECT_EQ(natural.width, 320);
-  EXPECT_EQ(natural.height, 50);
-}
-
-TEST_F(HostTest, AViewThatHasNoPlaceOfItsOwnGivesNoWidget) {
+TEST_F(HostTest, AViewWithoutASizeIsGivenTheStandardOneAndOneWithAPlaceNone) {
   const auto inner = std::make_shared<View>();
   const auto outer = std::make_shared<View>();
   outer->addSubview(inner);
   EXPECT_EQ(hostWidget(nullptr), nullptr);
   EXPECT_EQ(hostWidget(inner), nullptr);
   EXPECT_EQ(hostScreen(nullptr), nullptr);
+  GtkWidget* const widget = hostWidget(outer);
+  gtk_window_set_child(window_, widget);
+  GtkRequisition natural;
+  gtk_widget_get_preferred_size(widget, nullptr, &natural);
+  EXPECT_EQ(natural.width, 320);
+  EXPECT_EQ(natural.height, 50);
 }
 
 TEST_F(HostTest, PresentedScreensComeUpOverTheWindowInItsSizeAndGoAgain) {
@@ -106,6 +133,23 @@ TEST_F(HostTest, AWindowThatIsDestroyedUnderAPresentedScreenTakesItAlong) {
   gtk_window_destroy(std::exchange(window_, nullptr));
   EXPECT_TRUE(quorbel_tests::runUntil([&] { return !weak && weakPresented.expired(); }));
   EXPECT_EQ(Window::keyWindow(), nullptr);
+}
+
+TEST_F(HostTest, KeepsTheDesktopAwakeWhenAskedToAndHearsOfTheEnd) {
+  hostScreen(window_);
+  Application::shared().setIdleTimerDisabled(true);
+  ASSERT_EQ(inhibitions.size(), 1u);
+  EXPECT_EQ(inhibitions.begin()->second, GTK_APPLICATION_INHIBIT_IDLE);
+  Application::shared().setIdleTimerDisabled(false);
+  EXPECT_TRUE(inhibitions.empty());
+  struct Observer : WeakTarget {
+  } observer;
+  int ends = 0;
+  NotificationCenter::defaultCenter().addObserver(observer, kApplicationWillTerminate,
+                                                  [&](const Notification&) { ++ends; });
+  g_signal_emit_by_name(g_application_get_default(), "shutdown");
+  EXPECT_EQ(ends, 1);
+  EXPECT_EQ(Application::shared().applicationState(), ApplicationState::Background);
 }
 
 }  // namespace

@@ -22,9 +22,7 @@ std::string nested(int levels) {
 
 Value nestedValue(int levels) {
   Value value = Array{};
-  for (int level = 1; level < levels; ++level) {
-    value = level % 2 ? Value(Dictionary{{"k", value}}) : Value(Array{value});
-  }
+  while (--levels > 0) value = levels % 2 ? Value(Dictionary{{"k", value}}) : Value(Array{value});
   return value;
 }
 
@@ -47,11 +45,8 @@ TEST(Json, ReadsBackWhatItWrites) {
   EXPECT_EQ(parseJson(*indented), Value(all));
 }
 
-TEST(Json, WritesWholeNumbersWithoutAFraction) {
+TEST(Json, WritesWholeNumbersWithoutAFractionAndIndentsForPeople) {
   EXPECT_EQ(writeJson(Array{320.0, -0.0, 1.5, 3, platform::Date(10.0)}), "[320,0,1.5E0,3,10]");
-}
-
-TEST(Json, IndentsForPeople) {
   EXPECT_EQ(
       writeIndentedJson(Dictionary{{"a", 1}, {"b", Array{"x", Dictionary{}}}, {"c", Array{}}}),
       "{\n  \"a\": 1,\n  \"b\": [\n    \"x\",\n    {}\n  ],\n  \"c\": []\n}\n");

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <csignal>
@@ -24,13 +25,16 @@ namespace {
 
 std::atomic<int> syncsHere = 0;
 std::atomic<int> syncsElsewhere = 0;
+std::atomic<bool> diskIsFull = false;
 
 }  // namespace
 
-/// Replaces the system's function to see which threads call it.
+/// Replaces the system's function to see which threads call it, and to fail.
 extern "C" int fsync(int descriptor) {
   ++(getpid() == static_cast<pid_t>(syscall(SYS_gettid)) ? syncsHere : syncsElsewhere);
-  return static_cast<int>(syscall(SYS_fsync, descriptor));
+  if (!diskIsFull) return static_cast<int>(syscall(SYS_fsync, descriptor));
+  errno = ENOSPC;
+  return -1;
 }
 
 namespace {
@@ -89,31 +93,26 @@ TEST(FileUserDefaults, KeepsEveryKindOfValueExactly) {
   EXPECT_EQ(filesIn(folder.path()).size(), 1u) << "a key led out of the folder";
 }
 
-TEST(FileUserDefaults, WritesWhenToldTo) {
+TEST(FileUserDefaults, WritesWhenToldToForItsOwnerAlone) {
   const TemporaryFolder folder;
   FileUserDefaults defaults(folder.file("new/folder"));
+  const auto written = [&] { return readAnew(folder.file("new/folder"), "k"); };
   EXPECT_FALSE(defaults.objectForKey("k"));
   EXPECT_TRUE(defaults.flush()) << "there is nothing to write";
   EXPECT_FALSE(fs::exists(folder.file("new")));
-  defaults.setObject("k", 1);
-  EXPECT_FALSE(readAnew(folder.file("new/folder"), "k"));
+  defaults.setObject("k", Dictionary{{"bad", "\xff"}, {"count", 7}});
+  EXPECT_FALSE(written());
   defaults.flush();
-  EXPECT_EQ(readAnew(folder.file("new/folder"), "k"), Value(1));
+  ASSERT_TRUE(written() && written()->dictionary());
+  EXPECT_EQ(written()->dictionary()->find("count")->integerValue(), 7)
+      << "a bad text costs the rest";
+  EXPECT_EQ(fs::status(folder.file("new/folder/k.json")).permissions(),
+            fs::perms::owner_read | fs::perms::owner_write);
   defaults.removeObject("k");
   EXPECT_FALSE(defaults.objectForKey("k"));
-  EXPECT_EQ(readAnew(folder.file("new/folder"), "k"), Value(1));
+  EXPECT_TRUE(written());
   defaults.flush();
-  EXPECT_FALSE(readAnew(folder.file("new/folder"), "k"));
-}
-
-TEST(FileUserDefaults, ABadTextDoesNotCostTheRest) {
-  const TemporaryFolder folder;
-  FileUserDefaults defaults(folder.path());
-  defaults.setObject("k", Dictionary{{"bad", "\xff"}, {"count", 7}});
-  EXPECT_TRUE(defaults.flush());
-  const auto read = readAnew(folder.path(), "k");
-  ASSERT_TRUE(read && read->dictionary());
-  EXPECT_EQ(read->dictionary()->find("count")->integerValue(), 7);
+  EXPECT_FALSE(written());
 }
 
 TEST(FileUserDefaults, SetsAsideWithOneLineWhatItCannotReadBack) {
@@ -152,7 +151,11 @@ TEST(FileUserDefaults, KeepsValuesInMemoryWhereNothingCanBeWritten) {
   writeFile(folder.file("a file"), "");
   FileUserDefaults blocked(folder.file("a file/inside"));
   FileUserDefaults nowhere(std::nullopt);
-  for (FileUserDefaults* const defaults : {&blocked, &nowhere}) {
+  FileUserDefaults full(folder.file("full"));
+  full.setObject("k", "old");
+  ASSERT_TRUE(full.flush());
+  diskIsFull = true;
+  for (FileUserDefaults* const defaults : {&blocked, &nowhere, &full}) {
     defaults->setObject("k", 1);
     quorbel_tests::LogLines log;
     EXPECT_FALSE(defaults->flush());
@@ -160,6 +163,11 @@ TEST(FileUserDefaults, KeepsValuesInMemoryWhereNothingCanBeWritten) {
     EXPECT_EQ(log.lines().size(), 1u);
     EXPECT_EQ(defaults->objectForKey("k"), Value(1));
   }
+  EXPECT_EQ(readAnew(folder.file("full"), "k"), Value("old"));
+  EXPECT_EQ(filesIn(folder.file("full")).size(), 1u) << "a part of the new content stays";
+  diskIsFull = false;
+  EXPECT_TRUE(full.flush());
+  EXPECT_EQ(readAnew(folder.file("full"), "k"), Value(1));
 }
 
 TEST(FileUserDefaults, ReadOnlyAccessChangesNoFile) {
@@ -178,16 +186,6 @@ TEST(FileUserDefaults, ReadOnlyAccessChangesNoFile) {
   EXPECT_EQ(defaults.objectForKey("good"), Value(2));
   EXPECT_EQ(filesIn(folder.path()), before);
   EXPECT_EQ(readAnew(folder.path(), "good"), Value(1));
-}
-
-TEST(FileUserDefaults, ItsFilesAreTheOwnersAlone) {
-  const TemporaryFolder folder;
-  FileUserDefaults defaults(folder.path());
-  defaults.setObject("k", 1);
-  defaults.flush();
-  struct stat status {};
-  ASSERT_EQ(stat(folder.file("k.json").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 0777, 0600u);
 }
 
 TEST(FileUserDefaults, NeverBlocksOnTheDiskAndSyncsRarely) {

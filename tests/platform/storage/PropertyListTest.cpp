@@ -35,7 +35,8 @@ class PropertyList : public testing::Test {
 TEST_F(PropertyList, ReadsEveryKindOfValue) {
   const auto value =
       read(xml("<dict><key>text</key><string>a &amp; \xc3\xa9</string>"
-               "<key>number</key><integer>-42</integer><key>real</key><real>1.5</real>"
+               "<key>number</key><integer>-42</integer><key>more</key><integer>+7</integer>"
+               "<key>real</key><real>1.5</real>"
                "<key>yes</key><true/><key>data</key><data>AAEC</data>"
                "<key>date</key><date>2001-01-02T00:00:00Z</date>"
                "<key>array</key><array><integer>1</integer><dict/></array></dict>"));
@@ -43,6 +44,7 @@ TEST_F(PropertyList, ReadsEveryKindOfValue) {
   EXPECT_EQ(*value, Value(Dictionary{
                         {"text", "a & \xc3\xa9"},
                         {"number", -42},
+                        {"more", 7},
                         {"real", 1.5},
                         {"yes", true},
                         {"data", "AAEC"},
@@ -146,17 +148,14 @@ std::string binaryChain(int arrays, int references) {
   return content;
 }
 
-TEST_F(PropertyList, IsNoneWhenFewBytesExpandToHugeContent) {
+TEST_F(PropertyList, IsNoneWhenItIsHugeOrFewBytesExpandToHugeContent) {
+  writeFile(folder_.file("large.plist"), xml("<dict/>"));
+  std::filesystem::resize_file(folder_.file("large.plist"), 17 * 1024 * 1024);
+  EXPECT_FALSE(readPropertyList(folder_.file("large.plist")));
   EXPECT_TRUE(read(binaryChain(3, 10)));
   EXPECT_TRUE(read(binaryChain(150, 1)));
   EXPECT_FALSE(read(binaryChain(30, 10)));
   EXPECT_FALSE(read(binaryChain(200'000, 1)));
-}
-
-TEST_F(PropertyList, IsNoneBeyondItsLargestSize) {
-  writeFile(folder_.file("large.plist"), xml("<dict/>"));
-  std::filesystem::resize_file(folder_.file("large.plist"), 17 * 1024 * 1024);
-  EXPECT_FALSE(readPropertyList(folder_.file("large.plist")));
 }
 
 }  // namespace

@@ -38,14 +38,11 @@ TEST(View, ResizesSubviewsByTheirMasks) {
   }
 }
 
-TEST(View, RefusesSizesThatAreNone) {
+TEST(View, RefusesSizesThatAreNoneAndItselfAsItsAncestor) {
   View view({0, 0, -5, std::numeric_limits<double>::quiet_NaN()});
   EXPECT_EQ(view.frame(), (Rect{0, 0, 0, 0}));
   view.setFrame({std::numeric_limits<double>::infinity(), 1, 10, 10});
   EXPECT_EQ(view.frame(), (Rect{0, 1, 10, 10}));
-}
-
-TEST(View, NeverBecomesItsOwnAncestor) {
   const auto outer = std::make_shared<View>();
   const auto inner = std::make_shared<View>();
   outer->addSubview(inner);

@@ -9,6 +9,7 @@
 #include "platform/ui/NativeView.h"
 #include "platform/ui/NativeWindow.h"
 #include "tests/support/Loop.h"
+#include "tests/support/Pictures.h"
 #include "tests/support/Pointer.h"
 #include "tests/support/WebPage.h"
 
@@ -82,14 +83,11 @@ TEST_F(WebViewPage, IsEnteredAndLeftWithTheKeyboard) {
   Page page({0, 50, 320, 100});
   page.show();
   page.load("<a id=one href='a'>1</a> <a id=two href='b'>2</a>");
-  const auto addButton = [&](double y) {
-    auto button = std::make_shared<platform::Button>(platform::ButtonStyle::Custom,
-                                                     platform::Rect{0, y, 320, 40});
-    page.view->superview()->addSubview(button);
-    return button;
-  };
-  const auto above = addButton(0);
-  const auto below = addButton(200);
+  const auto above = std::make_shared<platform::Button>(platform::ButtonStyle::Custom,
+                                                        platform::Rect{0, 0, 320, 40});
+  const auto below = std::make_shared<platform::Button>(platform::ButtonStyle::Custom,
+                                                        platform::Rect{0, 200, 320, 40});
+  for (const auto& button : {above, below}) page.view->superview()->addSubview(button);
   const auto focused = [&]() -> std::string {
     if (above->isFirstResponder()) return "above";
     if (below->isFirstResponder()) return "below";
@@ -123,7 +121,7 @@ TEST_F(WebViewPage, LetsWhatIsBehindShowThroughAndStaysInItsFrame) {
       "<body style='margin:0'><div style='width:500px;height:500px;"
       "background:linear-gradient(90deg,#f00 0 50px,transparent 50px 90px,#f00 90px)'></div>");
   const auto becomes = [&](platform::Point point, unsigned color) {
-    return runUntil([&] { return page.pixel(point) == color; });
+    return runUntil([&] { return colorAt(*page.window, point) == color; });
   };
   EXPECT_TRUE(becomes({30, 40}, 0xFF0000));
   EXPECT_TRUE(becomes({90, 40}, 0x0000FF)) << "not transparent";

@@ -1,16 +1,18 @@
 // What a page is denied.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <webkit/webkit.h>
 
+#include <gtkmm/widget.h>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
+
+#include "platform/ui/NativeView.h"
 
 #include "tests/support/LogLines.h"
 #include "tests/support/Loop.h"
 #include "tests/support/LoopbackServer.h"
+#include "tests/support/Process.h"
 #include "tests/support/WebPage.h"
 
 namespace {
@@ -19,12 +21,19 @@ using namespace quorbel_tests;
 
 const std::vector<std::pair<std::string, std::string>> kHTML{{"Content-Type", "text/html"}};
 
-TEST(WebViewRefusal, AnswersEveryDialogAtOnce) {
+/// Shows pages of a server on this machine.
+class WebViewRefusal : public ::testing::Test {
+ protected:
+  WebViewRefusal() { server.answer("/", 200, kHTML, "<body>"); }
+
   LoopbackServer server;
+  Page page;
+};
+
+TEST_F(WebViewRefusal, AnswersEveryDialogAtOnce) {
   server.answer("/private", 401,
                 {{"WWW-Authenticate", "Basic realm=\"x\""}, {"Content-Type", "text/html"}},
                 "Sign in");
-  Page page;
   page.show();
   page.load("<input type=file><input type=color>");
   EXPECT_EQ(page.evaluate("alert('x'); String(confirm('x')) + prompt('x', 'y')"), "falsenull");
@@ -41,10 +50,7 @@ TEST(WebViewRefusal, AnswersEveryDialogAtOnce) {
   EXPECT_EQ(page.evaluate("document.body.innerText"), "Sign in");
 }
 
-TEST(WebViewRefusal, DeniesPermissions) {
-  LoopbackServer server;
-  server.answer("/", 200, kHTML, "<body>");
-  Page page;
+TEST_F(WebViewRefusal, DeniesPermissions) {
   page.show();
   page.go(server.address("/"));
   page.evaluate(
@@ -55,19 +61,71 @@ TEST(WebViewRefusal, DeniesPermissions) {
       "(navigator.mediaDevices ? navigator.mediaDevices.getUserMedia({audio: true})"
       " : Promise.reject({name: 'none'})).then(() => answers.push('hears'), e => "
       "answers.push('deaf'))");
-  EXPECT_TRUE(page.becomes("answers.sort().join()", "1,deaf,denied"))
-      << page.evaluate("answers.sort().join()");
+  EXPECT_TRUE(page.becomes("answers.sort().join()", "1,deaf,denied"));
 }
 
-TEST(WebViewRefusal, KeepsNothingOnTheDisk) {
-  LoopbackServer server;
+GtkWidget* engineIn(GtkWidget* widget) {
+  if (WEBKIT_IS_WEB_VIEW(widget)) return widget;
+  GtkWidget* found = nullptr;
+  for (GtkWidget* child = gtk_widget_get_first_child(widget); child && !found;
+       child = gtk_widget_get_next_sibling(child)) {
+    found = engineIn(child);
+  }
+  return found;
+}
+
+TEST_F(WebViewRefusal, OffersNoMenuThatLeadsAwayAndTakesNoDrops) {
+  page.load("<body>");
+  GtkWidget* const engine = engineIn(GTK_WIDGET(page.view->native().widget().gobj()));
+  ASSERT_TRUE(engine);
+  struct Case {
+    std::vector<WebKitContextMenuAction> offered;
+    std::size_t kept;  // of the last ones
+  };
+  const Case cases[] = {{{WEBKIT_CONTEXT_MENU_ACTION_OPEN_LINK_IN_NEW_WINDOW,
+                          WEBKIT_CONTEXT_MENU_ACTION_DOWNLOAD_LINK_TO_DISK,
+                          WEBKIT_CONTEXT_MENU_ACTION_INSPECT_ELEMENT,
+                          WEBKIT_CONTEXT_MENU_ACTION_COPY, WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL},
+                         2},
+                        {{WEBKIT_CONTEXT_MENU_ACTION_DOWNLOAD_IMAGE_TO_DISK}, 0}};
+  for (const Case& each : cases) {
+    WebKitContextMenu* const menu = webkit_context_menu_new();
+    for (const auto action : each.offered) {
+      webkit_context_menu_append(menu, webkit_context_menu_item_new_from_stock_action(action));
+    }
+    gboolean isRefused = FALSE;
+    g_signal_emit_by_name(engine, "context-menu", menu, nullptr, &isRefused);
+    std::vector<WebKitContextMenuAction> kept;
+    for (GList* item = webkit_context_menu_get_items(menu); item; item = item->next) {
+      kept.push_back(
+          webkit_context_menu_item_get_stock_action(WEBKIT_CONTEXT_MENU_ITEM(item->data)));
+    }
+    EXPECT_THAT(
+        kept, testing::ElementsAreArray(each.offered.end() - long(each.kept), each.offered.end()));
+    EXPECT_EQ(isRefused, each.kept == 0);
+    g_object_unref(menu);
+  }
+  GListModel* const controllers = gtk_widget_observe_controllers(engine);
+  int targets = 0;
+  for (guint place = 0; place < g_list_model_get_n_items(controllers); ++place) {
+    auto* const each = GTK_EVENT_CONTROLLER(g_list_model_get_item(controllers, place));
+    if (GTK_IS_DROP_TARGET(each) || GTK_IS_DROP_TARGET_ASYNC(each)) {
+      ++targets;
+      EXPECT_EQ(gtk_event_controller_get_propagation_phase(each), GTK_PHASE_NONE);
+    }
+    g_object_unref(each);
+  }
+  g_object_unref(controllers);
+  EXPECT_GT(targets, 0);
+}
+
+TEST_F(WebViewRefusal, KeepsNothingOnTheDisk) {
   server.answer("/", 200,
                 {{"Content-Type", "text/html"},
                  {"Cache-Control", "max-age=3600"},
                  {"Set-Cookie", "kept=stranger-marker; Max-Age=3600"}},
                 "stranger-marker<script>localStorage.kept = 'stranger-marker';"
                 "indexedDB.open('stranger-marker').onsuccess = () => opened = true</script>");
-  Page page;
   page.go(server.address("/"));
   EXPECT_EQ(page.evaluate("localStorage.kept"), "stranger-marker");
   EXPECT_TRUE(page.becomes("opened", "true"));
@@ -78,21 +136,18 @@ TEST(WebViewRefusal, KeepsNothingOnTheDisk) {
     ASSERT_TRUE(folder);
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, none)) {
       if (!entry.is_regular_file()) continue;
-      std::ifstream file(entry.path(), std::ios::binary);
-      const std::string content((std::istreambuf_iterator<char>(file)), {});
-      EXPECT_EQ((entry.path().string() + content).find("stranger-marker"), std::string::npos)
+      EXPECT_EQ((entry.path().string() + readFile(entry.path())).find("stranger-marker"),
+                std::string::npos)
           << entry.path();
     }
   }
 }
 
-TEST(WebViewRefusal, BeginsNoDownloads) {
-  LoopbackServer server;
+TEST_F(WebViewRefusal, BeginsNoDownloads) {
   server.answer("/", 200, kHTML,
                 "<a id=save href=/file download=saved.txt>x</a><iframe src=/archive></iframe>");
   server.answer("/file", 200, {{"Content-Type", "text/plain"}}, "saved");
   server.answer("/archive", 200, {{"Content-Type", "application/zip"}}, "PK");
-  Page page;
   page.go(server.address("/"));
   page.evaluate("save.click()");
   EXPECT_TRUE(runUntil([&] { return page.delegate.asked(server.address("/file")); }));
@@ -107,36 +162,24 @@ TEST(WebViewRefusal, BeginsNoDownloads) {
   EXPECT_EQ(page.evaluate("'still ' + document.links.length"), "still 1");
 }
 
-TEST(WebViewRefusal, RunsPagesInASandbox) {
+TEST_F(WebViewRefusal, RunsPagesInASandbox) {
   EXPECT_TRUE(runUntil([] { return webProcesses().empty(); })) << "of earlier views";
-  Page page;
   page.load("x");
   ASSERT_EQ(webProcesses().size(), 1u);
-  std::ifstream status("/proc/" + std::to_string(webProcesses()[0]) + "/status");
-  std::string line;
-  while (std::getline(status, line) && !line.starts_with("NSpid:")) {
-  }
-  std::istringstream words(line);
-  EXPECT_GE(std::distance(std::istream_iterator<std::string>(words), {}), 3)
-      << "it sees every process of the machine: " << line;
+  const std::string status = readFile("/proc/" + std::to_string(webProcesses()[0]) + "/status");
+  EXPECT_THAT(status, testing::ContainsRegex("NSpid:\t[0-9]+\t[0-9]+"))
+      << "it sees every process of the machine";
 }
 
-TEST(WebViewRefusal, KeepsNoProcessOfTheSitesThatItLeft) {
-  LoopbackServer server;
-  server.answer("/", 200, kHTML, "<body>");
-  const std::string port = std::to_string(server.port());
-  Page page;
+TEST_F(WebViewRefusal, KeepsNoProcessOfTheSitesThatItLeft) {
   ASSERT_TRUE(page.go(server.address("/")));
   const int ends = page.ends();
-  page.evaluate("location = 'http://localhost:" + port + "/'");
+  page.evaluate("location.hostname = 'localhost'");
   ASSERT_TRUE(page.waitForEnd(ends));
   EXPECT_TRUE(runUntil([] { return webProcesses().size() == 1; }));
 }
 
-TEST(WebViewRefusal, LeavesOutWhatNoAdNeeds) {
-  LoopbackServer server;
-  server.answer("/", 200, kHTML, "<body>");
-  Page page;
+TEST_F(WebViewRefusal, LeavesOutWhatNoAdNeeds) {
   page.go(server.address("/"));
   for (const char* const present :
        {"'serviceWorker' in navigator", "document.createElement('canvas').getContext('webgl')",
@@ -152,11 +195,8 @@ TEST(WebViewRefusal, LeavesOutWhatNoAdNeeds) {
   EXPECT_TRUE(server.requests("/ping").empty());
 }
 
-TEST(WebViewRefusal, EndsTheProcessThatPagesFill) {
-  LoopbackServer server;
-  server.answer("/", 200, kHTML, "<body>");
+TEST_F(WebViewRefusal, EndsTheProcessThatPagesFill) {
   LogLines log;
-  Page page;
   page.go(server.address("/"));
   page.evaluate(
       "kept = []; setInterval(() => kept.push(new Blob([new Uint8Array(16 << 20).fill(1)])), 50)");
@@ -166,7 +206,7 @@ TEST(WebViewRefusal, EndsTheProcessThatPagesFill) {
   EXPECT_TRUE(page.go(server.address("/"))) << "the next page has a new process";
 }
 
-TEST(WebViewRefusal, EndsAPageThatHangsWithoutWaitingForInput) {
+TEST_F(WebViewRefusal, EndsAPageThatHangsWithoutWaitingForInput) {
   for (const char* const html :
        {"<script>while (true) {}</script>",
         "<script>onload = () => setTimeout(() => { while (true) {} }, 200)</script>"}) {
