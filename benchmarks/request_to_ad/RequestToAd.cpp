@@ -173,9 +173,7 @@ std::optional<Round> firstInItsOwnProcess(const char* program, bool ours, const 
 class BareRoad {
  public:
   BareRoad(BareView& shown, const std::string& base)
-      : shown_(shown),
-        base_(base),
-        script_(get(base + std::string(valdren::kVADScriptPath))) {}
+      : shown_(shown), base_(base), script_(get(base + std::string(valdren::kVADScriptPath))) {}
   ~BareRoad() { drop(); }
   BareRoad(const BareRoad&) = delete;
   BareRoad& operator=(const BareRoad&) = delete;
