@@ -5,6 +5,8 @@
 #include <gtkmm/gestureclick.h>
 #include <gtkmm/window.h>
 
+#include <utility>
+
 namespace valdren::platform {
 namespace {
 
@@ -38,9 +40,10 @@ void watchLeavingKeys(Gtk::Window& window, std::function<bool(LeavingKey)> handl
   auto button = Gtk::GestureClick::create();
   button->set_button(kBackMouseButton);
   button->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
-  button->signal_pressed().connect([handler, gesture = button.get()](int, double, double) {
-    if (handler(LeavingKey::Back)) gesture->set_state(Gtk::EventSequenceState::CLAIMED);
-  });
+  button->signal_pressed().connect(
+      [handler = std::move(handler), gesture = button.get()](int, double, double) {
+        if (handler(LeavingKey::Back)) gesture->set_state(Gtk::EventSequenceState::CLAIMED);
+      });
   window.add_controller(button);
 }
 
