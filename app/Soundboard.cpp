@@ -6,7 +6,9 @@
 #include "app/quorbelAppDelegate.h"
 #include "app/quorbelViewController.h"
 #include "app/quorbeliPad.h"
+#include "platform/base/RunLoop.h"
 #include "platform/base/Translation.h"
+#include "platform/device/Device.h"
 #include "platform/storage/Bundle.h"
 
 namespace platform = valdren::platform;
@@ -55,8 +57,10 @@ platform::ApplicationDescription describe(const Options& options) {
 
 int runSoundboard(platform::ApplicationDescription description, const Options& options) {
   std::unique_ptr<AdNetworkSetup> network;
+  std::unique_ptr<platform::Timer> firstFrame;
   description.starting = [&] {
-    prepareSounds();
+    // The window comes first; nobody can press before it is there.
+    firstFrame = platform::Screen::shared().whenSettled(prepareSounds);
     network = std::make_unique<AdNetworkSetup>(options);
   };
   platform::Bundle::main().setIdentifier(description.identifier);

@@ -199,7 +199,9 @@ void VADObjectPrivate::changeState(VADState state) {
   if (state == state_.now()) return;
   debug(std::string(VADLoaderState::nameOf(state_.now())) + " -> " + VADLoaderState::nameOf(state));
   state_.change(state);
-  if (state == kVADStateShowingAd) webView_->setTouched(false);
+  if (state != kVADStateShowingAd) return;
+  webView_->setTouched(false);
+  readyPage_.adIsShown();
 }
 
 void VADObjectPrivate::debug(const std::string& line) const {

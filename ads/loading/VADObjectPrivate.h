@@ -13,6 +13,7 @@
 #include "ads/loading/VADAdEngineScript.h"
 #include "ads/loading/VADAdURLBuilder.h"
 #include "ads/loading/VADLoaderState.h"
+#include "ads/loading/VADReadyPage.h"
 #include "ads/loading/VADReloadTimer.h"
 #include "ads/request/VADRequestParameters.h"
 #include "ads/request/VADRequestPrivate.h"
@@ -139,6 +140,7 @@ class VADObjectPrivate final : public VADPrivateObject,
   VADAd ad_;
   VADClickTrackers trackers_;
   VADReloadTimer reloadTimer_;
+  VADReadyPage readyPage_;
   bool hasAutoRefreshed_ = false;
 };
 

@@ -6,6 +6,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -30,6 +31,8 @@ constexpr auto kUntilSettled = std::chrono::seconds(3);
 struct Start {
   double mapped = 0;        // milliseconds from exec to the window on the screen
   double drawn = 0;         // milliseconds from exec to a window that shows something
+  double processor = 0;     // milliseconds of a processor that the process has used by then
+  double residentThen = 0;  // MiB of the process then
   double resident = 0;      // MiB of the process when it has settled
   double proportional = 0;  // MiB of it and its helpers, shared pages counted by their share
 };
@@ -87,6 +90,14 @@ double mebibytesIn(const std::string& path, const std::string& key) {
   return 0;
 }
 
+/// Milliseconds of a processor that the threads of the process have used.
+double processorTime(pid_t process) {
+  clockid_t clock{};
+  timespec time{};
+  if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &time) != 0) return 0;
+  return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
+}
+
 /// The process and its descendants, such as web processes.
 std::vector<pid_t> familyOf(pid_t process) {
   std::vector<pid_t> family{process};
@@ -111,7 +122,11 @@ std::optional<Start> startOnce(Display* display, std::vector<std::string> comman
   std::optional<Window> window;
   while (Clock::now() - begun < kPatience && start.drawn == 0) {
     if (!window && (window = mappedWindow(display))) start.mapped = millisecondsSince(begun);
-    if (window && isDrawn(display, *window)) start.drawn = millisecondsSince(begun);
+    if (window && isDrawn(display, *window)) {
+      start.drawn = millisecondsSince(begun);
+      start.processor = processorTime(process);
+      start.residentThen = mebibytesIn("/proc/" + std::to_string(process) + "/status", "VmRSS:");
+    }
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   std::this_thread::sleep_for(kUntilSettled);
@@ -164,11 +179,13 @@ int main(int argc, char** argv) {
     }
   }
   std::printf("%d starts each, medians\n", rounds);
-  std::printf("%-20s %12s %12s %14s %18s\n", "", "mapped, ms", "drawn, ms", "resident, MiB",
-              "with helpers, MiB");
+  std::printf("%-20s %12s %12s %15s %14s %15s %18s\n", "", "mapped, ms", "drawn, ms",
+              "processor, ms", "resident, MiB", "settled, MiB", "with helpers, MiB");
   for (const Program& program : programs) {
-    std::printf("%-20s %12.0f %12.0f %14.1f %18.1f\n", program.name,
+    std::printf("%-20s %12.0f %12.0f %15.0f %14.1f %15.1f %18.1f\n", program.name,
                 median(program.starts, &Start::mapped), median(program.starts, &Start::drawn),
+                median(program.starts, &Start::processor),
+                median(program.starts, &Start::residentThen),
                 median(program.starts, &Start::resident),
                 median(program.starts, &Start::proportional));
   }

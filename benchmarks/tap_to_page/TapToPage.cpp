@@ -30,6 +30,8 @@ constexpr int kDefaultTaps = 20;
 constexpr int kDefaultOpenings = 100;
 constexpr double kPatience = 30;
 constexpr double kPressSeconds = 0.1;
+/// The ad is looked at before it is tapped.
+constexpr double kBetweenTaps = 4;
 constexpr int kWidth = 360;
 constexpr int kHeight = 640;
 /// The sky of the landing page's picture.
@@ -164,7 +166,7 @@ void measureTaps(Application& application, const platform::URL& url, int taps) {
   Table bareFresh;
   for (int tap = 0; tap < taps + 1; ++tap) {
     const auto settled = [&](const std::function<Tap()>& measured) {
-      runFor(0.5);
+      runFor(kBetweenTaps);
       return measured();
     };
     setAnimations(false);

@@ -1,6 +1,8 @@
 #include "platform/web/SpareProcess.h"
 
+#include <fstream>
 #include <memory>
+#include <string>
 
 #include "platform/base/RunLoop.h"
 #include "platform/web/Refusals.h"
@@ -12,8 +14,12 @@ namespace {
 /// The longest time between a touch and the page that it opens, in seconds.
 constexpr Seconds kKeptSeconds{5};
 
+/// An empty web process takes less than a tenth of it.
+constexpr double kLeastAvailableMebibytes = 1024;
+
 struct Spare {
   GObjectPtr<WebKitWebView> view;
+  bool isKept = false;
   std::unique_ptr<Timer> end;
 };
 
@@ -33,14 +39,39 @@ GObjectPtr<WebKitWebView> makeEmptyView() {
   return view;
 }
 
+/// Where nothing tells, memory counts as short.
+double availableMebibytes() {
+  std::ifstream memory("/proc/meminfo");
+  for (std::string word; memory >> word;) {
+    double kibibytes = 0;
+    if (word == "MemAvailable:" && memory >> kibibytes) return kibibytes / 1024;
+  }
+  return 0;
+}
+
 }  // namespace
 
 void startSpareProcess() {
+  if (spare().isKept) return;
   if (!spare().view) spare().view = makeEmptyView();
   spare().end = RunLoop::shared().scheduleTimer(kKeptSeconds, [] { spare().view.reset(); });
 }
 
+void keepSpareProcess() {
+  if (availableMebibytes() < kLeastAvailableMebibytes) return;
+  spare().isKept = true;
+  spare().end.reset();
+  if (!spare().view) spare().view = makeEmptyView();
+}
+
+void endSpareProcess() {
+  spare().isKept = false;
+  spare().end.reset();
+  spare().view.reset();
+}
+
 GObjectPtr<WebKitWebView> takeSpareProcess() {
+  spare().isKept = false;
   spare().end.reset();
   return std::move(spare().view);
 }

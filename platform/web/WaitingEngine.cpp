@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/ui/Settling.h"
 #include "platform/web/EngineCheck.h"
 #include "platform/web/Refusals.h"
 
@@ -9,7 +10,11 @@ namespace valdren::platform {
 
 WaitingEngine::WaitingEngine(View& host, Client& client, WebEngine* related)
     : host_(host), client_(client), related_(dynamic_cast<WaitingEngine*>(related)) {
-  EngineCheck::shared().ask(whileAlive(*this, [this] { decided(); }));
+  EngineCheck::shared().ask(whileAlive(*this, [this] {
+    if (!EngineCheck::shared().isUsable().value_or(false)) return decided();
+    // The engine takes the main thread for as long as a window takes to open.
+    firstFrame_ = whenKeyWindowHasSettled([this] { decided(); });
+  }));
 }
 
 WebKitEngine* WaitingEngine::resolve(WebEngine* engine) {

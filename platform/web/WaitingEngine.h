@@ -12,7 +12,7 @@
 namespace valdren::platform {
 
 /// Stores requests and forwards them to a `WebKitEngine`, which it makes once `EngineCheck` allows
-/// it. If no engine is possible, every load fails.
+/// it and the window is drawn. If no engine is possible, every load fails.
 class WaitingEngine final : public WebEngine, public WeakTarget {
  public:
   WaitingEngine(View& host, Client& client, WebEngine* related);
@@ -58,6 +58,7 @@ class WaitingEngine final : public WebEngine, public WeakTarget {
 
   View& host_;
   Client& client_;
+  std::unique_ptr<Timer> firstFrame_;
   WeakPtr<WaitingEngine> related_;
   std::unique_ptr<WebKitEngine> engine_;
   Settings settings_;

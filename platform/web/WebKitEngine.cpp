@@ -432,6 +432,10 @@ WebEngines& WebEngines::standard() {
     void prepare() override {
       if (isUsable()) startSpareProcess();
     }
+    void keepPrepared(bool kept) override {
+      if (kept && isUsable()) keepSpareProcess();
+      if (!kept) endSpareProcess();
+    }
     static bool isUsable() { return EngineCheck::shared().isUsable().value_or(false); }
   };
   static WebKitEngines engines;

@@ -105,6 +105,8 @@ class WebEngines : public Shared<WebEngines> {
                                                 WebEngine* related) = 0;
   /// Prepares the next engine without a `related` one, which will be made soon.
   virtual void prepare() {}
+  /// See `WebView::keepNext`.
+  virtual void keepPrepared(bool /*kept*/) {}
 };
 
 /// Pages are separate from the user's own browsing: nothing of them outlives the process, and they
@@ -118,6 +120,9 @@ class WebView : public View, private WebEngine::Client {
   /// Call this shortly before a view without `related` is made. It starts the web process, which
   /// ends if it is not used within some seconds.
   static void prepareNext() { WebEngines::shared().prepare(); }
+  /// Starts that process and keeps it until a view takes it; or, with false, ends it. Nothing is
+  /// kept on a machine that is short of memory.
+  static void keepNext(bool kept) { WebEngines::shared().keepPrepared(kept); }
 
   void setDelegate(WeakPtr<WebViewDelegate> delegate) { delegate_ = delegate; }
   WebViewDelegate* delegate() const { return delegate_.get(); }
