@@ -182,12 +182,11 @@ int main(int argc, char** argv) {
   std::printf("%-20s %12s %12s %15s %14s %15s %18s\n", "", "mapped, ms", "drawn, ms",
               "processor, ms", "resident, MiB", "settled, MiB", "with helpers, MiB");
   for (const Program& program : programs) {
-    std::printf("%-20s %12.0f %12.0f %15.0f %14.1f %15.1f %18.1f\n", program.name,
-                median(program.starts, &Start::mapped), median(program.starts, &Start::drawn),
-                median(program.starts, &Start::processor),
-                median(program.starts, &Start::residentThen),
-                median(program.starts, &Start::resident),
-                median(program.starts, &Start::proportional));
+    std::printf(
+        "%-20s %12.0f %12.0f %15.0f %14.1f %15.1f %18.1f\n", program.name,
+        median(program.starts, &Start::mapped), median(program.starts, &Start::drawn),
+        median(program.starts, &Start::processor), median(program.starts, &Start::residentThen),
+        median(program.starts, &Start::resident), median(program.starts, &Start::proportional));
   }
   XCloseDisplay(display);
 }

@@ -104,6 +104,10 @@ class FakeWebEngines final : public platform::WebEngines {
                                                   platform::WebEngine::Client& client,
                                                   platform::WebEngine* related) override;
 
+  void keepPrepared(bool kept) override { keepsNext = kept; }
+  /// Whether a web process is to be kept ready.
+  bool keepsNext = false;
+
   /// The engines of existing web views, in the order of creation.
   const std::vector<FakeWebEngine*>& engines() const { return engines_; }
   /// The engine of the web view made last, which must exist.

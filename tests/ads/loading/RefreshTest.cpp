@@ -93,6 +93,25 @@ TEST_F(RefreshTest, StartsAnewAfterTheBackgroundAndAfterFullScreens) {
   }
 }
 
+TEST_F(RefreshTest, AWebProcessIsReadyForATapWhileTheAdIsSeen) {
+  showAd("");
+  EXPECT_FALSE(engines.keepsNext) << "it delays the ad";
+  loop.advance(1);
+  EXPECT_TRUE(engines.keepsNext);
+  application.enterBackground();
+  EXPECT_FALSE(engines.keepsNext);
+  application.enterForeground();
+  loop.advance(1);
+  EXPECT_TRUE(engines.keepsNext);
+  application.post(platform::kApplicationDidReceiveMemoryWarning);
+  EXPECT_FALSE(engines.keepsNext);
+  post(kVADViewControllerDidRelinquishFullScreen);
+  loop.advance(1);
+  EXPECT_TRUE(engines.keepsNext) << "the page before has taken it";
+  banner.reset();
+  EXPECT_FALSE(engines.keepsNext);
+}
+
 TEST_F(RefreshTest, WatchesTheActiveStateOnSystemsWithoutBackground) {
   device.version = "3.2";
   makeBanner();

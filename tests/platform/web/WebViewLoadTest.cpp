@@ -30,6 +30,11 @@ TEST(WebViewLoad, PageInAProcessStartedAheadKnowsNothingOfWhatWasBefore) {
   platform::WebView::prepareNext();
   Page next;
   EXPECT_TRUE(next.load("<p>Again", "http://ads.example/")) << "its process may not be there yet";
+  const std::size_t before = webProcesses().size();
+  platform::WebView::keepNext(true);
+  EXPECT_TRUE(runUntil([&] { return webProcesses().size() == before + 1; }));
+  platform::WebView::keepNext(false);
+  EXPECT_TRUE(runUntil([&] { return webProcesses().size() == before; }));
 }
 
 TEST(WebViewLoad, TellsOfEachLoadOnce) {
