@@ -13,7 +13,10 @@ WaitingEngine::WaitingEngine(View& host, Client& client, WebEngine* related)
   EngineCheck::shared().ask(whileAlive(*this, [this] {
     if (!EngineCheck::shared().isUsable().value_or(false)) return decided();
     // The engine takes the main thread for as long as a window takes to open.
-    firstFrame_ = whenKeyWindowHasSettled([this] { decided(); });
+    // What is decided may end this engine, and so before there is a timer to keep.
+    const WeakPtr<WaitingEngine> alive(this);
+    auto firstFrame = whenKeyWindowHasSettled(whileAlive(*this, [this] { decided(); }));
+    if (alive) firstFrame_ = std::move(firstFrame);
   }));
 }
 
