@@ -7,11 +7,7 @@
 #include <cmath>
 #include <system_error>
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-#include <libswresample/swresample.h>
-}
+#include "platform/audio/DecoderLibrary.h"
 
 namespace valdren::platform {
 namespace {
@@ -151,6 +147,14 @@ class Decoding {
   int stream_ = -1;
 };
 
+Result<> loadDecoder() {
+  for (Library* each : {&decoderLibrary, &resamplerLibrary}) {
+    if (Result<> loaded = each->load(); !loaded) return loaded;
+  }
+  av_log_set_level(AV_LOG_QUIET);
+  return {};
+}
+
 /// Whether the file may be read.
 Result<> check(const std::string& path) {
   struct stat status {};
@@ -163,11 +167,7 @@ Result<> check(const std::string& path) {
 }  // namespace
 
 Result<std::shared_ptr<const DecodedClip>> decodeClip(const std::string& path) {
-  static const bool quiet = [] {
-    av_log_set_level(AV_LOG_QUIET);
-    return true;
-  }();
-  static_cast<void>(quiet);
+  if (const Result<> loaded = loadDecoder(); !loaded) return clipError(loaded.error().message);
   if (const Result<> checked = check(path); !checked) return checked.error();
   Decoding decoding;
   if (const int error = decoding.open(path); error < 0) return decoderError(error);

@@ -1,9 +1,7 @@
 #include "platform/web/EngineCheck.h"
 
-#include <dlfcn.h>
 #include <gio/gio.h>
 #include <unistd.h>
-#include <webkit/webkit.h>
 
 #include <filesystem>
 #include <memory>
@@ -12,6 +10,8 @@
 #include "platform/base/GObjectPtr.h"
 #include "platform/base/Log.h"
 #include "platform/device/Launches.h"
+#include "platform/ui/Settling.h"
+#include "platform/web/WebEngineLibrary.h"
 
 namespace valdren::platform {
 namespace {
@@ -29,25 +29,6 @@ constexpr const char* kNoSandbox = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
 constexpr const char* kNameLibraries = "LD_TRACE_LOADED_OBJECTS";
 /// A program that does not answer within this time, in seconds, does not work.
 constexpr Seconds kPatienceSeconds{30};
-
-/// The folder of the engine's programs, found from the path of its library.
-std::string programFolder() {
-  namespace fs = std::filesystem;
-  Dl_info library{};
-  if (!dladdr(reinterpret_cast<const void*>(&webkit_get_major_version), &library)) return {};
-  std::error_code error;
-  const fs::path path = fs::canonical(library.dli_fname, error);
-  if (error) return {};
-  for (fs::path above = path.parent_path(); above.has_relative_path();
-       above = above.parent_path()) {
-    for (const char* below : {"webkitgtk-6.0", "libexec/webkitgtk-6.0"}) {
-      for (const char* program : {kWebProcess, kNetworkProcess}) {
-        if (fs::exists(above / below / program, error)) return above / below;
-      }
-    }
-  }
-  return {};
-}
 
 /// The options with which the engine confines its pages: own namespaces, and the file system
 /// read-only.
@@ -117,7 +98,23 @@ struct EngineCheck::Run {
 };
 
 EnginePrograms EnginePrograms::installed() {
-  return {.folder = programFolder(), .isInSandbox = platform::isInSandbox()};
+  return {.library = &webEngineLibrary, .isInSandbox = platform::isInSandbox()};
+}
+
+std::string EnginePrograms::folderOf(const Library& library) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::path path = fs::canonical(library.path(), error);
+  if (error) return {};
+  for (fs::path above = path.parent_path(); above.has_relative_path();
+       above = above.parent_path()) {
+    for (const char* below : {"webkitgtk-6.0", "libexec/webkitgtk-6.0"}) {
+      for (const char* program : {kWebProcess, kNetworkProcess}) {
+        if (fs::exists(above / below / program, error)) return above / below;
+      }
+    }
+  }
+  return {};
 }
 
 EngineCheck& EngineCheck::standard() {
@@ -139,9 +136,41 @@ void EngineCheck::ask(std::function<void()> known) {
 
 void EngineCheck::begin() {
   g_unsetenv(kNoSandbox);
-  const bool isFolderKnown = !programs_.folder.empty();
-  const std::string web = programs_.folder + "/" + kWebProcess;
-  const std::string network = programs_.folder + "/" + kNetworkProcess;
+  auto firstFrame = whenKeyWindowHasSettled(whileAlive(*this, [this] { load(); }));
+  firstFrame_ = std::move(firstFrame);
+}
+
+void EngineCheck::load() {
+  struct Load {
+    WeakPtr<EngineCheck> check;
+    Library& library;
+    Result<> result;
+  };
+  auto* const load = new Load{WeakPtr<EngineCheck>(this), *programs_.library, {}};
+  const GObjectPtr<GTask> task(g_task_new(
+      nullptr, nullptr,
+      [](GObject*, GAsyncResult*, gpointer data) {
+        const std::unique_ptr<Load> load(static_cast<Load*>(data));
+        EngineCheck* const check = load->check.get();
+        if (!check) return;
+        if (load->result) return check->testPrograms();
+        check->finish(load->result);
+      },
+      load));
+  g_task_set_task_data(task.get(), load, nullptr);
+  g_task_run_in_thread(task.get(), [](GTask* task, gpointer, gpointer data, GCancellable*) {
+    auto& load = *static_cast<Load*>(data);
+    load.result = load.library.load();
+    g_task_return_boolean(task, TRUE);
+  });
+}
+
+void EngineCheck::testPrograms() {
+  const std::string folder =
+      programs_.folder.value_or(EnginePrograms::folderOf(*programs_.library));
+  const bool isFolderKnown = !folder.empty();
+  const std::string web = folder + "/" + kWebProcess;
+  const std::string network = folder + "/" + kNetworkProcess;
   std::vector<std::string> needed;
   if (isFolderKnown) needed = {web, network};
   if (!programs_.isInSandbox) {
@@ -214,10 +243,8 @@ void EngineCheck::finish(const Result<>& checked) {
   if (usable_) return;
   usable_ = bool(checked);
   if (!*usable_) {
-    logWarning(
-        "<Valdren> There are no ads, because pages cannot run in the sandbox that they "
-        "need: " +
-        checked.error().message + ".");
+    logWarning("<Valdren> There are no ads, because web pages cannot be shown in a sandbox: " +
+               checked.error().message + ".");
   }
   for (const auto& known : std::exchange(waiting_, {})) known();
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,21 +14,29 @@
 
 namespace valdren::platform {
 
-/// The programs that the engine starts; absolute paths, or names to find in PATH.
+class Library;
+
+/// The engine's library and the programs that it starts; absolute paths, or names to find in PATH.
 struct EnginePrograms {
-  /// The programs of the linked engine.
+  /// What is installed. The engine's folder is not known before its library is loaded.
   static EnginePrograms installed();
 
+  /// The folder of the programs that belong to a loaded library; empty when there is none.
+  static std::string folderOf(const Library& library);
+
+  Library* library = nullptr;
   std::string sandbox = "bwrap";
   std::string busFilter = "xdg-dbus-proxy";
-  /// The folder of the engine's own programs; empty when it is unknown.
-  std::string folder;
+  /// The folder of the engine's own programs; empty when it is unknown. None: `folderOf` the
+  /// library.
+  std::optional<std::string> folder = std::nullopt;
   /// Whether the application itself runs in a sandbox. The engine then asks that sandbox for
   /// further ones.
   bool isInSandbox = false;
 };
 
-/// Tests the programs once, in separate processes. Pages never run outside the sandbox.
+/// Loads the engine once the first window is shown, and tests its programs in separate processes.
+/// Pages never run outside the sandbox.
 class EngineCheck : public Shared<EngineCheck>, public WeakTarget {
  public:
   static EngineCheck& standard();
@@ -42,6 +51,9 @@ class EngineCheck : public Shared<EngineCheck>, public WeakTarget {
  private:
   struct Run;
   void begin();
+  /// On a thread of its own: the engine takes as long to load as a window to open.
+  void load();
+  void testPrograms();
   /// `library` is a library name that a working program prints.
   void run(const std::vector<std::string>& command, const std::string& program,
            const char* library);
@@ -50,6 +62,7 @@ class EngineCheck : public Shared<EngineCheck>, public WeakTarget {
   EnginePrograms programs_;
   std::optional<bool> usable_;
   bool isAsking_ = false;
+  std::unique_ptr<Timer> firstFrame_;
   int running_ = 0;
   std::vector<std::function<void()>> waiting_;
 };

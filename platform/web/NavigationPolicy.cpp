@@ -188,8 +188,9 @@ void NavigationPolicy::openHere(WebKitNavigationAction* action) {
 }
 
 void NavigationPolicy::use(WebKitPolicyDecision* decision) const {
-  const GObjectPtr<WebKitWebsitePolicies> policies(webkit_website_policies_new_with_policies(
-      "autoplay", autoplay_ ? WEBKIT_AUTOPLAY_ALLOW : WEBKIT_AUTOPLAY_DENY, nullptr));
+  const GObjectPtr<WebKitWebsitePolicies> policies(WEBKIT_WEBSITE_POLICIES(
+      g_object_new(WEBKIT_TYPE_WEBSITE_POLICIES, "autoplay",
+                   autoplay_ ? WEBKIT_AUTOPLAY_ALLOW : WEBKIT_AUTOPLAY_DENY, nullptr)));
   webkit_policy_decision_use_with_policies(decision, policies.get());
 }
 

@@ -1,14 +1,13 @@
 // Decides which navigations of a page are allowed.
 #pragma once
 
-#include <webkit/webkit.h>
-
 #include <functional>
 #include <string>
 #include <string_view>
 
 #include "platform/web/LoadTracker.h"
 #include "platform/web/PageBudget.h"
+#include "platform/web/WebEngineLibrary.h"
 #include "platform/web/WebView.h"
 
 namespace valdren::platform {

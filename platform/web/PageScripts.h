@@ -1,11 +1,10 @@
 // The platform's own scripts in a page, in a script world that the page cannot reach.
 #pragma once
 
-#include <webkit/webkit.h>
-
 #include <functional>
 
 #include "platform/base/GObjectPtr.h"
+#include "platform/web/WebEngineLibrary.h"
 
 namespace valdren::platform {
 

@@ -1,11 +1,10 @@
 // Detects pages that do not answer.
 #pragma once
 
-#include <webkit/webkit.h>
-
 #include <memory>
 
 #include "platform/base/RunLoop.h"
+#include "platform/web/WebEngineLibrary.h"
 
 namespace valdren::platform {
 

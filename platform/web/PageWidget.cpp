@@ -1,6 +1,6 @@
 #include "platform/web/PageWidget.h"
 
-#include <webkit/webkit.h>
+#include "platform/web/WebEngineLibrary.h"
 
 namespace valdren::platform {
 namespace {

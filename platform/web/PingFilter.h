@@ -1,7 +1,7 @@
 // Blocks pings of links, which report to a third address that the link was followed.
 #pragma once
 
-#include <webkit/webkit.h>
+#include "platform/web/WebEngineLibrary.h"
 
 namespace valdren::platform {
 

@@ -1,7 +1,7 @@
 // Denies pages access to the user's desktop.
 #pragma once
 
-#include <webkit/webkit.h>
+#include "platform/web/WebEngineLibrary.h"
 
 namespace valdren::platform {
 

@@ -1,9 +1,8 @@
 // A web process that is started before the page that needs it.
 #pragma once
 
-#include <webkit/webkit.h>
-
 #include "platform/base/GObjectPtr.h"
+#include "platform/web/WebEngineLibrary.h"
 
 namespace valdren::platform {
 

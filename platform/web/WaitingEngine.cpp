@@ -2,22 +2,13 @@
 
 #include <utility>
 
-#include "platform/ui/Settling.h"
 #include "platform/web/EngineCheck.h"
-#include "platform/web/Refusals.h"
 
 namespace valdren::platform {
 
 WaitingEngine::WaitingEngine(View& host, Client& client, WebEngine* related)
     : host_(host), client_(client), related_(dynamic_cast<WaitingEngine*>(related)) {
-  EngineCheck::shared().ask(whileAlive(*this, [this] {
-    if (!EngineCheck::shared().isUsable().value_or(false)) return decided();
-    // The engine takes the main thread for as long as a window takes to open.
-    // What is decided may end this engine, and so before there is a timer to keep.
-    const WeakPtr<WaitingEngine> alive(this);
-    auto firstFrame = whenKeyWindowHasSettled(whileAlive(*this, [this] { decided(); }));
-    if (alive) firstFrame_ = std::move(firstFrame);
-  }));
+  EngineCheck::shared().ask(whileAlive(*this, [this] { decided(); }));
 }
 
 WebKitEngine* WaitingEngine::resolve(WebEngine* engine) {
@@ -90,9 +81,7 @@ std::optional<URL> WaitingEngine::currentURL() const {
 }
 
 std::string WaitingEngine::userAgent() const {
-  if (engine_) return engine_->userAgent();
-  const GObjectPtr<WebKitSettings> settings(makeStrangersSettings());
-  return webkit_settings_get_user_agent(settings.get());
+  return engine_ ? engine_->userAgent() : "";
 }
 
 }  // namespace valdren::platform

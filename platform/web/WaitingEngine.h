@@ -58,7 +58,6 @@ class WaitingEngine final : public WebEngine, public WeakTarget {
 
   View& host_;
   Client& client_;
-  std::unique_ptr<Timer> firstFrame_;
   WeakPtr<WaitingEngine> related_;
   std::unique_ptr<WebKitEngine> engine_;
   Settings settings_;

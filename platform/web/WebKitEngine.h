@@ -1,14 +1,13 @@
 // The WebKit engine of a web view: one WebKit view that fills it.
 #pragma once
 
-#include <webkit/webkit.h>
-
 #include "platform/base/GObjectPtr.h"
 #include "platform/base/RunLoop.h"
 #include "platform/web/LoadTracker.h"
 #include "platform/web/NavigationPolicy.h"
 #include "platform/web/PageScripts.h"
 #include "platform/web/PageWatch.h"
+#include "platform/web/WebEngineLibrary.h"
 #include "platform/web/WebView.h"
 
 namespace valdren::platform {

@@ -1,7 +1,7 @@
 // Shared by all web views of the process: one context and one session without persistent data.
 #pragma once
 
-#include <webkit/webkit.h>
+#include "platform/web/WebEngineLibrary.h"
 
 namespace valdren::platform {
 

@@ -90,7 +90,7 @@ class WebEngine {
   virtual std::optional<URL> shownURL() const = 0;
   virtual std::string title() const = 0;
   virtual bool isSecure() const = 0;
-  /// The engine's own user agent text.
+  /// The engine's own user agent text; empty until the engine is loaded.
   virtual std::string userAgent() const = 0;
 };
 

@@ -6,6 +6,7 @@
 
 #include <filesystem>
 
+#include "platform/base/Library.h"
 #include "tests/support/LogLines.h"
 #include "tests/support/Loop.h"
 #include "tests/support/Process.h"
@@ -37,38 +38,42 @@ std::string refusingSandbox(const quorbel_tests::TemporaryFolder& folder) {
 TEST(EngineCheckTest, SaysOnceWhyNoPageCanBeShown) {
   const quorbel_tests::TemporaryFolder folder;
   const EnginePrograms installed = EnginePrograms::installed();
-  ASSERT_NE(installed.folder, "");
+  ASSERT_TRUE(installed.library->load());
+  const std::string programFolder = EnginePrograms::folderOf(*installed.library);
+  ASSERT_NE(programFolder, "");
+  platform::Library missing("libnowhere.so.1");
   const auto withFolder = [&](const std::string& name, bool isInSandbox) {
     EnginePrograms programs = installed;
-    programs.folder = folder.file(name);
+    const std::string made = folder.file(name);
+    programs.folder = made;
     programs.isInSandbox = isInSandbox;
-    std::filesystem::create_directories(programs.folder);
+    std::filesystem::create_directories(made);
     for (const char* program : {"/WebKitWebProcess", "/WebKitNetworkProcess"}) {
       std::error_code ignored;
-      std::filesystem::create_symlink(installed.folder + program, programs.folder + program,
-                                      ignored);
+      std::filesystem::create_symlink(programFolder + program, made + program, ignored);
     }
     return programs;
   };
-  EnginePrograms rows[9];
+  EnginePrograms rows[10];
   for (EnginePrograms& row : rows) row = installed;
   rows[1].sandbox = refusingSandbox(folder);
   rows[2].sandbox = "/nowhere/bwrap";
   rows[3].busFilter = "no-such-proxy";
   rows[4].sandbox = script(folder.file("dies"), "kill -9 $$");
   rows[5] = withFolder("network", false);
-  std::filesystem::remove(rows[5].folder + "/WebKitNetworkProcess");
+  std::filesystem::remove(*rows[5].folder + "/WebKitNetworkProcess");
   rows[6] = withFolder("web", false);
-  std::filesystem::remove(rows[6].folder + "/WebKitWebProcess");
-  script(rows[6].folder + "/WebKitWebProcess", "exit 1");
+  std::filesystem::remove(*rows[6].folder + "/WebKitWebProcess");
+  script(*rows[6].folder + "/WebKitWebProcess", "exit 1");
   rows[7] = withFolder("confined", true);
   rows[7].sandbox = "/nowhere/bwrap";
   rows[8].folder = "";
-  const char* const reasons[9] = {
+  rows[9].library = &missing;
+  const char* const reasons[10] = {
       "",         "No permissions",       "/nowhere/bwrap",   "no-such-proxy",
       "signal 9", "WebKitNetworkProcess", "WebKitWebProcess", "",
-      ""};
-  for (int row = 0; row < 9; ++row) {
+      "",         "libnowhere.so.1"};
+  for (int row = 0; row < 10; ++row) {
     LogLines log;
     EngineCheck check(rows[row]);
     int answers = 0;
@@ -115,7 +120,7 @@ TEST(EngineCheckTest, WhatIsAskedOfAPageBeforeTheAnswerHappensAfterIt) {
   quorbel_tests::Page related({0, 0, 320, 50}, page.view.get());
   quorbel_tests::Page stopped;
   auto dropped = std::make_unique<quorbel_tests::Page>();
-  EXPECT_NE(page.view->engine().userAgent(), "");
+  EXPECT_EQ(page.view->engine().userAgent(), "");
   related.view->loadHTMLString("<p>Two", {});
   stopped.view->loadHTMLString("<p>Three", {});
   stopped.view->stopLoading();
