@@ -105,6 +105,8 @@ std::optional<URL> URL::parse(std::string_view text) {
   if (text.empty() || text.size() > kLongestURL) return std::nullopt;
   const auto view = urls::parse_uri_reference(boost::core::string_view(text.data(), text.size()));
   if (!view) return std::nullopt;
+  // Later versions of the parser take a second "#" as a part of the fragment.
+  if (text.find('#') != text.rfind('#')) return std::nullopt;
   // The parser treats non-digits in a port as the start of the path.
   const boost::core::string_view path = view->encoded_path();
   if (view->has_authority() && !path.empty() && path.front() != '/') return std::nullopt;

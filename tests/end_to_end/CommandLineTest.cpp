@@ -53,6 +53,15 @@ TEST_F(CommandLine, HelpAndVersionNeedNoDisplay) {
   EXPECT_EQ(version.output, std::string("quorbel ") + QUORBEL_VERSION + "\n");
 }
 
+TEST_F(CommandLine, StartsWithoutWhatIsLoadedAfterTheFirstFrame) {
+  // The variable makes the dynamic linker name the libraries of the program.
+  const Finished named = run(program("", "env LD_TRACE_LOADED_OBJECTS=1"));
+  ASSERT_THAT(named.output, testing::HasSubstr("libgtkmm"));
+  for (const char* library : {"libwebkitgtk", "libjavascriptcore", "libavformat", "libswresample"}) {
+    EXPECT_THAT(named.output, testing::Not(testing::HasSubstr(library)));
+  }
+}
+
 TEST_F(CommandLine, MistakesAreOneSentenceAndAStatusOfTheirOwn) {
   const std::tuple<std::string, int, std::string> cases[] = {
       {program("--loud", kWithoutDisplay), 2, "Unknown option --loud"},

@@ -251,7 +251,7 @@ class OpenURLTest : public ::testing::Test {
     const std::string data = std::getenv("XDG_DATA_HOME");
     quorbel_tests::writeFile(data + "/applications/quorbel-noter.desktop",
                              "[Desktop Entry]\nType=Application\nName=Noter\nExec=sh -c \"echo "
-                             "\\$0 >> " +
+                             "\\\\$0 >> " +
                                  noted_ + "\" %u\nMimeType=x-scheme-handler/x-quorbel;\n");
     quorbel_tests::writeFile(
         std::string(std::getenv("XDG_CONFIG_HOME")) + "/mimeapps.list",

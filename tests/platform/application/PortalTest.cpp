@@ -76,7 +76,7 @@ TEST_F(PortalTest, AMailIsWrittenByThePortalOrElseByTheDefaultHandler) {
   const std::string noted = folder.file("noted");
   quorbel_tests::writeFile(
       std::string(std::getenv("XDG_DATA_HOME")) + "/applications/quorbel-mailer.desktop",
-      "[Desktop Entry]\nType=Application\nName=Mailer\nExec=sh -c \"echo \\$0 > " + noted +
+      "[Desktop Entry]\nType=Application\nName=Mailer\nExec=sh -c \"echo \\\\$0 > " + noted +
           "\" %u\nMimeType=x-scheme-handler/mailto;\n");
   quorbel_tests::writeFile(
       std::string(std::getenv("XDG_CONFIG_HOME")) + "/mimeapps.list",

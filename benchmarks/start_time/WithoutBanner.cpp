@@ -1,0 +1,3 @@
+#include "benchmarks/start_time/BareWindow.h"
+
+void addTo(GtkWindow*, GtkBox*) {}
