@@ -5,6 +5,10 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iomanip>
+#include <string>
 #include <vector>
 
 namespace benchmarks {
@@ -20,6 +24,14 @@ inline double seconds() {
 template <class T>
 inline void keep(const T& value) {
   asm volatile("" : : "g"(&value) : "memory");
+}
+
+inline std::string currentTitle;
+
+/// Prints a line above the figures that follow.
+inline void title(const char* text) {
+  currentTitle = text;
+  std::puts(text);
 }
 
 /// A set of measurements in one unit.
@@ -43,13 +55,25 @@ class Figures {
     for (const double value : values_) result.add(value * factor);
     return result;
   }
-  /// Prints one line: name, median, 10th and 95th percentile, count.
+  /// Prints one line: name, median, 10th and 95th percentile, count. With BENCHMARK_FIGURES in the
+  /// environment all measurements are added to that file, one JSON object a line.
   void print(const char* what, const char* unit) const {
     std::printf("%-44s %10.3f %-6s (p10 %.3f, p95 %.3f, n=%zu)\n", what, median(), unit,
                 quantile(0.1), quantile(0.95), count());
+    if (const char* const file = std::getenv("BENCHMARK_FIGURES")) write(file, what, unit);
   }
 
  private:
+  void write(const char* file, const char* what, const char* unit) const {
+    std::ofstream out(file, std::ios::app);
+    out << "{\"title\": " << std::quoted(currentTitle) << ", \"what\": " << std::quoted(what)
+        << ", \"unit\": " << std::quoted(unit) << ", \"values\": [";
+    for (std::size_t place = 0; place < count(); ++place) {
+      out << (place > 0 ? ", " : "") << values_[place];
+    }
+    out << "]}\n";
+  }
+
   std::vector<double> values_;
 };
 

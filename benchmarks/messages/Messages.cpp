@@ -62,7 +62,7 @@ struct Rate {
     microseconds.add(work.processor * 1000 / kMessages);
   }
   void print(const char* title) const {
-    std::puts(title);
+    benchmarks::title(title);
     perSecond.print("  messages a second", "/s");
     microseconds.print("  main thread's own time a message", "us");
   }

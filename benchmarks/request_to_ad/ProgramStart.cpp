@@ -113,7 +113,7 @@ void measureProgramStart(int starts) {
     between.add(start->advertised - start->drawn);
   }
   XCloseDisplay(display);
-  std::puts("The soundboard, from its start with nothing cached");
+  title("The soundboard, from its start with nothing cached");
   drawn.print("  until its window is drawn", "ms");
   advertised.print("  until the ad is seen", "ms");
   between.print("  between the two", "ms");

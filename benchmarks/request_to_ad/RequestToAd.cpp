@@ -235,7 +235,7 @@ struct Table {
     stallProcessor.add(round.work.longestProcessor);
   }
   void print(const char* title) const {
-    std::printf("%s\n", title);
+    benchmarks::title(title);
     told.print("  until told of it", "ms");
     painted.print("  until seen", "ms");
     processor.print("  main thread's own time until told", "ms");

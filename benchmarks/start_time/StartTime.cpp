@@ -19,6 +19,8 @@
 #include <thread>
 #include <vector>
 
+#include "benchmarks/Figures.h"
+
 extern char** environ;
 
 namespace {
@@ -35,6 +37,29 @@ struct Start {
   double residentThen = 0;  // MiB of the process then
   double resident = 0;      // MiB of the process when it has settled
   double proportional = 0;  // MiB of it and its helpers, shared pages counted by their share
+};
+
+struct Program {
+  const char* name;
+  std::vector<std::string> command;
+  std::vector<Start> starts = {};
+
+  void print() const {
+    benchmarks::title(name);
+    print("  mapped", "ms", &Start::mapped);
+    print("  drawn", "ms", &Start::drawn);
+    print("  processor until drawn", "ms", &Start::processor);
+    print("  resident when drawn", "MiB", &Start::residentThen);
+    print("  resident when settled", "MiB", &Start::resident);
+    print("  with helpers, settled", "MiB", &Start::proportional);
+  }
+
+ private:
+  void print(const char* what, const char* unit, double Start::*figure) const {
+    benchmarks::Figures figures;
+    for (const Start& start : starts) figures.add(start.*figure);
+    figures.print(what, unit);
+  }
 };
 
 double millisecondsSince(Clock::time_point begun) {
@@ -141,13 +166,6 @@ std::optional<Start> startOnce(Display* display, std::vector<std::string> comman
   return start;
 }
 
-double median(const std::vector<Start>& starts, double Start::*figure) {
-  std::vector<double> values;
-  for (const Start& start : starts) values.push_back(start.*figure);
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -158,11 +176,6 @@ int main(int argc, char** argv) {
     return 1;
   }
   XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });  // windows may be destroyed meanwhile
-  struct Program {
-    const char* name;
-    std::vector<std::string> command;
-    std::vector<Start> starts = {};
-  };
   Program programs[] = {
       {"bare gtkmm window", {BARE_WINDOW_PROGRAM}},
       {"the same, a banner", {BANNER_WINDOW_PROGRAM}},
@@ -179,15 +192,6 @@ int main(int argc, char** argv) {
       if (round > 0) program.starts.push_back(*start);  // the first round warms the file cache
     }
   }
-  std::printf("%d starts each, medians\n", rounds);
-  std::printf("%-20s %12s %12s %15s %14s %15s %18s\n", "", "mapped, ms", "drawn, ms",
-              "processor, ms", "resident, MiB", "settled, MiB", "with helpers, MiB");
-  for (const Program& program : programs) {
-    std::printf(
-        "%-20s %12.0f %12.0f %15.0f %14.1f %15.1f %18.1f\n", program.name,
-        median(program.starts, &Start::mapped), median(program.starts, &Start::drawn),
-        median(program.starts, &Start::processor), median(program.starts, &Start::residentThen),
-        median(program.starts, &Start::resident), median(program.starts, &Start::proportional));
-  }
+  for (const Program& program : programs) program.print();
   XCloseDisplay(display);
 }

@@ -148,7 +148,7 @@ struct Table {
     stall.add(tap.work.longestStall);
   }
   void print(const char* title) const {
-    std::puts(title);
+    benchmarks::title(title);
     painted.print("  until the page is seen", "ms");
     processor.print("  main thread's own time", "ms");
     stall.print("  longest turn of the main loop", "ms");
