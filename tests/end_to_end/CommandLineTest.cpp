@@ -57,7 +57,8 @@ TEST_F(CommandLine, StartsWithoutWhatIsLoadedAfterTheFirstFrame) {
   // The variable makes the dynamic linker name the libraries of the program.
   const Finished named = run("LD_TRACE_LOADED_OBJECTS=1 " + kProgram);
   ASSERT_THAT(named.output, testing::HasSubstr("libgtkmm"));
-  for (const char* library : {"libwebkitgtk", "libjavascriptcore", "libavformat", "libswresample"}) {
+  for (const char* library :
+       {"libwebkitgtk", "libjavascriptcore", "libavformat", "libswresample"}) {
     EXPECT_THAT(named.output, testing::Not(testing::HasSubstr(library)));
   }
 }
