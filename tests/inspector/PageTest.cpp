@@ -86,15 +86,6 @@ TEST_F(SandboxPage, EveryAdFitsItsFiftyPointsAndLandingPagesANarrowScreen) {
   }
 }
 
-TEST_F(SandboxPage, AnAdOpensThenHasTheClickPinged) {
-  open({320, 50}, "/preview/webapp");
-  evaluate("document.querySelector('a').click()");
-  ASSERT_TRUE(sends("gmsg://urvo/click?u="));
-  ASSERT_EQ(messages().size(), 2U);
-  EXPECT_TRUE(messages()[0].starts_with("gmsg://urvo/open?a=webapp"))
-      << "a ping that comes first belongs to no click: " << messages()[0];
-}
-
 TEST_F(SandboxPage, TheConsoleSendsEveryMessageAndShowsReplies) {
   open({320, 50}, "/preview/console");
   const int count = std::stoi(evaluate("messages.length"));

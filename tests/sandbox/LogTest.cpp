@@ -51,25 +51,6 @@ TEST(Log, DoesNotOpenWhatClientsDidNotSeal) {
   }
 }
 
-TEST(Log, TellsOnlyWhatIsNewSince) {
-  Network network;
-  network.ask("/imp/t1");
-  network.ask("/clk/t1?ai=x");
-  const platform::Array first = network.requests();
-  ASSERT_EQ(first.size(), 2U);
-  EXPECT_EQ(text(first[1], "kind"), "click");
-  EXPECT_EQ(text(first[1], "ticket"), "t1");
-  network.ask("/land/plain?t=t1");
-  const platform::Array next = network.requests(text(first[1], "number"));
-  ASSERT_EQ(next.size(), 1U);
-  EXPECT_EQ(text(next[0], "kind"), "landing");
-  EXPECT_EQ(text(next[0], "ticket"), "t1");
-  const auto log = platform::parseJson(network.log(3));
-  ASSERT_TRUE(log);
-  EXPECT_EQ(text(*log->dictionary()->find("counts"), "impression"), "1");
-  EXPECT_EQ(text(*log->dictionary()->find("counts"), "landing"), "1");
-}
-
 TEST(Log, StaysJSONWhateverIsAsked) {
   Network network;
   for (const char* odd :

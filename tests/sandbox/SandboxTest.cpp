@@ -52,17 +52,6 @@ TEST(Switch, RefusesStrangersAndWhatItDoesNotKnow) {
   EXPECT_EQ(network.ask("/log.json", {{"Host", "localhost:1"}}).status, 200);
 }
 
-TEST(Sandbox, SaysWhenThePortIsTaken) {
-  const auto first = Sandbox::start(0);
-  ASSERT_TRUE(first);
-  const std::string base = first->baseURL();
-  EXPECT_FALSE(
-      Sandbox::start(static_cast<std::uint16_t>(std::stoi(base.substr(base.rfind(':') + 1)))));
-  FetchRecorder fetch;
-  EXPECT_TRUE(fetch.fetch(*platform::URL::parse(base + "/")));
-  EXPECT_EQ(fetch.errorCode(), 0);
-}
-
 TEST(Sandbox, ServesOthersAndEndsAtOnceWhileAnswersAreUnderWay) {
   auto sandbox = Sandbox::start(0);
   ASSERT_TRUE(sandbox);

@@ -5,18 +5,9 @@
 #include <set>
 #include <sstream>
 
-#include "platform/base/Text.h"
 #include "tests/sandbox/Network.h"
 
 namespace {
-
-TEST(Scenario, SpoiltEncodingsAreNoUTF8) {
-  sandbox_tests::Network network;
-  for (const char* name : {"latin-1", "invalid-utf8"}) {
-    const auto answer = network.ask("/ad?slotname=scenario-" + std::string(name));
-    EXPECT_FALSE(platform::isUTF8(answer.body)) << name;
-  }
-}
 
 TEST(Scenario, NamesAreUniqueAndActable) {
   std::set<std::string_view> names;

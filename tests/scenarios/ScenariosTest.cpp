@@ -145,6 +145,9 @@ TEST_F(ScenariosTest, PlaysTheAdServersErrors) {
   };
   for (const Scenario& each : scenarios) play(each);
   EXPECT_TRUE(application.openedURLs.empty());
+  EXPECT_THAT(log.take(), testing::ElementsAre(
+                              "<Valdren> Server rejected ad parameters.  Typically this is because "
+                              "the ad unit ID is incorrect."));
 }
 
 TEST_F(ScenariosTest, ShowsWhateverCanBeShown) {
@@ -175,6 +178,9 @@ TEST_F(ScenariosTest, PlaysTheScriptsErrors) {
       {"script-empty", "2", kVADStateScriptFailed},
   };
   for (const Scenario& each : scenarios) play(each);
+  EXPECT_THAT(log.take(),
+              testing::ElementsAre(R"(<Valdren> Invalid Request: {"reason":"sandbox"})",
+                                   R"(<Valdren> Unable to serve: {"reason":"sandbox"})"));
 }
 
 TEST_F(ScenariosTest, RefreshesUntilToldOtherwise) {

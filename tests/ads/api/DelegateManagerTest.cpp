@@ -2,12 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
-
 #include "ads/api/VADBannerView.h"
 #include "platform/base/RunLoop.h"
-#include "tests/support/Loop.h"
 #include "tests/support/PublisherRecord.h"
 
 namespace platform = valdren::platform;
@@ -16,7 +12,6 @@ namespace {
 
 using namespace valdren;
 using quorbel_tests::PublisherRecord;
-using quorbel_tests::runUntil;
 
 /// Acts like the main thread's loop for another thread, with work that runs before the task.
 class BusyRunLoop final : public platform::RunLoop {
@@ -129,26 +124,6 @@ TEST_F(DelegateManager, ADelegateMayDestroyTheOthersItselfTheBannerAndTheManager
     if (othersToo) raiseEverything(*manager_);
     EXPECT_EQ(heard_.find("will leave"), std::string::npos) << "a dead delegate was called";
   }
-}
-
-TEST_F(DelegateManager, AnErrorFromAnotherThreadIsDeliveredHereBeforeItsCallReturns) {
-  const auto banner = publisher();
-  manager_->setBannerDelegate(banner.get());
-  std::atomic<bool> raising = false;
-  std::atomic<bool> returned = false;
-  std::string heardWhenItReturned;
-  std::thread other([&] {
-    raising = true;
-    manager_->didFailToReceiveAdWithError(VADRequestError(3, nullptr));
-    heardWhenItReturned = heard_;
-    returned = true;
-  });
-  while (!raising) std::this_thread::yield();
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  EXPECT_FALSE(returned) << "the main thread has not had its turn yet";
-  EXPECT_TRUE(runUntil([&] { return returned.load(); }));
-  other.join();
-  EXPECT_EQ(heardWhenItReturned, "failed 3;");
 }
 
 TEST_F(DelegateManager, OutlivesTheWaitOfAnotherThreadButADeadDelegateIsNotCalled) {

@@ -135,17 +135,12 @@ TEST_F(Request, ACopyIsEqualAndIndependent) {
   EXPECT_EQ(copy->parameters(), sent);
 }
 
-TEST_F(Request, KnowsItsTypesAndTheSystem) {
+TEST_F(Request, KnowsItsTypes) {
   const std::pair<const char*, int> cases[] = {{"vantic", 4}, {"qorm", 5}, {"strevel", 1},
                                                {"Vantic", 0}, {"", 0},     {"tovask", 0}};
   for (const auto& [text, type] : cases) {
     EXPECT_EQ(VADRequestPrivate::requestTypeFromString(text), type) << text;
   }
-  device.version = "3.1.2";
-  EXPECT_TRUE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(3, 1));
-  EXPECT_TRUE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(2, 9));
-  EXPECT_FALSE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(3, 2));
-  EXPECT_FALSE(VADRequestPrivate::deviceAtLeastMinimumOSMajorVersion(4, 0));
 }
 
 TEST_F(Request, AnErrorSaysWhatItsCodeMeansAndWhatWasSentIfThatWasInvalid) {

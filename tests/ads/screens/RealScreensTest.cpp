@@ -73,16 +73,6 @@ class RealScreensTest : public ::testing::Test {
       std::make_shared<platform::Window>(platform::Size{320, 480});
 };
 
-TEST_F(RealScreensTest, ABrowserWhosePageNeverAnswersCanBeClosed) {
-  server.answer("/slow", {.raw = "HTTP/1.1 200 OK\r\n",
-                          .ending = quorbel_tests::LoopbackResponse::Ending::Hang});
-  VADBrowserController& browser = openBrowser(server.url("/slow"));
-  ASSERT_TRUE(isUp(browser));
-  ASSERT_TRUE(runUntil([&] { return !server.requests("/slow").empty(); }, kPatience));
-  EXPECT_TRUE(quorbel_tests::press(*browser.toolbar()->items().back()->button()));
-  EXPECT_EQ(window->topViewController(), host.get());
-}
-
 TEST_F(RealScreensTest, APageOpensAnotherOverItAndIsToldThatItIsHidden) {
   const auto webApp = VADWebAppViewController::create();
   webApp->load(server.url("/page"));

@@ -147,6 +147,7 @@ TEST_F(Statistics, WithoutAClickOnlyRequestsAndTheSessionTravel) {
   statistics_.startTimingNamed("ptime");
   clock_.advance(2);
   EXPECT_EQ(told(), R"({"ptime":"2000","preqs":1})");
+  EXPECT_NE(VADStatistics().sessionId(), statistics_.sessionId()) << "of the run before";
 }
 
 TEST_F(Statistics, AClickThatLeftTheApplicationTakesUntilThisRequest) {
@@ -205,21 +206,6 @@ TEST_F(Statistics, TheTicketOfAPingComesFromTheOwnHostsAlone) {
   statistics_.addClickTrackingURL(*URL::parse("http://ads.example/pcs/late"));
   EXPECT_FALSE(parametersWithoutSession().contains("pit")) << "no click is known any more";
   VADStatistics::setAdNetworkDomain("ads.valdren.example");
-}
-
-TEST(SharedStatistics, ComeBackWithTheirCountersAndAnotherSession) {
-  quorbel_tests::FakeClock clock;
-  quorbel_tests::FakeUserDefaults defaults;
-  VADStatistics::releaseSharedStatistics();
-  VADStatistics::sharedStatistics().incrementAdRequestCount();
-  VADStatistics::sharedStatistics().startTimingNamed("ptime");
-  const auto session = VADStatistics::sharedStatistics().sessionId();
-  clock.advance(10);
-  VADStatistics::releaseSharedStatistics();
-  EXPECT_EQ(VADStatistics::sharedStatistics().adRequestCount(), 1);
-  EXPECT_NE(VADStatistics::sharedStatistics().sessionId(), session);
-  EXPECT_TRUE(VADStatistics::sharedStatistics().timingNamed("ptime"));
-  VADStatistics::releaseSharedStatistics();
 }
 
 TEST(SharedStatisticsDeathTest, AreHarmlessWhileTheProcessEnds) {

@@ -36,16 +36,6 @@ TEST(Notification, IsMadeFromAMessageURL) {
   }
 }
 
-TEST(Notification, IsNoneForOtherURLs) {
-  for (const char* url : {"GMSG://click", "gmsgx:///click", "http://h/", "VANTIC://log", "a/b"}) {
-    EXPECT_FALSE(VADNotification::isNotificationURL(*URL::parse(url))) << url;
-    EXPECT_FALSE(VADNotification::notificationFromURL(*URL::parse(url))) << url;
-  }
-  for (const char* url : {"gmsg://click", "vantic://other", "vantic://Log", "vantic:log"}) {
-    EXPECT_FALSE(VADNotification::notificationFromURL(*URL::parse(url))) << url;
-  }
-}
-
 class NotificationCenterTest : public testing::Test {
  protected:
   struct Observer : platform::WeakTarget {};

@@ -102,6 +102,8 @@ TEST_F(VADWebViewDelegateTest, SendsEachAddressWhereItBelongs) {
       {"tel:1", other, false, false, "app tel:1"},
       {"javascript:alert(1)", link, false, true, "app javascript:alert(1)"},
       {"data:text/html,x", other, false, false, "app data:text/html,x"},
+      {"gmsgx:///click", other, false, true, "app gmsgx:///click"},
+      {"VANTIC://log", other, false, false, "app VANTIC://log"},
       {"GMSG://x/click?u=http%3A%2F%2Fa%2F", link, false, true,
        "app GMSG://x/click?u=http%3A%2F%2Fa%2F"},
   };
@@ -147,9 +149,10 @@ TEST_F(VADWebViewDelegateTest, ActsOnEachMessageAndLoadsNone) {
   EXPECT_THAT(actions, testing::Contains(R"({"u":"gmsg://x/vibrate","a":"vibrate"})"));
   EXPECT_EQ(actions.size(), 10u);
 
-  EXPECT_FALSE(navigate("vantic://other")) << "no message";
-  EXPECT_FALSE(navigate("gmsg://x"));
-  EXPECT_EQ(log.take().size(), 2u);
+  for (const char* none : {"vantic://other", "vantic://Log", "vantic:log", "gmsg://x"}) {
+    EXPECT_FALSE(navigate(none));
+  }
+  EXPECT_EQ(log.take().size(), 4u);
   EXPECT_EQ(actions.size(), 10u);
   EXPECT_EQ(fetches.count(), 0u);
 }
@@ -251,17 +254,6 @@ TEST_F(VADWebViewDelegateTest, EvaluatesInAnOpenerOfItsOwnOriginAndDropsTheResul
   delegate->setOpeningWebView(nullptr);
   loop.advance(0);
   EXPECT_THAT(below.scripts, IsEmpty());
-}
-
-TEST_F(VADWebViewDelegateTest, OutlivesTheEndOfItsPageInAMessage) {
-  VADNotificationCenter::defaultCenter().addObserver(
-      *this, "gone", [this](const auto&) { forwarded.push_back("gone"); });
-  navigate("gmsg://x/gone");
-  view.reset();
-  delegate.reset();
-  loop.advance(0);
-  EXPECT_THAT(forwarded, ElementsAre("gone"));
-  EXPECT_THAT(engines.engines(), IsEmpty());
 }
 
 TEST_F(VADWebViewDelegateTest, TellsThePageTheOrientation) {

@@ -76,12 +76,4 @@ TEST(RunLoop, WorkForTheMainThreadWaitsUntilItsLoopTurns) {
   EXPECT_TRUE(onMainThread);
 }
 
-TEST(RunLoop, AutoreleaseKeepsAnObjectForOneTurn) {
-  auto object = std::make_shared<int>(1);
-  const std::weak_ptr<int> weak = object;
-  RunLoop::shared().autorelease(std::move(object));
-  EXPECT_FALSE(weak.expired());
-  EXPECT_TRUE(runUntil([&] { return weak.expired(); }));
-}
-
 }  // namespace

@@ -53,17 +53,23 @@ TEST_F(PropertyList, ReadsEveryKindOfValue) {
                     }));
 }
 
-/// A binary list of these objects; the first is the outermost.
-std::string binaryList(const std::vector<std::string>& objects) {
+std::string bigEndian(std::uint64_t number, int bytes) {
+  std::string text;
+  while (bytes > 0) text += static_cast<char>(number >> 8 * --bytes);
+  return text;
+}
+
+/// A binary list of these objects; the first is the outermost. Places and references take so many
+/// bytes.
+std::string binaryList(const std::vector<std::string>& objects, int bytes = 1) {
   std::string content = "bplist00";
   std::string offsets;
   for (const std::string& object : objects) {
-    offsets += static_cast<char>(content.size());
+    offsets += bigEndian(content.size(), bytes);
     content += object;
   }
-  const auto number = [](std::size_t value) { return std::string(7, '\0') + char(value); };
-  return content + offsets + std::string(6, '\0') + "\x01\x01" + number(objects.size()) +
-         number(0) + number(content.size());
+  return content + offsets + std::string(6, '\0') + std::string(2, static_cast<char>(bytes)) +
+         bigEndian(objects.size(), 8) + bigEndian(0, 8) + bigEndian(content.size(), 8);
 }
 
 /// A dictionary whose only key is this object.
@@ -128,24 +134,13 @@ TEST_F(PropertyList, IsNoneWhenItIsNestedTooDeeply) {
 
 /// A binary list of arrays, each of which refers to the next one `references` times.
 std::string binaryChain(int arrays, int references) {
-  std::string content = "bplist00";
-  std::string offsets;
-  const auto put = [](std::string& text, std::uint64_t number, int size) {
-    while (size > 0) text += static_cast<char>(number >> 8 * --size);
-  };
-  for (int array = 0; array < arrays; ++array) {
-    put(offsets, content.size(), 4);
-    content += static_cast<char>(0xA0 + references);
-    for (int time = 0; time < references; ++time) put(content, array + 1, 4);
+  std::vector<std::string> objects;
+  for (int array = 1; array <= arrays; ++array) {
+    objects.emplace_back(1, static_cast<char>(0xA0 + references));
+    for (int time = 0; time < references; ++time) objects.back() += bigEndian(array, 4);
   }
-  put(offsets, content.size(), 4);
-  content += '\x09';  // true
-  const std::uint64_t table = content.size();
-  content += offsets + std::string(6, '\0') + "\x04\x04";
-  put(content, arrays + 1, 8);
-  put(content, 0, 8);
-  put(content, table, 8);
-  return content;
+  objects.emplace_back("\x09");  // true
+  return binaryList(objects, 4);
 }
 
 TEST_F(PropertyList, IsNoneWhenItIsHugeOrFewBytesExpandToHugeContent) {
