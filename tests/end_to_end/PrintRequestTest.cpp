@@ -80,15 +80,6 @@ TEST_F(PrintRequest, TellsTheWindowThatTheApplicationWouldOpen) {
   EXPECT_EQ(*printed("", "--idiom phone --orientation landscape").text("u_so"), "l");
 }
 
-TEST_F(PrintRequest, TellsTheLanguageAndTheStoreMetadata) {
-  writeFile(home_.file("iTunesMetadata.plist"),
-            "<plist><dict><key>itemId</key><integer>42</integer></dict></plist>");
-  const Dictionary request = printed(kWithoutDisplay + " -u LANGUAGE LC_ALL=pt_PT.UTF-8");
-  EXPECT_EQ(*request.text("hl"), "pt-pt");
-  EXPECT_EQ(*request.find("ios_metadata"), Value(Dictionary{{"itemId", 42}}));
-  EXPECT_FALSE(printed(kWithoutDisplay + " LC_ALL=\xff\xfe").contains("hl"));
-}
-
 TEST_F(PrintRequest, CountsAndForgetsNothing) {
   {
     platform::FileUserDefaults files(platform::FileUserDefaults::standardFolder());

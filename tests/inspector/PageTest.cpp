@@ -4,9 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/base/Json.h"
 #include "sandbox/Ads.h"
-#include "sandbox/Http.h"
 #include "sandbox/Sandbox.h"
 #include "tests/support/Loop.h"
 #include "tests/support/WebPage.h"
@@ -119,32 +117,6 @@ TEST_F(SandboxPage, TheWebAppShowsWhatItIsTold) {
   EXPECT_TRUE(sends("gmsg://urvo/settings?supportedOrientations=landscape"));
   evaluate("document.getElementById('close').click()");
   EXPECT_TRUE(sends("gmsg://urvo/close"));
-}
-
-/// The decoded field of an address's query.
-std::string field(const std::string& address, const std::string& key) {
-  sandbox::Request request;
-  request.query = address.substr(address.find('?') + 1);
-  return request.parameter(key).value_or("");
-}
-
-TEST_F(SandboxPage, TheScriptBuildsAnAddressThatCarriesTheParametersWhole) {
-  const platform::Dictionary parameters{
-      {"slotname", "my unit & more"},
-      {"preqs", 3},
-      {"kw", platform::Array{"\"quoted\"", "</b>", "Z\xC3\xBCrich;a=b"}}};
-  page_ = std::make_unique<quorbel_tests::Page>();
-  page_->load("<script src=/urvo/sdk-core-v40.js></script><script>URVO_buildAdURL(" +
-                  *platform::writeJson(parameters) + ")</script>",
-              sandbox_->baseURL() + "/");
-  ASSERT_TRUE(sends("gmsg://"));
-  const std::string message = messages().front();
-  EXPECT_NE(message.find("/loadAdURL?"), std::string::npos) << message;
-  EXPECT_EQ(field(message, "type"), "qorm");
-  const std::string url = field(message, "url");
-  ASSERT_TRUE(url.starts_with(sandbox_->baseURL() + "/ad?")) << url;
-  EXPECT_EQ(field(url, "slotname"), "my unit & more");
-  EXPECT_EQ(platform::parseJson(field(url, "params")), platform::Value(parameters));
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ using testing::ElementsAre;
 class VADBannerViewTest : public quorbel_tests::LoaderTest {};
 
 TEST_F(VADBannerViewTest, NeedsARootViewController) {
-  banner->setRootViewController(nullptr);
+  screen = std::make_shared<platform::ViewController>();  // the one before is gone
   load();
   EXPECT_THAT(log.take(), ElementsAre("<Valdren> Must set the rootViewController property of "
                                       "VADBannerView before calling loadRequest:"));

@@ -110,20 +110,16 @@ TEST_F(LifetimeTest, EndsInsideEveryCallback) {
          loop.advance(30);
        }},
       {"script status", kVADStateLoadingScript, [&] { fetches.last().answer(404); }},
-      {"script connection", kVADStateLoadingScript, [&] { fetches.last().fail(kCut); }},
       {"script empty", kVADStateLoadingScript, [&] { fetches.last().answer(200); }},
       {"script errors", kVADStateBuildingURL, [&] { scriptSays("loadAdURL?errors=x"); }},
       {"script invalid", kVADStateBuildingURL, [&] { scriptSays("invalidRequest"); }},
-      {"script unable", kVADStateBuildingURL, [&] { scriptSays("unableToServe"); }},
       {"script no address", kVADStateBuildingURL, [&] { scriptSays("loadAdURL"); }},
-      {"ad status", kVADStateLoadingAd, [&] { fetches.last().answer(500); }},
       {"ad status after a redirect", kVADStateLoadingAd,
        [&] {
          auto& fetch = fetches.last();
          fetch.redirect("http://ads.test/2", {{"X-Urvo-Refresh-Rate", "5"}});
          fetch.answer(400, {{"X-Urvo-Refresh-Rate", "5"}});
        }},
-      {"ad connection", kVADStateLoadingAd, [&] { fetches.last().fail(kCut); }},
       {"ad empty", kVADStateLoadingAd, [&] { answerAd({}, " "); }},
       {"ad cannot be rendered", kVADStateRenderingAd, [&] { adPage().fail(); }},
       {"ad received", kVADStateRenderingAd, [&] { adPage().finish(); }},
@@ -161,30 +157,6 @@ TEST_F(LifetimeTest, EndsInTheDecisionOnANavigation) {
     loop.advance(1);
     expectGone(watched);
   }
-}
-
-TEST_F(LifetimeTest, DoesNotCallDestroyedDelegatesAndScreens) {
-  LoaderTest::bringTo(kVADStateRenderingAd);
-  banner->setDelegate(std::make_unique<quorbel_tests::PublisherRecord>().get());
-  adPage().finish();
-  EXPECT_EQ(state(), kVADStateShowingAd);
-  EXPECT_EQ(banner->delegate(), nullptr);
-  banner->setDelegate(&record);
-  screen.reset();
-  load();
-  EXPECT_THAT(record.take(), ElementsAre("failed 0"));
-}
-
-TEST_F(LifetimeTest, TwoBannersAreIndependent) {
-  LoaderTest::bringTo(kVADStateBuildingURL);
-  const auto first = banner;
-  makeBanner();
-  load();
-  showNextAd();
-  EXPECT_EQ(state(), kVADStateShowingAd);
-  banner = first;
-  EXPECT_EQ(state(), kVADStateBuildingURL);
-  EXPECT_THAT(record.take(), ElementsAre("received"));
 }
 
 }  // namespace

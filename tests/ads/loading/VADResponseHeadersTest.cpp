@@ -49,7 +49,7 @@ TEST_F(VADResponseHeadersTest, KeepsTheInterstitialTimeout) {
   EXPECT_EQ(defaults.written().at("applicationTimeout").doubleValue(), cases[4].second);
 }
 
-TEST_F(VADResponseHeadersTest, GatherOverTheHopsOfARedirect) {
+TEST_F(VADResponseHeadersTest, GatherOverTheHopsOfARedirectAndBelongToOneAd) {
   bringTo(kVADStateLoadingAd);
   auto& fetch = fetches.last();
   fetch.redirect("http://ads.test/2", {{"X-Urvo-Tracking-Urls", "http://p.test/1"},
@@ -67,17 +67,11 @@ TEST_F(VADResponseHeadersTest, GatherOverTheHopsOfARedirect) {
               ElementsAre("http://c.test/1", "http://c.test/2"));
   EXPECT_EQ(loader()->supportedOrientations(), kVADOrientationLandscape);
   EXPECT_EQ(adPage().pages.at(0).baseURL->absoluteString(), "http://ads.test/3");
-}
-
-TEST_F(VADResponseHeadersTest, BelongToOneAd) {
-  EXPECT_EQ(loader()->supportedOrientations(), kVADOrientationAny);
-  bringTo(kVADStateShowingAd, {{"X-Urvo-Tracking-Urls", "http://p.test/1"},
-                               {"X-Urvo-Click-Tracking-Urls", "http://c.test/1"},
-                               {"X-Urvo-Orientation", "portrait"}});
+  adPage().finish();
   bringTo(kVADStateShowingAd);
   EXPECT_THAT(loader()->pendingTrackingURLs(), IsEmpty());
   EXPECT_THAT(loader()->pendingClickURLs(), IsEmpty());
-  EXPECT_EQ(loader()->supportedOrientations(), kVADOrientationPortrait);
+  EXPECT_EQ(loader()->supportedOrientations(), kVADOrientationLandscape);
 }
 
 }  // namespace

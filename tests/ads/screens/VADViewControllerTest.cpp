@@ -217,15 +217,6 @@ TEST_F(VADViewControllerTest, ComesUpOverTheWindowOfItsHostAmongSeveral) {
   EXPECT_EQ(platform::Window::keyWindow(), window.get());
 }
 
-TEST_F(VADViewControllerTest, EscapeAndTheWayBackCloseIt) {
-  for (bool (VADViewController::*pressed)() :
-       {&VADViewController::cancelPressed, &VADViewController::backPressed}) {
-    VADViewController& screen = present(*host);
-    EXPECT_TRUE((screen.*pressed)());
-    EXPECT_EQ(window->topViewController(), host.get());
-  }
-}
-
 TEST_F(VADViewControllerTest, OneThatSendsThePersonAwaySaysSoWhenItGoesAndNotWhileCovered) {
   VADViewController& first = present(*host);
   VADPrivateUtilities::privateObjectForKey<VADViewControllerPrivate>(&first)->appClosing = true;

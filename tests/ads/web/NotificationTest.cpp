@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "ads/web/VADNotificationCenter.h"
-#include "tests/support/FakeWebEngine.h"
 #include "tests/support/Fakes.h"
 #include "tests/support/Printing.h"
 
@@ -71,19 +70,6 @@ TEST_F(NotificationCenterTest, PostsAMessageAtOnceOrLaterAndKeepsItsSenderUntilT
   loop_.advance(1);
   EXPECT_EQ(heard_, (std::vector<std::string>{"click/1", "click/0", "click/1"}));
   EXPECT_TRUE(weak.expired());
-}
-
-TEST_F(NotificationCenterTest, CallsThePagesReceiver) {
-  quorbel_tests::FakeWebEngines engines;
-  platform::WebView view;
-  auto& center = VADNotificationCenter::defaultCenter();
-  center.postJSNotification("onshow", std::nullopt, &view);
-  center.postJSNotification("openableURLs", Dictionary{{"a:b", true}, {"t", "it's \"x\""}}, &view);
-  center.postJSNotification("lost", std::nullopt, nullptr);
-  EXPECT_EQ(engines.last().scripts,
-            (std::vector<std::string>{
-                "URVO_ReceiveMessage('onshow');",
-                R"(URVO_ReceiveMessage('openableURLs', {"a:b":true,"t":"it's \"x\""});)"}));
 }
 
 }  // namespace

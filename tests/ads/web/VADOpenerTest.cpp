@@ -125,15 +125,6 @@ TEST_F(VADOpenerTest, APublisherMayThrowTheAdAwayWhenToldOfIt) {
   EXPECT_NE(window->topViewController(), host.get());
 }
 
-TEST_F(VADOpenerTest, TellsThePublisherBeforeTheSystemOpensAnother) {
-  opener->openApp(url("tel:1"));
-  EXPECT_EQ(record.take(), (Events{"will leave"}));
-  EXPECT_TRUE(application.openedURLs.empty());
-  opener.reset();
-  loop.advance(0);
-  EXPECT_EQ(application.openedURLs, std::vector<std::string>{"tel:1"});
-}
-
 TEST_F(VADOpenerTest, GivesPingsUnderWayThreeTurnsToLeaveAndThenOpens) {
   application.grantsBackgroundTasks = false;
   const auto tracker = std::make_shared<VADClickTracker>();
