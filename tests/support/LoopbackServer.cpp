@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <thread>
 
-#include "platform/base/GObjectPtr.h"
 #include "sandbox/Certificate.h"
 
 namespace platform = valdren::platform;
@@ -14,7 +14,6 @@ namespace quorbel_tests {
 namespace {
 
 using Ending = LoopbackResponse::Ending;
-using platform::GObjectPtr;
 
 std::string headText(const LoopbackResponse& response) {
   std::string head = "HTTP/1.1 " + std::to_string(response.status) + " Answer\r\n";
@@ -26,70 +25,38 @@ std::string headText(const LoopbackResponse& response) {
   return head + "\r\n";
 }
 
-/// Writes an answer's bytes to a connection that the server has given away. Owns itself until the
-/// connection is over.
-class Writing {
- public:
-  static void begin(SoupServerMessage* message, LoopbackResponse response,
-                    std::shared_ptr<GCancellable> stop) {
-    auto* const writing = new Writing;
-    writing->stream_.reset(soup_server_message_steal_connection(message));
-    writing->stop_ = std::move(stop);
-    const std::size_t sent =
-        response.ending == Ending::Cut ? response.body.size() / 2 : response.body.size();
-    writing->text_ = response.raw.empty() ? headText(response) + response.body.substr(0, sent)
-                                          : std::move(response.raw);
-    writing->tail_ = std::move(response.tail.empty() ? response.body : response.tail);
-    writing->ending_ = response.ending;
-    writing->writeAfter(response.delay);
-  }
+/// Waits; false when it is stopped before.
+bool wait(double seconds, GCancellable* stop) {
+  GPollFD stopped;
+  g_cancellable_make_pollfd(stop, &stopped);
+  g_poll(&stopped, 1, static_cast<int>(seconds * 1000));
+  g_cancellable_release_fd(stop);
+  return !g_cancellable_is_cancelled(stop);
+}
 
- private:
-  void writeAfter(double seconds) {
-    g_timeout_add(
-        static_cast<guint>(seconds * 1000),
-        [](gpointer self) -> gboolean {
-          static_cast<Writing*>(self)->write();
-          return G_SOURCE_REMOVE;
-        },
-        this);
-  }
-
-  void write() {
-    g_output_stream_write_all_async(
-        g_io_stream_get_output_stream(stream_.get()), text_.data(), text_.size(),
-        G_PRIORITY_DEFAULT, stop_.get(),
-        [](GObject* output, GAsyncResult* result, gpointer self) {
-          const bool succeeded =
-              g_output_stream_write_all_finish(G_OUTPUT_STREAM(output), result, nullptr, nullptr);
-          static_cast<Writing*>(self)->goOn(succeeded);
-        },
-        this);
-  }
-
-  void goOn(bool written) {
-    if (written && ending_ == Ending::Hang) return waitForClose();
-    if (written && (ending_ == Ending::Endless || ending_ == Ending::Drip)) {
-      text_ = tail_;
-      return ending_ == Ending::Drip ? writeAfter(0.05) : write();
+/// Writes an answer's bytes, on a thread of its own, to a connection that the server gives away.
+void sendFaulty(SoupServerMessage* message, const LoopbackResponse& response,
+                std::shared_ptr<GCancellable> stop) {
+  std::shared_ptr<GIOStream> stream(soup_server_message_steal_connection(message), g_object_unref);
+  std::thread([stop = std::move(stop), stream = std::move(stream), response] {
+    const auto write = [&](const std::string& text) {
+      return g_output_stream_write_all(g_io_stream_get_output_stream(stream.get()), text.data(),
+                                       text.size(), nullptr, stop.get(), nullptr);
+    };
+    const auto& [status, headers, body, delay, raw, ending, tail] = response;
+    const std::size_t sent = ending == Ending::Cut ? body.size() / 2 : body.size();
+    bool goesOn = wait(delay, stop.get()) &&
+                  write(raw.empty() ? headText(response) + body.substr(0, sent) : raw);
+    while (goesOn && (ending == Ending::Endless || ending == Ending::Drip)) {
+      goesOn = (ending == Ending::Endless || wait(0.05, stop.get())) &&
+               write(tail.empty() ? body : tail);
     }
-    g_io_stream_close(stream_.get(), nullptr, nullptr);
-    delete this;
-  }
-
-  void waitForClose() {
-    g_input_stream_skip_async(
-        g_io_stream_get_input_stream(stream_.get()), 1, G_PRIORITY_DEFAULT, stop_.get(),
-        [](GObject*, GAsyncResult*, gpointer self) { static_cast<Writing*>(self)->goOn(false); },
-        this);
-  }
-
-  GObjectPtr<GIOStream> stream_;
-  std::shared_ptr<GCancellable> stop_;
-  std::string text_;
-  std::string tail_;
-  Ending ending_ = Ending::Complete;
-};
+    if (goesOn && ending == Ending::Hang) {
+      g_input_stream_skip(g_io_stream_get_input_stream(stream.get()), 1, stop.get(), nullptr);
+    }
+    g_io_stream_close(stream.get(), nullptr, nullptr);
+  }).detach();
+}
 
 void sendWhole(SoupServerMessage* message, const LoopbackResponse& response) {
   soup_server_message_set_status(message, static_cast<guint>(response.status), nullptr);
@@ -145,6 +112,7 @@ LoopbackServer::LoopbackServer(Security security)
 
 LoopbackServer::~LoopbackServer() {
   g_cancellable_cancel(stop_.get());
+  while (unfinishedCount() > 0) std::this_thread::yield();
   soup_server_disconnect(server_.get());
 }
 
@@ -152,11 +120,11 @@ void LoopbackServer::serve(SoupServerMessage* message) {
   requests_.push_back(requestOf(message));
   clients_.insert(portOf(soup_server_message_get_remote_address(message)));
   const auto found = handlers_.find(requests_.back().path);
-  LoopbackResponse response =
+  const LoopbackResponse response =
       found == handlers_.end() ? LoopbackResponse{.status = 404} : found->second(requests_.back());
   const bool isWhole =
       response.ending == Ending::Complete && response.raw.empty() && response.delay == 0;
-  isWhole ? sendWhole(message, response) : Writing::begin(message, std::move(response), stop_);
+  isWhole ? sendWhole(message, response) : sendFaulty(message, response, stop_);
 }
 
 void LoopbackServer::answer(const std::string& path, LoopbackResponse response) {

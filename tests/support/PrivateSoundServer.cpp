@@ -28,18 +28,10 @@ bool isTrueSoon(const std::function<bool()>& condition) {
   return false;
 }
 
-void release(pa_operation* operation) {
-  if (operation) pa_operation_unref(operation);
-}
-
 }  // namespace
 
 PrivateSoundServer::~PrivateSoundServer() {
   kill();
-}
-
-bool PrivateSoundServer::isInstalled() {
-  return run("command -v pulseaudio").status == 0;
 }
 
 bool PrivateSoundServer::start() {
@@ -186,26 +178,9 @@ double MonitorRecording::longestGapSince(std::size_t sample, float level) const 
 
 void MonitorRecording::suspendOutput(bool suspended) {
   locked([&] {
-    release(pa_context_suspend_sink_by_name(context_, "nothing", suspended, nullptr, nullptr));
+    pa_operation_unref(
+        pa_context_suspend_sink_by_name(context_, "nothing", suspended, nullptr, nullptr));
   });
-}
-
-bool MonitorRecording::areStreamsPaused() {
-  struct Answer {
-    pa_threaded_mainloop* loop;
-    bool paused = true;
-  } answer{loop_};
-  const auto told = [](pa_context*, const pa_sink_input_info* stream, int last, void* data) {
-    auto& answer = *static_cast<Answer*>(data);
-    if (last) return pa_threaded_mainloop_signal(answer.loop, 0);
-    answer.paused = answer.paused && stream->corked;
-  };
-  locked([&] {
-    pa_operation* const asked = pa_context_get_sink_input_info_list(context_, told, &answer);
-    while (pa_operation_get_state(asked) == PA_OPERATION_RUNNING) pa_threaded_mainloop_wait(loop_);
-    release(asked);
-  });
-  return answer.paused;
 }
 
 }  // namespace quorbel_tests

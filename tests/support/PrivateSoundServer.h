@@ -21,9 +21,6 @@ class PrivateSoundServer {
  public:
   ~PrivateSoundServer();
 
-  /// Whether the program is installed.
-  static bool isInstalled();
-
   /// Starts it and waits until it can be reached; false after half a minute.
   bool start();
   /// Kills it, like a crash, and waits until it has ended.
@@ -61,8 +58,6 @@ class MonitorRecording {
 
   /// Suspends the server's output, as a user or power saving does, or resumes it.
   void suspendOutput(bool suspended);
-  /// Whether nothing is played because all streams have paused.
-  bool areStreamsPaused();
 
  protected:
   void locked(const std::function<void()>& work) const;

@@ -18,6 +18,7 @@
 #include "tests/support/Loop.h"
 #include "tests/support/Pointer.h"
 #include "tests/support/Process.h"
+#include "tests/support/Taps.h"
 
 namespace valdren::platform {
 namespace {
@@ -180,15 +181,6 @@ TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
   GtkWidget* const widget = GTK_WIDGET(screen->view()->native().widget().gobj());
   GtkWidget* const pressed = GTK_WIDGET(button->native().widget().gobj());
   ASSERT_TRUE(quorbel_tests::runUntil([&] { return gtk_widget_get_width(pressed) > 0; }));
-  // A key that counts for nothing is over when it is released.
-  int released = 0;
-  GtkEventController* const keys = gtk_event_controller_key_new();
-  gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
-  g_signal_connect(keys, "key-released",
-                   G_CALLBACK(+[](GtkEventControllerKey*, guint, guint, GdkModifierType,
-                                  int* count) { ++*count; }),
-                   &released);
-  gtk_widget_add_controller(GTK_WIDGET(gtk_widget_get_root(widget)), keys);
   FakeClock clock;
   clock.advance(3600);
   const auto click = [](GtkWidget* on, Point at) {
@@ -206,27 +198,17 @@ TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
       {"the space bar", type("space"), true},
       {"a modifier", type("Shift_L"), false},
       {"a way out", type("Escape"), false},
+      {"an assistive program", [&] { quorbel_tests::press(*button); }, true},
   };
   LogLines log;
   for (const auto& row : rows) {
     while (LaunchPermit::shared().use("a test")) {
     }
-    released = 0;
+    clock.advance(2);
     row.act();
-    EXPECT_TRUE(quorbel_tests::runUntil([&] {
-      return row.counts ? LaunchPermit::shared().isGiven() : released > 0;
-    })) << row.name;
-    EXPECT_EQ(LaunchPermit::shared().isGiven(), row.counts) << row.name;
+    const auto isGiven = [] { return LaunchPermit::shared().isGiven(); };
+    EXPECT_EQ(quorbel_tests::runUntil(isGiven, row.counts ? 30 : 0.3), row.counts) << row.name;
   }
-  clock.advance(2);
-  while (LaunchPermit::shared().use("a test")) {
-  }
-  // Like an assistive program, without a key or a touch.
-  GtkWidget* inner = pressed;
-  while (inner && !GTK_IS_BUTTON(inner)) inner = gtk_widget_get_first_child(inner);
-  ASSERT_TRUE(inner);
-  g_signal_emit_by_name(inner, "clicked");
-  EXPECT_TRUE(LaunchPermit::shared().isGiven());
 }
 
 /// The last touch may be of a test with another clock, which is ahead of this one.
@@ -239,14 +221,11 @@ void letTouchesExpire(FakeClock& clock) {
 class OpenURLTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    const std::string data = std::getenv("XDG_DATA_HOME");
-    quorbel_tests::writeFile(data + "/applications/quorbel-noter.desktop",
-                             "[Desktop Entry]\nType=Application\nName=Noter\nExec=sh -c \"echo "
-                             "\\\\$0 >> " +
-                                 noted_ + "\" %u\nMimeType=x-scheme-handler/x-quorbel;\n");
-    quorbel_tests::writeFile(
-        std::string(std::getenv("XDG_CONFIG_HOME")) + "/mimeapps.list",
-        "[Default Applications]\nx-scheme-handler/x-quorbel=quorbel-noter.desktop\n");
+    GAppInfo* const noter =
+        g_app_info_create_from_commandline(("sh -c 'echo $0 >> " + noted_ + "'").c_str(), "Noter",
+                                           G_APP_INFO_CREATE_SUPPORTS_URIS, nullptr);
+    g_app_info_set_as_default_for_type(noter, "x-scheme-handler/x-quorbel", nullptr);
+    g_object_unref(noter);
     ASSERT_TRUE(quorbel_tests::runUntil([this] { return application_.canOpenURL(url("")); }));
   }
 
@@ -279,9 +258,8 @@ TEST_F(OpenURLTest, OpensOneAtATouchHoweverManyAreAskedFor) {
   ASSERT_TRUE(hasNoted("first"));
   EXPECT_EQ(log.take().size(), 1u);
   LaunchPermit::shared().touched();
-  application_.openURL(*URL::parse("x-nobody-knows-this:1"));
   open("second", 1);
-  ASSERT_TRUE(hasNoted("second")) << "what nothing opens leaves the touch to others";
+  ASSERT_TRUE(hasNoted("second"));
   EXPECT_EQ(quorbel_tests::readFile(noted_), "x-quorbel:first\nx-quorbel:second\n");
 }
 

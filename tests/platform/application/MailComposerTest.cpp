@@ -3,27 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/ui/ViewController.h"
-
 namespace valdren::platform {
 namespace {
-
-struct FakeMailService final : MailService {
-  void compose(const MailMessage& message, std::function<void(MailResult)> finished) override {
-    messages.push_back(message);
-    answers.push_back(std::move(finished));
-  }
-  std::vector<MailMessage> messages;
-  std::vector<std::function<void(MailResult)>> answers;
-  Replacement replacement{*this};
-};
-
-struct Delegate final : MailComposerDelegate {
-  void mailComposerDidFinish(MailComposer&, MailResult result) override {
-    results.push_back(result);
-  }
-  std::vector<MailResult> results;
-};
 
 TEST(MailMessage, SaysEverythingInOneEncodedURL) {
   const struct {
@@ -57,23 +38,6 @@ TEST(MailComposer, NoTextOfAPageBeginsAHeaderOfItsOwn) {
   EXPECT_EQ(composer->message().ccRecipients, std::vector<std::string>{"c@d"});
   EXPECT_EQ(composer->message().subject, "Hi X-Spam: no");
   EXPECT_EQ(composer->message().body, "one\ntwo");
-}
-
-TEST(MailComposer, LivesUntilItsDelegateHasBeenToldOrIsGone) {
-  FakeMailService service;
-  const auto screen = std::make_shared<ViewController>();
-  auto delegate = std::make_unique<Delegate>();
-  for (int i = 0; i < 2; ++i) {
-    const auto composer = std::make_shared<MailComposer>();
-    composer->setDelegate(delegate.get());
-    composer->present(*screen);
-    composer->present(*screen);
-  }
-  ASSERT_EQ(service.answers.size(), 2u);
-  service.answers[0](MailResult::Cancelled);
-  EXPECT_EQ(delegate->results, std::vector<MailResult>{MailResult::Cancelled});
-  delegate.reset();
-  service.answers[1](MailResult::Done);
 }
 
 }  // namespace

@@ -74,13 +74,11 @@ TEST_F(PortalTest, AppearanceIsReadAndFollowed) {
 TEST_F(PortalTest, AMailIsWrittenByThePortalOrElseByTheDefaultHandler) {
   const quorbel_tests::TemporaryFolder folder;
   const std::string noted = folder.file("noted");
-  quorbel_tests::writeFile(
-      std::string(std::getenv("XDG_DATA_HOME")) + "/applications/quorbel-mailer.desktop",
-      "[Desktop Entry]\nType=Application\nName=Mailer\nExec=sh -c \"echo \\\\$0 > " + noted +
-          "\" %u\nMimeType=x-scheme-handler/mailto;\n");
-  quorbel_tests::writeFile(
-      std::string(std::getenv("XDG_CONFIG_HOME")) + "/mimeapps.list",
-      "[Default Applications]\nx-scheme-handler/mailto=quorbel-mailer.desktop\n");
+  GAppInfo* const mailer =
+      g_app_info_create_from_commandline(("sh -c 'echo $0 > " + noted + "'").c_str(), "Mailer",
+                                         G_APP_INFO_CREATE_SUPPORTS_URIS, nullptr);
+  g_app_info_set_as_default_for_type(mailer, "x-scheme-handler/mailto", nullptr);
+  g_object_unref(mailer);
   ASSERT_TRUE(runUntil([] { return Application::shared().canOpenURL(*URL::parse("mailto:")); }));
   const std::optional<MailResult> none;
   std::optional<MailResult> result;

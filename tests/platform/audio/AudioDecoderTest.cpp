@@ -19,7 +19,6 @@ namespace {
 
 using platform::DecodedClip;
 using platform::Voice;
-using quorbel_tests::littleEndian;
 using quorbel_tests::readFile;
 using quorbel_tests::toneFile;
 using quorbel_tests::wave;
@@ -61,16 +60,32 @@ TEST(ClipDecoder, EveryPackagedClipSoundsFromItsFirstMillisecondsAndEndsInSilenc
   EXPECT_EQ(clips, 14);
 }
 
-TEST(ClipDecoder, KeepsPitchLevelAndLengthOfAWave) {
+TEST(ClipDecoder, KeepsPitchLevelAndLength) {
   const Folder folder;
-  const auto clip = decode(folder.write("tone.wav", toneFile(1000, 0.5)));
-  ASSERT_TRUE(clip);
-  EXPECT_EQ(clip->frameCount(), 24000U);
-  EXPECT_NEAR(clip->samples[2 * 12], 0.5F, 0.01F);  // a quarter of the tone's period
-  EXPECT_EQ(clip->samples[2 * 12], clip->samples[2 * 12 + 1]);
-  const auto slow = decode(folder.write("slow.wav", toneFile(1000, 0.5, 24000)));
-  ASSERT_TRUE(slow);
-  EXPECT_NEAR(double(slow->frameCount()), 24000, 100);
+  const float infinite = std::numeric_limits<float>::infinity();
+  const std::string whole = readFile(CLIP_FOLDER "/babies.m4a");
+  const auto all = double(decode(CLIP_FOLDER "/babies.m4a")->frameCount());
+  const struct {
+    const char* name;
+    std::string content;
+    double seconds, tolerance;
+  } rows[] = {
+      {"slow.wav", toneFile(1000, 0.5, 24000), 0.5, 0.002},
+      {"long.wav", wave(std::vector<float>(4000 * 70, 0.25F), 4000), 60, 0},
+      {"wild.wav", wave({std::nanf(""), infinite, -infinite, 1e30F, -1e30F, 0.5F}), 0, 0.001},
+      {"half.m4a", whole.substr(0, whole.size() / 2), all / 48000 * 0.625, all / 48000 * 0.374},
+      {"tone.wav", toneFile(1000, 0.5), 0.5, 0},
+  };
+  std::vector<float> tone;
+  for (const auto& [name, content, seconds, tolerance] : rows) {
+    const auto clip = decode(folder.write(name, content));
+    ASSERT_TRUE(clip) << name;
+    EXPECT_NEAR(double(clip->frameCount()) / platform::kSampleRate, seconds, tolerance) << name;
+    tone = clip->samples;
+    for (const float sample : tone) ASSERT_TRUE(sample >= -1 && sample <= 1) << name;
+  }
+  EXPECT_NEAR(tone[2 * 12], 0.5F, 0.01F);  // a quarter of the tone's period
+  EXPECT_EQ(tone[2 * 12], tone[2 * 12 + 1]);
 }
 
 TEST(ClipDecoder, RefusesWhatIsNoSound) {
@@ -111,35 +126,6 @@ TEST(ClipDecoder, RefusesWhatIsNoSound) {
   }
 }
 
-TEST(ClipDecoder, TakesTheFirstMinuteOfALongFile) {
-  const Folder folder;
-  const auto clip =
-      decode(folder.write("long.wav", wave(std::vector<float>(4000 * 70, 0.25F), 4000)));
-  ASSERT_TRUE(clip);
-  EXPECT_EQ(clip->frameCount(), 60U * platform::kSampleRate);
-}
-
-TEST(ClipDecoder, ClampsSamplesAndReplacesInvalidOnes) {
-  const Folder folder;
-  const float infinite = std::numeric_limits<float>::infinity();
-  const auto clip = decode(folder.write(
-      "wild.wav", wave({std::nanf(""), infinite, -infinite, 1e30F, -1e30F, 0.5F, -0.5F})));
-  ASSERT_TRUE(clip);
-  for (const float sample : clip->samples) {
-    EXPECT_TRUE(sample >= -1 && sample <= 1) << sample;
-  }
-}
-
-TEST(ClipDecoder, ReadsWhatComesBeforeAFileBreaksOff) {
-  const Folder folder;
-  const std::string whole = readFile(CLIP_FOLDER "/babies.m4a");
-  const auto all = decode(CLIP_FOLDER "/babies.m4a");
-  const auto half = decode(folder.write("half.m4a", whole.substr(0, whole.size() / 2)));
-  ASSERT_TRUE(all && half);
-  EXPECT_GT(half->frameCount(), all->frameCount() / 4);
-  EXPECT_LT(half->frameCount(), all->frameCount());
-}
-
 TEST(ClipDecoder, SurvivesDamageAnywhere) {
   const Folder folder;
   const std::string whole = readFile(CLIP_FOLDER "/candy.m4a");
@@ -152,10 +138,7 @@ TEST(ClipDecoder, SurvivesDamageAnywhere) {
     const std::size_t reach =
         round % 3 == 0 ? damaged.size() : std::min<std::size_t>(1400, whole.size());
     for (int hit = 0; hit < 1 + round % 7; ++hit) damaged[roll() % reach] = char(roll());
-    const auto clip = decode(folder.write("damaged.m4a", damaged));
-    if (!clip) continue;
-    ++decoded;
-    EXPECT_LE(clip->frameCount(), 60U * platform::kSampleRate);
+    if (decode(folder.write("damaged.m4a", damaged))) ++decoded;
   }
   EXPECT_GT(decoded, 0);
   EXPECT_LT(decoded, 150);

@@ -24,6 +24,7 @@ namespace platform = valdren::platform;
 namespace {
 
 std::atomic<pa_usec_t> clockIsAhead = 0;
+std::atomic<bool> rests = false;
 /// Told in place of what the server tells about its output's port.
 std::atomic<pa_sink_port_info*> toldPort = nullptr;
 
@@ -45,6 +46,15 @@ extern "C" pa_operation* pa_context_get_sink_info_by_name(pa_context* context, c
   sink.active_port = toldPort;
   told(context, &sink, 0, data);
   return nullptr;
+}
+
+/// Replaces the library's function to see whether the output rests.
+extern "C" pa_operation* pa_stream_cork(pa_stream* stream, int corks, pa_stream_success_cb_t told,
+                                        void* data) {
+  static const auto cork =
+      reinterpret_cast<decltype(&pa_stream_cork)>(dlsym(RTLD_NEXT, "pa_stream_cork"));
+  rests = corks;
+  return cork(stream, corks, told, data);
 }
 
 namespace {
@@ -80,11 +90,8 @@ class AudioPlayerTest : public ::testing::Test {
   }
 
   void SetUp() override {
-    if (!PrivateSoundServer::isInstalled()) {
-      GTEST_SKIP() << "pulseaudio is not installed, so there is nothing to play into";
-    }
     server().kill();
-    ASSERT_TRUE(server().start());
+    ASSERT_TRUE(server().start()) << "is pulseaudio installed?";
     // Waits until the output has handled the restart.
     runFor(0.1);
     warnings_.take();
@@ -179,12 +186,12 @@ TEST_F(AudioPlayerTest, ADelegateMayGoOrEndThePlayerThatTellsIt) {
 }
 
 TEST_F(AudioPlayerTest, APressAfterALongSilenceWakesTheStream) {
-  MonitorRecording recording;
+  const MonitorRecording recording;
   auto player = play(kLow, 0.2);
   EXPECT_TRUE(runUntil([&] { return !player->isPlaying(); }));
   clockIsAhead += 21 * G_USEC_PER_SEC;
   AudioPlayer::prepare({});  // has the output look at the clock
-  EXPECT_TRUE(runUntil([&] { return recording.areStreamsPaused(); }));
+  EXPECT_TRUE(runUntil([&] { return rests.load(); }));
   player = play(kHigh, 5);
   EXPECT_TRUE(hears(recording, kHigh));
 }
@@ -215,67 +222,34 @@ TEST_F(AudioPlayerTest, WithoutAServerOneLineSaysSoAndAPressWorksWhenItIsBack) {
   EXPECT_TRUE(warnings_.take().empty());
 }
 
-TEST_F(AudioPlayerTest, AServerThatDiesWhileItPlaysIsFoundAgain) {
-  Listener listener;
-  std::unique_ptr<AudioPlayer> player;
-  {
-    const MonitorRecording recording;
-    player = play(kLow, 30, &listener);
-    EXPECT_TRUE(hears(recording, kLow));
-    server().kill();
+TEST_F(AudioPlayerTest, AServerThatStopsWhileItPlaysIsGivenUpAndFoundAgain) {
+  for (const char* line : {"cannot be reached", "does not answer", "has suspended its output"}) {
+    SCOPED_TRACE(line);
+    const bool dies = line == std::string("cannot be reached");
+    const bool freezes = line == std::string("does not answer");
+    std::optional<MonitorRecording> recording(std::in_place);
+    Listener listener;
+    auto player = play(kLow, 30, &listener);
+    EXPECT_TRUE(hears(*recording, kLow));
+    dies ? server().kill() : freezes ? server().freeze(true) : recording->suspendOutput(true);
     EXPECT_TRUE(runUntil([&] { return listener.told == 1; }));
     EXPECT_FALSE(listener.well);
     EXPECT_FALSE(player->isPlaying());
-    EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr("cannot be reached")));
+    EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr(line)));
+    if (dies) {
+      ASSERT_TRUE(server().start());
+      recording.emplace();
+    } else {
+      // Presses during this time neither wait nor queue up.
+      for (int press = 0; press < 20; ++press) player = play(kLow, 30);
+      EXPECT_TRUE(player->isPlaying());
+      EXPECT_TRUE(runUntil([&] { return !player->isPlaying(); }));
+      EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr(line)));
+      freezes ? server().freeze(false) : recording->suspendOutput(false);
+    }
+    player = play(kHigh, 5);
+    EXPECT_TRUE(hears(*recording, kHigh));
   }
-  ASSERT_TRUE(server().start());
-  const MonitorRecording recording;
-  player = play(kHigh, 5);
-  EXPECT_TRUE(hears(recording, kHigh));
-}
-
-TEST_F(AudioPlayerTest, AFrozenServerIsGivenUpAndFoundAgain) {
-  Listener listener;
-  std::unique_ptr<AudioPlayer> player;
-  {
-    const MonitorRecording recording;
-    player = play(kLow, 30, &listener);
-    EXPECT_TRUE(hears(recording, kLow));
-    server().freeze(true);
-    EXPECT_TRUE(runUntil([&] { return listener.told == 1; }, 30));
-    EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr("does not answer")));
-    // Presses during this time neither wait nor queue up.
-    for (int press = 0; press < 20; ++press) player = play(kLow, 30);
-    EXPECT_TRUE(player->isPlaying());
-    EXPECT_TRUE(runUntil([&] { return !player->isPlaying(); }, 30));
-    EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr("does not answer")));
-    server().freeze(false);
-  }
-  const MonitorRecording recording;
-  player = play(kHigh, 5);
-  EXPECT_TRUE(hears(recording, kHigh));
-}
-
-TEST_F(AudioPlayerTest, ASuspendedOutputIsSaidAndWorksWhenItWakes) {
-  MonitorRecording recording;
-  recording.suspendOutput(true);
-  runFor(0.2);
-  Listener listener;
-  auto player = play(kLow, 30, &listener);
-  EXPECT_TRUE(runUntil([&] { return listener.told == 1; }, 30));
-  EXPECT_FALSE(listener.well);
-  EXPECT_THAT(warnings_.take(), ElementsAre(HasSubstr("has suspended its output")));
-  recording.suspendOutput(false);
-  player = play(kHigh, 30);
-  EXPECT_TRUE(hears(recording, kHigh));
-}
-
-TEST_F(AudioPlayerTest, AMissingOrBrokenClipIsAnError) {
-  const auto absent = AudioPlayer::withContentsOfFile(folder_.file("absent.m4a"));
-  ASSERT_FALSE(absent);
-  EXPECT_THAT(absent.error().message, HasSubstr("No such file"));
-  quorbel_tests::writeFile(folder_.file("broken.m4a"), "no sound");
-  EXPECT_FALSE(AudioPlayer::withContentsOfFile(folder_.file("broken.m4a")));
 }
 
 TEST_F(AudioPlayerTest, TheRouteIsFollowedAndKnownAgainAfterTheServerWasLost) {

@@ -49,8 +49,6 @@ HostileCase raw(const char* name, std::string text, int error, Ending ending = E
 const std::string kOK = "HTTP/1.1 200 OK\r\n";
 
 TEST(HostileServerTest, EndsEachFetchOnceWithinItsLimits) {
-  // Newer releases of libsoup log a criticality for a negative length.
-  const auto fatal = g_log_set_always_fatal(static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK));
   const HostileCase cases[] = {
       raw("NoWord", "\r\n", kURLErrorBadServerResponse, Ending::Cut),
       raw("GarbageStatusLine", "\x01\x02 what? \xFF\r\n\r\n", kURLErrorBadServerResponse),
@@ -67,7 +65,6 @@ TEST(HostileServerTest, EndsEachFetchOnceWithinItsLimits) {
           std::string(65536, 'x')),
       raw("EndlessChunks", kOK + "Transfer-Encoding: chunked\r\n\r\n", kURLErrorDataTooLong,
           Ending::Endless, "10000\r\n" + std::string(65536, 'x') + "\r\n"),
-      raw("GarbageChunk", kOK + "Transfer-Encoding: chunked\r\n\r\nzz\r\nabc\r\n", 0),
       raw("HugeChunkSize", kOK + "Transfer-Encoding: chunked\r\n\r\nffffffffffffffffff\r\nabc\r\n",
           0),
       raw("CutInChunk", kOK + "Transfer-Encoding: chunked\r\n\r\n100\r\nabc",
@@ -75,7 +72,6 @@ TEST(HostileServerTest, EndsEachFetchOnceWithinItsLimits) {
       raw("ShortBody", kOK + "Content-Length: 100\r\n\r\nshort", kURLErrorNetworkConnectionLost,
           Ending::Cut),
       raw("LongBody", kOK + "Content-Length: 5\r\n\r\nlonger than said", 0),
-      raw("NegativeLength", kOK + "Content-Length: -5\r\n\r\nbody", 0),
       raw("ZeroByteInHeader", kOK + std::string("X-Zero: a\0b\r\n", 13) + "\r\nbody",
           kURLErrorBadServerResponse),
       raw("NotGzip", kOK + "Content-Encoding: gzip\r\nContent-Length: 4\r\n\r\nnope", 0),
@@ -108,7 +104,6 @@ TEST(HostileServerTest, EndsEachFetchOnceWithinItsLimits) {
               1);
     EXPECT_LE(fetch.bodySize, kLongestBody);
   }
-  g_log_set_always_fatal(fatal);
 }
 
 TEST(SilentServerTest, AFetchFailsAfterAMinuteWithoutData) {

@@ -47,26 +47,19 @@ TEST(Bundle, FindsNothingOutsideItsFolders) {
 TEST(Folders, FollowTheDesktopsVariablesAndIgnoreRelativeOnes) {
   const ScopedVariable home("HOME", "/home/person");
   const std::string own = "/" + Bundle::main().identifier();
-  struct Case {
-    const char* variable;
-    std::optional<std::string> (*folder)();
-    std::string underHome;
-    std::string set;
-  };
-  const Case cases[] = {
-      {"XDG_CACHE_HOME", platform::cachesFolder, "/home/person/.cache" + own, "/else" + own},
-      {"XDG_STATE_HOME", platform::stateFolder, "/home/person/.local/state" + own, "/else" + own},
-  };
-  for (const Case& each : cases) {
-    const ScopedVariable set(each.variable, "/else//");
-    EXPECT_EQ(each.folder(), each.set) << each.variable;
+  const std::tuple<const char*, std::optional<std::string> (*)(), const char*> cases[] = {
+      {"XDG_CACHE_HOME", platform::cachesFolder, "/home/person/.cache"},
+      {"XDG_STATE_HOME", platform::stateFolder, "/home/person/.local/state"}};
+  for (const auto& [variable, folder, underHome] : cases) {
+    const ScopedVariable set(variable, "/else//");
+    EXPECT_EQ(folder(), "/else" + own) << variable;
     for (const char* ignored : {"relative/folder", ""}) {
-      const ScopedVariable other(each.variable, ignored);
-      EXPECT_EQ(each.folder(), each.underHome) << each.variable << "=" << ignored;
+      const ScopedVariable other(variable, ignored);
+      EXPECT_EQ(folder(), underHome + own) << variable << "=" << ignored;
     }
-    const ScopedVariable none(each.variable, nullptr);
+    const ScopedVariable none(variable, nullptr);
     const ScopedVariable homeless("HOME", nullptr);
-    EXPECT_EQ(each.folder(), std::nullopt) << each.variable;
+    EXPECT_EQ(folder(), std::nullopt) << variable;
   }
   const ScopedVariable documents("XDG_DOCUMENTS_DIR", "/papers/");
   EXPECT_EQ(platform::documentsFolder(), "/papers");

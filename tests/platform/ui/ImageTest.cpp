@@ -16,14 +16,11 @@ const std::string kPicture(
     "\000\000\000\000\111\105\116\104\256\102\140\202",
     68);
 
-TEST(Image, KnowsItsSizeInPixelsAndPoints) {
+TEST(Image, IsAWholePictureThatIsNotTooLargeOrNone) {
   const auto image = Image::fromPNG(kPicture, 2);
   ASSERT_NE(image, nullptr);
   EXPECT_EQ(image->pixelSize(), (Size{2, 1}));
   EXPECT_EQ(image->size(), (Size{1, 0.5}));
-}
-
-TEST(Image, IsNoneForWhatIsNoWholePictureOrTooLarge) {
   std::string huge = kPicture;
   huge[16] = 0x7f;  // the width's first byte
   std::string empty = kPicture;

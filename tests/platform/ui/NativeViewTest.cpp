@@ -20,7 +20,6 @@ using quorbel_tests::runUntil;
 class NativeViewTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!gtk_is_initialized()) GTEST_SKIP() << "needs a display";
     window = std::make_shared<Window>(platform::Size{400, 400});
     screen = std::make_shared<ViewController>();
     window->setRootViewController(screen);

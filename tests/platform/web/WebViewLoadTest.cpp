@@ -189,22 +189,20 @@ TEST(WebViewLoad, EvaluatesScripts) {
 TEST(WebViewLoad, OutlivesItsWebProcess) {
   LoopbackServer server;
   server.answer("/slow", {200, kHTML, "slow", 3});
-  for (const bool loading : {false, true}) {
-    EXPECT_TRUE(runUntil([] { return webProcesses().empty(); })) << "of earlier views";
-    Page page;
-    page.load("before");
-    if (loading) page.view->loadRequest({server.url("/slow")});
-    runUntil([&] { return !loading || page.delegate.count("start") == 2; });
-    ASSERT_EQ(webProcesses().size(), 1u);
-    kill(webProcesses()[0], SIGKILL);
-    EXPECT_TRUE(runUntil([&] { return page.delegate.fails() > 0; }));
-    runFor(0.5);
-    EXPECT_EQ(page.delegate.fails(), 1);
-    EXPECT_FALSE(page.view->isLoading());
-    EXPECT_EQ(page.evaluate("1"), "");
-    EXPECT_TRUE(page.load("after"));
-    EXPECT_EQ(page.evaluate("document.body.innerText"), "after");
-  }
+  EXPECT_TRUE(runUntil([] { return webProcesses().empty(); })) << "of earlier views";
+  Page page;
+  page.load("before");
+  page.view->loadRequest({server.url("/slow")});
+  runUntil([&] { return page.delegate.count("start") == 2; });
+  ASSERT_EQ(webProcesses().size(), 1u);
+  kill(webProcesses()[0], SIGKILL);
+  EXPECT_TRUE(runUntil([&] { return page.delegate.fails() > 0; }));
+  runFor(0.5);
+  EXPECT_EQ(page.delegate.fails(), 1);
+  EXPECT_FALSE(page.view->isLoading());
+  EXPECT_EQ(page.evaluate("1"), "");
+  EXPECT_TRUE(page.load("after"));
+  EXPECT_EQ(page.evaluate("document.body.innerText"), "after");
 }
 
 TEST(WebViewLoad, MayBeDestroyedInEachOfItsCalls) {
