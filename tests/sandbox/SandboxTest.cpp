@@ -52,6 +52,15 @@ TEST(Switch, RefusesStrangersAndWhatItDoesNotKnow) {
   EXPECT_EQ(network.ask("/log.json", {{"Host", "localhost:1"}}).status, 200);
 }
 
+TEST(Switch, TheManualHasEachScenarioAsItIs) {
+  const std::string manual = quorbel_tests::readFile(SANDBOX_MANUAL);
+  for (const sandbox::Scenario& each : sandbox::scenarios()) {
+    const std::string row = "| `" + std::string(each.name) + "` | " + std::string(each.does) +
+                            " | " + std::string(each.expected) + " |";
+    EXPECT_NE(manual.find(row), std::string::npos) << "docs/sandbox.md lacks: " << row;
+  }
+}
+
 TEST(Sandbox, ServesOthersAndEndsAtOnceWhileAnswersAreUnderWay) {
   auto sandbox = Sandbox::start(0);
   ASSERT_TRUE(sandbox);

@@ -183,17 +183,6 @@ TEST_F(ScenariosTest, PlaysTheScriptsErrors) {
                                    R"(<Valdren> Unable to serve: {"reason":"sandbox"})"));
 }
 
-TEST_F(ScenariosTest, RefreshesUntilToldOtherwise) {
-  makeBanner();
-  network->setScenario("refresh-fast");
-  banner->loadRequest(nullptr);
-  EXPECT_TRUE(waitFor("ad ad ad "));
-  network->setScenario("status-500");
-  EXPECT_TRUE(waitFor("3 3 "));
-  network->setScenario("fill");
-  EXPECT_TRUE(waitFor("3 ad "));
-}
-
 TEST_F(ScenariosTest, TheRoadLeadsFromTheScriptToThePingsAndTheNextAd) {
   makeBanner();
   network->setScenario("redirect-chain");
@@ -240,22 +229,6 @@ TEST_F(ScenariosTest, MessagesGoBothWays) {
   evaluate("location.href = 'vantic://nonsense'");
   EXPECT_TRUE(runUntil([&] { return !log.lines().empty(); }));
   EXPECT_EQ(evaluate("document.baseURI"), page) << "the page is gone";
-}
-
-TEST_F(ScenariosTest, TheRoadEndsWhereverTheBannerIsRemoved) {
-  network->setScenario("fill");
-  for (const double seconds : {0.0, 0.01, 0.05, 0.1, 0.2, 0.4}) {
-    makeBanner();
-    banner->loadRequest(nullptr);
-    if (seconds > 0) runFor(seconds);
-    banner->removeFromSuperview();
-    banner.reset();
-    runFor(0.02);
-  }
-  outcome.clear();
-  makeBanner();
-  banner->loadRequest(nullptr);
-  EXPECT_TRUE(waitFor("ad "));
 }
 
 }  // namespace

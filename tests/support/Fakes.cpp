@@ -40,11 +40,6 @@ std::optional<platform::Value> FakeUserDefaults::objectForKey(std::string_view k
   return found == values_.end() ? std::nullopt : std::optional(found->second);
 }
 
-void FakeUserDefaults::synchronize() {
-  ++synchronizeCount_;
-  written_ = values_;
-}
-
 std::unique_ptr<platform::Timer> FakeScreen::whenSettled(std::function<void()> task) {
   if (settlesIn >= 0) {
     return platform::RunLoop::shared().scheduleTimer(platform::Seconds(settlesIn), std::move(task));

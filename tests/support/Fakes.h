@@ -79,7 +79,7 @@ class FakeUserDefaults final : public platform::UserDefaults {
     values_.insert_or_assign(std::string(key), std::move(value));
   }
   void removeObject(std::string_view key) override { values_.erase(std::string(key)); }
-  void synchronize() override;
+  void synchronize() override { written_ = values_; }
   void hasten() override {}
   bool flush() override {
     synchronize();
@@ -88,12 +88,10 @@ class FakeUserDefaults final : public platform::UserDefaults {
 
   /// The values of the last `synchronize`, which a new process would find.
   const Values& written() const { return written_; }
-  int synchronizeCount() const { return synchronizeCount_; }
 
  private:
   Values values_;
   Values written_;
-  int synchronizeCount_ = 0;
   Replacement replacement_{*this};
 };
 

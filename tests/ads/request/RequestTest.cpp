@@ -53,13 +53,18 @@ TEST_F(Request, CarriesWhatThePublisherSaid) {
   request_->setLocationWithDescription("Bern");
   request_->setCounter(7);
   VADStatistics::sharedStatistics().setAdRequestCount(3);
+  valdren::VADNetworkChecker::sharedChecker().setNetworkTypeFromFlags(
+      platform::kReachabilityFlagsReachable);
   const Dictionary all = parameters();
+  EXPECT_EQ(*all.text("net"), "wi");
   EXPECT_EQ(*all.text("cust_gender"), "f");
   EXPECT_EQ(*all.text("cust_age"), "19840229");
   EXPECT_EQ(*all.find("kw"), Value(Array{"music", "\xef\xbf\xbd"}));
   EXPECT_EQ(*all.find("extras"), Value(Dictionary{{"color", "red"}}));
   EXPECT_TRUE(all.text("uule")->starts_with("a+"));
   EXPECT_EQ(*all.find("preqs"), Value(7)) << "the request's own count comes last";
+  valdren::VADNetworkChecker::sharedChecker().setNetworkTypeFromFlags(0);
+  EXPECT_EQ(textOf("net"), "(none)");
   request_->setGender(1);
   EXPECT_EQ(textOf("cust_gender"), "m");
   for (const int gender : {0, 3, -1}) {
@@ -68,14 +73,6 @@ TEST_F(Request, CarriesWhatThePublisherSaid) {
   }
   request_->setLocationWithLatitude(0, 1, 1);
   EXPECT_EQ(textOf("uule"), "(none)") << "a refused location must not leave the former one";
-}
-
-TEST_F(Request, TellsTheNetworkOnceItIsKnown) {
-  auto& checker = valdren::VADNetworkChecker::sharedChecker();
-  checker.setNetworkTypeFromFlags(platform::kReachabilityFlagsReachable);
-  EXPECT_EQ(textOf("net"), "wi");
-  checker.setNetworkTypeFromFlags(0);
-  EXPECT_EQ(textOf("net"), "(none)");
 }
 
 TEST_F(Request, TestModeIsSentWithItsWarning) {

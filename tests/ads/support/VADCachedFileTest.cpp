@@ -265,23 +265,6 @@ TEST_F(VADCachedFileTest, TheDelegateMayLetGoInAnyCallback) {
   EXPECT_TRUE(network.last().isCancelled());
 }
 
-TEST_F(VADCachedFileTest, AFetchBegunInACallbackIsNotStoppedByTheOldOne) {
-  for (const bool answers : {true, false}) {
-    owner = {};
-    owner.onEvent = [&](VADCachedFile& told) {
-      owner.onEvent = nullptr;
-      told.cancel();
-      told.validate();
-    };
-    file->validate();
-    FakeURLLoading::Fetch& old = network.last();
-    answers ? old.respond(404) : old.fail({"net", -1005, "gone"});
-    EXPECT_THAT(owner.events, ElementsAre(answers ? "failed" : "failed -1005"));
-    EXPECT_TRUE(network.last().isUnderWay());
-    file->cancel();
-  }
-}
-
 TEST(VADCacheFolderTest, EachURLHasItsFileInsideTheCachesFolder) {
   const std::string longHost(300, 'h');
   std::vector<std::string> texts{"relative", "http://" + longHost + "/",

@@ -7,7 +7,6 @@
 namespace {
 
 using platform::Dictionary;
-using quorbel_tests::FakeApplication;
 using quorbel_tests::FakeClock;
 using quorbel_tests::FakeUserDefaults;
 using valdren::VADTiming;
@@ -46,30 +45,6 @@ TEST(Timing, GoesFromIdleToRunningToEnded) {
   timing.start();
   timing.end();
   EXPECT_GT(timing.endSeconds(), 0) << "within the machine's first second";
-}
-
-TEST(TimingManager, SavesWhenTheApplicationEndsWhenToldToAndWhenItGoes) {
-  FakeApplication application;
-  FakeUserDefaults defaults;
-  const auto count = [&] {
-    const auto found = defaults.written().find("valdren_timing_test");
-    return found == defaults.written().end() ? 0 : found->second.dictionary()->size();
-  };
-  auto manager = std::make_unique<VADTimingManager>("test");
-  manager->addTimingWithCategory("a");
-  EXPECT_EQ(count(), 0u);
-  application.post(platform::kApplicationWillTerminate);
-  EXPECT_EQ(count(), 1u);
-  manager->addTimingWithCategory("b");
-  EXPECT_EQ(count(), 1u);
-  manager->synchronize();
-  EXPECT_EQ(count(), 2u);
-  manager->removeAllTimings();
-  manager.reset();
-  EXPECT_EQ(count(), 0u);
-  const int before = defaults.synchronizeCount();
-  application.post(platform::kApplicationWillTerminate);
-  EXPECT_EQ(defaults.synchronizeCount(), before) << "a dead manager was told";
 }
 
 TEST(TimingManager, TakesWhatIsATimingFromTheKeptState) {

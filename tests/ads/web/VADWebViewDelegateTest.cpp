@@ -200,9 +200,11 @@ TEST_F(VADWebViewDelegateTest, ForwardsUnknownMessagesOnTheNextTurn) {
 
 TEST_F(VADWebViewDelegateTest, AnswersWhichAddressesTheSystemOpens) {
   application.openableSchemes = {"tel"};
-  EXPECT_FALSE(navigate("gmsg://x/canOpenURLs?urls=tel:1,sms:2"));
-  EXPECT_THAT(page().scripts,
-              ElementsAre(R"(URVO_ReceiveMessage('openableURLs', {"tel:1":true,"sms:2":false});)"));
+  EXPECT_FALSE(navigate("gmsg://x/canOpenURLs?urls=tel:1,sms:2,no%20url"));
+  EXPECT_THAT(
+      page().scripts,
+      ElementsAre(
+          R"(URVO_ReceiveMessage('openableURLs', {"tel:1":true,"sms:2":false,"no url":false});)"));
   page().scripts.clear();
   EXPECT_FALSE(navigate("gmsg://x/canOpenURLs"));
   EXPECT_THAT(page().scripts, ElementsAre("URVO_ReceiveMessage('openableURLs', {});"));
