@@ -13,7 +13,12 @@ namespace valdren::platform {
 namespace {
 
 constexpr int kFrames = 3;
+/// From the first frame on: a busy machine may take longer to draw it than a desktop to place it.
 constexpr Seconds kMostSeconds{1};
+constexpr Seconds kMostSecondsWithoutAFrame{5};
+
+/// Posted when the first frame of a followed window has been drawn. The object is its `GtkWindow`.
+constexpr const char* kWindowDidDraw = "WindowDidDraw";
 
 constexpr const char* kFramesKey = "quorbel-equal-frames";
 
@@ -22,6 +27,8 @@ struct Frames {
   int width = 0;
   int height = 0;
   int equal = 0;
+  /// Each is told of before it is drawn.
+  int begun = 0;
   guint callback = 0;
 };
 
@@ -37,9 +44,11 @@ gboolean countFrame(GtkWidget* window, GdkFrameClock*, gpointer data) {
   frames.width = width;
   frames.height = height;
   frames.equal = width <= 0 ? 0 : isEqual ? frames.equal + 1 : 1;
+  auto& center = NotificationCenter::defaultCenter();
+  if (++frames.begun == 2) center.postNotificationName(kWindowDidDraw, window);
   if (frames.equal < kFrames) return G_SOURCE_CONTINUE;
   frames.callback = 0;
-  NotificationCenter::defaultCenter().postNotificationName(kWindowDidSettle, window);
+  center.postNotificationName(kWindowDidSettle, window);
   return G_SOURCE_REMOVE;
 }
 
@@ -75,14 +84,18 @@ class Settling final : public Timer, private WeakTarget {
   void begin() {
     GtkWindow* const window = shownWindow(key_ ? key_.get() : Window::keyWindow());
     if (!window || hasSettled(window)) return end();
-    next_ = RunLoop::shared().scheduleTimer(kMostSeconds, [this] { end(); });
-    NotificationCenter::defaultCenter().addObserver(
-        *this, kWindowDidSettle,
-        [this](const Notification&) {
-          // After the present frame.
-          next_ = RunLoop::shared().scheduleTimer(kNextTurn, [this] { end(); });
-        },
-        window);
+    const Frames* const frames = framesOf(window);
+    endAfter(frames && frames->begun > 1 ? kMostSeconds : kMostSecondsWithoutAFrame);
+    auto& center = NotificationCenter::defaultCenter();
+    center.addObserver(
+        *this, kWindowDidDraw, [this](const Notification&) { endAfter(kMostSeconds); }, window);
+    // After the present frame.
+    center.addObserver(
+        *this, kWindowDidSettle, [this](const Notification&) { endAfter(kNextTurn); }, window);
+  }
+
+  void endAfter(Seconds seconds) {
+    next_ = RunLoop::shared().scheduleTimer(seconds, [this] { end(); });
   }
 
   void end() {

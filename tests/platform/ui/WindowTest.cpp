@@ -125,7 +125,7 @@ TEST_F(WindowTest, TellsOnceWhenItHasTheSizeThatItKeeps) {
     loop.advance(0);
     if (change == Meanwhile::NotDrawn) {
       gtk_widget_unmap(GTK_WIDGET(native));
-      loop.advance(0.9);
+      loop.advance(4.9);
       EXPECT_EQ(told, 0);
       loop.advance(0.2);
       EXPECT_EQ(told, 1);
