@@ -80,7 +80,7 @@ TEST_F(Inspector, ShowsClientsTextsAsTextOnly) {
   EXPECT_NE(text.find("the same, decrypted"), std::string::npos);
 }
 
-TEST_F(Inspector, TellsAClicksJourneyFromTapToReport) {
+TEST_F(Inspector, TellsClicksJourneysLiveAndKeepsWhatIsOpen) {
   const std::string ticket = clickAndReport();
   ASSERT_TRUE(browser_.go(address()));
   ASSERT_TRUE(browser_.holds("document.querySelectorAll('.journey').length === 1"));
@@ -91,15 +91,9 @@ TEST_F(Inspector, TellsAClicksJourneyFromTapToReport) {
     EXPECT_NE(report.find(part), std::string::npos) << part << " in " << report;
   }
   EXPECT_EQ(browser_.evaluate("document.querySelectorAll('#charts rect').length"), "3");
-}
 
-TEST_F(Inspector, FollowsLiveAndKeepsWhatIsOpen) {
-  clickAndReport();
-  ASSERT_TRUE(browser_.go(address()));
-  ASSERT_TRUE(browser_.holds("document.querySelectorAll('#timeline li').length === 5"));
   browser_.evaluate("document.querySelector('#timeline details').open = true");
-  const std::string ticket = requestAd({{"preqs", 3}});
-  get("/clk/" + ticket);
+  get("/clk/" + requestAd({{"preqs", 3}}));
   ASSERT_TRUE(browser_.holds("document.querySelectorAll('.journey').length === 2"));
   EXPECT_EQ(browser_.evaluate("document.querySelectorAll('#timeline details[open]').length"), "1");
   EXPECT_EQ(browser_.evaluate("document.querySelectorAll('.journey details[open]').length"), "1");

@@ -69,10 +69,4 @@ TEST(Log, ForgetsTheOldestAndCutsWhatIsLong) {
   EXPECT_EQ(text(log.counts(), "ad"), "10");
 }
 
-TEST(Query, IsReadByField) {
-  using sandbox::Fields;
-  EXPECT_EQ(sandbox::fieldsOf("a=%20%C3%BC&b&=c&&d=2=3&e=%2G"),
-            (Fields{{"a", " \xC3\xBC"}, {"b", ""}, {"", "c"}, {"d", "2=3"}, {"e", "%2G"}}));
-}
-
 }  // namespace

@@ -211,10 +211,6 @@ TEST_F(VADObjectPrivateTest, AsksForTheScriptWhenWhatWasKeptIsDamaged) {
       [&] { keep("tomorrow"); },
       // As after the clock was set back.
       [&] { keep(platform::Date::now().after(platform::Seconds(86401))); },
-      [] {
-        const std::string copy = *valdren::cachePathForURL(VADAdEngineScript::jsBuildAdURL());
-        std::filesystem::resize_file(copy, 1ull << 40);
-      },
   };
   for (const auto& damage : damages) {
     makeBanner();

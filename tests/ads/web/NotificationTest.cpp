@@ -35,40 +35,29 @@ TEST(Notification, IsMadeFromAMessageURL) {
   }
 }
 
-class NotificationCenterTest : public testing::Test {
- protected:
-  struct Observer : platform::WeakTarget {};
-
-  void observe(const char* name) {
-    VADNotificationCenter::defaultCenter().addObserver(
-        observer_, name, [this](const Notification& notification) {
-          heard_.push_back(notification.name + "/" +
-                           std::to_string(notification.object != nullptr));
-        });
-  }
-
-  quorbel_tests::FakeRunLoop loop_;
-  std::vector<std::string> heard_;
-  Observer observer_;
-};
-
-TEST_F(NotificationCenterTest, PostsAMessageAtOnceOrLaterAndKeepsItsSenderUntilThen) {
-  observe("click");
+TEST(NotificationCenter, PostsAMessageAtOnceOrLaterAndKeepsItsSenderUntilThen) {
+  quorbel_tests::FakeRunLoop loop;
+  struct Observer : platform::WeakTarget {
+  } observer;
+  std::vector<std::string> heard;
   auto& center = VADNotificationCenter::defaultCenter();
+  center.addObserver(observer, "click", [&](const Notification& notification) {
+    heard.push_back(notification.name + "/" + std::to_string(notification.object != nullptr));
+  });
   const URL url = *URL::parse("gmsg:///click");
   center.postNotificationFromURL(url, &center);
-  EXPECT_EQ(heard_, (std::vector<std::string>{"click/1"}));
+  EXPECT_EQ(heard, (std::vector<std::string>{"click/1"}));
   center.postNotificationFromURL(*URL::parse("http://h/click"), nullptr);
   auto sender = std::make_shared<int>(1);
   const std::weak_ptr<int> weak = sender;
   center.postNotificationFromURL(url, valdren::VADSender(), 0);
   center.postNotificationFromURL(url, std::move(sender), 2);
-  EXPECT_EQ(heard_.size(), 1u) << "a delay of 0 is the next turn";
-  loop_.advance(1);
-  EXPECT_EQ(heard_.back(), "click/0");
+  EXPECT_EQ(heard.size(), 1u) << "a delay of 0 is the next turn";
+  loop.advance(1);
+  EXPECT_EQ(heard.back(), "click/0");
   EXPECT_FALSE(weak.expired());
-  loop_.advance(1);
-  EXPECT_EQ(heard_, (std::vector<std::string>{"click/1", "click/0", "click/1"}));
+  loop.advance(1);
+  EXPECT_EQ(heard, (std::vector<std::string>{"click/1", "click/0", "click/1"}));
   EXPECT_TRUE(weak.expired());
 }
 

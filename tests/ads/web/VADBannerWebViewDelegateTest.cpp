@@ -103,18 +103,14 @@ TEST_F(VADBannerWebViewDelegateTest, OpensClicksFullScreen) {
   EXPECT_FALSE(click("http://land.test/?ai=abc"));
   EXPECT_THAT(events, ElementsAre("browser http://land.test/ 3", "webapp HTTPS://land.test/ 3",
                                   testing::StartsWith("webapp http://land.test/?ai=abc&")));
+  for (const char* const actedOn : {"tel:1", "gmsg://x/unknown", "about:blank"}) {
+    EXPECT_FALSE(click(actedOn)) << "a click never navigates the banner";
+  }
+  EXPECT_EQ(events.back(), "app tel:1");
+  EXPECT_EQ(events.size(), 4u);
   loader->present = kVADStateRenderingAd;
   page().finish();
   EXPECT_FALSE(delegate->opener()->referringURL()) << "the next ad does not know the one before";
-}
-
-TEST_F(VADBannerWebViewDelegateTest, LeavesClicksThatAreActedOnAndOpensNoPagelessOnes) {
-  touchAndWait();
-  EXPECT_FALSE(click("tel:1"));
-  EXPECT_FALSE(click("gmsg://x/unknown"));
-  EXPECT_THAT(events, ElementsAre("app tel:1"));
-  EXPECT_FALSE(click("about:blank")) << "a click never navigates the banner";
-  EXPECT_EQ(events.size(), 1u);
 }
 
 TEST_F(VADBannerWebViewDelegateTest, LetsGoOfTheWebViewAtItsEnd) {
