@@ -108,17 +108,13 @@ void parsePropertyList(std::string_view input) {
 
 void decodeText(std::string_view input) {
   using Encoding = valdren::VAD_VTMStringEncoding;
-  static const std::vector<Encoding::Pointer> encodings = [] {
-    std::vector<Encoding::Pointer> all;
-    all.push_back(Encoding::rfc4648Base64WebsafeStringEncoding());
-    all.push_back(Encoding::rfc4648Base64StringEncoding());
-    all.push_back(Encoding::crockfordBase32StringEncoding());
-    all.push_back(Encoding::rfc4648Base32HexStringEncoding());
-    all.push_back(Encoding::rfc4648Base32StringEncoding());
-    all.push_back(Encoding::hexStringEncoding());
-    all.push_back(Encoding::binaryStringEncoding());
-    return all;
-  }();
+  static const Encoding::Pointer encodings[] = {Encoding::rfc4648Base64WebsafeStringEncoding(),
+                                                Encoding::rfc4648Base64StringEncoding(),
+                                                Encoding::crockfordBase32StringEncoding(),
+                                                Encoding::rfc4648Base32HexStringEncoding(),
+                                                Encoding::rfc4648Base32StringEncoding(),
+                                                Encoding::hexStringEncoding(),
+                                                Encoding::binaryStringEncoding()};
   for (const auto& encoding : encodings) {
     promise(encoding->decode(encoding->encode(input)) == input, "data survives its encoding");
     encoding->stringByDecoding(input);

@@ -99,14 +99,12 @@ void writeFile(const std::string& path, std::string_view content) {
 }
 
 ScopedVariable::ScopedVariable(const char* name, const char* value) : name_(name) {
-  const char* const former = std::getenv(name);
-  wasSet_ = former != nullptr;
-  if (former) former_ = former;
+  if (const char* const former = std::getenv(name)) former_ = former;
   setOrRemove(name, value);
 }
 
 ScopedVariable::~ScopedVariable() {
-  setOrRemove(name_, wasSet_ ? former_.c_str() : nullptr);
+  setOrRemove(name_, former_ ? former_->c_str() : nullptr);
 }
 
 }  // namespace quorbel_tests

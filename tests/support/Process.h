@@ -1,6 +1,7 @@
 // Runs other programs and makes temporary folders, for tests.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -62,8 +63,7 @@ class ScopedVariable {
 
  private:
   const char* name_;
-  bool wasSet_;
-  std::string former_;
+  std::optional<std::string> former_;
 };
 
 }  // namespace quorbel_tests

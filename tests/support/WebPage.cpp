@@ -63,12 +63,6 @@ std::vector<std::string> RecordingDelegate::addressesOf(const std::string& schem
   return addresses;
 }
 
-std::string RecordingDelegate::text() const {
-  std::string all;
-  for (const std::string& line : lines) all += line + "\n";
-  return all;
-}
-
 Page::Page(const platform::Rect& frame, platform::WebView* related)
     : view(std::make_shared<platform::WebView>(frame, related)) {
   view->setDelegate(&delegate);

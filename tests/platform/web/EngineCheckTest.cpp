@@ -54,35 +54,32 @@ TEST(EngineCheckTest, SaysOnceWhyNoPageCanBeShown) {
     }
     return programs;
   };
-  EnginePrograms rows[10];
-  for (EnginePrograms& row : rows) row = installed;
-  rows[1].sandbox = refusingSandbox(folder);
-  rows[2].sandbox = "/nowhere/bwrap";
-  rows[3].busFilter = "no-such-proxy";
-  rows[4].sandbox = script(folder.file("dies"), "kill -9 $$");
-  rows[5] = withFolder("network", false);
-  std::filesystem::remove(*rows[5].folder + "/WebKitNetworkProcess");
-  rows[6] = withFolder("web", false);
-  std::filesystem::remove(*rows[6].folder + "/WebKitWebProcess");
-  script(*rows[6].folder + "/WebKitWebProcess", "exit 1");
-  rows[7] = withFolder("confined", true);
-  rows[7].sandbox = "/nowhere/bwrap";
-  rows[8].folder = "";
-  rows[9].library = &missing;
-  const char* const reasons[10] = {
-      "",         "No permissions",       "/nowhere/bwrap",   "no-such-proxy",
-      "signal 9", "WebKitNetworkProcess", "WebKitWebProcess", "",
-      "",         "libnowhere.so.1"};
-  for (int row = 0; row < 10; ++row) {
+  std::vector<std::pair<EnginePrograms, std::string>> rows;
+  const auto failsWith = [&](const std::string& reason, const EnginePrograms& programs) {
+    return &rows.emplace_back(programs, reason).first;
+  };
+  failsWith("", installed);
+  failsWith("No permissions", installed)->sandbox = refusingSandbox(folder);
+  failsWith("/nowhere/bwrap", installed)->sandbox = "/nowhere/bwrap";
+  failsWith("no-such-proxy", installed)->busFilter = "no-such-proxy";
+  failsWith("signal 9", installed)->sandbox = script(folder.file("dies"), "kill -9 $$");
+  failsWith("WebKitNetworkProcess", withFolder("network", false));
+  std::filesystem::remove(folder.file("network/WebKitNetworkProcess"));
+  failsWith("WebKitWebProcess", withFolder("web", false));
+  std::filesystem::remove(folder.file("web/WebKitWebProcess"));
+  script(folder.file("web/WebKitWebProcess"), "exit 1");
+  failsWith("", withFolder("confined", true))->sandbox = "/nowhere/bwrap";
+  failsWith("", installed)->folder = "";
+  failsWith("libnowhere.so.1", installed)->library = &missing;
+  for (const auto& [programs, reason] : rows) {
     LogLines log;
-    EngineCheck check(rows[row]);
+    EngineCheck check(programs);
     int answers = 0;
     for (int i = 0; i < 3; ++i) check.ask([&] { ++answers; });
     EXPECT_FALSE(check.isUsable()) << "the answer does not come at once";
-    ASSERT_TRUE(runUntil([&] { return answers == 3; }, 40)) << row;
-    const std::string reason = reasons[row];
-    EXPECT_EQ(check.isUsable(), reason.empty()) << row;
-    ASSERT_EQ(log.lines().size(), reason.empty() ? 0u : 1u) << row;
+    ASSERT_TRUE(runUntil([&] { return answers == 3; }, 40)) << reason;
+    EXPECT_EQ(check.isUsable(), reason.empty()) << reason;
+    ASSERT_EQ(log.lines().size(), reason.empty() ? 0u : 1u) << reason;
     if (!reason.empty()) {
       EXPECT_NE(log.lines()[0].find(reason), std::string::npos) << log.lines()[0];
     }

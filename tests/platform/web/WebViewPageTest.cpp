@@ -59,7 +59,7 @@ TEST_F(WebViewPage, IsTouchedBeforeThePageIsPressed) {
   view->setUserInteractionEnabled(true);
   view->setHidden(true);
   page.click({30, 20});
-  EXPECT_EQ(page.evaluate("clicks"), "1") << page.delegate.text();
+  EXPECT_EQ(page.evaluate("clicks"), "1") << testing::PrintToString(page.delegate.lines);
 }
 
 TEST_F(WebViewPage, IsTouchedByTheKeyThatFollowsALink) {
@@ -143,15 +143,6 @@ TEST_F(WebViewPage, HasItsSizeWhileItIsHidden) {
   EXPECT_TRUE(page.becomes("ticks > 60", "true", 20)) << "its timers stand still";
 }
 
-/// Sets the user's text size for the duration of a test.
-struct TextScale {
-  explicit TextScale(double scale) { set(static_cast<int>(scale * 96 * 1024)); }
-  ~TextScale() { set(96 * 1024); }
-  static void set(int dpi) {
-    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", dpi, nullptr);
-  }
-};
-
 TEST_F(WebViewPage, FitsPagesThatAreTooWide) {
   struct Case {
     bool scales;
@@ -178,7 +169,8 @@ TEST_F(WebViewPage, FitsPagesThatAreTooWide) {
   Page page({0, 0, 320, 200});
   page.show();
   for (const Case& each : cases) {
-    const TextScale scale(each.textScale);
+    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", int(each.textScale * 96 * 1024),
+                 nullptr);
     page.view->setFrame({0, 0, each.opened, 200});
     page.view->setScalesPageToFit(each.scales);
     page.load("<!doctype html><body style='margin:0'>" + std::string(each.html));
@@ -188,6 +180,7 @@ TEST_F(WebViewPage, FitsPagesThatAreTooWide) {
     EXPECT_TRUE(runUntil([&] { return std::abs(width() - each.width) < 20; }))
         << each.html << ": " << width();
   }
+  gtk_settings_reset_property(gtk_settings_get_default(), "gtk-xft-dpi");
 }
 
 TEST_F(WebViewPage, TurnsNumbersAndAddressesIntoLinksWhenItIsToldTo) {

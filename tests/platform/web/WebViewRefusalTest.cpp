@@ -64,45 +64,33 @@ TEST_F(WebViewRefusal, DeniesPermissions) {
   EXPECT_TRUE(page.becomes("answers.sort().join()", "1,deaf,denied"));
 }
 
-GtkWidget* engineIn(GtkWidget* widget) {
-  if (WEBKIT_IS_WEB_VIEW(widget)) return widget;
-  GtkWidget* found = nullptr;
-  for (GtkWidget* child = gtk_widget_get_first_child(widget); child && !found;
-       child = gtk_widget_get_next_sibling(child)) {
-    found = engineIn(child);
-  }
-  return found;
-}
-
 TEST_F(WebViewRefusal, OffersNoMenuThatLeadsAwayAndTakesNoDrops) {
   page.load("<body>");
-  GtkWidget* const engine = engineIn(GTK_WIDGET(page.view->native().widget().gobj()));
+  GtkWidget* engine = GTK_WIDGET(page.view->native().widget().gobj());
+  while (engine && !WEBKIT_IS_WEB_VIEW(engine)) engine = gtk_widget_get_first_child(engine);
   ASSERT_TRUE(engine);
-  struct Case {
-    std::vector<WebKitContextMenuAction> offered;
-    std::size_t kept;  // of the last ones
-  };
-  const Case cases[] = {{{WEBKIT_CONTEXT_MENU_ACTION_OPEN_LINK_IN_NEW_WINDOW,
-                          WEBKIT_CONTEXT_MENU_ACTION_DOWNLOAD_LINK_TO_DISK,
-                          WEBKIT_CONTEXT_MENU_ACTION_INSPECT_ELEMENT,
-                          WEBKIT_CONTEXT_MENU_ACTION_COPY, WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL},
-                         2},
-                        {{WEBKIT_CONTEXT_MENU_ACTION_DOWNLOAD_IMAGE_TO_DISK}, 0}};
-  for (const Case& each : cases) {
+  using Actions = std::vector<WebKitContextMenuAction>;
+  const std::pair<Actions, Actions> cases[] = {
+      {{WEBKIT_CONTEXT_MENU_ACTION_OPEN_LINK_IN_NEW_WINDOW,
+        WEBKIT_CONTEXT_MENU_ACTION_DOWNLOAD_LINK_TO_DISK,
+        WEBKIT_CONTEXT_MENU_ACTION_INSPECT_ELEMENT, WEBKIT_CONTEXT_MENU_ACTION_COPY,
+        WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL},
+       {WEBKIT_CONTEXT_MENU_ACTION_COPY, WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL}},
+      {{WEBKIT_CONTEXT_MENU_ACTION_DOWNLOAD_IMAGE_TO_DISK}, {}}};
+  for (const auto& [offered, expected] : cases) {
     WebKitContextMenu* const menu = webkit_context_menu_new();
-    for (const auto action : each.offered) {
+    for (const auto action : offered) {
       webkit_context_menu_append(menu, webkit_context_menu_item_new_from_stock_action(action));
     }
     gboolean isRefused = FALSE;
     g_signal_emit_by_name(engine, "context-menu", menu, nullptr, &isRefused);
-    std::vector<WebKitContextMenuAction> kept;
+    Actions kept;
     for (GList* item = webkit_context_menu_get_items(menu); item; item = item->next) {
       kept.push_back(
           webkit_context_menu_item_get_stock_action(WEBKIT_CONTEXT_MENU_ITEM(item->data)));
     }
-    EXPECT_THAT(
-        kept, testing::ElementsAreArray(each.offered.end() - long(each.kept), each.offered.end()));
-    EXPECT_EQ(isRefused, each.kept == 0);
+    EXPECT_EQ(kept, expected);
+    EXPECT_EQ(isRefused, expected.empty());
     g_object_unref(menu);
   }
   GListModel* const controllers = gtk_widget_observe_controllers(engine);
