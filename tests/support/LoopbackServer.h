@@ -72,7 +72,6 @@ class LoopbackServer {
   /// Answers with a redirect.
   void redirect(const std::string& path, const std::string& location, int status = 302);
 
-  int port() const { return port_; }
   /// The address of a path, "http://127.0.0.1:port/path".
   std::string address(std::string_view path) const;
   platform::URL url(std::string_view path) const;

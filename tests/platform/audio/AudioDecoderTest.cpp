@@ -13,19 +13,16 @@
 #include "tests/support/Loop.h"
 #include "tests/support/Process.h"
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
 
-using platform::DecodedClip;
-using platform::Voice;
 using quorbel_tests::readFile;
 using quorbel_tests::toneFile;
 using quorbel_tests::wave;
 using quorbel_tests::writeFile;
 
 std::shared_ptr<const DecodedClip> decode(const std::string& path) {
-  auto clip = platform::decodeClip(path);
+  auto clip = decodeClip(path);
   EXPECT_TRUE(clip || !clip.error().message.empty());
   return std::move(clip).valueOr(nullptr);
 }
@@ -46,13 +43,13 @@ TEST(ClipDecoder, EveryPackagedClipSoundsFromItsFirstMillisecondsAndEndsInSilenc
     ++clips;
     const auto clip = decode(entry.path());
     ASSERT_TRUE(clip);
-    const double seconds = double(clip->frameCount()) / platform::kSampleRate;
+    const double seconds = double(clip->frameCount()) / kSampleRate;
     EXPECT_GE(seconds, 1.0);
     EXPECT_LE(seconds, 3.1);
     const auto& samples = clip->samples;
     const auto first = std::find_if(samples.begin(), samples.end(),
                                     [](float sample) { return std::abs(sample) > 0.01F; });
-    EXPECT_LT((first - samples.begin()) / 2, platform::kSampleRate * 5 / 1000);
+    EXPECT_LT((first - samples.begin()) / 2, kSampleRate * 5 / 1000);
     EXPECT_LT(*std::max_element(samples.begin(), samples.end()), 1.0F);
     EXPECT_GT(*std::max_element(samples.begin(), samples.end()), 0.1F);
     EXPECT_LT(std::abs(samples.back()), 0.001F);
@@ -80,7 +77,7 @@ TEST(ClipDecoder, KeepsPitchLevelAndLength) {
   for (const auto& [name, content, seconds, tolerance] : rows) {
     const auto clip = decode(folder.write(name, content));
     ASSERT_TRUE(clip) << name;
-    EXPECT_NEAR(double(clip->frameCount()) / platform::kSampleRate, seconds, tolerance) << name;
+    EXPECT_NEAR(double(clip->frameCount()) / kSampleRate, seconds, tolerance) << name;
     tone = clip->samples;
     for (const float sample : tone) ASSERT_TRUE(sample >= -1 && sample <= 1) << name;
   }
@@ -146,7 +143,7 @@ TEST(ClipDecoder, SurvivesDamageAnywhere) {
 
 TEST(ClipCache, GivesTheSameClipUntilTheFileChanges) {
   const Folder folder;
-  platform::ClipCache cache;
+  ClipCache cache;
   const std::string path = folder.write("clip.wav", toneFile(440, 0.1));
   const auto first = cache.clip(path);
   ASSERT_TRUE(first);
@@ -164,7 +161,7 @@ TEST(ClipCache, GivesTheSameClipUntilTheFileChanges) {
 
 TEST(ClipCache, DecodesAheadWhatIsWanted) {
   const Folder folder;
-  platform::ClipCache cache;
+  ClipCache cache;
   const std::string sound = toneFile(440, 0.1);
   const std::string path = folder.write("clip.wav", sound);
   const auto changed = std::filesystem::last_write_time(path);
@@ -182,7 +179,7 @@ TEST(ClipCache, DecodesAheadWhatIsWanted) {
 
 TEST(ClipCache, ForgetsTheOldestOfMoreThanItHolds) {
   const Folder folder;
-  platform::ClipCache cache;
+  ClipCache cache;
   // A minute decoded is 22 MiB; the cache holds 64.
   std::weak_ptr<const DecodedClip> oldest;
   std::weak_ptr<const DecodedClip> used;
@@ -227,3 +224,4 @@ TEST(Voice, FadesOutFromWhereItIsToldAndCanBeMixedAgain) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

@@ -5,16 +5,8 @@
 #include <cmath>
 #include <limits>
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
-
-using platform::Array;
-using platform::Dictionary;
-using platform::parseJson;
-using platform::Value;
-using platform::writeIndentedJson;
-using platform::writeJson;
 
 std::string nested(int levels) {
   return std::string(levels, '[') + std::string(levels, ']');
@@ -46,7 +38,7 @@ TEST(Json, ReadsBackWhatItWrites) {
 }
 
 TEST(Json, WritesWholeNumbersWithoutAFractionAndIndentsForPeople) {
-  EXPECT_EQ(writeJson(Array{320.0, -0.0, 1.5, 3, platform::Date(10.0)}), "[320,0,1.5E0,3,10]");
+  EXPECT_EQ(writeJson(Array{320.0, -0.0, 1.5, 3, Date(10.0)}), "[320,0,1.5E0,3,10]");
   EXPECT_EQ(
       writeIndentedJson(Dictionary{{"a", 1}, {"b", Array{"x", Dictionary{}}}, {"c", Array{}}}),
       "{\n  \"a\": 1,\n  \"b\": [\n    \"x\",\n    {}\n  ],\n  \"c\": []\n}\n");
@@ -64,10 +56,11 @@ TEST(Json, ReadsAndWritesDownToFiveHundredAndTwelveLevels) {
 TEST(Json, IsNotWrittenFromWhatItCannotHold) {
   for (const Value& value :
        {Value(std::nan("")), Value(-std::numeric_limits<double>::infinity()), Value("\xff"),
-        Value("a\xc3"), Value(platform::Date(std::nan(""))), Value(Dictionary{{"\xfe", 1}})}) {
+        Value("a\xc3"), Value(Date(std::nan(""))), Value(Dictionary{{"\xfe", 1}})}) {
     EXPECT_FALSE(writeJson(Array{value})) << value.description();
     EXPECT_FALSE(writeIndentedJson(Array{1, value}));
   }
 }
 
 }  // namespace
+}  // namespace valdren::platform

@@ -2,14 +2,10 @@
 
 #include <gtest/gtest.h>
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
 
-using platform::Notification;
-using platform::NotificationCenter;
-
-struct Observer : platform::WeakTarget {};
+struct Observer : WeakTarget {};
 
 TEST(NotificationCenter, NeverCallsAnObserverThatIsGoneOrRemovedWhileDelivering) {
   NotificationCenter center;
@@ -34,3 +30,4 @@ TEST(NotificationCenter, NeverCallsAnObserverThatIsGoneOrRemovedWhileDelivering)
 }
 
 }  // namespace
+}  // namespace valdren::platform

@@ -7,16 +7,12 @@
 
 #include "tests/support/Loop.h"
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
 
-using platform::kNextTurn;
-using platform::RunLoop;
-using platform::Seconds;
 using quorbel_tests::runUntil;
 
-struct Target : platform::WeakTarget {};
+struct Target : WeakTarget {};
 
 TEST(RunLoop, RunsDelayedCallsInOrderAfterThePresentCall) {
   Target target;
@@ -77,3 +73,4 @@ TEST(RunLoop, WorkForTheMainThreadWaitsUntilItsLoopTurns) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

@@ -4,13 +4,8 @@
 
 #include "platform/base/Log.h"
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
-
-using platform::isUTF8;
-using platform::lowercase;
-using platform::repairedUTF8;
 
 TEST(Text, RepairsExactlyWhatIsNotUTF8) {
   const struct {
@@ -42,16 +37,16 @@ TEST(Text, LowersLettersOfAllScripts) {
 }
 
 TEST(Text, TrimsWhiteSpaceOnly) {
-  EXPECT_EQ(platform::trimmed(" \t\r\na b\n "), "a b");
-  EXPECT_EQ(platform::trimmed("\ufeff\u3000 a\u00a0b\u2029\v\u0085"), "a\u00a0b");
-  EXPECT_EQ(platform::trimmed("\xa0 \xc2"), "\xa0 \xc2") << "pieces of characters stay";
-  EXPECT_EQ(platform::trimmed("\u00a0\u2003\u3000\n\u200a"), "");
+  EXPECT_EQ(trimmed(" \t\r\na b\n "), "a b");
+  EXPECT_EQ(trimmed("\ufeff\u3000 a\u00a0b\u2029\v\u0085"), "a\u00a0b");
+  EXPECT_EQ(trimmed("\xa0 \xc2"), "\xa0 \xc2") << "pieces of characters stay";
+  EXPECT_EQ(trimmed("\u00a0\u2003\u3000\n\u200a"), "");
 }
 
 TEST(Log, WritesOneLineWhateverTheTextHolds) {
   testing::internal::CaptureStderr();
-  platform::log("<Valdren> a\nValdren-Message: forged\r\x1b[2J\x01 %s \xff end");
-  platform::log(std::string(8'000'000, 'x') + "end");
+  log("<Valdren> a\nValdren-Message: forged\r\x1b[2J\x01 %s \xff end");
+  log(std::string(8'000'000, 'x') + "end");
   const std::string lines = testing::internal::GetCapturedStderr();
   EXPECT_NE(lines.find("<Valdren> a\\nValdren-Message: forged\\x0d\\x1b[2J\\x01 %s "),
             std::string::npos)
@@ -63,3 +58,4 @@ TEST(Log, WritesOneLineWhateverTheTextHolds) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

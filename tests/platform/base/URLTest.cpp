@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
-
-using platform::URL;
 
 std::string piecesOf(const URL& url) {
   return url.scheme() + " | " + url.host() + " | " + url.path() + " | " +
@@ -74,3 +71,4 @@ TEST(URL, FromAPageEscapesOnlyWhatIsIllegal) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

@@ -4,12 +4,8 @@
 
 #include <limits>
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
-
-using platform::Dictionary;
-using platform::Value;
 
 TEST(Dictionary, KeepsInsertionOrderThroughReplacementAndRemoval) {
   Dictionary dictionary;
@@ -48,3 +44,4 @@ TEST(Value, ReadsNumbersFromWhateverHoldsThem) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

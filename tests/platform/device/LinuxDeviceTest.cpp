@@ -9,11 +9,9 @@
 #include "platform/storage/Folders.h"
 #include "tests/support/Process.h"
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
 
-using platform::LinuxDevice;
 using quorbel_tests::ScopedVariable;
 using quorbel_tests::TemporaryFolder;
 using quorbel_tests::writeFile;
@@ -58,7 +56,7 @@ TEST_F(LinuxDeviceTest, TheIdentifierIsTheMachinesAndTheApplicationsAndRevealsNe
   EXPECT_EQ(identifier.find_first_not_of("0123456789abcdef"), std::string::npos);
   EXPECT_EQ(identifier.find(std::string(kMachineID).substr(0, 8)), std::string::npos);
 
-  platform::Bundle& bundle = platform::Bundle::main();
+  Bundle& bundle = Bundle::main();
   const std::string own = bundle.identifier();
   bundle.setIdentifier("com.example.other");
   EXPECT_NE(device().uniqueIdentifier(), identifier) << "two applications look the same";
@@ -84,7 +82,7 @@ TEST_F(LinuxDeviceTest, AMachineWithoutAnIdGetsOneThatLasts) {
   const ScopedVariable variable("XDG_STATE_HOME", state.path().c_str());
   put("/etc/machine-id", "uninitialized\n");
   const std::string identifier = device().uniqueIdentifier();
-  const std::string kept = *platform::stateFolder() + "/installation-id";
+  const std::string kept = *stateFolder() + "/installation-id";
   EXPECT_EQ(quorbel_tests::readFile(kept).size(), 64u);
   EXPECT_EQ(device().uniqueIdentifier(), identifier);
   writeFile(kept, "another installation");
@@ -117,10 +115,10 @@ TEST(Languages, AreWhatTheLocaleNames) {
       {nullptr, nullptr, nullptr, "\xc3\xa9", {}},
   };
   for (const auto& each : cases) {
-    EXPECT_EQ(platform::languagesFrom(each.language, each.all, each.messages, each.lang),
-              each.expected)
+    EXPECT_EQ(languagesFrom(each.language, each.all, each.messages, each.lang), each.expected)
         << (each.lang ? each.lang : "(none)");
   }
 }
 
 }  // namespace
+}  // namespace valdren::platform

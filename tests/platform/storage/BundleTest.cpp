@@ -5,11 +5,9 @@
 #include "platform/storage/Folders.h"
 #include "tests/support/Process.h"
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
 
-using platform::Bundle;
 using quorbel_tests::ScopedVariable;
 using quorbel_tests::TemporaryFolder;
 using quorbel_tests::writeFile;
@@ -48,8 +46,8 @@ TEST(Folders, FollowTheDesktopsVariablesAndIgnoreRelativeOnes) {
   const ScopedVariable home("HOME", "/home/person");
   const std::string own = "/" + Bundle::main().identifier();
   const std::tuple<const char*, std::optional<std::string> (*)(), const char*> cases[] = {
-      {"XDG_CACHE_HOME", platform::cachesFolder, "/home/person/.cache"},
-      {"XDG_STATE_HOME", platform::stateFolder, "/home/person/.local/state"}};
+      {"XDG_CACHE_HOME", cachesFolder, "/home/person/.cache"},
+      {"XDG_STATE_HOME", stateFolder, "/home/person/.local/state"}};
   for (const auto& [variable, folder, underHome] : cases) {
     const ScopedVariable set(variable, "/else//");
     EXPECT_EQ(folder(), "/else" + own) << variable;
@@ -62,7 +60,8 @@ TEST(Folders, FollowTheDesktopsVariablesAndIgnoreRelativeOnes) {
     EXPECT_EQ(folder(), std::nullopt) << variable;
   }
   const ScopedVariable documents("XDG_DOCUMENTS_DIR", "/papers/");
-  EXPECT_EQ(platform::documentsFolder(), "/papers");
+  EXPECT_EQ(documentsFolder(), "/papers");
 }
 
 }  // namespace
+}  // namespace valdren::platform

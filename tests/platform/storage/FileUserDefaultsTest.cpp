@@ -17,9 +17,8 @@
 #include <limits>
 
 #include "tests/support/LogLines.h"
+#include "tests/support/Loop.h"
 #include "tests/support/Process.h"
-
-namespace platform = valdren::platform;
 
 namespace {
 
@@ -37,12 +36,9 @@ extern "C" int fsync(int descriptor) {
   return -1;
 }
 
+namespace valdren::platform {
 namespace {
 
-using platform::Array;
-using platform::Dictionary;
-using platform::FileUserDefaults;
-using platform::Value;
 using quorbel_tests::TemporaryFolder;
 using quorbel_tests::writeFile;
 
@@ -75,7 +71,7 @@ TEST(FileUserDefaults, KeepsEveryKindOfValueExactly) {
                          {"null", nullptr},
                          {"doubles", doubles},
                          {"infinite", std::numeric_limits<double>::infinity()},
-                         {"date", platform::Date(1577836800.123456)},
+                         {"date", Date(1577836800.123456)},
                          {"empty", Dictionary{}}};
   {
     FileUserDefaults defaults(folder.path());
@@ -210,33 +206,28 @@ TEST(FileUserDefaults, AKillAtAnyInstantLeavesTheOldOrTheNewContent) {
     for (int place = 0; place < 20'000; ++place) array.push_back(generation);
     return Dictionary{{"generation", generation}, {"all", array}};
   };
+  const auto written = [&] {
+    const auto read = readAnew(folder.path(), "k");
+    return read && read->dictionary() ? read->dictionary()->find("generation")->integerValue() : 0;
+  };
   int last = 0;
   for (int round = 0; round < 12; ++round) {
-    int ready[2];
-    ASSERT_EQ(pipe(ready), 0);
     const pid_t child = fork();
     if (child == 0) {
       FileUserDefaults defaults(folder.path());
       for (int generation = last + 1;; ++generation) {
         defaults.setObject("k", content(generation));
-        if (generation > last + 1) defaults.synchronize();
-        if (generation == last + 1 && (!defaults.flush() || write(ready[1], "", 1) != 1)) _exit(1);
+        defaults.synchronize();
         defaults.hasten();
       }
     }
-    char byte;
-    close(ready[1]);
-    EXPECT_EQ(read(ready[0], &byte, 1), 1) << "the first content was not written";
-    close(ready[0]);
+    EXPECT_TRUE(quorbel_tests::runUntil([&] { return written() > last; }));
     usleep(static_cast<useconds_t>(round) * 7'001);
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
-
-    const auto read = readAnew(folder.path(), "k");
-    ASSERT_TRUE(read && read->dictionary()) << "neither the old nor the new content";
-    const int generation = static_cast<int>(read->dictionary()->find("generation")->integerValue());
-    ASSERT_EQ(*read, Value(content(generation))) << "a mixture of two contents";
-    ASSERT_GT(generation, last);
+    const int generation = static_cast<int>(written());
+    ASSERT_GT(generation, last) << "neither the old nor the new content";
+    ASSERT_EQ(readAnew(folder.path(), "k"), Value(content(generation))) << "two contents mixed";
     last = generation;
   }
 
@@ -251,3 +242,4 @@ TEST(FileUserDefaults, AKillAtAnyInstantLeavesTheOldOrTheNewContent) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

@@ -7,13 +7,9 @@
 
 #include "tests/support/Process.h"
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
 
-using platform::Dictionary;
-using platform::readPropertyList;
-using platform::Value;
 using quorbel_tests::TemporaryFolder;
 using quorbel_tests::writeFile;
 
@@ -48,8 +44,8 @@ TEST_F(PropertyList, ReadsEveryKindOfValue) {
                         {"real", 1.5},
                         {"yes", true},
                         {"data", "AAEC"},
-                        {"date", platform::Date(platform::kSecondsFrom1970To2001 + 86400)},
-                        {"array", platform::Array{1, Dictionary{}}},
+                        {"date", Date(kSecondsFrom1970To2001 + 86400)},
+                        {"array", Array{1, Dictionary{}}},
                     }));
 }
 
@@ -84,8 +80,7 @@ TEST_F(PropertyList, ReadsTheBinaryForm) {
       {"\x14" + std::string(8, '\0') + std::string(8, '\xff'), -1},
       {std::string("\x22\x3f\xc0\0\0", 5), 1.5},
       {std::string("\x23\x3f\xf8\0\0\0\0\0\0", 9), 1.5},
-      {std::string("\x33\x40\xf5\x18\0\0\0\0\0", 9),
-       platform::Date(platform::kSecondsFrom1970To2001 + 86400)},
+      {std::string("\x33\x40\xf5\x18\0\0\0\0\0", 9), Date(kSecondsFrom1970To2001 + 86400)},
       {std::string("\x43\0\x01\x02", 4), "AAEC"},
       {"\x51x", "x"},
       {"\x5f\x10\x10" + std::string(16, 'x'), std::string(16, 'x')},
@@ -97,7 +92,7 @@ TEST_F(PropertyList, ReadsTheBinaryForm) {
     EXPECT_EQ(read(binaryList({"\xd1\x01\x02", "Qk", object})), Value(Dictionary{{"k", value}}))
         << value.description();
   }
-  EXPECT_EQ(read(binaryList({"\xa2\x01\x01", "\x09"})), Value(platform::Array{true, true}));
+  EXPECT_EQ(read(binaryList({"\xa2\x01\x01", "\x09"})), Value(Array{true, true}));
 }
 
 TEST_F(PropertyList, IsNoneForAnythingElse) {
@@ -154,3 +149,4 @@ TEST_F(PropertyList, IsNoneWhenItIsHugeOrFewBytesExpandToHugeContent) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

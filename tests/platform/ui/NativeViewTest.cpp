@@ -7,20 +7,15 @@
 #include "platform/ui/Window.h"
 #include "tests/support/Loop.h"
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
 
-using platform::Rect;
-using platform::View;
-using platform::ViewController;
-using platform::Window;
 using quorbel_tests::runUntil;
 
 class NativeViewTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    window = std::make_shared<Window>(platform::Size{400, 400});
+    window = std::make_shared<Window>(Size{400, 400});
     screen = std::make_shared<ViewController>();
     window->setRootViewController(screen);
     window->makeKeyAndVisible();
@@ -87,3 +82,4 @@ TEST_F(NativeViewTest, ASubviewOutlivesTheViewThatHeldIt) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

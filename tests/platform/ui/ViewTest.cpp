@@ -2,13 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
-
-using platform::EventType;
-using platform::Rect;
-using platform::View;
 
 TEST(View, ResizesSubviewsByTheirMasks) {
   struct Case {
@@ -51,7 +46,7 @@ TEST(View, MovesBetweenSuperviewsAndOutlivesThem) {
 
 struct Probe : View {
   using View::View;
-  View* hitTest(platform::Point point, EventType type) override {
+  View* hitTest(Point point, EventType type) override {
     ++asked;
     return View::hitTest(point, type);
   }
@@ -79,3 +74,4 @@ TEST(View, FindsTheTopmostViewThatReactsUnderATouch) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

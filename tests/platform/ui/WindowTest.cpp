@@ -17,15 +17,9 @@
 #include "tests/support/Loop.h"
 #include "tests/support/Pointer.h"
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
 
-using platform::InterfaceOrientation;
-using platform::Size;
-using platform::View;
-using platform::ViewController;
-using platform::Window;
 using quorbel_tests::runUntil;
 using Lines = std::vector<std::string>;
 
@@ -134,7 +128,7 @@ TEST_F(WindowTest, TellsOnceWhenItHasTheSizeThatItKeeps) {
       EXPECT_TRUE(runUntil([&] { return gtk_widget_get_width(GTK_WIDGET(native)) > 0; }));
       window->resize(size);
     }
-    ASSERT_TRUE(runUntil([&] { return platform::hasSettled(native) && window->size() == size; }));
+    ASSERT_TRUE(runUntil([&] { return hasSettled(native) && window->size() == size; }));
     loop.advance(0);
     EXPECT_EQ(told, 1);
     EXPECT_FALSE(platform::Screen::standard().whenSettled([&] { ++told; }));
@@ -286,17 +280,15 @@ TEST_F(WindowTest, ItsRootAndItselfMayGoInTheMidstOfASlideAndFromAHook) {
 
 TEST_F(WindowTest, TurnsForAScreenThatIsWideOnlyAndBackToItsPlaceWhenItGoes) {
   GtkWindow* const native = window->native().window().gobj();
-  ASSERT_TRUE(runUntil([&] { return platform::placeOf(native).has_value(); }));
+  ASSERT_TRUE(runUntil([&] { return placeOf(native).has_value(); }));
   // On a monitor of 1600 x 1200.
-  for (const platform::Rect& before : {platform::Rect{10, 10, 360, 640},
-                                       {1200, 500, 360, 640},
-                                       {100, 10, 300, 1100},
-                                       {1, 1, 1100, 1150}}) {
+  for (const Rect& before :
+       {Rect{10, 10, 360, 640}, {1200, 500, 360, 640}, {100, 10, 300, 1100}, {1, 1, 1100, 1150}}) {
     SCOPED_TRACE(testing::Message() << before.width << " x " << before.height);
     window->resize({before.width, before.height});
     ASSERT_TRUE(runUntil([&] { return window->size() == Size{before.width, before.height}; }));
-    platform::moveTo(native, before);
-    ASSERT_EQ(platform::placeOf(native), before);
+    moveTo(native, before);
+    ASSERT_EQ(placeOf(native), before);
     const auto wide = screen("a");
     wide->wideOnly = true;
     root->presentModalViewController(wide, false);
@@ -308,7 +300,7 @@ TEST_F(WindowTest, TurnsForAScreenThatIsWideOnlyAndBackToItsPlaceWhenItGoes) {
     EXPECT_EQ(window->size(), (Size{before.height, before.width}));
     root->dismissModalViewControllerAnimated(false);
     ASSERT_TRUE(waitFor("root rotated upright"));
-    EXPECT_TRUE(runUntil([&] { return platform::placeOf(native) == before; }));
+    EXPECT_TRUE(runUntil([&] { return placeOf(native) == before; }));
     lines.clear();
   }
 }
@@ -387,7 +379,7 @@ TEST_F(WindowTest, TheFocusComesBackToTheControlThatHadItBelowAPresentedScreen) 
   const auto second = &buttons[1];
   std::shared_ptr<View> views[2];
   for (int i = 0; i < 2; ++i) {
-    views[i] = std::make_shared<View>(platform::Rect{100.0 * i, 0, 100, 50});
+    views[i] = std::make_shared<View>(Rect{100.0 * i, 0, 100, 50});
     views[i]->native().setContent(&buttons[i]);
     root->view()->addSubview(views[i]);
   }
@@ -418,3 +410,4 @@ TEST_F(WindowTest, IgnoresPresentationsThatMakeNoSense) {
 }
 
 }  // namespace
+}  // namespace valdren::platform

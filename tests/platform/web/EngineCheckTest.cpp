@@ -12,12 +12,9 @@
 #include "tests/support/Process.h"
 #include "tests/support/WebPage.h"
 
-namespace platform = valdren::platform;
-
+namespace valdren::platform {
 namespace {
 
-using platform::EngineCheck;
-using platform::EnginePrograms;
 using quorbel_tests::LogLines;
 using quorbel_tests::runUntil;
 
@@ -41,7 +38,7 @@ TEST(EngineCheckTest, SaysOnceWhyNoPageCanBeShown) {
   ASSERT_TRUE(installed.library->load());
   const std::string programFolder = EnginePrograms::folderOf(*installed.library);
   ASSERT_NE(programFolder, "");
-  platform::Library missing("libnowhere.so.1");
+  Library missing("libnowhere.so.1");
   const auto withFolder = [&](const std::string& name, bool isInSandbox) {
     EnginePrograms programs = installed;
     const std::string made = folder.file(name);
@@ -95,7 +92,7 @@ TEST(EngineCheckTest, WithoutASandboxEveryLoadFailsAndNothingRunsOutsideIt) {
   const EngineCheck::Replacement replacement(check);
   LogLines log;
   const auto before = quorbel_tests::webProcesses();
-  platform::WebView::prepareNext();
+  WebView::prepareNext();
   for (int i = 0; i < 2; ++i) {
     quorbel_tests::Page page;
     EXPECT_FALSE(page.load("<p>Hello", "http://ads.example/"));
@@ -132,3 +129,4 @@ TEST(EngineCheckTest, WhatIsAskedOfAPageBeforeTheAnswerHappensAfterIt) {
 }
 
 }  // namespace
+}  // namespace valdren::platform
