@@ -44,7 +44,9 @@ class FakeRunLoop final : public platform::RunLoop {
   explicit FakeRunLoop(FakeClock* clock = nullptr) : clock_(clock) {}
 
   bool isMainThread() const override { return true; }
-  void performOnMainThreadAndWait(const Task& task) override { task(); }
+  /// What the main thread does before the task.
+  Task meanwhile = [] {};
+  void performOnMainThreadAndWait(const Task& task) override { meanwhile(), task(); }
 
   /// Lets `seconds` pass and runs what is due, in the order of due times. 0 is one turn: calls that
   /// are added with delay 0 during a turn wait for the next.

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ads/api/VADBannerView.h"
-#include "platform/base/RunLoop.h"
+#include "tests/support/Fakes.h"
 #include "tests/support/PublisherRecord.h"
 
 namespace platform = valdren::platform;
@@ -12,24 +12,6 @@ namespace {
 
 using namespace valdren;
 using quorbel_tests::PublisherRecord;
-
-/// Acts like the main thread's loop for another thread, with work that runs before the task.
-class BusyRunLoop final : public platform::RunLoop {
- public:
-  explicit BusyRunLoop(Task meanwhile) : meanwhile_(std::move(meanwhile)) {}
-  bool isMainThread() const override { return true; }
-  void performOnMainThreadAndWait(const Task& task) override {
-    meanwhile_();
-    task();
-  }
-
- private:
-  SourceID addSource(platform::Seconds, Task) override { return 1; }
-  void removeSource(SourceID) override {}
-
-  Task meanwhile_;
-  platform::RunLoop::Replacement replacement_{*this};
-};
 
 void raiseEverything(VADDelegateManager& manager) {
   manager.didReceiveAd();
@@ -132,11 +114,12 @@ TEST_F(DelegateManager, OutlivesTheWaitOfAnotherThreadButADeadDelegateIsNotCalle
   manager_->setBannerDelegate(banner.get());
   manager_->setInterstitialDelegate(interstitial.get());
   const std::weak_ptr<VADDelegateManager> manager = manager_;
-  const BusyRunLoop loop([&] {
+  quorbel_tests::FakeRunLoop loop;
+  loop.meanwhile = [&] {
     interstitial.reset();
     manager_.reset();
-    ASSERT_FALSE(manager.expired()) << "gone before its event was delivered";
-  });
+    EXPECT_FALSE(manager.expired()) << "gone before its event was delivered";
+  };
   manager_->didReceiveAd();
   EXPECT_EQ(heard_, "banner received;");
   EXPECT_TRUE(manager.expired());

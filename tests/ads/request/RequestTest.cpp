@@ -151,16 +151,13 @@ TEST_F(Request, AnErrorSaysWhatItsCodeMeansAndWhatWasSentIfThatWasInvalid) {
       {-1, invalid},
   };
   for (const auto& [code, message] : cases) {
-    const auto error = VADRequestError::errorWithCode(code, nullptr);
+    const auto error = VADRequestError::errorWithCode(code, code ? request_.get() : nullptr);
     EXPECT_EQ(error.domain(), "com.valdren.ads");
     EXPECT_EQ(error.code(), code);
     EXPECT_EQ(error.localizedDescription(), message);
-    const Dictionary expected{{valdren::kVADLocalizedDescriptionKey, message},
-                              {valdren::kVADLocalizedFailureReasonErrorKey, message}};
-    EXPECT_EQ(error.userInfo(), expected);
-    if (code != 0) {
-      EXPECT_EQ(VADRequestError::errorWithCode(code, request_.get()).userInfo(), expected);
-    }
+    EXPECT_EQ(error.userInfo(),
+              (Dictionary{{valdren::kVADLocalizedDescriptionKey, message},
+                          {valdren::kVADLocalizedFailureReasonErrorKey, message}}));
   }
   request_->addKeyword("k");
   const auto error = VADRequestError::errorWithCode(0, request_.get());

@@ -98,9 +98,6 @@ TEST(StringEncoding, SynonymsIgnoredAndPaddingCharactersTakeTheirPlaces) {
   encoding->addDecodeSynonyms("x0oO1I");
   EXPECT_EQ(encoding->decode("oOoOoIoI"), "\x05");
   EXPECT_FALSE(encoding->decode("x0000101")) << "nothing stands before it that it could mean";
-  encoding->addDecodeSynonyms("0\xc3\xa9z");
-  EXPECT_FALSE(encoding->decode("zzzzz1z1")) << "not ASCII, so nothing happens";
-
   encoding->ignoreCharacters(" -");
   EXPECT_EQ(encoding->decode("0000-01 01"), "\x05");
   EXPECT_THROW(encoding->ignoreCharacters("_o"), std::logic_error);

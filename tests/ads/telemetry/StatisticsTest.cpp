@@ -19,24 +19,19 @@ using valdren::VADStatisticsCore;
 TEST(StatisticsCore, StoresOnlyValuesOfTheRightKind) {
   quorbel_tests::FakeUserDefaults defaults;
   VADStatisticsCore core("test");
-  const struct {
-    const char* key;
-    void (VADStatisticsCore::*set)(const std::optional<Value>&, std::string_view);
-    Value right, wrong;
-  } cases[] = {
-      {"n", &VADStatisticsCore::setNumber, 1.5, "text"},
-      {"s", &VADStatisticsCore::setString, "s", 1},
-      {"d", &VADStatisticsCore::setDate, platform::Date(5), 5.0},
-      {"a", &VADStatisticsCore::setArray, platform::Array{1}, Dictionary{}},
-      {"o", &VADStatisticsCore::setDictionary, Dictionary{{"k", 1}}, platform::Array{}},
-  };
-  Dictionary right;
-  for (const auto& each : cases) {
-    for (const std::optional<Value>& value : {std::optional(each.right), {each.wrong}, {}}) {
-      (core.*each.set)(value, each.key);
-    }
-    right.set(each.key, each.right);
+  const Dictionary right{{"a", platform::Array{1}},
+                         {"d", platform::Date(5)},
+                         {"n", 1.5},
+                         {"o", Dictionary{{"k", 1}}},
+                         {"s", "s"}};
+  for (const auto& [key, value] : right) {
+    core.setArray(value, "a");
+    core.setDate(value, "d");
+    core.setNumber(value, "n");
+    core.setDictionary(value, "o");
+    core.setString(value, "s");
   }
+  core.setNumber(std::nullopt, "n");
   EXPECT_EQ(core.numberForKey("s"), Value("s")) << "reading does not ask for the kind";
   core.savePersistentStatistics();
   EXPECT_EQ(*defaults.written().find("valdren_stats_test")->second.dictionary(), right);

@@ -76,24 +76,20 @@ TEST_F(VADOpenerTest, HandsItsOwnToTheScreensAndFiresTheClickPings) {
   platform::WebView opening;
   opener->setOpeningWebView(&opening);
   opener->setReferringURL(url("http://ads.example/banner"));
-  opener->openBrowserToURL(url("http://b.example/"), kVADOrientationLandscape);
-  auto* const browser = dynamic_cast<VADBrowserController*>(window->topViewController());
-  ASSERT_NE(browser, nullptr);
-  EXPECT_EQ(browser->supportedOrientations(), kVADOrientationLandscape);
-  EXPECT_EQ(browser->openingWebView(), &opening);
-  EXPECT_EQ(browser->delegateManager(), manager);
-  EXPECT_EQ(engines.last().requests.at(0).headers.at("Referer"), "http://ads.example/banner");
-  EXPECT_EQ(tracked(), 1u);
-  browser->relinquishScreen();
-
-  opener->openWebAppWithHTML("<p>", kVADOrientationPortrait);
-  auto* const webApp = dynamic_cast<VADWebAppViewController*>(window->topViewController());
-  ASSERT_NE(webApp, nullptr);
-  EXPECT_EQ(webApp->supportedOrientations(), kVADOrientationPortrait);
-  EXPECT_EQ(webApp->openingWebView(), &opening);
-  EXPECT_EQ(engines.last().pages.at(0).text, "<p>");
-  EXPECT_EQ(tracked(), 2u);
-  webApp->relinquishScreen();
+  for (const bool inBrowser : {true, false}) {
+    if (inBrowser) opener->openBrowserToURL(url("http://b.example/"), kVADOrientationLandscape);
+    if (!inBrowser) opener->openWebAppWithHTML("<p>", kVADOrientationLandscape);
+    auto& screen = dynamic_cast<VADViewController&>(*window->topViewController());
+    EXPECT_EQ(screen.supportedOrientations(), kVADOrientationLandscape);
+    EXPECT_EQ(screen.openingWebView(), &opening);
+    EXPECT_EQ(screen.delegateManager(), manager);
+    EXPECT_EQ(tracked(), inBrowser ? 1u : 2u);
+    screen.relinquishScreen();
+  }
+  const auto& made = engines.engines();
+  EXPECT_EQ(made.at(made.size() - 2)->requests.at(0).headers.at("Referer"),
+            "http://ads.example/banner");
+  EXPECT_EQ(made.back()->pages.at(0).text, "<p>");
   loop.advance(3);
 }
 
