@@ -83,7 +83,6 @@ TEST(Sandbox, ServesOthersAndEndsAtOnceWhileAnswersAreUnderWay) {
 
 TEST(Program, AnswersItsOptionsAndRefusesOthers) {
   const std::string program = SANDBOX_PROGRAM;
-  EXPECT_EQ(run(program + " --help").status, 0);
   EXPECT_NE(run(program + " --help").output.find("--port="), std::string::npos);
   EXPECT_TRUE(run(program + " --version").output.starts_with("valdren-sandbox "));
   for (const char* wrong :

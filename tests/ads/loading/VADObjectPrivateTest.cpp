@@ -49,11 +49,13 @@ TEST_F(VADObjectPrivateTest, BringsAnAdFromTheScriptToThePings) {
   EXPECT_EQ(parameters.find("ad_frame")->description(), R"({"x":0,"y":410,"w":320,"h":50})");
   EXPECT_EQ(parameters.find("ad_bounds")->description(), R"({"x":0,"y":0,"w":320,"h":50})");
   EXPECT_FALSE(parameters.contains("format"));
-  scriptGivesURL();
+  scriptSays("loadAdURL?type=tovask&url=http%3A%2F%2Fads.test%2Fad%3Fid%3D1");
 
   EXPECT_EQ(state(), kVADStateLoadingAd);
   EXPECT_FALSE(hasBuilderPage()) << "the script's page outlived its answer";
-  EXPECT_THAT(fetches.last().url(), StartsWith(kAdURL));
+  const std::string signals = loader()->request()->spamSignals().begin()->key;
+  EXPECT_THAT(fetches.last().url(), StartsWith(kAdURL + ("&" + signals + "=")));
+  EXPECT_THAT(fetches.last().url(), testing::EndsWith("&seq_num=1"));
   answerAd({{"X-Urvo-Tracking-Urls", "http://p.test/1 http://p.test/2"}}, "  <p>An ad</p>\n ");
 
   EXPECT_EQ(state(), kVADStateRenderingAd);
@@ -139,15 +141,6 @@ TEST_F(VADObjectPrivateTest, HearsOnlyItsOwnScriptAndOnlyOnce) {
   EXPECT_EQ(state(), kVADStateLoadingAd);
   EXPECT_THAT(fetches.last().url(), StartsWith("http://ads.test/1"));
   EXPECT_THAT(record.take(), IsEmpty());
-}
-
-TEST_F(VADObjectPrivateTest, CompletesTheAddressThatTheScriptBuilt) {
-  bringTo(kVADStateBuildingURL);
-  scriptSays("loadAdURL?type=tovask&url=http%3A%2F%2Fads.test%2Fad%3Fid%3D1");
-  EXPECT_TRUE(fetches.last().url().ends_with("&seq_num=1")) << fetches.last().url();
-  const auto signals = loader()->request()->spamSignals();
-  ASSERT_FALSE(signals.empty());
-  EXPECT_THAT(fetches.last().url(), HasSubstr("&" + signals.begin()->key + "="));
 }
 
 TEST_F(VADObjectPrivateTest, ReportsAScriptThatCannotBeHadAndMayBeAskedAgainFromTheReport) {

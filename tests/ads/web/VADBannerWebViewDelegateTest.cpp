@@ -79,18 +79,10 @@ TEST_F(VADBannerWebViewDelegateTest, TellsClicksFromThePagesOwnDoings) {
   }
 }
 
-TEST_F(VADBannerWebViewDelegateTest, LetsThePageNavigateUntilItIsTouched) {
-  EXPECT_TRUE(click("http://land.test/"));
-  loader->webView()->setTouched(true);
-  clock.advance(0.1);
-  EXPECT_TRUE(click("http://land.test/"));
-  EXPECT_FALSE(click("tel:1"));
-  EXPECT_THAT(events, ElementsAre("app tel:1"));
-  EXPECT_FALSE(VADStatistics::sharedStatistics().isTimingClick());
-}
-
 TEST_F(VADBannerWebViewDelegateTest, OpensClicksFullScreen) {
   page().url = platform::URL::parse("http://ads.test/ad");
+  EXPECT_TRUE(click("http://land.test/")) << "the untouched page navigates";
+  EXPECT_FALSE(VADStatistics::sharedStatistics().isTimingClick());
   touchAndWait();
   EXPECT_FALSE(click("http://land.test/"));
   EXPECT_EQ(delegate->opener()->referringURL()->absoluteString(), "http://ads.test/ad");
