@@ -59,9 +59,7 @@ TEST_F(PrintRequest, TellsEverythingThatIsAlwaysThereWithoutADisplay) {
     EXPECT_TRUE(request.contains(key)) << key;
   }
   EXPECT_EQ(*request.text("submodel") + "\n", run("uname -m").output);
-  EXPECT_EQ(*request.text("js"), "urvo-sdk-i-v4.1.1");
   EXPECT_EQ(*request.text("app_name"), QUORBEL_VERSION ".iphone.com.valdren.quorbel");
-  EXPECT_EQ(*request.text("testing"), "1");
   EXPECT_FALSE(request.contains("ad_frame")) << "without a window there is no place for an ad";
   EXPECT_EQ(last_.output.substr(0, 4), "{\n  ") << "not indented";
   EXPECT_EQ(printed(kWithoutDisplay).text("isu")->size(), 32u);

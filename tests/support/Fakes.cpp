@@ -53,11 +53,6 @@ void FakeApplication::setStatusBarHidden(bool hidden) {
   statusBarHidden_ = hidden;
 }
 
-bool FakeApplication::canOpenURL(const platform::URL& url) const {
-  return openableURLs.contains(url.absoluteString()) ||
-         openableSchemes.contains(url.lowercaseScheme());
-}
-
 platform::BackgroundTaskID FakeApplication::beginBackgroundTask(std::function<void()> expired) {
   if (!grantsBackgroundTasks) return 0;
   tasks_[++lastTask_] = std::move(expired);

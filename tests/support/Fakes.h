@@ -150,8 +150,7 @@ class FakeApplication final : public platform::Application {
  public:
   platform::ApplicationState state = platform::ApplicationState::Active;
   platform::InterfaceOrientation orientation = platform::InterfaceOrientation::Portrait;
-  /// The URLs and the schemes, in lower case, for which `canOpenURL` is true.
-  std::set<std::string> openableURLs;
+  /// The schemes, in lower case, for which `canOpenURL` is true.
   std::set<std::string> openableSchemes;
   /// The opened URLs, in order.
   std::vector<std::string> openedURLs;
@@ -171,7 +170,9 @@ class FakeApplication final : public platform::Application {
   void setIdleTimerDisabled(bool disabled) override { idleTimerDisabled_ = disabled; }
 
   void openURL(const platform::URL& url) override { openedURLs.push_back(url.absoluteString()); }
-  bool canOpenURL(const platform::URL& url) const override;
+  bool canOpenURL(const platform::URL& url) const override {
+    return openableSchemes.contains(url.lowercaseScheme());
+  }
 
   platform::BackgroundTaskID beginBackgroundTask(std::function<void()> expired) override;
   void endBackgroundTask(platform::BackgroundTaskID task) override { tasks_.erase(task); }

@@ -103,7 +103,7 @@ TEST_F(Identifier, ReadsWhatMayChangeAfreshAndKeepsTheRest) {
 TEST_F(Identifier, KnowsWhichBookReadersAreThere) {
   application.openableSchemes = {"itms-books"};
   EXPECT_EQ(value("cap_bs"), "1");
-  application.openableURLs = {"kindle://home"};
+  application.openableSchemes.insert("kindle");
   EXPECT_EQ(value("cap_bs"), "3");
 }
 
