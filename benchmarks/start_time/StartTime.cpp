@@ -178,7 +178,8 @@ int main(int argc, char** argv) {
   XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });  // windows may be destroyed meanwhile
   Program programs[] = {
       {"bare gtkmm window", {BARE_WINDOW_PROGRAM}},
-      {"the same, a banner", {BANNER_WINDOW_PROGRAM}},
+      {"the same without OpenGL", {"/usr/bin/env", "GSK_RENDERER=cairo", BARE_WINDOW_PROGRAM}},
+      {"the first, a banner", {BANNER_WINDOW_PROGRAM}},
       {"quorbel, phone", {QUORBEL_PROGRAM, "--idiom", "phone"}},
       {"quorbel, tablet", {QUORBEL_PROGRAM, "--idiom", "tablet"}},
   };

@@ -11,6 +11,7 @@
 #include "platform/application/OwnApplication.h"
 #include "platform/application/SessionBus.h"
 #include "platform/application/ShaderCache.h"
+#include "platform/device/Renderer.h"
 #include "platform/storage/Bundle.h"
 
 namespace valdren::platform {
@@ -43,6 +44,7 @@ bool hasDisplay() {
   // The toolkit uses both as soon as it opens a display.
   leaveSilentSessionBus();
   leaveShaderCacheWithoutRoom();
+  chooseRenderer();
   // later calls of gtk_init_check always return true
   return gtk_init_check() && gdk_display_get_default();
 }

@@ -2,7 +2,9 @@
 
 #include <gio/gio.h>
 
+#include "platform/base/GObjectPtr.h"
 #include "platform/base/Log.h"
+#include "platform/device/Renderer.h"
 
 namespace valdren::platform {
 namespace {
@@ -18,9 +20,11 @@ bool isOpenedByPortals(const std::string& scheme) {
 }
 
 void launchInThread(GTask* task, gpointer, gpointer data, GCancellable*) {
+  const GObjectPtr<GAppLaunchContext> context(g_app_launch_context_new());
+  leaveRendererToOthers(context.get());
   GError* error = nullptr;
   const bool launched = g_app_info_launch_default_for_uri(
-      static_cast<Launch*>(data)->address.c_str(), nullptr, &error);
+      static_cast<Launch*>(data)->address.c_str(), context.get(), &error);
   if (launched) {
     g_task_return_boolean(task, TRUE);
   } else {

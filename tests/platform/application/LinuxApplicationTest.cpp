@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "platform/application/MailComposer.h"
+#include "platform/device/Renderer.h"
 #include "platform/ui/Button.h"
 #include "platform/ui/LaunchPermit.h"
 #include "platform/ui/NativeView.h"
@@ -221,9 +222,10 @@ void letTouchesExpire(FakeClock& clock) {
 class OpenURLTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    GAppInfo* const noter =
-        g_app_info_create_from_commandline(("sh -c 'echo $0 >> " + noted_ + "'").c_str(), "Noter",
-                                           G_APP_INFO_CREATE_SUPPORTS_URIS, nullptr);
+    chooseRenderer(folder_.path());
+    GAppInfo* const noter = g_app_info_create_from_commandline(
+        ("sh -c 'echo $0$GSK_RENDERER >> " + noted_ + "'").c_str(), "Noter",
+        G_APP_INFO_CREATE_SUPPORTS_URIS, nullptr);
     g_app_info_set_as_default_for_type(noter, "x-scheme-handler/x-quorbel", nullptr);
     g_object_unref(noter);
     ASSERT_TRUE(quorbel_tests::runUntil([this] { return application_.canOpenURL(url("")); }));
@@ -242,6 +244,8 @@ class OpenURLTest : public ::testing::Test {
     });
   }
 
+  // Programs that are opened choose their own.
+  quorbel_tests::ScopedVariable renderer_{"GSK_RENDERER", nullptr};
   quorbel_tests::TemporaryFolder folder_;
   std::string noted_ = folder_.file("noted");
   LinuxApplication& application_ = LinuxApplication::instance();

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/device/Renderer.h"
 #include "platform/storage/Bundle.h"
 #include "platform/storage/Folders.h"
 #include "tests/support/Process.h"
@@ -37,6 +38,22 @@ TEST_F(LinuxDeviceTest, NamesTheModelThatTheFirmwareTells) {
   EXPECT_EQ(device().model(), "Phone \xef\xbf\xbd One");
   put("/proc/device-tree/model", std::string(1'000, 'm'));
   EXPECT_EQ(device().model(), std::string(100, 'm'));
+}
+
+TEST_F(LinuxDeviceTest, DrawsWithTheProcessorWhereNoDeviceDoes) {
+  const std::tuple<const char*, const char*, std::string> cases[] = {
+      {"/dev/null", nullptr, "cairo"},
+      {"/dev/dri/card0", nullptr, "cairo"},
+      {"/dev/dri/card0", "gl", "gl"},
+      {"/dev/dri/renderD128", nullptr, ""},
+  };
+  for (const auto& [node, chosen, expected] : cases) {
+    const ScopedVariable renderer("GSK_RENDERER", chosen);
+    put(node, "");
+    platform::chooseRenderer(root_.path());
+    const char* const found = std::getenv("GSK_RENDERER");
+    EXPECT_EQ(found ? found : "", expected) << node;
+  }
 }
 
 TEST_F(LinuxDeviceTest, TellsTheSystemsOwnVersionInDigitsAndDots) {
