@@ -16,10 +16,7 @@
 
 namespace {
 
-using quorbel_tests::Page;
-using quorbel_tests::run;
-using quorbel_tests::runFor;
-using quorbel_tests::runUntil;
+using namespace quorbel_tests;
 
 constexpr double kRefreshSeconds = 3;
 
@@ -120,7 +117,7 @@ class DesktopTest : public ::testing::Test {
         seconds);
   }
 
-  quorbel_tests::TemporaryFolder folder;
+  TemporaryFolder folder;
   std::unique_ptr<sandbox::Sandbox> network = sandbox::Sandbox::start(0);
   const Desktop* desktop = nullptr;
   GSubprocess* program = nullptr;
@@ -176,7 +173,7 @@ TEST(DesktopTestOfPages, GoOnDrawingWhenAPageComesLater) {
                                                          platform::Rect{0, 100, 320, 40});
   button->setTitle("Above");
   screen->view()->addSubview(button);
-  EXPECT_TRUE(runUntil([&] { return !quorbel_tests::isBlank(window, {0, 100, 320, 40}); }));
+  EXPECT_TRUE(runUntil([&] { return !isBlank(window, {0, 100, 320, 40}); }));
 }
 
 }  // namespace

@@ -11,24 +11,11 @@
 #include <numbers>
 
 #include "platform/base/GObjectPtr.h"
+#include "tests/support/Loop.h"
 
 namespace quorbel_tests {
-namespace {
 
 using valdren::platform::GObjectPtr;
-
-/// Half a minute of checks.
-constexpr int kMostChecks = 3000;
-
-bool isTrueSoon(const std::function<bool()>& condition) {
-  for (int check = 0; check < kMostChecks; ++check) {
-    if (condition()) return true;
-    g_usleep(10'000);
-  }
-  return false;
-}
-
-}  // namespace
 
 PrivateSoundServer::~PrivateSoundServer() {
   kill();
@@ -50,7 +37,7 @@ bool PrivateSoundServer::start() {
       "--exit-idle-time=-1", log.c_str(), protocol.c_str(),
       "--load=module-null-sink sink_name=nothing", nullptr);
   if (process) process_.reset(process, g_object_unref);
-  return process && isTrueSoon([this] { return canBeReached(); });
+  return process && runUntil([this] { return canBeReached(); });
 }
 
 bool PrivateSoundServer::canBeReached() const {
@@ -74,7 +61,7 @@ void PrivateSoundServer::freeze(bool frozen) const {
 MonitorRecording::MonitorRecording() : loop_(pa_threaded_mainloop_new()) {
   pa_threaded_mainloop_start(loop_);
   locked([this] { connect(); });
-  isTrueSoon([this] { return sampleCount() > 0; });
+  runUntil([this] { return sampleCount() > 0; });
 }
 
 MonitorRecording::~MonitorRecording() {

@@ -24,9 +24,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::FakeClock;
-using quorbel_tests::FakeRunLoop;
-using quorbel_tests::LogLines;
+using namespace quorbel_tests;
 
 class BackgroundTaskTest : public ::testing::Test {
  protected:
@@ -172,7 +170,7 @@ TEST(LaunchPermitTest, EachTouchOfLateAllowsOneLaunch) {
 }
 
 TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
-  if (!quorbel_tests::hasPointer()) GTEST_SKIP() << "needs a pointer";
+  if (!hasPointer()) GTEST_SKIP() << "needs a pointer";
   const auto window = std::make_shared<Window>(Size{300, 300});
   const auto screen = std::make_shared<ViewController>();
   window->setRootViewController(screen);
@@ -181,13 +179,11 @@ TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
   window->makeKeyAndVisible();
   GtkWidget* const widget = GTK_WIDGET(screen->view()->native().widget().gobj());
   GtkWidget* const pressed = GTK_WIDGET(button->native().widget().gobj());
-  ASSERT_TRUE(quorbel_tests::runUntil([&] { return gtk_widget_get_width(pressed) > 0; }));
+  ASSERT_TRUE(runUntil([&] { return gtk_widget_get_width(pressed) > 0; }));
   FakeClock clock;
   clock.advance(3600);
-  const auto click = [](GtkWidget* on, Point at) {
-    return [=] { quorbel_tests::clickWidget(on, at); };
-  };
-  const auto type = [&](const char* key) { return [=] { quorbel_tests::typeKey(widget, key); }; };
+  const auto click = [](GtkWidget* on, Point at) { return [=] { clickWidget(on, at); }; };
+  const auto type = [&](const char* key) { return [=] { typeKey(widget, key); }; };
   const struct {
     const char* name;
     std::function<void()> act;
@@ -199,7 +195,7 @@ TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
       {"the space bar", type("space"), true},
       {"a modifier", type("Shift_L"), false},
       {"a way out", type("Escape"), false},
-      {"an assistive program", [&] { quorbel_tests::press(*button); }, true},
+      {"an assistive program", [&] { press(*button); }, true},
   };
   LogLines log;
   for (const auto& row : rows) {
@@ -208,14 +204,8 @@ TEST(LaunchPermitTest, ATouchIsWhateverThePersonPresses) {
     clock.advance(2);
     row.act();
     const auto isGiven = [] { return LaunchPermit::shared().isGiven(); };
-    EXPECT_EQ(quorbel_tests::runUntil(isGiven, row.counts ? 30 : 0.3), row.counts) << row.name;
+    EXPECT_EQ(runUntil(isGiven, row.counts ? 30 : 0.3), row.counts) << row.name;
   }
-}
-
-/// The last touch may be of a test with another clock, which is ahead of this one.
-void letTouchesExpire(FakeClock& clock) {
-  LaunchPermit::shared().touched();
-  clock.advance(3600);
 }
 
 /// Has a handler for the scheme "x-quorbel" that records the URLs it opens.
@@ -228,7 +218,7 @@ class OpenURLTest : public ::testing::Test {
         G_APP_INFO_CREATE_SUPPORTS_URIS, nullptr);
     g_app_info_set_as_default_for_type(noter, "x-scheme-handler/x-quorbel", nullptr);
     g_object_unref(noter);
-    ASSERT_TRUE(quorbel_tests::runUntil([this] { return application_.canOpenURL(url("")); }));
+    ASSERT_TRUE(runUntil([this] { return application_.canOpenURL(url("")); }));
   }
 
   static URL url(const std::string& rest) { return *URL::parse("x-quorbel:" + rest); }
@@ -238,22 +228,23 @@ class OpenURLTest : public ::testing::Test {
   }
 
   bool hasNoted(const std::string& rest) {
-    return quorbel_tests::runUntil([&] {
-      return std::filesystem::exists(noted_) &&
-             quorbel_tests::readFile(noted_).find(rest) != std::string::npos;
+    return runUntil([&] {
+      return std::filesystem::exists(noted_) && readFile(noted_).find(rest) != std::string::npos;
     });
   }
 
   // Programs that are opened choose their own.
-  quorbel_tests::ScopedVariable renderer_{"GSK_RENDERER", nullptr};
-  quorbel_tests::TemporaryFolder folder_;
+  ScopedVariable renderer_{"GSK_RENDERER", nullptr};
+  TemporaryFolder folder_;
   std::string noted_ = folder_.file("noted");
   LinuxApplication& application_ = LinuxApplication::instance();
 };
 
 TEST_F(OpenURLTest, OpensOneAtATouchHoweverManyAreAskedFor) {
   FakeClock clock;
-  letTouchesExpire(clock);
+  // The last touch may be of a test with another clock, which is ahead of this one.
+  LaunchPermit::shared().touched();
+  clock.advance(3600);
   LogLines log;
   open("untouched", 100);
   EXPECT_EQ(log.take().size(), 1u);
@@ -264,7 +255,7 @@ TEST_F(OpenURLTest, OpensOneAtATouchHoweverManyAreAskedFor) {
   LaunchPermit::shared().touched();
   open("second", 1);
   ASSERT_TRUE(hasNoted("second"));
-  EXPECT_EQ(quorbel_tests::readFile(noted_), "x-quorbel:first\nx-quorbel:second\n");
+  EXPECT_EQ(readFile(noted_), "x-quorbel:first\nx-quorbel:second\n");
 }
 
 TEST_F(OpenURLTest, NothingOpensFilesNorWhatNobodyKnows) {
@@ -276,20 +267,6 @@ TEST_F(OpenURLTest, NothingOpensFilesNorWhatNobodyKnows) {
     application_.openURL(*URL::parse(text));
     EXPECT_TRUE(LaunchPermit::shared().isGiven()) << text;
   }
-}
-
-TEST(MailServiceTest, AMailNobodyAskedForIsNotWritten) {
-  FakeClock clock;
-  letTouchesExpire(clock);
-  LogLines log;
-  std::vector<MailResult> results;
-  for (int i = 0; i < 100; ++i) {
-    MailService::standard().compose({}, [&](MailResult result) { results.push_back(result); });
-  }
-  EXPECT_TRUE(results.empty());
-  ASSERT_TRUE(quorbel_tests::runUntil([&] { return results.size() == 100; }));
-  EXPECT_EQ(std::count(results.begin(), results.end(), MailResult::Failed), 100);
-  EXPECT_LE(log.take().size(), 1u);
 }
 
 }  // namespace

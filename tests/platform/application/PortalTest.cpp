@@ -16,7 +16,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::runUntil;
+using namespace quorbel_tests;
 
 constexpr const char* kPath = "/org/freedesktop/portal/desktop";
 constexpr const char* kInterfaces =
@@ -49,7 +49,7 @@ class PortalTest : public ::testing::Test {
 
   std::string mail_;     // the options of the last one
   std::string request_;  // its path
-  quorbel_tests::BusService portal_{[this](const std::string& method, GVariant* parameters) {
+  BusService portal_{[this](const std::string& method, GVariant* parameters) {
     return answer(method, parameters);
   }};
 };
@@ -72,7 +72,7 @@ TEST_F(PortalTest, AppearanceIsReadAndFollowed) {
 }
 
 TEST_F(PortalTest, AMailIsWrittenByThePortalOrElseByTheDefaultHandler) {
-  const quorbel_tests::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const std::string noted = folder.file("noted");
   GAppInfo* const mailer =
       g_app_info_create_from_commandline(("sh -c 'echo $0 > " + noted + "'").c_str(), "Mailer",
@@ -90,8 +90,7 @@ TEST_F(PortalTest, AMailIsWrittenByThePortalOrElseByTheDefaultHandler) {
   };
   const auto isGivenToTheHandler = [&] {
     const bool given = runUntil([&] {
-      return result &&
-             quorbel_tests::readFile(noted) == "mailto:a@b?cc=c@d&bcc=e@f&subject=Hi&body=text\n";
+      return result && readFile(noted) == "mailto:a@b?cc=c@d&bcc=e@f&subject=Hi&body=text\n";
     });
     std::filesystem::remove(noted);
     return given;
@@ -116,6 +115,10 @@ TEST_F(PortalTest, AMailIsWrittenByThePortalOrElseByTheDefaultHandler) {
     EXPECT_EQ(response == 2 && isGivenToTheHandler(), response == 2);
   }
   EXPECT_FALSE(std::filesystem::exists(noted)) << "written twice";
+  result.reset();
+  MailService::standard().compose({}, [&](MailResult told) { result = told; });
+  EXPECT_EQ(result, none);
+  EXPECT_TRUE(runUntil([&] { return result == MailResult::Failed; })) << "nobody asked for it";
 }
 
 }  // namespace

@@ -16,10 +16,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::readFile;
-using quorbel_tests::toneFile;
-using quorbel_tests::wave;
-using quorbel_tests::writeFile;
+using namespace quorbel_tests;
 
 std::shared_ptr<const DecodedClip> decode(const std::string& path) {
   auto clip = decodeClip(path);
@@ -28,7 +25,7 @@ std::shared_ptr<const DecodedClip> decode(const std::string& path) {
 }
 
 /// A folder for the files of a test.
-struct Folder : quorbel_tests::TemporaryFolder {
+struct Folder : TemporaryFolder {
   std::string write(const std::string& name, const std::string& content) const {
     writeFile(file(name), content);
     return file(name);
@@ -166,7 +163,7 @@ TEST(ClipCache, DecodesAheadWhatIsWanted) {
   const std::string path = folder.write("clip.wav", sound);
   const auto changed = std::filesystem::last_write_time(path);
   // A file that looks the same but holds no sound is only heard if it was decoded before.
-  EXPECT_TRUE(quorbel_tests::runUntil([&] {
+  EXPECT_TRUE(runUntil([&] {
     folder.write("clip.wav", std::string(sound.size(), '\0'));
     std::filesystem::last_write_time(path, changed);
     if (cache.clip(path)) return true;

@@ -60,11 +60,7 @@ extern "C" pa_operation* pa_stream_cork(pa_stream* stream, int corks, pa_stream_
 namespace {
 
 using platform::AudioPlayer;
-using quorbel_tests::MonitorRecording;
-using quorbel_tests::PrivateSoundServer;
-using quorbel_tests::runFor;
-using quorbel_tests::runUntil;
-using quorbel_tests::toneFile;
+using namespace quorbel_tests;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
@@ -101,7 +97,7 @@ class AudioPlayerTest : public ::testing::Test {
                                     platform::AudioPlayerDelegate* listener = nullptr) {
     const std::string name = std::to_string(frequency) + "-" + std::to_string(seconds) + ".wav";
     if (!std::filesystem::exists(folder_.file(name))) {
-      quorbel_tests::writeFile(folder_.file(name), toneFile(frequency, seconds));
+      writeFile(folder_.file(name), toneFile(frequency, seconds));
     }
     auto player = AudioPlayer::withContentsOfFile(folder_.file(name));
     if (!player) return nullptr;
@@ -121,8 +117,8 @@ class AudioPlayerTest : public ::testing::Test {
     return runUntil([&] { return recording.peakOfLast(0.2) < 0.001F; });
   }
 
-  quorbel_tests::TemporaryFolder folder_;
-  quorbel_tests::LogLines warnings_;
+  TemporaryFolder folder_;
+  LogLines warnings_;
 };
 
 TEST_F(AudioPlayerTest, AClipIsHeardOnceAndItsDelegateToldOfItsEnd) {

@@ -13,9 +13,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::ScopedVariable;
-using quorbel_tests::TemporaryFolder;
-using quorbel_tests::writeFile;
+using namespace quorbel_tests;
 
 constexpr const char* kMachineID = "0123456789abcdef0123456789abcdef";
 
@@ -50,19 +48,19 @@ TEST_F(LinuxDeviceTest, DrawsWithTheProcessorWhereNoDeviceDoes) {
   for (const auto& [node, chosen, expected] : cases) {
     const ScopedVariable renderer("GSK_RENDERER", chosen);
     put(node, "");
-    platform::chooseRenderer(root_.path());
+    chooseRenderer(root_.path());
     const char* const found = std::getenv("GSK_RENDERER");
     EXPECT_EQ(found ? found : "", expected) << node;
   }
 }
 
 TEST_F(LinuxDeviceTest, TellsTheSystemsOwnVersionInDigitsAndDots) {
-  const std::string release = quorbel_tests::run(". /etc/os-release; echo $VERSION_ID").output;
-  const std::string kernel = quorbel_tests::run("uname -r").output;
+  const std::string release = run(". /etc/os-release; echo $VERSION_ID").output;
+  const std::string kernel = run("uname -r").output;
   const std::string version = device().systemVersion();
   EXPECT_EQ(version.find_first_not_of("0123456789."), std::string::npos) << version;
   EXPECT_TRUE(release == version + "\n" || kernel.starts_with(version)) << version;
-  EXPECT_EQ(device().machine() + "\n", quorbel_tests::run("uname -m").output);
+  EXPECT_EQ(device().machine() + "\n", run("uname -m").output);
 }
 
 TEST_F(LinuxDeviceTest, TheIdentifierIsTheMachinesAndTheApplicationsAndRevealsNeither) {
@@ -100,7 +98,7 @@ TEST_F(LinuxDeviceTest, AMachineWithoutAnIdGetsOneThatLasts) {
   put("/etc/machine-id", "uninitialized\n");
   const std::string identifier = device().uniqueIdentifier();
   const std::string kept = *stateFolder() + "/installation-id";
-  EXPECT_EQ(quorbel_tests::readFile(kept).size(), 64u);
+  EXPECT_EQ(readFile(kept).size(), 64u);
   EXPECT_EQ(device().uniqueIdentifier(), identifier);
   writeFile(kept, "another installation");
   EXPECT_NE(device().uniqueIdentifier(), identifier) << "what was kept is not read";

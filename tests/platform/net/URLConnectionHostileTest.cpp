@@ -12,11 +12,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::FakeRunLoop;
-using quorbel_tests::FetchRecorder;
-using quorbel_tests::LoopbackResponse;
-using quorbel_tests::LoopbackServer;
-using quorbel_tests::runUntil;
+using namespace quorbel_tests;
 using Ending = LoopbackResponse::Ending;
 
 constexpr std::size_t kLongestBody = 16 * 1024 * 1024;
@@ -64,7 +60,7 @@ TEST(HostileServerTest, EndsEachFetchOnceWithinItsLimits) {
       raw("NotGzip", kOK + "Content-Encoding: gzip\r\nContent-Length: 4\r\n\r\nnope", 0),
       {"GzipBomb",
        {.headers = {{"Content-Encoding", "gzip"}},
-        .body = quorbel_tests::run("head -c 33M /dev/zero | gzip").output},
+        .body = run("head -c 33M /dev/zero | gzip").output},
        kURLErrorDataTooLong},
       {"RedirectToNowhere",
        {.status = 302, .headers = {{"Location", "http://["}}},

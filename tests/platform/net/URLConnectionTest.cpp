@@ -12,12 +12,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::FetchRecorder;
-using quorbel_tests::LoopbackRequest;
-using quorbel_tests::LoopbackResponse;
-using quorbel_tests::LoopbackServer;
-using quorbel_tests::runFor;
-using quorbel_tests::runUntil;
+using namespace quorbel_tests;
 using ::testing::ElementsAre;
 
 class URLConnectionTest : public ::testing::Test {

@@ -8,9 +8,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::ScopedVariable;
-using quorbel_tests::TemporaryFolder;
-using quorbel_tests::writeFile;
+using namespace quorbel_tests;
 
 TEST(Bundle, FindsResourcesInTheFirstFolderThatHasThem) {
   TemporaryFolder preferred;

@@ -39,8 +39,7 @@ extern "C" int fsync(int descriptor) {
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::TemporaryFolder;
-using quorbel_tests::writeFile;
+using namespace quorbel_tests;
 
 namespace fs = std::filesystem;
 
@@ -131,7 +130,7 @@ TEST(FileUserDefaults, SetsAsideWithOneLineWhatItCannotReadBack) {
     const TemporaryFolder folder;
     make(folder.file("k.json"));
     FileUserDefaults defaults(folder.path());
-    quorbel_tests::LogLines log;
+    LogLines log;
     EXPECT_FALSE(defaults.objectForKey("k"));
     EXPECT_FALSE(defaults.objectForKey("k"));
     EXPECT_EQ(log.lines().size(), 1u);
@@ -153,7 +152,7 @@ TEST(FileUserDefaults, KeepsValuesInMemoryWhereNothingCanBeWritten) {
   diskIsFull = true;
   for (FileUserDefaults* const defaults : {&blocked, &nowhere, &full}) {
     defaults->setObject("k", 1);
-    quorbel_tests::LogLines log;
+    LogLines log;
     EXPECT_FALSE(defaults->flush());
     EXPECT_FALSE(defaults->flush());
     EXPECT_EQ(log.lines().size(), 1u);
@@ -221,7 +220,7 @@ TEST(FileUserDefaults, AKillAtAnyInstantLeavesTheOldOrTheNewContent) {
         defaults.hasten();
       }
     }
-    EXPECT_TRUE(quorbel_tests::runUntil([&] { return written() > last; }));
+    EXPECT_TRUE(runUntil([&] { return written() > last; }));
     usleep(static_cast<useconds_t>(round) * 7'001);
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);

@@ -10,8 +10,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::TemporaryFolder;
-using quorbel_tests::writeFile;
+using namespace quorbel_tests;
 
 std::string xml(const std::string& content) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + content +

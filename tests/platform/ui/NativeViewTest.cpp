@@ -10,7 +10,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::runUntil;
+using namespace quorbel_tests;
 
 class NativeViewTest : public ::testing::Test {
  protected:
@@ -25,7 +25,7 @@ class NativeViewTest : public ::testing::Test {
   void TearDown() override {
     screen.reset();
     window.reset();
-    quorbel_tests::runFor(0.02);
+    runFor(0.02);
   }
 
   std::shared_ptr<View> addView(const Rect& frame) {

@@ -20,7 +20,7 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::runUntil;
+using namespace quorbel_tests;
 using Lines = std::vector<std::string>;
 
 /// Records its hooks and runs a test's function in one of them.
@@ -76,7 +76,7 @@ class WindowTest : public ::testing::Test {
 
   void TearDown() override {
     window.reset();
-    quorbel_tests::runFor(0.02);
+    runFor(0.02);
   }
 
   static void setAnimations(bool on) {
@@ -104,7 +104,7 @@ TEST_F(WindowTest, TellsOnceWhenItHasTheSizeThatItKeeps) {
   enum class Meanwhile { Nothing, AnotherSize, NotDrawn };
   for (const Meanwhile change : {Meanwhile::Nothing, Meanwhile::AnotherSize, Meanwhile::NotDrawn}) {
     SCOPED_TRACE(int(change));
-    quorbel_tests::FakeRunLoop loop;  // a busy machine must not end the wait for a slow desktop
+    FakeRunLoop loop;  // a busy machine must not end the wait for a slow desktop
     window = std::make_shared<Window>(Size{360, 640});
     GtkWindow* const native = window->native().window().gobj();
     const Size size = change == Meanwhile::AnotherSize ? Size{500, 400} : Size{360, 640};
@@ -176,7 +176,7 @@ TEST_F(WindowTest, ASlideEndsAlsoWithoutAnimationsAndWithoutBeingDrawn) {
 }
 
 TEST_F(WindowTest, KeysAndButtonsThatLeaveReachTheTopScreenAlone) {
-  if (!quorbel_tests::hasPointer()) GTEST_SKIP() << "needs a pointer";
+  if (!hasPointer()) GTEST_SKIP() << "needs a pointer";
   root->presentModalViewController(screen("a"), false);
   GtkWidget* const native = GTK_WIDGET(window->native().window().gobj());
   const struct {
@@ -192,15 +192,15 @@ TEST_F(WindowTest, KeysAndButtonsThatLeaveReachTheTopScreenAlone) {
               {"a", "Alt_L", ""}};
   for (const auto& row : rows) {
     lines.clear();
-    quorbel_tests::typeKey(native, row.key, row.with);
+    typeKey(native, row.key, row.with);
     // What follows is only seen after the key.
-    quorbel_tests::typeKey(native, "Escape");
+    typeKey(native, "Escape");
     ASSERT_TRUE(waitFor("a cancel")) << row.key;
     runUntil([&] { return lines.size() > 1 || !*row.line; });
     EXPECT_EQ(lines, *row.line ? (Lines{row.line, "a cancel"}) : Lines{"a cancel"}) << row.key;
   }
   lines.clear();
-  quorbel_tests::clickWidget(native, {100, 200}, 8);
+  clickWidget(native, {100, 200}, 8);
   EXPECT_TRUE(waitFor("a back"));
 }
 
@@ -269,7 +269,7 @@ TEST_F(WindowTest, ItsRootAndItselfMayGoInTheMidstOfASlideAndFromAHook) {
   root->presentModalViewController(shown, true);
   window.reset();
   EXPECT_EQ(shown->window(), nullptr);
-  quorbel_tests::runFor(0.05);
+  runFor(0.05);
 
   SetUp();
   shown = screen("a");
@@ -314,7 +314,7 @@ TEST_F(WindowTest, KeepsItsShapeWhereNotAllOfItWouldStayInSight) {
     window->resize(desktop ? Size{640, 360} : Size{1500, 300});
   }
   ASSERT_TRUE(runUntil([&] { return isLandscape(window->orientation()); }));
-  quorbel_tests::runFor(0.5);  // a tiling desktop sets its own size later
+  runFor(0.5);  // a tiling desktop sets its own size later
   const Size before = window->size();
   const auto upright = screen("a");
   upright->anyOrientation = false;
@@ -340,7 +340,7 @@ TEST_F(WindowTest, TurnsBackWithWhatIsBelowUnlessSomebodyDidSoBefore) {
   window->resize({400, 700});
   ASSERT_TRUE(runUntil([&] { return !isLandscape(window->orientation()); }));
   root->dismissModalViewControllerAnimated(false);
-  quorbel_tests::runFor(0.1);
+  runFor(0.1);
   EXPECT_EQ(window->size(), (Size{400, 700}));
 }
 
@@ -348,7 +348,7 @@ TEST_F(WindowTest, OnlyAScreenThatAllowsItHearsOfARotation) {
   root->anyOrientation = false;
   window->resize({640, 360});
   ASSERT_TRUE(runUntil([&] { return isLandscape(window->orientation()); }));
-  quorbel_tests::runFor(0.05);
+  runFor(0.05);
   EXPECT_EQ(lines, Lines{});
 
   const auto shown = screen("a");

@@ -15,17 +15,16 @@
 namespace valdren::platform {
 namespace {
 
-using quorbel_tests::LogLines;
-using quorbel_tests::runUntil;
+using namespace quorbel_tests;
 
 /// Writes an executable shell script.
 std::string script(const std::string& path, const std::string& commands) {
-  quorbel_tests::writeFile(path, "#!/bin/sh\n" + commands + "\n");
+  writeFile(path, "#!/bin/sh\n" + commands + "\n");
   chmod(path.c_str(), 0755);
   return path;
 }
 
-std::string refusingSandbox(const quorbel_tests::TemporaryFolder& folder) {
+std::string refusingSandbox(const TemporaryFolder& folder) {
   return script(folder.file("bwrap"),
                 "echo 'bwrap: No permissions to create a namespace' >&2\n"
                 "echo again >> " +
@@ -33,7 +32,7 @@ std::string refusingSandbox(const quorbel_tests::TemporaryFolder& folder) {
 }
 
 TEST(EngineCheckTest, SaysOnceWhyNoPageCanBeShown) {
-  const quorbel_tests::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const EnginePrograms installed = EnginePrograms::installed();
   ASSERT_TRUE(installed.library->load());
   const std::string programFolder = EnginePrograms::folderOf(*installed.library);
@@ -84,36 +83,36 @@ TEST(EngineCheckTest, SaysOnceWhyNoPageCanBeShown) {
 }
 
 TEST(EngineCheckTest, WithoutASandboxEveryLoadFailsAndNothingRunsOutsideIt) {
-  const quorbel_tests::TemporaryFolder folder;
-  const quorbel_tests::ScopedVariable asked("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1");
+  const TemporaryFolder folder;
+  const ScopedVariable asked("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1");
   EnginePrograms programs = EnginePrograms::installed();
   programs.sandbox = refusingSandbox(folder);
   EngineCheck check(programs);
   const EngineCheck::Replacement replacement(check);
   LogLines log;
-  const auto before = quorbel_tests::webProcesses();
+  const auto before = webProcesses();
   WebView::prepareNext();
   for (int i = 0; i < 2; ++i) {
-    quorbel_tests::Page page;
+    Page page;
     EXPECT_FALSE(page.load("<p>Hello", "http://ads.example/"));
     EXPECT_EQ(page.delegate.lines.size(), 2u);
     EXPECT_FALSE(page.view->isLoading());
     EXPECT_FALSE(page.go("http://ads.example/again"));
     EXPECT_EQ(page.evaluate("1 + 1"), "");
   }
-  EXPECT_EQ(quorbel_tests::webProcesses(), before);
+  EXPECT_EQ(webProcesses(), before);
   EXPECT_EQ(log.lines().size(), 1u);
-  EXPECT_EQ(quorbel_tests::readFile(folder.file("asked")), "again\n");
+  EXPECT_EQ(readFile(folder.file("asked")), "again\n");
   EXPECT_EQ(getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"), nullptr);
 }
 
 TEST(EngineCheckTest, WhatIsAskedOfAPageBeforeTheAnswerHappensAfterIt) {
   EngineCheck check(EnginePrograms::installed());
   const EngineCheck::Replacement replacement(check);
-  quorbel_tests::Page page;
-  quorbel_tests::Page related({0, 0, 320, 50}, page.view.get());
-  quorbel_tests::Page stopped;
-  auto dropped = std::make_unique<quorbel_tests::Page>();
+  Page page;
+  Page related({0, 0, 320, 50}, page.view.get());
+  Page stopped;
+  auto dropped = std::make_unique<Page>();
   EXPECT_EQ(page.view->engine().userAgent(), "");
   related.view->loadHTMLString("<p>Two", {});
   stopped.view->loadHTMLString("<p>Three", {});

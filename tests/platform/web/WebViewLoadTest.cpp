@@ -126,8 +126,7 @@ TEST(WebViewLoad, SupersededAndStoppedLoads) {
   page.view->loadHTMLString("one", std::nullopt);
   page.view->loadHTMLString("two", std::nullopt);
   page.view->stopLoading();
-  EXPECT_TRUE(runUntil([&] { return page.ends() == 2; }))
-      << testing::PrintToString(page.delegate.lines);
+  EXPECT_TRUE(runUntil([&] { return page.ends() == 2; }));
   EXPECT_FALSE(page.view->isLoading());
 }
 
@@ -232,8 +231,7 @@ TEST(WebViewLoad, MayBeDestroyedInEachOfItsCalls) {
     }
     page.view->stringByEvaluatingJavaScriptFromString(
         "new Promise(() => {})", [&](const std::string&) { evaluated = true; });
-    EXPECT_TRUE(runUntil([&] { return !page.view; }))
-        << testing::PrintToString(page.delegate.lines);
+    EXPECT_TRUE(runUntil([&] { return !page.view; }));
     const Lines told = page.delegate.lines;
     const bool before = evaluated;
     runFor(0.3);

@@ -59,9 +59,7 @@ TEST(WebViewNavigation, AsksAboutAddressesOfAnyScheme) {
   page.delegate.lines.clear();
   for (const Case& each : cases) {
     page.evaluate(each.script);
-    EXPECT_TRUE(runUntil([&] { return page.delegate.has(each.line); }))
-        << each.script << "\n"
-        << testing::PrintToString(page.delegate.lines);
+    EXPECT_TRUE(runUntil([&] { return page.delegate.has(each.line); })) << each.script;
   }
   runFor(0.7);
   EXPECT_EQ(page.delegate.count("start") + page.ends(), 0) << "a refused one is no load";
@@ -104,8 +102,7 @@ TEST(WebViewNavigation, OpensNewWindowsInPlace) {
     EXPECT_EQ(page.evaluate(std::string(script) + "; 'done'"), "done");
     EXPECT_TRUE(page.waitForEnd(0));
     EXPECT_EQ(page.evaluate("document.body.innerText"), "new");
-    EXPECT_EQ(page.delegate.lines.size(), 3u) << "asked once:\n"
-                                              << testing::PrintToString(page.delegate.lines);
+    EXPECT_THAT(page.delegate.lines, testing::SizeIs(3)) << "asked once";
   }
   page.load("<a href=/new target=_blank>x</a>", server.address("/"));
   page.delegate.decide = [](const platform::URLRequest&, platform::NavigationType) {
@@ -134,7 +131,7 @@ TEST(WebViewNavigation, LoadsNothingButWebPagesWhateverItsDelegateSays) {
                   std::string(address) + "'");
   }
   runFor(0.5);
-  EXPECT_EQ(page.delegate.finishes(), 0) << testing::PrintToString(page.delegate.lines);
+  EXPECT_EQ(page.delegate.finishes(), 0);
   EXPECT_EQ(page.evaluate("document.body.innerText.trim()"), "here");
   page.view->loadHTMLString("<img src='file:///etc/passwd'>", platform::URL::parse("file:///etc/"));
   page.waitForEnd(page.ends());
