@@ -18,7 +18,6 @@ namespace {
 using platform::Dictionary;
 using platform::Value;
 using quorbel_tests::Finished;
-using quorbel_tests::readFile;
 using quorbel_tests::run;
 using quorbel_tests::ScopedVariable;
 using quorbel_tests::TemporaryFolder;

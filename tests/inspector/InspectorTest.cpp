@@ -5,7 +5,6 @@
 #include "platform/base/PercentEncoding.h"
 #include "sandbox/Sandbox.h"
 #include "tests/support/FetchRecorder.h"
-#include "tests/support/Loop.h"
 #include "tests/support/WebPage.h"
 
 namespace platform = valdren::platform;

@@ -4,7 +4,6 @@
 #include "ads/request/VADLocation.h"
 #include "ads/signals/EncryptedSignals.h"
 #include "platform/base/PercentEncoding.h"
-#include "sandbox/Decryption.h"
 #include "tests/sandbox/Network.h"
 
 namespace {
@@ -35,20 +34,6 @@ TEST(Log, ShowsARequestWithItsParametersAndWhatWasSealed) {
   EXPECT_NE(text(seen.front(), "location").find("latitude_e7: 473699989"), std::string::npos)
       << text(seen.front(), "location");
   EXPECT_EQ(text(*entry.find("signals"), "viewed"), "1234");
-}
-
-TEST(Log, DoesNotOpenWhatClientsDidNotSeal) {
-  const auto signals = valdren::encryptSignals({{"viewed", 1}});
-  std::string changed = *signals;
-  changed[20] = changed[20] == 'A' ? 'B' : 'A';
-  for (const std::string& bad : {std::string(), std::string("AAAA"), std::string("%%%"), changed}) {
-    EXPECT_FALSE(sandbox::decryptedSignals(bad)) << bad;
-  }
-  for (const char* bad : {"", "a", "a+", "e1+", "e1+AAAA", "e1+!!!!", "b+AAAA",
-                          "e1+AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA", "a+_w"}) {
-    const auto opened = sandbox::decodedLocation(bad);
-    EXPECT_TRUE(!opened || opened->empty()) << bad;
-  }
 }
 
 TEST(Log, ForgetsTheOldestAndCutsWhatIsLong) {

@@ -36,7 +36,6 @@ class FakeWebEngine final : public platform::WebEngine {
   std::vector<HTML> pages;
   std::vector<std::string> scripts;
   int reloads = 0;
-  int stops = 0;
   int backs = 0;
   int forwards = 0;
 
@@ -78,10 +77,7 @@ class FakeWebEngine final : public platform::WebEngine {
     if (result) result("");
   }
   void reload() override { ++reloads; }
-  void stopLoading() override {
-    ++stops;
-    loading = false;
-  }
+  void stopLoading() override { loading = false; }
   void goBack() override { ++backs; }
   void goForward() override { ++forwards; }
   bool canGoBack() const override { return back; }

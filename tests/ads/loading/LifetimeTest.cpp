@@ -7,7 +7,6 @@
 namespace {
 
 using namespace valdren;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class LifetimeTest : public quorbel_tests::LoaderTest {

@@ -8,7 +8,6 @@
 #include "ads/request/VADNetworkChecker.h"
 #include "ads/request/VADRequestError.h"
 #include "ads/request/VADRequestPrivate.h"
-#include "ads/signals/Signals.h"
 #include "ads/support/VADMacros.h"
 #include "ads/telemetry/VADStatistics.h"
 #include "platform/base/Json.h"

@@ -11,7 +11,6 @@ namespace {
 using namespace valdren;
 using platform::NavigationType;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using Events = std::vector<std::string>;
 
 class VADBannerWebViewDelegateTest : public ::testing::Test, protected quorbel_tests::FakeMachine {

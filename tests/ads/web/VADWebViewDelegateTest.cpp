@@ -17,7 +17,6 @@ namespace {
 using namespace valdren;
 using platform::NavigationType;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
