@@ -13,7 +13,6 @@
 
 namespace {
 
-using platform::ApplicationDescription;
 using platform::Window;
 using Lines = std::vector<std::string>;
 
@@ -71,7 +70,7 @@ class ApplicationTest : public ::testing::Test {
     return platform::applicationMain(description);
   }
 
-  ApplicationDescription description;
+  platform::ApplicationDescription description;
   bool launches = true;
   Lines lines;
 };

@@ -8,12 +8,11 @@ namespace {
 
 using quorbel::Command;
 using quorbel::Options;
-using quorbel::parseOptions;
 using quorbel::UsageError;
 
 std::variant<Options, UsageError> parse(std::vector<const char*> arguments) {
   arguments.insert(arguments.begin(), "quorbel");
-  return parseOptions(static_cast<int>(arguments.size()), arguments.data());
+  return quorbel::parseOptions(static_cast<int>(arguments.size()), arguments.data());
 }
 
 TEST(Options, EachIsReadWithASpaceOrAnEqualsSign) {

@@ -20,7 +20,6 @@
 
 namespace {
 
-using platform::InterfaceOrientation;
 using platform::Rect;
 using platform::Size;
 using quorbel::sounds;
@@ -276,7 +275,7 @@ TEST_P(SoundScreenTest, AsksForAnAdOnceItsViewIsLoadedAndTurnsOnATablet) {
   EXPECT_TRUE(loading.fetch(0).url().starts_with(
       valdren::VADConfiguration::scriptHostBaseURL().absoluteString()))
       << loading.fetch(0).url();
-  using enum InterfaceOrientation;
+  using enum platform::InterfaceOrientation;
   for (const auto orientation : {PortraitUpsideDown, LandscapeLeft, LandscapeRight}) {
     EXPECT_EQ(screen->shouldAutorotateToInterfaceOrientation(orientation), isTablet());
   }

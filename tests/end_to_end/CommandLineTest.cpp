@@ -13,7 +13,6 @@ namespace {
 
 using quorbel_tests::Finished;
 using quorbel_tests::run;
-using quorbel_tests::TemporaryFolder;
 
 const std::string kProgram = QUORBEL_PROGRAM;
 
@@ -37,7 +36,7 @@ class CommandLine : public ::testing::Test {
   }
   std::string said() const { return quorbel_tests::readFile(folder.file("said")); }
 
-  TemporaryFolder folder;
+  quorbel_tests::TemporaryFolder folder;
 };
 
 TEST_F(CommandLine, SaysWhatItIsOrWhatIsWrongWithoutADisplay) {

@@ -9,7 +9,6 @@ namespace {
 
 using quorbel_tests::Finished;
 using quorbel_tests::run;
-using quorbel_tests::TemporaryFolder;
 
 class InstallPackages : public ::testing::Test {
  protected:
@@ -43,7 +42,7 @@ class InstallPackages : public ::testing::Test {
                " " INSTALL_PACKAGES_FOLDER "/install_packages build 2>&1");
   }
 
-  TemporaryFolder folder;
+  quorbel_tests::TemporaryFolder folder;
 };
 
 TEST_F(InstallPackages, DoesAndSaysNothingWhenNothingIsMissing) {

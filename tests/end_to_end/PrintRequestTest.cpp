@@ -20,7 +20,6 @@ using platform::Value;
 using quorbel_tests::Finished;
 using quorbel_tests::run;
 using quorbel_tests::ScopedVariable;
-using quorbel_tests::TemporaryFolder;
 using quorbel_tests::writeFile;
 
 namespace fs = std::filesystem;
@@ -44,7 +43,7 @@ class PrintRequest : public testing::Test {
     return run("find '" + home_.path() + "' -type f -exec sha1sum {} + | sort").output;
   }
 
-  TemporaryFolder home_;
+  quorbel_tests::TemporaryFolder home_;
   ScopedVariable state_{"XDG_STATE_HOME", home_.path().c_str()};
   ScopedVariable documents_{"XDG_DOCUMENTS_DIR", home_.file("Documents").c_str()};
   Finished last_;

@@ -12,7 +12,6 @@ namespace {
 
 using quorbel_tests::FetchRecorder;
 using quorbel_tests::run;
-using quorbel_tests::runUntil;
 using sandbox::Sandbox;
 using sandbox_tests::Network;
 
@@ -76,7 +75,7 @@ TEST(Sandbox, ServesOthersAndEndsAtOnceWhileAnswersAreUnderWay) {
   FetchRecorder whole;
   ASSERT_TRUE(whole.fetch(unit("fill")));
   EXPECT_EQ(whole.response->statusCode, 200);
-  EXPECT_TRUE(runUntil([&] { return unfinished[1].bodySize > 0; }));
+  EXPECT_TRUE(quorbel_tests::runUntil([&] { return unfinished[1].bodySize > 0; }));
   sandbox.reset();
   for (const FetchRecorder& each : unfinished) EXPECT_FALSE(each.finished);
 }

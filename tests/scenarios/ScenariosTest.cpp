@@ -21,7 +21,6 @@
 namespace {
 
 using namespace valdren;
-using quorbel_tests::runFor;
 using quorbel_tests::runUntil;
 
 constexpr double kPatience = 30;  // seconds; every scenario takes less than a third of it
@@ -102,7 +101,7 @@ class ScenariosTest : public ::testing::Test {
     const std::string expected = scenario.outcome.empty() ? "" : scenario.outcome + " ";
     if (!expected.empty()) runUntil([&] { return !outcome.empty(); }, kPatience);
     runUntil([&] { return state() == scenario.state; }, kPatience);
-    runFor(0.3);
+    quorbel_tests::runFor(0.3);
     EXPECT_EQ(outcome, expected);
     EXPECT_EQ(state(), scenario.state);
 

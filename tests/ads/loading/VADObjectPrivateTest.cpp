@@ -8,7 +8,6 @@
 namespace {
 
 using namespace valdren;
-using quorbel_tests::FakeWebEngine;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -38,7 +37,7 @@ TEST_F(VADObjectPrivateTest, BringsAnAdFromTheScriptToThePings) {
   ASSERT_TRUE(hasBuilderPage());
   EXPECT_TRUE(builderPage().host.isHidden());
   EXPECT_EQ(builderPage().related, &adPage());
-  const FakeWebEngine::HTML page = builderPage().pages.at(0);
+  const quorbel_tests::FakeWebEngine::HTML page = builderPage().pages.at(0);
   EXPECT_EQ(page.baseURL->absoluteString(), "https://ads.valdren.example");
   EXPECT_THAT(page.text, StartsWith(std::string("<html><head><script>") + kScript +
                                     "</script><script>URVO_buildAdURL({"));

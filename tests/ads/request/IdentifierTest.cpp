@@ -14,9 +14,6 @@ namespace {
 
 using platform::Dictionary;
 using platform::InterfaceIdiom;
-using platform::InterfaceOrientation;
-using quorbel_tests::ScopedVariable;
-using quorbel_tests::TemporaryFolder;
 using quorbel_tests::writeFile;
 using valdren::VADIdentifierUtilities;
 
@@ -34,8 +31,8 @@ class Identifier : public testing::Test, protected quorbel_tests::FakeMachine {
     return found ? found->description() : "(none)";
   }
 
-  TemporaryFolder home_;
-  ScopedVariable documents_{"XDG_DOCUMENTS_DIR", home_.file("Documents").c_str()};
+  quorbel_tests::TemporaryFolder home_;
+  quorbel_tests::ScopedVariable documents_{"XDG_DOCUMENTS_DIR", home_.file("Documents").c_str()};
 };
 
 TEST_F(Identifier, TellsEverythingInTheRightForm) {
@@ -86,7 +83,7 @@ TEST_F(Identifier, ReadsWhatMayChangeAfreshAndKeepsTheRest) {
 
   display.scaleFactor = 1.5;
   display.frame = {0, 0, 1024.5, 700};
-  application.orientation = InterfaceOrientation::LandscapeLeft;
+  application.orientation = platform::InterfaceOrientation::LandscapeLeft;
   application.setStatusBarHidden(true);
   audio.currentRoute = std::optional<std::string>("Headphone");
   application.openableSchemes = {"kindle"};

@@ -21,7 +21,6 @@ namespace {
 using platform::Array;
 using platform::Dictionary;
 using platform::Value;
-using valdren::VADRequest;
 using valdren::VADRequestError;
 using valdren::VADRequestPrivate;
 using valdren::VADStatistics;
@@ -38,7 +37,7 @@ class Request : public testing::Test, protected quorbel_tests::FakeMachine {
   valdren::VADIdentifierUtilities identity_;
   valdren::VADIdentifierUtilities::Replacement identityInForce_{identity_};
   std::shared_ptr<VADRequestPrivate> request_ =
-      std::dynamic_pointer_cast<VADRequestPrivate>(VADRequest::request());
+      std::dynamic_pointer_cast<VADRequestPrivate>(valdren::VADRequest::request());
 };
 
 TEST_F(Request, CarriesWhatThePublisherSaid) {

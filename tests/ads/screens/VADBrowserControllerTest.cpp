@@ -10,7 +10,6 @@ namespace valdren {
 namespace {
 
 using quorbel_tests::FakeWebEngine;
-using quorbel_tests::FakeWebEngines;
 
 class VADBrowserControllerTest : public quorbel_tests::ScreenTest {
  protected:
@@ -228,7 +227,7 @@ TEST_F(VADBrowserControllerTest, EndsItsPageWithItself) {
   dynamic_cast<VADBrowserController&>(*window->topViewController()).relinquishScreen();
   loop.advance(0);
   EXPECT_EQ(webView->delegate(), nullptr);
-  EXPECT_EQ(FakeWebEngines::of(*webView).pages.at(0).text, "");
+  EXPECT_EQ(quorbel_tests::FakeWebEngines::of(*webView).pages.at(0).text, "");
 }
 
 }  // namespace

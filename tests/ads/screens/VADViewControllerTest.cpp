@@ -7,8 +7,6 @@
 namespace valdren {
 namespace {
 
-using platform::InterfaceOrientation;
-
 class VADViewControllerTest : public quorbel_tests::ScreenTest {
  protected:
   std::shared_ptr<VADViewController> makeScreen() {
@@ -239,7 +237,7 @@ TEST_F(VADViewControllerTest, TurnsAsItsOrientationsAllow) {
     screen->settingsChanged(
         {"settings", screen->view().get(), platform::Dictionary{{"supportedorientations", text}}});
     EXPECT_EQ(screen->supportedOrientations(), code) << text;
-    using enum InterfaceOrientation;
+    using enum platform::InterfaceOrientation;
     for (const auto& [orientation, turns] : {std::pair(Portrait, portrait),
                                              {PortraitUpsideDown, portrait},
                                              {LandscapeLeft, landscape},

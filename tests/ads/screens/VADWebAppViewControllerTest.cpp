@@ -13,7 +13,6 @@ namespace valdren {
 namespace {
 
 using quorbel_tests::FakeWebEngine;
-using quorbel_tests::FakeWebEngines;
 using ::testing::HasSubstr;
 
 class VADWebAppViewControllerTest : public quorbel_tests::ScreenTest {
@@ -189,7 +188,7 @@ TEST_F(VADWebAppViewControllerTest, APageThatTheAdGaveReachesItUntilItShowsAnoth
   const auto delegate = std::make_shared<VADWebViewDelegate>(openerWithScreens());
   opener->setDelegate(delegate.get());
   delegate->setViewController(host.get());
-  FakeWebEngine& below = FakeWebEngines::of(*opener);
+  FakeWebEngine& below = quorbel_tests::FakeWebEngines::of(*opener);
   show(below, "http://ads.test/ad");
   below.navigate("gmsg://x/open?a=webapp&html=x");
   ASSERT_NE(window->topViewController(), host.get());

@@ -19,7 +19,6 @@ using platform::Value;
 using valdren::VADMacros;
 using valdren::VADNetworkUtilities;
 using valdren::VADNumberUtilities;
-using valdren::VADPrivateObject;
 using valdren::VADPrivateUtilities;
 
 std::string textOf(const std::optional<URL>& url) {
@@ -100,7 +99,7 @@ TEST(NumberUtilities, CutTrailingZeros) {
 }
 
 /// Looks itself up and removes itself in its destructor.
-struct Companion final : public VADPrivateObject {
+struct Companion final : public valdren::VADPrivateObject {
   ~Companion() override {
     EXPECT_NE(VADPrivateUtilities::privateObjectForKey<Companion>(&theKey).get(), this);
     if (removesItself) VADPrivateUtilities::removePrivateObjectForKey(&theKey);

@@ -17,7 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using platform::URL;
-using quorbel_tests::FakeClock;
 using quorbel_tests::FakeURLLoading;
 using ::testing::Each;
 using ::testing::ElementsAre;
@@ -72,7 +71,7 @@ class VADCachedFileTest : public ::testing::Test {
     return status;
   }
 
-  FakeClock clock;
+  quorbel_tests::FakeClock clock;
   FakeURLLoading network;
   Owner owner;
   std::shared_ptr<VADCachedFile> file;

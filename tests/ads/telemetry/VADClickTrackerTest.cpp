@@ -9,7 +9,6 @@ namespace {
 
 using platform::URL;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const URL kPing = *URL::parse("http://ads.valdren.example/img/ticket");
 
@@ -84,7 +83,7 @@ TEST_F(VADClickTrackerTest, APingIsDroppedByTheNextOneAndByExpiryButNotByItsOwne
   application.expireBackgroundTasks();
   EXPECT_TRUE(fetches.last().isCancelled());
   EXPECT_FALSE(tracker->trackingURL());
-  EXPECT_THAT(owner.outcomes, IsEmpty());
+  EXPECT_THAT(owner.outcomes, testing::IsEmpty());
 
   tracker->trackURL(kPing);
   const std::weak_ptr<VADClickTracker> gone = tracker;
