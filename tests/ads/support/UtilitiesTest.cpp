@@ -4,6 +4,7 @@
 
 #include "ads/support/VADMacros.h"
 #include "ads/support/VADNetworkUtilities.h"
+#include "ads/support/VADNotification.h"
 #include "ads/support/VADNumberUtilities.h"
 #include "ads/support/VADPrivateUtilities.h"
 #include "tests/support/Printing.h"
@@ -84,6 +85,27 @@ TEST(NetworkUtilities, TakeAQueryApart) {
     EXPECT_EQ(VADNetworkUtilities::dictionaryFromQueryString(query), expected) << query;
   }
   EXPECT_TRUE(VADNetworkUtilities::dictionaryFromQueryString(std::nullopt).empty());
+}
+
+TEST(Notification, IsMadeFromAMessageURL) {
+  const std::tuple<const char*, const char*, std::optional<Dictionary>> cases[] = {
+      {"gmsg:///click?u=x", "click", Dictionary{{"u", "x"}}},
+      {"gmsg://mobileads.host/open?U=a%26b", "open", Dictionary{{"u", "a&b"}}},
+      {"gmsg:///close", "close", Dictionary{}},
+      {"gmsg:///", "", Dictionary{}},
+      {"gmsg:/a/b?x", "a/b", Dictionary{}},
+      {"vantic://launch?url=x&y=z", "open", Dictionary{{"a", "browser"}, {"u", "x"}}},
+      {"vantic://launch", "open", Dictionary{{"a", "browser"}}},
+      {"vantic://closecanvas?x=1", "close", std::nullopt},
+      {"vantic://log?String=s", "log", Dictionary{{"string", "s"}}},
+  };
+  for (const auto& [url, name, parameters] : cases) {
+    const auto notification = valdren::VADNotification::notificationFromURL(*URL::parse(url));
+    ASSERT_TRUE(notification) << url;
+    EXPECT_TRUE(valdren::VADNotification::isNotificationURL(*URL::parse(url)));
+    EXPECT_EQ(notification->name(), name) << url;
+    EXPECT_EQ(notification->parameters(), parameters) << url;
+  }
 }
 
 TEST(NumberUtilities, CutTrailingZeros) {
