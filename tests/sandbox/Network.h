@@ -8,12 +8,6 @@ namespace platform = valdren::platform;
 
 namespace sandbox_tests {
 
-/// The named value as text; empty when there is none.
-inline std::string text(const platform::Value& entry, std::string_view key) {
-  const platform::Value* value = entry.dictionary() ? entry.dictionary()->find(key) : nullptr;
-  return value ? value->description() : "";
-}
-
 struct Network : sandbox::AdNetwork {
   /// Answers a path with its query, like a client of this machine's.
   sandbox::Answer ask(const std::string& address, sandbox::Fields headers = {},
@@ -24,12 +18,6 @@ struct Network : sandbox::AdNetwork {
                    .path = address.substr(0, mark),
                    .query = address.substr(std::min(mark + 1, address.size())),
                    .headers = headers});
-  }
-  /// The requests since this one.
-  platform::Array requests(const std::string& since = "0") {
-    const auto log = platform::parseJson(ask("/log.json?since=" + since).body);
-    const platform::Value* const list = log ? log->dictionary()->find("requests") : nullptr;
-    return list ? *list->array() : platform::Array();
   }
 };
 

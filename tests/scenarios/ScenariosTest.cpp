@@ -150,16 +150,11 @@ TEST_F(ScenariosTest, PlaysTheAdServersErrors) {
 }
 
 TEST_F(ScenariosTest, ShowsWhateverCanBeShown) {
-  const Scenario scenarios[] = {
-      {"fill", "ad", kVADStateShowingAd},           {"slow", "ad", kVADStateShowingAd},
-      {"dribble", "ad", kVADStateShowingAd},        {"large", "ad", kVADStateShowingAd},
-      {"redirect-chain", "ad", kVADStateShowingAd}, {"trackers-many", "ad", kVADStateShowingAd},
-      {"trackers-bad", "ad", kVADStateShowingAd},   {"refresh-nonsense", "ad", kVADStateShowingAd},
-      {"ad-self-click", "ad", kVADStateShowingAd},  {"ad-flood", "ad", kVADStateShowingAd},
-      {"ad-nonsense", "ad", kVADStateShowingAd},    {"script-tovask", "ad", kVADStateShowingAd},
-      {"script-twice", "ad", kVADStateShowingAd},
-  };
-  for (const Scenario& each : scenarios) play(each);
+  for (const char* name : {"fill", "slow", "dribble", "large", "redirect-chain", "trackers-many",
+                           "trackers-bad", "refresh-nonsense", "ad-self-click", "ad-flood",
+                           "ad-nonsense", "script-tovask", "script-twice"}) {
+    play({name, "ad", kVADStateShowingAd});
+  }
 }
 
 TEST_F(ScenariosTest, PlaysTheScriptsErrors) {
