@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/net/URLConnection.h"
+#include "tests/support/Loop.h"
 
 namespace platform = valdren::platform;
 
@@ -16,10 +17,16 @@ namespace quorbel_tests {
 class FetchRecorder final : public platform::URLConnectionDelegate {
  public:
   /// Starts a fetch; false when it cannot be made.
-  bool start(const platform::URLRequest& request);
+  bool start(const platform::URLRequest& request) {
+    connection = platform::URLLoading::shared().makeConnection(request, this);
+    if (connection) connection->start();
+    return connection != nullptr;
+  }
   bool start(const platform::URL& url) { return start(platform::URLRequest{url}); }
   /// Starts a fetch and runs the main loop to its end; false when it takes too long.
-  bool fetch(const platform::URLRequest& request);
+  bool fetch(const platform::URLRequest& request) {
+    return start(request) && runUntil([this] { return isOver(); });
+  }
   bool fetch(const platform::URL& url) { return fetch(platform::URLRequest{url}); }
 
   std::unique_ptr<platform::URLConnection> connection;
@@ -41,13 +48,21 @@ class FetchRecorder final : public platform::URLConnectionDelegate {
   int errorCode() const { return error ? error->code : 0; }
 
   void connectionWillSendRequest(platform::URLConnection&, const platform::URLRequest& request,
-                                 const platform::URLResponse* redirectResponse) override;
+                                 const platform::URLResponse* redirectResponse) override {
+    urls.push_back(request.url.absoluteString());
+    if (redirectResponse) redirects.push_back(*redirectResponse);
+    note(redirectResponse ? "redirect" : "send");
+  }
   void connectionDidReceiveResponse(platform::URLConnection&,
                                     const platform::URLResponse& received) override {
     response = received;
     note("response");
   }
-  void connectionDidReceiveData(platform::URLConnection&, std::string_view data) override;
+  void connectionDidReceiveData(platform::URLConnection&, std::string_view data) override {
+    bodySize += data.size();
+    if (keepsBody) body += data;
+    note("data");
+  }
   void connectionDidFinishLoading(platform::URLConnection&) override {
     finished = true;
     note("finish");
@@ -58,7 +73,10 @@ class FetchRecorder final : public platform::URLConnectionDelegate {
   }
 
  private:
-  void note(const std::string& event);
+  void note(const std::string& event) {
+    if (event != "data" || events.empty() || events.back() != "data") events.push_back(event);
+    if (onEvent) onEvent(event);
+  }
 };
 
 }  // namespace quorbel_tests

@@ -84,10 +84,6 @@ LoopbackRequest requestOf(SoupServerMessage* message) {
   return request;
 }
 
-int portOf(GSocketAddress* address) {
-  return g_inet_socket_address_get_port(G_INET_SOCKET_ADDRESS(address));
-}
-
 }  // namespace
 
 LoopbackServer::LoopbackServer(Security security)
@@ -118,7 +114,8 @@ LoopbackServer::~LoopbackServer() {
 
 void LoopbackServer::serve(SoupServerMessage* message) {
   requests_.push_back(requestOf(message));
-  clients_.insert(portOf(soup_server_message_get_remote_address(message)));
+  clients_.insert(g_inet_socket_address_get_port(
+      G_INET_SOCKET_ADDRESS(soup_server_message_get_remote_address(message))));
   const auto found = handlers_.find(requests_.back().path);
   const LoopbackResponse response =
       found == handlers_.end() ? LoopbackResponse{.status = 404} : found->second(requests_.back());

@@ -12,27 +12,13 @@ namespace platform = valdren::platform;
 namespace quorbel_tests {
 namespace {
 
-/// Calls a function of the X extension for simulated input, which is loaded only when it is used;
-/// false when there is none.
+/// Calls a function of the X extension for simulated input, which is loaded only when it is used.
 template <typename... Arguments>
-bool simulate(const char* name, Arguments... arguments) {
+void simulate(const char* name, Arguments... arguments) {
   static void* const library = dlopen("libXtst.so.6", RTLD_NOW);
-  if (!library) return false;
+  if (!library) return;
   reinterpret_cast<int (*)(Arguments..., unsigned long delay)>(dlsym(library, name))(arguments...,
                                                                                      0);
-  return true;
-}
-
-bool press(Display* display, unsigned button, bool pressed) {
-  return simulate("XTestFakeButtonEvent", display, button, int(pressed));
-}
-
-bool type(Display* display, unsigned key, bool pressed) {
-  return simulate("XTestFakeKeyEvent", display, key, int(pressed));
-}
-
-bool move(Display* display, int x, int y) {
-  return simulate("XTestFakeMotionEvent", display, -1, x, y);
 }
 
 Display* displayOf(GtkWidget* widget) {
@@ -63,14 +49,13 @@ void clickWidget(GtkWidget* widget, platform::Point point, unsigned button) {
   XTranslateCoordinates(display, surface, DefaultRootWindow(display), int(std::lround(x + shadowX)),
                         int(std::lround(y + shadowY)), &rootX, &rootY, &child);
   // Two moves, so that one is a real move even if the pointer was already there.
-  move(display, rootX + 1, rootY);
-  move(display, rootX, rootY);
+  for (const int x : {rootX + 1, rootX}) simulate("XTestFakeMotionEvent", display, -1, x, rootY);
   XFlush(display);
   runFor(0.1);
-  press(display, button, true);
+  simulate("XTestFakeButtonEvent", display, button, 1);
   XFlush(display);
   runFor(0.05);
-  press(display, button, false);
+  simulate("XTestFakeButtonEvent", display, button, 0);
   XFlush(display);
   runFor(0.1);
 }
@@ -82,10 +67,9 @@ void typeKey(GtkWidget* widget, const char* name, const char* with) {
 void typeKey(GtkWidget* widget, unsigned code, const char* with) {
   Display* const display = displayOf(widget);
   const unsigned held = with ? XKeysymToKeycode(display, XStringToKeysym(with)) : 0;
-  if (held) type(display, held, true);
-  type(display, code, true);
-  type(display, code, false);
-  if (held) type(display, held, false);
+  if (held) simulate("XTestFakeKeyEvent", display, held, 1);
+  for (const int down : {1, 0}) simulate("XTestFakeKeyEvent", display, code, down);
+  if (held) simulate("XTestFakeKeyEvent", display, held, 0);
   XFlush(display);
   runFor(0.1);
 }

@@ -27,14 +27,6 @@ bool RecordingDelegate::webViewShouldStartLoad(platform::WebView&,
   return loadable.contains(request.url.lowercaseScheme());
 }
 
-void RecordingDelegate::webViewDidStartLoad(platform::WebView&) {
-  keep("start");
-}
-
-void RecordingDelegate::webViewDidFinishLoad(platform::WebView&) {
-  keep("finish");
-}
-
 void RecordingDelegate::webViewDidFailLoad(platform::WebView&, const platform::Error& error) {
   lastError = error;
   keep("fail");

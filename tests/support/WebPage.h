@@ -18,8 +18,8 @@ class RecordingDelegate final : public platform::WebViewDelegate {
  public:
   bool webViewShouldStartLoad(platform::WebView& view, const platform::URLRequest& request,
                               platform::NavigationType type) override;
-  void webViewDidStartLoad(platform::WebView&) override;
-  void webViewDidFinishLoad(platform::WebView&) override;
+  void webViewDidStartLoad(platform::WebView&) override { keep("start"); }
+  void webViewDidFinishLoad(platform::WebView&) override { keep("finish"); }
   void webViewDidFailLoad(platform::WebView&, const platform::Error& error) override;
 
   int count(const std::string& line) const;

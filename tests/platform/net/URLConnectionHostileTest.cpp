@@ -35,8 +35,6 @@ TEST(HostileServerTest, EndsEachFetchOnceWithinItsLimits) {
   const HostileCase cases[] = {
       raw("NoWord", "\r\n", kURLErrorBadServerResponse, Ending::Cut),
       raw("GarbageStatusLine", "\x01\x02 what? \xFF\r\n\r\n", kURLErrorBadServerResponse),
-      raw("StatusOutOfRange", "HTTP/1.1 99999 Huh\r\n\r\n", kURLErrorBadServerResponse),
-      raw("CutInStatusLine", "HTTP/1.1 2", kURLErrorBadServerResponse, Ending::Cut),
       raw("CutInHeaders", kOK + "Content-Le", kURLErrorBadServerResponse, Ending::Cut),
       raw("EndlessStatusLine", "HTTP/1.1 200 ", kURLErrorNetworkConnectionLost, Ending::Endless,
           std::string(4096, 'x')),
@@ -54,7 +52,6 @@ TEST(HostileServerTest, EndsEachFetchOnceWithinItsLimits) {
           kURLErrorNetworkConnectionLost),
       raw("ShortBody", kOK + "Content-Length: 100\r\n\r\nshort", kURLErrorNetworkConnectionLost,
           Ending::Cut),
-      raw("LongBody", kOK + "Content-Length: 5\r\n\r\nlonger than said", 0),
       raw("ZeroByteInHeader", kOK + std::string("X-Zero: a\0b\r\n", 13) + "\r\nbody",
           kURLErrorBadServerResponse),
       raw("NotGzip", kOK + "Content-Encoding: gzip\r\nContent-Length: 4\r\n\r\nnope", 0),

@@ -17,49 +17,33 @@ using Lines = std::vector<std::string>;
 const std::vector<std::pair<std::string, std::string>> kHTML{{"Content-Type", "text/html"}};
 
 TEST(WebViewNavigation, AsksAboutAddressesOfAnyScheme) {
-  struct Case {
-    const char* script;
-    const char* line;
-  };
-  const Case cases[] = {
-      {"link('gmsg://h/click?u=a%20b').click()", "ask 0 gmsg://h/click?u=a%20b"},
-      {"link('vantic://launch?url=x', '_blank').click()", "ask 0 vantic://launch?url=x"},
-      {"link('tel:+1-555-0100').click()", "ask 0 tel:+1-555-0100"},
-      {"form('gmsg://h/form').submit()", "ask 1 gmsg://h/form?q=1"},
-      {"form('mailto:a@b.example', 'post').submit()", "ask 1 mailto:a@b.example?body=q%3D1"},
+  const std::pair<const char*, const char*> cases[] = {
+      {"add('<a href=gmsg://h/click?u=a%20b>').click()", "ask 0 gmsg://h/click?u=a%20b"},
+      {"add('<a target=_blank href=vantic://launch?url=x>').click()",
+       "ask 0 vantic://launch?url=x"},
+      {"add('<a href=tel:+1-555-0100>').click()", "ask 0 tel:+1-555-0100"},
+      {"add('<form action=gmsg://h/form><input name=q value=1>').submit()",
+       "ask 1 gmsg://h/form?q=1"},
+      {"add('<form method=post action=mailto:a@b.example><input name=q value=1>').submit()",
+       "ask 1 mailto:a@b.example?body=q%3D1"},
       {"location = 'itms://store/app'", "ask 5 itms://store/app"},
       {"location = 'mailto:a@b.example?subject=x'", "ask 5 mailto:a@b.example?subject=x"},
       {"location = 'gmsg:///'", "ask 5 gmsg:///"},
       {"location = 'gmsg://h/a|b c%zz\\u00e4'", "ask 5 gmsg://h/a%7Cb%20c%25zz%C3%A4"},
       {"location.replace('GMSG://H/x')", "ask 5 gmsg://H/x"},
-      {"frame('gmsg://h/frame')", "ask 5 gmsg://h/frame"},
-      {"frame('about:blank').contentWindow.location = 'gmsg://h/inner'", "ask 5 gmsg://h/inner"},
+      {"add('<iframe src=gmsg://h/frame>')", "ask 5 gmsg://h/frame"},
+      {"add('<iframe>').contentWindow.location = 'gmsg://h/inner'", "ask 5 gmsg://h/inner"},
       {"window.open('gmsg://h/opened')", "ask 5 gmsg://h/opened"},
   };
   Page page;
-  page.load(R"(<script>
-    const add = (element) => document.body.appendChild(element);
-    function link(href, target) {
-      const a = document.createElement('a');
-      a.href = href; a.target = target || '';
-      return add(a);
-    }
-    function form(action, method) {
-      const f = document.createElement('form');
-      f.action = action; f.method = method || 'get';
-      f.innerHTML = '<input name=q value=1>';
-      return add(f);
-    }
-    function frame(src) {
-      const f = document.createElement('iframe');
-      f.src = src;
-      return add(f);
-    }
-  </script><body>here)");
+  page.load(
+      "<body>here<script>function add(html) {"
+      "document.body.insertAdjacentHTML('beforeend', html); return document.body.lastElementChild }"
+      "</script>");
   page.delegate.lines.clear();
-  for (const Case& each : cases) {
-    page.evaluate(each.script);
-    EXPECT_TRUE(runUntil([&] { return page.delegate.has(each.line); })) << each.script;
+  for (const auto& [script, line] : cases) {
+    page.evaluate(script);
+    EXPECT_TRUE(runUntil([&, expected = line] { return page.delegate.has(expected); })) << script;
   }
   runFor(0.7);
   EXPECT_EQ(page.delegate.count("start") + page.ends(), 0) << "a refused one is no load";
