@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "benchmarks/Figures.h"
+#include "tests/support/Process.h"
 
 extern char** environ;
 
@@ -123,17 +124,6 @@ double processorTime(pid_t process) {
   return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
-/// The process and its descendants, such as web processes.
-std::vector<pid_t> familyOf(pid_t process) {
-  std::vector<pid_t> family{process};
-  for (std::size_t place = 0; place < family.size(); ++place) {
-    const std::string number = std::to_string(family[place]);
-    std::ifstream children("/proc/" + number + "/task/" + number + "/children");
-    for (pid_t child = 0; children >> child;) family.push_back(child);
-  }
-  return family;
-}
-
 std::optional<Start> startOnce(Display* display, std::vector<std::string> command) {
   std::vector<char*> arguments;
   for (std::string& each : command) arguments.push_back(each.data());
@@ -156,7 +146,7 @@ std::optional<Start> startOnce(Display* display, std::vector<std::string> comman
   }
   std::this_thread::sleep_for(kUntilSettled);
   start.resident = mebibytesIn("/proc/" + std::to_string(process) + "/status", "VmRSS:");
-  for (const pid_t member : familyOf(process)) {
+  for (const int member : quorbel_tests::processFamily(process)) {
     start.proportional += mebibytesIn("/proc/" + std::to_string(member) + "/smaps_rollup", "Pss:");
   }
   kill(process, SIGTERM);

@@ -64,8 +64,8 @@ OwnFolders::OwnFolders() {
   setenv("GSETTINGS_BACKEND", "memory", 0);
 }
 
-std::vector<int> processFamily() {
-  std::vector<int> members{getpid()};
+std::vector<int> processFamily(int oldest) {
+  std::vector<int> members{oldest > 0 ? oldest : getpid()};
   for (std::size_t place = 0; place < members.size(); ++place) {
     std::error_code error;
     const std::string tasks = "/proc/" + std::to_string(members[place]) + "/task";

@@ -44,8 +44,9 @@ class OwnFolders {
   TemporaryFolder folder_;
 };
 
-/// This process and all that it has started, by their numbers, and what they have started.
-std::vector<int> processFamily();
+/// The process, this one when it is 0, and all that it has started, by their numbers, and what they
+/// have started.
+std::vector<int> processFamily(int oldest = 0);
 /// The first 15 letters of the program's name; empty when it has ended.
 std::string nameOfProcess(int process);
 
