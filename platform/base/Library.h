@@ -74,9 +74,11 @@ class OnDemand<Returned(Arguments...)> : private LibraryFunction {
 
 }  // namespace valdren::platform
 
+// Names take no parentheses. NOLINTBEGIN(bugprone-macro-parentheses)
 /// Declares a variable that stands for a function of a library's header and hides it from all code
 /// in the same namespace.
 #define VALDREN_ON_DEMAND(library, function)                                  \
   inline const ::valdren::platform::OnDemand<decltype(::function)> function { \
     library, #function                                                        \
   }
+// NOLINTEND(bugprone-macro-parentheses)
