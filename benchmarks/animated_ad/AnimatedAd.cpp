@@ -2,9 +2,7 @@
 // that fills its window, with each of the toolkit's renderers. Counted is the processor time of the
 // program and of its web processes. The ad network runs in its own process.
 // tools/with_session benchmark_animated_ad [ROUNDS]
-#include <signal.h>
 #include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <webkit/webkit.h>
 
@@ -16,6 +14,7 @@
 #include <vector>
 
 #include "benchmarks/Figures.h"
+#include "benchmarks/support/Ending.h"
 #include "benchmarks/support/Environment.h"
 
 extern char** environ;
@@ -77,8 +76,7 @@ double costOf(std::vector<std::string> command) {
   const double before = processorTime(program);
   sleep(kWatched);
   const double cost = (processorTime(program) - before) / kWatched;
-  kill(program, SIGTERM);
-  waitpid(program, nullptr, 0);
+  endWithFamily(program);
   return cost * 100;
 }
 

@@ -2,9 +2,7 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <signal.h>
 #include <spawn.h>
-#include <sys/wait.h>
 
 #include <chrono>
 #include <cstdio>
@@ -13,6 +11,7 @@
 #include <thread>
 
 #include "benchmarks/Figures.h"
+#include "benchmarks/support/Ending.h"
 #include "benchmarks/support/Environment.h"
 
 extern char** environ;
@@ -90,9 +89,7 @@ std::optional<Start> startOnce(Display* display) {
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
-  kill(process, SIGTERM);
-  int status = 0;
-  waitpid(process, &status, 0);
+  endWithFamily(process);
   return start.advertised > 0 ? std::optional(start) : std::nullopt;
 }
 

@@ -3,9 +3,7 @@
 // display: tools/with_session benchmark_start_time [ROUNDS]
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <signal.h>
 #include <spawn.h>
-#include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -20,7 +18,7 @@
 #include <vector>
 
 #include "benchmarks/Figures.h"
-#include "tests/support/Process.h"
+#include "benchmarks/support/Ending.h"
 
 extern char** environ;
 
@@ -149,8 +147,7 @@ std::optional<Start> startOnce(Display* display, std::vector<std::string> comman
   for (const int member : quorbel_tests::processFamily(process)) {
     start.proportional += mebibytesIn("/proc/" + std::to_string(member) + "/smaps_rollup", "Pss:");
   }
-  kill(process, SIGTERM);
-  waitpid(process, nullptr, 0);
+  benchmarks::endWithFamily(process);
   while (mappedWindow(display)) std::this_thread::sleep_for(std::chrono::milliseconds(10));
   if (start.drawn == 0) return std::nullopt;
   return start;
@@ -159,7 +156,7 @@ std::optional<Start> startOnce(Display* display, std::vector<std::string> comman
 }  // namespace
 
 int main(int argc, char** argv) {
-  const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 7;
+  const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 20;
   Display* const display = XOpenDisplay(nullptr);
   if (!display) {
     std::fputs("There is no X display; run this with tools/with_session.\n", stderr);
