@@ -1,9 +1,10 @@
 #include "platform/device/Renderer.h"
 
 #include <gio/gio.h>
+#include <glob.h>
 
 #include <algorithm>
-#include <string>
+#include <iterator>
 
 namespace valdren::platform {
 namespace {
@@ -13,20 +14,15 @@ constexpr const char* kVariable = "GSK_RENDERER";
 bool wasChosen = false;
 
 /// The devices of drivers that draw; others only show pictures.
-bool draws(const std::string& device) {
-  return device.starts_with("nvidia") || device == "dxg" || device == "kgsl-3d0" ||
-         device == "mali0";
-}
+constexpr const char* kDevices[] = {"dri/renderD*", "nvidia[0-9]*", "dxg", "kgsl-3d0", "mali0"};
 
 bool hasGraphicsDevice(const std::filesystem::path& devices) {
-  std::error_code error;
-  using Each = std::filesystem::directory_iterator;
-  const auto isNode = [](const auto& each) {
-    return each.path().filename().string().starts_with("renderD");
-  };
-  return std::any_of(Each(devices / "dri", error), Each(), isNode) ||
-         std::any_of(Each(devices, error), Each(),
-                     [](const auto& each) { return draws(each.path().filename().string()); });
+  return std::any_of(std::begin(kDevices), std::end(kDevices), [&](const char* pattern) {
+    glob_t found{};
+    const bool isThere = glob((devices / pattern).c_str(), GLOB_NOSORT, nullptr, &found) == 0;
+    globfree(&found);
+    return isThere;
+  });
 }
 
 }  // namespace
