@@ -2,7 +2,6 @@
 // that fills its window, with each of the toolkit's renderers. Counted is the processor time of the
 // program and of its web processes. The ad network runs in its own process.
 // tools/with_session benchmark_animated_ad [ROUNDS]
-#include <spawn.h>
 #include <unistd.h>
 #include <webkit/webkit.h>
 
@@ -14,10 +13,8 @@
 #include <vector>
 
 #include "benchmarks/Figures.h"
-#include "benchmarks/support/Ending.h"
+#include "benchmarks/support/Child.h"
 #include "benchmarks/support/Environment.h"
-
-extern char** environ;
 
 namespace {
 
@@ -62,16 +59,9 @@ double processorTime(pid_t program) {
 }
 
 /// The share of one core, in percent.
-double costOf(std::vector<std::string> command) {
+double costOf(const std::vector<std::string>& command) {
   const quorbel_tests::OwnFolders folders;
-  std::vector<char*> arguments;
-  for (std::string& each : command) arguments.push_back(each.data());
-  arguments.push_back(nullptr);
-  pid_t program = 0;
-  if (posix_spawn(&program, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0) {
-    std::perror(arguments[0]);
-    std::exit(1);
-  }
+  const pid_t program = startProgram(command);
   sleep(kUntilShown);
   const double before = processorTime(program);
   sleep(kWatched);

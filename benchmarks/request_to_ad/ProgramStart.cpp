@@ -2,7 +2,6 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <spawn.h>
 
 #include <chrono>
 #include <cstdio>
@@ -11,10 +10,8 @@
 #include <thread>
 
 #include "benchmarks/Figures.h"
-#include "benchmarks/support/Ending.h"
+#include "benchmarks/support/Child.h"
 #include "benchmarks/support/Environment.h"
-
-extern char** environ;
 
 namespace benchmarks {
 namespace {
@@ -65,13 +62,8 @@ std::size_t coloursIn(Display* display, Window window, int y, int width) {
 
 std::optional<Start> startOnce(Display* display) {
   const quorbel_tests::OwnFolders folders;
-  std::string program = QUORBEL_PROGRAM;
-  char* const arguments[] = {program.data(), nullptr};
-  pid_t process = 0;
   const double began = seconds();
-  if (posix_spawn(&process, program.c_str(), nullptr, nullptr, arguments, environ) != 0) {
-    return std::nullopt;
-  }
+  const pid_t process = startProgram({QUORBEL_PROGRAM});
   Start start;
   while (seconds() - began < kPatience && start.advertised == 0) {
     XWindowAttributes attributes{};

@@ -3,7 +3,6 @@
 // display: tools/with_session benchmark_start_time [ROUNDS]
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <spawn.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -18,9 +17,7 @@
 #include <vector>
 
 #include "benchmarks/Figures.h"
-#include "benchmarks/support/Ending.h"
-
-extern char** environ;
+#include "benchmarks/support/Child.h"
 
 namespace {
 
@@ -122,15 +119,9 @@ double processorTime(pid_t process) {
   return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
-std::optional<Start> startOnce(Display* display, std::vector<std::string> command) {
-  std::vector<char*> arguments;
-  for (std::string& each : command) arguments.push_back(each.data());
-  arguments.push_back(nullptr);
-  pid_t process = 0;
+std::optional<Start> startOnce(Display* display, const std::vector<std::string>& command) {
   const auto begun = Clock::now();
-  if (posix_spawn(&process, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0) {
-    return std::nullopt;
-  }
+  const pid_t process = benchmarks::startProgram(command);
   Start start;
   std::optional<Window> window;
   while (Clock::now() - begun < kPatience && start.drawn == 0) {
